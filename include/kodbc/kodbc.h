@@ -1,0 +1,14 @@
+/*
+** kodbc — common database routines of the application family.
+** One header for the whole exported interface.
+*/
+#ifndef KODBC_H
+#define KODBC_H
+
+#include "kodbc_types.h"
+#include "kodbc_frame.h"
+#include "kodbc_messages.h"
+#include "kodbc_connect.h"
+#include "kodbc_diag.h"
+
+#endif /* KODBC_H */

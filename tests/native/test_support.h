@@ -1,0 +1,83 @@
+// Shared pieces of the native tests: the data sources to run against, a
+// connected fixture per data source, a message recorder and guarded buffers.
+#pragma once
+
+#include <kodbc/kodbc.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace kodbc::test {
+
+// The data sources of this run (KODBC_TEST_DSNS, comma-separated; SQLite
+// always among them).
+const std::vector<std::string> &DataSources();
+
+// Collects every message the library shows instead of asking a person, and
+// answers with `answer`. Installed for the fixture's lifetime.
+class MessageRecorder {
+public:
+    explicit MessageRecorder(int answer = KODBC_ANSWER_OK);
+    ~MessageRecorder();
+    MessageRecorder(const MessageRecorder &) = delete;
+    MessageRecorder &operator=(const MessageRecorder &) = delete;
+
+    struct Entry {
+        int kind;
+        std::string caption;
+        std::string text;
+        // ODBC error fields (kind KODBC_MESSAGE_ODBC_ERROR)
+        std::string statement, sqlState, vendor, component, dataSource, description, hint;
+        bool hasHint = false;
+    };
+    const std::vector<Entry> &entries() const { return entries_; }
+    void clear() { entries_.clear(); }
+    void set_answer(int answer) { answer_ = answer; }
+
+private:
+    static int Handle(const KodbcMessage *message, void *self);
+    std::vector<Entry> entries_;
+    int answer_;
+    KodbcMessageHandler previous_;
+};
+
+// A test connected to one data source of the run (parameter: its name).
+class DataSourceTest : public ::testing::TestWithParam<std::string> {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+    // Runs a statement directly; fails the test on error.
+    void Exec(const std::string &sql);
+    // Runs a statement, ignoring errors (for DROP of what may not exist).
+    void ExecQuietly(const std::string &sql);
+    std::string DbmsName() const;
+
+    SQLHENV henv_ = nullptr;
+    SQLHDBC hdbc_ = nullptr;
+    MessageRecorder messages_;
+};
+
+// Instantiates a DataSourceTest suite once per data source of the run.
+#define KODBC_DATA_SOURCE_TEST_SUITE(Suite)                                                     \
+    INSTANTIATE_TEST_SUITE_P(Dsn, Suite, ::testing::ValuesIn(::kodbc::test::DataSources()),     \
+                             [](const ::testing::TestParamInfo<std::string> &info) { return info.param; })
+
+// A caller buffer with guard bytes behind its stated size.
+class GuardedBuffer {
+public:
+    explicit GuardedBuffer(int size, char fill = '\x7f');
+    char *data() { return bytes_.data(); }
+    int size() const { return size_; }
+    std::string text() const { return std::string(bytes_.data()); }
+    // True while no byte at or behind the stated size was written.
+    bool guards_intact() const;
+
+private:
+    static constexpr int kGuard = 32;
+    std::vector<char> bytes_;
+    int size_;
+};
+
+} // namespace kodbc::test
