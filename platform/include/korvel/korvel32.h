@@ -203,11 +203,11 @@ int Korvel_DateToTimestampText(const KorvelDate *date, char *buffer, int size);
 
 // ---------------------------------------------------------------------------
 // Code pages: ANSI (GetACP / the locale's charset) and OEM (CP850 on Linux).
-// Convert in place; the length does not change (one byte per character,
-// '?' for what the other page lacks). Return 1, or 0 when no conversion is
-// available (the text is then left as it was).
-int Korvel_AnsiToOem(char *text, int length);
-int Korvel_OemToAnsi(char *text, int length);
+// Converts text into buffer (cut to size-1; '?' for what the other page
+// lacks). Text and buffer may be the same on Windows only. Returns the
+// length written; a null buffer or size < 1 writes nothing and gives 0.
+int Korvel_AnsiToOem(const char *text, char *buffer, int size);
+int Korvel_OemToAnsi(const char *text, char *buffer, int size);
 
 // ---------------------------------------------------------------------------
 // Files
