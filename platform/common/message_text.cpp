@@ -36,7 +36,7 @@ std::string FillMessageArguments(std::string_view format, const char *const args
                 continue;
             }
             if (c == '%') {
-                out += "%%";
+                out += '%';
                 ++i;
                 continue;
             }

@@ -17,7 +17,7 @@ struct MessageText {
 MessageText ParseMessagePrefix(std::string_view text);
 
 // Fills the first three "%s" in order with args (a null argument fills an
-// empty text); "%%" stays "%%"; other placeholders are left as they are.
+// empty text); "%%" gives "%"; other placeholders are left as they are.
 std::string FillMessageArguments(std::string_view format, const char *const args[3]);
 
 // The answer given when nobody can be asked: No for yes/no, Cancel for
