@@ -10,5 +10,8 @@
 #include "kodbc_messages.h"
 #include "kodbc_connect.h"
 #include "kodbc_diag.h"
+#include "kodbc_sqltext.h"
+#include "kodbc_catalog.h"
+#include "kodbc_exec.h"
 
 #endif /* KODBC_H */

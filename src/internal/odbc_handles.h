@@ -19,9 +19,9 @@ public:
     }
     Statement(const Statement &) = delete;
     Statement &operator=(const Statement &) = delete;
-    Statement(Statement &&o) noexcept : h_(std::exchange(o.h_, SQL_NULL_HSTMT)) {}
+    Statement(Statement &&o) noexcept : h_(std::exchange(o.h_, SQLHSTMT{})) {}
     Statement &operator=(Statement &&o) noexcept {
-        if (this != &o) { reset(); h_ = std::exchange(o.h_, SQL_NULL_HSTMT); }
+        if (this != &o) { reset(); h_ = std::exchange(o.h_, SQLHSTMT{}); }
         return *this;
     }
     ~Statement() { reset(); }

@@ -44,7 +44,7 @@ public:
     bool append(std::string_view text) noexcept {
         if (!cap_) { truncated_ = truncated_ || !text.empty(); return text.empty(); }
         std::size_t n = text.size() <= room() ? text.size() : room();
-        std::memcpy(buf_ + len_, text.data(), n);
+        if (n) std::memcpy(buf_ + len_, text.data(), n);  // an empty view may have a null data()
         len_ += n;
         buf_[len_] = '\0';
         if (n < text.size()) { truncated_ = true; return false; }

@@ -1,0 +1,40 @@
+// How the command-line tool talks to its user: the library's messages and
+// ODBC errors on stderr, questions asked on the terminal (or answered by
+// --yes), and the connection the commands work on.
+#pragma once
+
+#include <kodbc/kodbc.h>
+
+#include <string>
+
+namespace kodbc_cli {
+
+// Exit codes of the tool.
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitUsage = 2;
+
+// Installs the library's message handler for this process. With assumeYes
+// every question is answered Yes; without a terminal on stdin, questions
+// get the safe answer.
+void InstallMessageHandler(bool assumeYes);
+
+// A connection that disconnects when it goes out of scope.
+class Connection {
+public:
+    Connection(const std::string &dsn, const std::string &user, const std::string &password);
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+    bool ok() const { return hdbc_ != nullptr; }
+    SQLHDBC hdbc() const { return hdbc_; }
+
+private:
+    SQLHENV henv_ = nullptr;
+    SQLHDBC hdbc_ = nullptr;
+};
+
+// Prints "kodbc: text" on stderr.
+void Error(const std::string &text);
+
+} // namespace kodbc_cli

@@ -1,0 +1,112 @@
+// Fuzzes the name rules: bracket and SQL-92 preparation, lists, quoting,
+// stripping and the schema split, each into a heap buffer of exactly the
+// stated size so that a write past it is caught.
+//
+// Input: byte 0 the buffer size, byte 1 picks the quote text and flags,
+// the rest (up to a zero byte) is the name or list.
+#include "sqltext/sql_names.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+using namespace kodbc::sqltext;
+
+namespace {
+
+const char *const kQuotes[] = {"\"", "`", " ", "", "[", "\"\"", "'", "\t"};
+
+void Check(bool condition) {
+    if (!condition) __builtin_trap();
+}
+
+struct Buffer {
+    explicit Buffer(int size) : size(size), data(static_cast<char *>(std::malloc(size > 0 ? size : 1))) {}
+    ~Buffer() { std::free(data); }
+    Buffer(const Buffer &) = delete;
+    Buffer &operator=(const Buffer &) = delete;
+    // The text ends inside the buffer.
+    bool terminated() const { return size < 1 || std::memchr(data, 0, static_cast<std::size_t>(size)); }
+    void load(const std::string &text) {
+        if (size < 1) return;
+        std::size_t n = text.size() < static_cast<std::size_t>(size) - 1 ? text.size() : size - 1;
+        std::memcpy(data, text.data(), n);
+        data[n] = '\0';
+    }
+    int size;
+    char *data;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
+    if (length < 2) return 0;
+    const int size = bytes[0];
+    const int selector = bytes[1];
+    const std::string name(reinterpret_cast<const char *>(bytes + 2), strnlen(reinterpret_cast<const char *>(bytes + 2), length - 2));
+    const char *quoteText = kQuotes[selector & 7];
+    const int flags = (selector >> 3) & 1;
+    const char separator = (selector & 0x10) ? '\t' : ',';
+    const char joiner = (selector & 0x20) ? '\0' : ';';
+
+    {   // Bracket style in place; brackets come off again for simple names.
+        Buffer b(size);
+        b.load(name);
+        std::string before(size > 0 ? b.data : "");
+        PrepareBracketName(b.data, b.size, flags);
+        Check(b.terminated());
+        bool simple = !before.empty() && before.size() <= 97 && before.find_first_of(".[]") == std::string::npos &&
+                      !IsBlank(before) && before != "*" && static_cast<int>(before.size()) + 2 < size;
+        if (simple && flags == 0) {
+            StripDelimiters(b.data, '[', ']');
+            Check(before == b.data);
+        }
+    }
+    {   // Bracket list into a separate buffer.
+        Buffer out(size);
+        PrepareBracketNameList(name.c_str(), separator, out.data, out.size, flags);
+        Check(out.terminated());
+    }
+    {   // SQL-92 style: into another buffer and in place give the same text.
+        Buffer apart(size), inPlace(size);
+        QuoteText q1 = QuoteText::Fixed(quoteText), q2 = QuoteText::Fixed(quoteText);
+        Check(PrepareSql92Name(q1, name.c_str(), apart.data, apart.size));
+        inPlace.load(name);
+        std::string loaded(size > 0 ? inPlace.data : "");
+        Check(PrepareSql92Name(q2, inPlace.data, inPlace.data, inPlace.size));
+        Check(apart.terminated() && inPlace.terminated());
+        if (size > 0 && loaded == name) Check(std::strcmp(apart.data, inPlace.data) == 0);
+        // A plain identifier that fits needs no quoting.
+        if (size > 0 && IsPlainSqlIdentifier(name) && name.size() < 200 && name.size() < static_cast<std::size_t>(size))
+            Check(name == apart.data);
+    }
+    {   // SQL-92 list in place.
+        Buffer list(size);
+        list.load(name);
+        QuoteText q = QuoteText::Fixed(quoteText);
+        Check(PrepareSql92NameList(q, list.data, list.size, separator, joiner));
+        Check(list.terminated());
+    }
+    {   // Whole-name quoting never runs past the size.
+        Buffer b(size);
+        b.load(name);
+        QuoteText q = QuoteText::Fixed(quoteText);
+        QuoteIfNotPlain(q, b.data, b.size);
+        Check(b.terminated());
+    }
+    {   // Stripping only shortens.
+        std::string copy = name;
+        StripDelimiters(copy.data(), quoteText[0], quoteText[0]);
+        Check(std::strlen(copy.c_str()) <= name.size());
+    }
+    {   // The schema split, including the name living in an output buffer.
+        Buffer schema(size / 2 + 1), table(size - size / 2 + 1);
+        ParseSchemaAndTable(name.c_str(), flags != 0, schema.data, schema.size, table.data, table.size);
+        Check(schema.size < 2 || table.size < 2 || (schema.terminated() && table.terminated()));
+        table.load(name);
+        ParseSchemaAndTable(table.data, true, schema.data, schema.size, table.data, table.size);
+        Check(schema.size < 2 || table.size < 2 || (schema.terminated() && table.terminated()));
+    }
+    return 0;
+}

@@ -1,0 +1,41 @@
+// Pieces of the catalogue queries shared between the portable listings and
+// the box fillers (and reachable by the tests, which have no boxes).
+#pragma once
+
+#include <kodbc/kodbc_types.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kodbc::catalog {
+
+// Null, empty or white space only (codes 1 to 32).
+bool IsBlank(const char *text) noexcept;
+
+// The TableType argument of SQLTables for typeFlags, in the fixed order
+// TABLE, ALIAS, VIEW, SYNONYM, SYSTEM TABLE ("'TABLE','VIEW'"), into out
+// (64 bytes hold all five). An empty text when no listed bit is set.
+// Callers pass no list at all for 0x10.
+void TableTypeList(int typeFlags, char *out, int size);
+
+// Whether a listed table is one of the hidden system tables: a name that
+// begins with "USys" (with case) or is "KorvelSysTable" (any case).
+bool IsHiddenSystemTable(const char *name) noexcept;
+
+// The schemata that hold at least one table, each once, in the driver's
+// order. False after an ODBC error (shown) or for a null connection.
+bool ListSchemata(SQLHDBC hdbc, std::vector<std::string> &schemata);
+
+// The entries of the column box for one table, built as the
+// KODBC_COLUMNS_* flags ask (at most 199 characters each), each handed to
+// add. Returns 1 done (also for a blank table), 2 after an ODBC error
+// (shown) or for a null connection.
+int ForEachColumnEntry(SQLHDBC hdbc, const char *schema, const char *table, int flags,
+                       const std::function<void(const char *entry)> &add);
+
+// Box fillers' work buffer.
+inline constexpr int kBoxListSize = 30000;
+
+} // namespace kodbc::catalog

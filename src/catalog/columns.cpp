@@ -1,0 +1,197 @@
+// Properties of single columns and the primary key of a table.
+#include "catalog/catalog_internal.h"
+#include "internal/odbc_handles.h"
+
+#include <korvel/bounded_text.h>
+
+#include <kodbc/kodbc_catalog.h>
+#include <kodbc/kodbc_connect.h>
+#include <kodbc/kodbc_diag.h>
+#include <kodbc/kodbc_sqltext.h>
+
+#include <cstring>
+
+namespace kodbc::catalog {
+namespace {
+
+constexpr int kStatementSize = 300;
+constexpr int kKeyTableSize = 100;      // table name, at most 99 characters
+constexpr int kKeyNameSize = 100;       // COLUMN_NAME / PK_NAME buffers
+
+// A statement holding "SELECT field FROM table", prepared only: the driver
+// describes the column without a row ever being read.
+class PreparedColumn {
+public:
+    PreparedColumn(SQLHDBC hdbc, const char *table, const char *field) {
+        if (!hdbc || IsBlank(table) || IsBlank(field)) return;
+        Kodbc_SprintfSqlStatement(hdbc, sql_, sizeof sql_, "SELECT %f FROM %t", field, table, nullptr, nullptr,
+                                  nullptr, nullptr, nullptr, nullptr);
+        odbc::Statement stmt(hdbc);
+        if (!stmt.ok()) {
+            Kodbc_DisplayErrorHdbc(hdbc);
+            return;
+        }
+        SQLRETURN rc = KODBC_SQL(SQLPrepare, stmt.get(), reinterpret_cast<SQLCHAR *>(sql_),
+                                 static_cast<SQLINTEGER>(SQL_NTS));
+        if (!odbc::succeeded(rc)) {
+            Kodbc_DisplayErrorHstmt(stmt.get(), sql_);
+            return;
+        }
+        stmt_ = std::move(stmt);
+    }
+
+    bool ok() const { return stmt_.ok(); }
+
+    // A numeric attribute of column 1. With show, a refusal is shown.
+    bool attribute(SQLUSMALLINT which, SQLLEN &value, bool show) {
+        value = 0;
+        SQLRETURN rc = KODBC_SQL(SQLColAttributes, stmt_.get(), static_cast<SQLUSMALLINT>(1), which,
+                                 static_cast<SQLPOINTER>(nullptr), static_cast<SQLSMALLINT>(0),
+                                 static_cast<SQLSMALLINT *>(nullptr), &value);
+        if (odbc::succeeded(rc)) return true;
+        value = 0;
+        if (show) Kodbc_DisplayErrorHstmt(stmt_.get(), sql_);
+        return false;
+    }
+
+private:
+    char sql_[kStatementSize] = {};
+    odbc::Statement stmt_;
+};
+
+// One attribute through a prepared column; fallback on any failure.
+SQLLEN ColumnAttribute(SQLHDBC hdbc, const char *table, const char *field, SQLUSMALLINT which, SQLLEN fallback) {
+    PreparedColumn column(hdbc, table, field);
+    if (!column.ok()) return fallback;
+    SQLLEN value = 0;
+    return column.attribute(which, value, true) ? value : fallback;
+}
+
+bool SupportsPrimaryKeys(SQLHDBC hdbc) {
+    SQLUSMALLINT supported = SQL_FALSE;
+    SQLRETURN rc = KODBC_SQL(SQLGetFunctions, hdbc, static_cast<SQLUSMALLINT>(SQL_API_SQLPRIMARYKEYS), &supported);
+    return odbc::succeeded(rc) && supported == SQL_TRUE;
+}
+
+// SQLPrimaryKeys for the table (no catalogue, no schema) with one text
+// column bound. False after an error (shown).
+bool OpenPrimaryKey(odbc::Statement &stmt, SQLHDBC hdbc, const char *table, SQLUSMALLINT column, char *value,
+                    SQLLEN size, SQLLEN &indicator) {
+    char name[kKeyTableSize];
+    korvel::BoundedText nameText(name, sizeof name);
+    nameText.append(table);
+    if (Kodbc_GetDatabaseType(hdbc) == KODBC_DBTYPE_MYSQL) Kodbc_PrepareNameForSql92(hdbc, name, name, sizeof name);
+
+    if (!stmt.ok()) {
+        Kodbc_DisplayErrorHdbc(hdbc);
+        return false;
+    }
+    SQLRETURN rc = KODBC_SQL(SQLPrimaryKeys, stmt.get(), static_cast<SQLCHAR *>(nullptr), static_cast<SQLSMALLINT>(0),
+                             static_cast<SQLCHAR *>(nullptr), static_cast<SQLSMALLINT>(0),
+                             reinterpret_cast<SQLCHAR *>(name), static_cast<SQLSMALLINT>(SQL_NTS));
+    if (odbc::succeeded(rc))
+        rc = KODBC_SQL(SQLBindCol, stmt.get(), column, static_cast<SQLSMALLINT>(SQL_C_CHAR),
+                       static_cast<SQLPOINTER>(value), size, &indicator);
+    if (odbc::succeeded(rc)) return true;
+    Kodbc_DisplayErrorHstmt(stmt.get(), nullptr);
+    return false;
+}
+
+// Fetches the next key row; an error is shown and reported through failed.
+bool FetchKeyRow(odbc::Statement &stmt, char *value, SQLLEN &indicator, bool &failed) {
+    value[0] = '\0';
+    SQLRETURN rc = KODBC_SQL(SQLFetch, stmt.get());
+    if (odbc::succeeded(rc)) {
+        if (indicator == SQL_NULL_DATA) value[0] = '\0';
+        return true;
+    }
+    if (rc != SQL_NO_DATA) {
+        Kodbc_DisplayErrorHstmt(stmt.get(), nullptr);
+        failed = true;
+    }
+    return false;
+}
+
+} // namespace
+} // namespace kodbc::catalog
+
+using namespace kodbc;
+using namespace kodbc::catalog;
+
+extern "C" {
+
+KODBC_API int KODBC_CALL Kodbc_GetColumnDataType(SQLHDBC hdbc, const char *table, const char *field) {
+    return static_cast<int>(ColumnAttribute(hdbc, table, field, SQL_COLUMN_TYPE, 0));
+}
+
+KODBC_API int KODBC_CALL Kodbc_GetColumnLength(SQLHDBC hdbc, const char *table, const char *field) {
+    return static_cast<int>(ColumnAttribute(hdbc, table, field, SQL_COLUMN_LENGTH, -1));
+}
+
+KODBC_API int KODBC_CALL Kodbc_IsColumnAutoIncrement(SQLHDBC hdbc, const char *table, const char *field) {
+    return ColumnAttribute(hdbc, table, field, SQL_COLUMN_AUTO_INCREMENT, 0) != 0 ? 1 : 0;
+}
+
+KODBC_API int KODBC_CALL Kodbc_IsColumnUpdateable(SQLHDBC hdbc, const char *table, const char *field) {
+    return ColumnAttribute(hdbc, table, field, SQL_COLUMN_UPDATABLE, 0) != 0 ? 1 : 0;
+}
+
+KODBC_API int KODBC_CALL Kodbc_GetColumnProperties(SQLHDBC hdbc, const char *table, const char *field,
+                                                   ColumnPropertiesRecord *record) {
+    if (!record) return KODBC_FAILURE;
+    std::memset(record, 0, sizeof *record);
+    PreparedColumn column(hdbc, table, field);
+    if (!column.ok()) return KODBC_FAILURE;
+    // A property the driver refuses stays 0; the record says so by itself.
+    SQLLEN value = 0;
+    if (column.attribute(SQL_COLUMN_TYPE, value, false)) record->SqlDataType = static_cast<int32_t>(value);
+    if (column.attribute(SQL_COLUMN_AUTO_INCREMENT, value, false)) record->AutoIncrement = value != 0;
+    if (column.attribute(SQL_COLUMN_CASE_SENSITIVE, value, false)) record->CaseSensitive = value != 0;
+    if (column.attribute(SQL_COLUMN_LENGTH, value, false)) record->Length = static_cast<int32_t>(value);
+    if (column.attribute(SQL_COLUMN_NULLABLE, value, false)) record->Nullable = value != SQL_NO_NULLS;
+    if (column.attribute(SQL_COLUMN_UPDATABLE, value, false)) record->Updatable = value != SQL_ATTR_READONLY;
+    return KODBC_SUCCESS;
+}
+
+KODBC_API int KODBC_CALL Kodbc_GetPrimaryKeyColumns(SQLHDBC hdbc, const char *table, int flags,
+                                                    const char *separator, char *out, int outSize) {
+    if (!out || outSize < 1) return KODBC_FAILURE;
+    korvel::BoundedText list(out, outSize);
+    if (!hdbc || !SupportsPrimaryKeys(hdbc)) return KODBC_FAILURE;
+    if (IsBlank(table)) return KODBC_SUCCESS;
+    if (!separator) separator = "\t";
+
+    odbc::Statement stmt(hdbc);
+    char name[kKeyNameSize] = {};
+    SQLLEN indicator = 0;
+    if (!OpenPrimaryKey(stmt, hdbc, table, 4, name, sizeof name, indicator)) return KODBC_FAILURE;
+    bool failed = false;
+    bool first = true;
+    while (FetchKeyRow(stmt, name, indicator, failed)) {
+        if (flags & KODBC_PK_QUOTE) Kodbc_PrepareNameForSql92(hdbc, name, name, sizeof name);
+        if (!first) list.append(separator);
+        list.append(name);
+        first = false;
+    }
+    return failed ? KODBC_FAILURE : KODBC_SUCCESS;
+}
+
+KODBC_API int KODBC_CALL Kodbc_GetPrimaryKeyName(SQLHDBC hdbc, const char *table, int flags, char *out,
+                                                 int outSize) {
+    if (!out || outSize < 1) return KODBC_FAILURE;
+    korvel::BoundedText result(out, outSize);
+    if (!hdbc || !SupportsPrimaryKeys(hdbc)) return KODBC_FAILURE;
+    if (IsBlank(table)) return KODBC_SUCCESS;
+
+    odbc::Statement stmt(hdbc);
+    char name[kKeyNameSize] = {};
+    SQLLEN indicator = 0;
+    if (!OpenPrimaryKey(stmt, hdbc, table, 6, name, sizeof name, indicator)) return KODBC_FAILURE;
+    bool failed = false;
+    if (!FetchKeyRow(stmt, name, indicator, failed)) return failed ? KODBC_FAILURE : KODBC_SUCCESS;
+    if ((flags & KODBC_PK_QUOTE) && name[0]) Kodbc_PrepareNameForSql92(hdbc, name, name, sizeof name);
+    result.append(name);
+    return KODBC_SUCCESS;
+}
+
+} // extern "C"

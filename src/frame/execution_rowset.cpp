@@ -1,0 +1,303 @@
+// Carrying a result set into a delimited text file, and through a temporary
+// file into a caller's buffer.
+//
+// The transfer is the library's bulk path: each value is fetched as text
+// into one fixed buffer and copied into the file's block; column types are
+// asked once per statement; nothing is allocated per row.
+#include "catalog/catalog_internal.h"
+#include "internal/execution.h"
+#include "internal/library.h"
+
+#include <korvel/bounded_text.h>
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_diag.h>
+#include <kodbc/kodbc_exec.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string_view>
+#include <vector>
+
+namespace kodbc {
+namespace {
+
+constexpr SQLLEN kValueBufferSize = 4999;
+constexpr long kProgressStep = 100;
+constexpr int kTemporaryNameSize = 260;
+
+// Writes a text with every "'" doubled.
+void WriteDoublingQuotes(ResultFile &file, const char *text, std::size_t n) {
+    const char *end = text + n;
+    while (text < end) {
+        const char *quote = static_cast<const char *>(std::memchr(text, '\'', end - text));
+        if (!quote) {
+            file.write(text, end - text);
+            return;
+        }
+        file.write(text, quote - text + 1);
+        file.write('\'');
+        text = quote + 1;
+    }
+}
+
+void WriteDigits(char *out, int value, int width) {
+    for (int i = width - 1; i >= 0; --i) {
+        out[i] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    }
+}
+
+bool IsBlankValue(const char *text, std::size_t n) {
+    for (std::size_t i = 0; i < n; ++i)
+        if (text[i] != ' ') return false;
+    return true;
+}
+
+// The progress indicator of a long transfer, touched every 100 lines.
+class TransferProgress {
+public:
+    TransferProgress(unsigned flags, long expected) : expected_(expected) {
+        if (!(flags & KODBC_ROWSET_PROGRESS) || expected <= kProgressStep) return;
+        char title[200];
+        LoadLibraryString(LibraryInstance(), msg::PROGRESS_RECORD_OF, title, sizeof title);
+        char text[260];
+        std::snprintf(text, sizeof text, title, 0, static_cast<int>(expected));
+        progress_ = Korvel_Progress_Create(Korvel_ActiveWindow(), text, 0, expected);
+    }
+    ~TransferProgress() {
+        if (progress_) Korvel_Progress_Destroy(progress_);
+    }
+    TransferProgress(const TransferProgress &) = delete;
+    TransferProgress &operator=(const TransferProgress &) = delete;
+
+    // Before each line: true when the user has asked to stop.
+    bool cancelled(long linesSoFar) {
+        if (!progress_ || linesSoFar % kProgressStep != 0) return false;
+        return Korvel_Progress_Set(progress_, linesSoFar) != 0 || Korvel_Progress_IsCancelled(progress_) != 0;
+    }
+
+private:
+    KorvelProgress *progress_ = nullptr;
+    long expected_;
+};
+
+struct Separators {
+    std::string_view field;
+    std::string_view record;
+    Separators(const char *f, const char *r)
+        : field(f && *f ? f : "\t"), record(r && *r ? r : "\n") {}
+};
+
+// Reports a failed write of the result file: what is on disk is not the
+// result set.
+int ReportWriteError(const char *fileName) {
+    LibraryMessage(msg::FILE_WRITE_ERROR, fileName);
+    return KODBC_FAILURE;
+}
+
+int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &separators, const char *fileName,
+                   long *rowCount, const char *tolerated, unsigned flags) {
+    const long expected = rowCount ? *rowCount : 0;
+    if (rowCount) *rowCount = 0;
+
+    odbc::Statement statement;
+    if (!PrepareStatement(hdbc, sql, statement)) return KODBC_FAILURE;
+
+    ResultFile file;
+    if (!file.create(fileName)) {
+        LibraryErrorHandler(owner, FileErrorClass(), fileName);
+        return KODBC_FAILURE;
+    }
+    if (ExecuteStatement(statement, sql, tolerated) != ExecOutcome::Executed) return KODBC_FAILURE;
+
+    SQLLEN columnCount = 0;
+    SQLRETURN rc = KODBC_SQL(SQLColAttribute, statement.get(), static_cast<SQLUSMALLINT>(1),
+                             static_cast<SQLUSMALLINT>(SQL_DESC_COUNT), static_cast<SQLPOINTER>(nullptr),
+                             static_cast<SQLSMALLINT>(0), static_cast<SQLSMALLINT *>(nullptr), &columnCount);
+    if (!odbc::succeeded(rc)) {
+        ReportStatementError(statement, rc, sql, tolerated);
+        return KODBC_FAILURE;
+    }
+
+    long lines = 0;
+    if (flags & KODBC_ROWSET_HEADER) {
+        for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
+            char name[100] = {};
+            SQLSMALLINT length = 0;
+            SQLLEN unused = 0;
+            rc = KODBC_SQL(SQLColAttributes, statement.get(), c, static_cast<SQLUSMALLINT>(SQL_COLUMN_NAME),
+                           static_cast<SQLPOINTER>(name), static_cast<SQLSMALLINT>(sizeof name), &length, &unused);
+            if (!odbc::succeeded(rc)) {
+                ReportStatementError(statement, rc, sql, tolerated);
+                return KODBC_FAILURE;
+            }
+            if (c > 1) file.write(separators.field.data(), separators.field.size());
+            file.write(name, strnlen(name, sizeof name - 1));
+        }
+        lines = 1;
+    }
+
+    std::vector<ValueClass> classes;
+    try {
+        classes.resize(static_cast<std::size_t>(columnCount));
+    } catch (const std::bad_alloc &) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+        return KODBC_FAILURE;
+    }
+    for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
+        SQLLEN type = 0;
+        rc = KODBC_SQL(SQLColAttribute, statement.get(), c, static_cast<SQLUSMALLINT>(SQL_DESC_TYPE),
+                       static_cast<SQLPOINTER>(nullptr), static_cast<SQLSMALLINT>(0),
+                       static_cast<SQLSMALLINT *>(nullptr), &type);
+        if (!odbc::succeeded(rc)) {
+            ReportStatementError(statement, rc, sql, tolerated);
+            return KODBC_FAILURE;
+        }
+        classes[c - 1] = ClassifySqlType(type);
+    }
+
+    TransferProgress progress(flags, expected);
+    const bool quote = flags & KODBC_ROWSET_QUOTE_TEXT;
+    const bool zero = flags & KODBC_ROWSET_NUMERIC_ZERO;
+    const bool compactDates = flags & KODBC_ROWSET_COMPACT_DATES;
+    char value[kValueBufferSize];
+
+    while (columnCount > 0) {
+        if (progress.cancelled(lines)) break;
+        rc = KODBC_SQL(SQLFetch, statement.get());
+        if (rc == SQL_NO_DATA) break;
+        if (!odbc::succeeded(rc)) {
+            // Ending quietly here would pass a cut result off as complete.
+            ReportStatementError(statement, rc, sql, tolerated);
+            return KODBC_FAILURE;
+        }
+        if (lines > 0) file.write(separators.record.data(), separators.record.size());
+        for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
+            if (c > 1) file.write(separators.field.data(), separators.field.size());
+            SQLLEN indicator = 0;
+            rc = KODBC_SQL(SQLGetData, statement.get(), c, static_cast<SQLSMALLINT>(SQL_C_CHAR),
+                           static_cast<SQLPOINTER>(value), kValueBufferSize, &indicator);
+            const bool isNull = rc == SQL_NO_DATA || indicator == SQL_NULL_DATA;
+            if (!odbc::succeeded(rc) && rc != SQL_NO_DATA) {
+                ReportStatementError(statement, rc, sql, tolerated);
+                return KODBC_FAILURE;
+            }
+            std::size_t length = 0;
+            if (!isNull) {
+                // A cut value (01004) and an unknown total are measured.
+                length = indicator >= 0 && indicator < kValueBufferSize ? static_cast<std::size_t>(indicator)
+                                                                        : strnlen(value, kValueBufferSize - 1);
+            }
+            switch (classes[c - 1]) {
+            case ValueClass::Text: {
+                const char *text = value;
+                if (quote) {
+                    file.write('\'');
+                    WriteDoublingQuotes(file, text, length);
+                    file.write('\'');
+                } else {
+                    file.write(text, length);
+                }
+                break;
+            }
+            case ValueClass::Number:
+                if (isNull || IsBlankValue(value, length)) {
+                    if (zero) file.write('0');
+                } else {
+                    file.write(value, length);
+                }
+                break;
+            case ValueClass::Date:
+                if (!compactDates) {
+                    file.write(value, length);
+                    break;
+                }
+                if (quote) file.write('\'');
+                if (!isNull) {
+                    DateTimeFields d = ParseOdbcDateTime(value, length);
+                    char digits[14];
+                    WriteDigits(digits, d.year, 4);
+                    WriteDigits(digits + 4, d.month, 2);
+                    WriteDigits(digits + 6, d.day, 2);
+                    WriteDigits(digits + 8, d.hour, 2);
+                    WriteDigits(digits + 10, d.minute, 2);
+                    WriteDigits(digits + 12, d.second, 2);
+                    file.write(digits, sizeof digits);
+                }
+                if (quote) file.write('\'');
+                break;
+            case ValueClass::Other:
+                file.write(value, length);
+                break;
+            }
+        }
+        ++lines;
+        if (!file.ok()) break;
+    }
+
+    statement.reset();
+    if (!file.close()) return ReportWriteError(fileName);
+    if (rowCount) *rowCount = lines;
+    return KODBC_SUCCESS;
+}
+
+} // namespace
+} // namespace kodbc
+
+using namespace kodbc;
+using kodbc::catalog::IsBlank;
+
+extern "C" {
+
+KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToFile(HWND owner, SQLHDBC hdbc, const char *sql,
+                                                   const char *fieldSeparator, const char *recordSeparator,
+                                                   const char *fileName, long *rowCount, const char *tolerated,
+                                                   unsigned flags) {
+    if (IsBlank(fileName) || !hdbc || IsBlank(sql)) return KODBC_FAILURE;
+    return TransferRowSet(owner, hdbc, sql, Separators(fieldSeparator, recordSeparator), fileName, rowCount,
+                          tolerated, flags);
+}
+
+KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToBuffer(HWND owner, SQLHDBC hdbc, const char *sql,
+                                                     const char *fieldSeparator, const char *recordSeparator,
+                                                     char *buffer, int size, const char *tolerated, unsigned flags) {
+    if (!buffer || size < 3) return KODBC_FAILURE;
+    korvel::BoundedText out(buffer, size);
+
+    char fileName[kTemporaryNameSize];
+    if (!CreateTemporaryFileName("XB", fileName, sizeof fileName)) {
+        LibraryErrorHandler(owner, FileErrorClass(), nullptr);
+        return KODBC_FAILURE;
+    }
+    // The temporary file goes on every path, whatever the transfer did.
+    struct Remove {
+        const char *name;
+        ~Remove() { std::remove(name); }
+    } removeTemporary{fileName};
+
+    if (OdbcEh_SelectRowSetToFile(owner, hdbc, sql, fieldSeparator, recordSeparator, fileName, nullptr, tolerated,
+                                  flags) != KODBC_SUCCESS)
+        return KODBC_FAILURE;
+
+    std::FILE *in = std::fopen(fileName, "rb");
+    if (!in) {
+        LibraryErrorHandler(owner, FileErrorClass(), fileName);
+        return KODBC_FAILURE;
+    }
+    std::size_t n = std::fread(buffer, 1, static_cast<std::size_t>(size) - 1, in);
+    bool failed = std::ferror(in) != 0;
+    std::fclose(in);
+    if (failed) {
+        out.clear();
+        LibraryErrorHandler(owner, FileErrorClass(), fileName);
+        return KODBC_FAILURE;
+    }
+    buffer[n] = '\0';
+    return KODBC_SUCCESS;
+}
+
+} // extern "C"

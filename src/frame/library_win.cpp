@@ -1,0 +1,47 @@
+// The frame's window services: translating dialogs and tab controls, running
+// the library's own dialog templates, setting control texts.
+#include "internal/library.h"
+
+#include <korvel/korvel32.h>
+
+#include <commctrl.h>
+
+namespace kodbc {
+namespace {
+
+constexpr int kTabTextSize = 100;
+constexpr const char *kDialogSection = "DIALOGS";
+
+} // namespace
+
+void TranslateDialog(HWND dialog) { Polo_TranslateDialog(dialog, kModuleName, nullptr); }
+
+void TranslateTabItems(HWND tabControl) {
+    if (!tabControl) return;
+    int count = static_cast<int>(SendMessageA(tabControl, TCM_GETITEMCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+        char text[kTabTextSize] = {};
+        TCITEMA item = {};
+        item.mask = TCIF_TEXT;
+        item.pszText = text;
+        item.cchTextMax = kTabTextSize;
+        if (!SendMessageA(tabControl, TCM_GETITEMA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item))) continue;
+        // The control may hand back its own storage instead of filling ours.
+        if (item.pszText != text) lstrcpynA(text, item.pszText ? item.pszText : "", kTabTextSize);
+        Polo_TranslateString(kModuleName, kDialogSection, text, kTabTextSize);
+        TCITEMA changed = {};
+        changed.mask = TCIF_TEXT;
+        changed.pszText = text;
+        SendMessageA(tabControl, TCM_SETITEMA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&changed));
+    }
+}
+
+INT_PTR LibraryDialogBox(DLGPROC procedure, WORD dialogId, HWND owner, LPARAM parameter) {
+    return DialogBoxParamA(LibraryInstance(), MAKEINTRESOURCEA(dialogId), owner, procedure, parameter);
+}
+
+void SetItemText(HWND dialog, int controlId, const char *text) {
+    SetDlgItemTextA(dialog, controlId, text ? text : "");
+}
+
+} // namespace kodbc

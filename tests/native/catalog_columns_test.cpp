@@ -1,0 +1,124 @@
+// Single-column properties and primary keys.
+#include "test_support.h"
+
+#include <cstring>
+
+namespace kodbc::test {
+namespace {
+
+class CatalogColumns : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        DropAll();
+        Exec("CREATE TABLE kc_h6_cols (id INTEGER NOT NULL, label VARCHAR(40), amount FLOAT)");
+        Exec("CREATE TABLE kc_h6_pk (a INTEGER NOT NULL, b INTEGER NOT NULL, c VARCHAR(10), PRIMARY KEY (a, b))");
+        std::string dbms = DbmsName();
+        if (dbms == "SQLite")
+            Exec("CREATE TABLE kc_h6_auto (n INTEGER PRIMARY KEY AUTOINCREMENT, v INTEGER)");
+        else if (dbms == "PostgreSQL")
+            Exec("CREATE TABLE kc_h6_auto (n SERIAL PRIMARY KEY, v INTEGER)");
+        else
+            Exec("CREATE TABLE kc_h6_auto (n INTEGER AUTO_INCREMENT PRIMARY KEY, v INTEGER)");
+    }
+    void TearDown() override {
+        if (hdbc_) DropAll();
+        DataSourceTest::TearDown();
+    }
+    void DropAll() {
+        for (const char *name : {"kc_h6_cols", "kc_h6_pk", "kc_h6_auto"}) ExecQuietly(std::string("DROP TABLE ") + name);
+    }
+};
+KODBC_DATA_SOURCE_TEST_SUITE(CatalogColumns);
+
+TEST_P(CatalogColumns, TypeAndLength) {
+    EXPECT_EQ(Kodbc_GetColumnDataType(hdbc_, "kc_h6_cols", "id"), SQL_INTEGER);
+    EXPECT_EQ(Kodbc_GetColumnDataType(hdbc_, "kc_h6_cols", "label"), SQL_VARCHAR);
+    EXPECT_GE(Kodbc_GetColumnLength(hdbc_, "kc_h6_cols", "label"), 40);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(CatalogColumns, PropertiesRecord) {
+    ColumnPropertiesRecord record;
+    std::memset(&record, 0x55, sizeof record);
+    ASSERT_EQ(Kodbc_GetColumnProperties(hdbc_, "kc_h6_cols", "label", &record), KODBC_SUCCESS);
+    EXPECT_EQ(record.SqlDataType, SQL_VARCHAR);
+    EXPECT_EQ(record.AutoIncrement, 0);
+    EXPECT_GE(record.Length, 40);
+    EXPECT_EQ(record.Nullable, 1);
+    EXPECT_EQ(record.Updatable, 1);
+    EXPECT_TRUE(record.CaseSensitive == 0 || record.CaseSensitive == 1);
+
+    ASSERT_EQ(Kodbc_GetColumnProperties(hdbc_, "kc_h6_auto", "n", &record), KODBC_SUCCESS);
+    EXPECT_EQ(record.AutoIncrement, 1);
+    EXPECT_EQ(Kodbc_IsColumnAutoIncrement(hdbc_, "kc_h6_auto", "n"), 1);
+    EXPECT_EQ(Kodbc_IsColumnAutoIncrement(hdbc_, "kc_h6_auto", "v"), 0);
+    // The PostgreSQL driver calls a column of a statement that was only
+    // prepared read-only when that is the first thing asked about it.
+    if (DbmsName() != "PostgreSQL") {
+        EXPECT_EQ(Kodbc_IsColumnUpdateable(hdbc_, "kc_h6_cols", "amount"), 1);
+    }
+}
+
+TEST_P(CatalogColumns, BadArgumentsFailAtOnceWithoutMessages) {
+    ColumnPropertiesRecord record;
+    std::memset(&record, 0x55, sizeof record);
+    EXPECT_EQ(Kodbc_GetColumnProperties(hdbc_, " ", "id", &record), KODBC_FAILURE);
+    const ColumnPropertiesRecord zero{};
+    EXPECT_EQ(std::memcmp(&record, &zero, sizeof record), 0);
+    EXPECT_EQ(Kodbc_GetColumnProperties(hdbc_, "kc_h6_cols", "id", nullptr), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_GetColumnDataType(hdbc_, "kc_h6_cols", nullptr), 0);
+    EXPECT_EQ(Kodbc_GetColumnLength(hdbc_, "", "label"), -1);
+    EXPECT_EQ(Kodbc_GetColumnLength(nullptr, "kc_h6_cols", "label"), -1);
+    EXPECT_EQ(Kodbc_IsColumnAutoIncrement(hdbc_, "kc_h6_auto", "\t"), 0);
+    EXPECT_EQ(Kodbc_IsColumnUpdateable(nullptr, "kc_h6_cols", "id"), 0);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(CatalogColumns, MissingColumnShowsTheDriversError) {
+    EXPECT_EQ(Kodbc_GetColumnDataType(hdbc_, "kc_h6_cols", "no_such_column"), 0);
+    ASSERT_FALSE(messages_.entries().empty());
+    EXPECT_EQ(messages_.entries().back().kind, KODBC_MESSAGE_ODBC_ERROR);
+    messages_.clear();
+    EXPECT_EQ(Kodbc_GetColumnLength(hdbc_, "kc_h6_nosuchtable", "id"), -1);
+    EXPECT_FALSE(messages_.entries().empty());
+}
+
+TEST_P(CatalogColumns, PrimaryKeyColumnsInKeyOrder) {
+    GuardedBuffer tab(100), comma(100), tight(2);
+    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", 0, nullptr, tab.data(), tab.size()), KODBC_SUCCESS);
+    EXPECT_EQ(tab.text(), "a\tb");
+    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", KODBC_PK_QUOTE, ",", comma.data(), comma.size()),
+              KODBC_SUCCESS);
+    EXPECT_EQ(comma.text(), "a,b");
+    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", 0, ",", tight.data(), tight.size()), KODBC_SUCCESS);
+    EXPECT_EQ(tight.text(), "a");
+    EXPECT_TRUE(tab.guards_intact() && comma.guards_intact() && tight.guards_intact());
+
+    GuardedBuffer none(100);
+    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_cols", 0, nullptr, none.data(), none.size()), KODBC_SUCCESS);
+    EXPECT_EQ(none.text(), "");
+    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "  ", 0, nullptr, none.data(), none.size()), KODBC_SUCCESS);
+    EXPECT_EQ(none.text(), "");
+    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", 0, nullptr, nullptr, 100), KODBC_FAILURE);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(CatalogColumns, PrimaryKeyName) {
+    GuardedBuffer name(100), none(100), tiny(1);
+    EXPECT_EQ(Kodbc_GetPrimaryKeyName(hdbc_, "kc_h6_pk", 0, name.data(), name.size()), KODBC_SUCCESS);
+    EXPECT_TRUE(name.guards_intact());
+    if (DbmsName() == "PostgreSQL") {
+        EXPECT_EQ(name.text(), "kc_h6_pk_pkey");
+    }
+    EXPECT_EQ(Kodbc_GetPrimaryKeyName(hdbc_, "kc_h6_cols", 0, none.data(), none.size()), KODBC_SUCCESS);
+    EXPECT_EQ(none.text(), "");
+    EXPECT_EQ(Kodbc_GetPrimaryKeyName(hdbc_, "kc_h6_pk", 0, tiny.data(), tiny.size()), KODBC_SUCCESS);
+    EXPECT_EQ(tiny.text(), "");
+    EXPECT_TRUE(tiny.guards_intact());
+    EXPECT_EQ(Kodbc_GetPrimaryKeyName(nullptr, "kc_h6_pk", 0, name.data(), name.size()), KODBC_FAILURE);
+}
+
+} // namespace
+} // namespace kodbc::test

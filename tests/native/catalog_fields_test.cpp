@@ -1,0 +1,143 @@
+// Field listings with their flags, the column-box entries, field counts and
+// the column names of a result set.
+#include "test_support.h"
+
+#include "catalog/catalog_internal.h"
+
+namespace kodbc::test {
+namespace {
+
+class CatalogFields : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        char q = Kodbc_GetDelimiter(hdbc_);
+        quote_ = std::string(1, q == ' ' || q == 0 ? '"' : q);
+        DropAll();
+        Exec("CREATE TABLE kc_h6_fa (id INTEGER NOT NULL, name VARCHAR(20), only_a INTEGER)");
+        Exec("CREATE TABLE kc_h6_fb (id INTEGER NOT NULL, note VARCHAR(30) NOT NULL)");
+        Exec("CREATE TABLE kc_h6_fc (long_column_name_x INTEGER, s INTEGER, " + quote_ + "mein feld" + quote_ +
+             " INTEGER)");
+    }
+    void TearDown() override {
+        if (hdbc_) DropAll();
+        DataSourceTest::TearDown();
+    }
+    void DropAll() {
+        for (const char *name : {"kc_h6_fa", "kc_h6_fb", "kc_h6_fc"}) ExecQuietly(std::string("DROP TABLE ") + name);
+    }
+    std::string Fields(const char *tables, int flags, const char *separator = nullptr, int size = 2000) {
+        GuardedBuffer out(size);
+        EXPECT_EQ(Kodbc_GetFields(hdbc_, tables, flags, separator, out.data(), out.size()), KODBC_SUCCESS);
+        EXPECT_TRUE(out.guards_intact());
+        return out.text();
+    }
+    std::string quote_;
+};
+KODBC_DATA_SOURCE_TEST_SUITE(CatalogFields);
+
+TEST_P(CatalogFields, PlainListingInColumnOrderOverTables) {
+    EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", 0), "id\tname\tonly_a\tid\tnote");
+    EXPECT_EQ(Fields("kc_h6_fb", 0, ", "), "id, note");
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(CatalogFields, SharedNamesQualifiedOnlyWhereTheyCollide) {
+    EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_DISAMBIGUATE), "kc_h6_fa.id\tname\tonly_a\tkc_h6_fb.id\tnote");
+    const char *once = "kc_h6_fa.id\tkc_h6_fa.name\tkc_h6_fa.only_a\tkc_h6_fb.id\tkc_h6_fb.note";
+    EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_QUALIFY | KODBC_FIELDS_DISAMBIGUATE), once);
+    EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_QUALIFY), once);
+    // A name in three listed tables is qualified in all three.
+    EXPECT_EQ(Fields("kc_h6_fb\tkc_h6_fa\tkc_h6_fb", KODBC_FIELDS_DISAMBIGUATE),
+              "kc_h6_fb.id\tkc_h6_fb.note\tkc_h6_fa.id\tname\tonly_a\tkc_h6_fb.id\tkc_h6_fb.note");
+}
+
+TEST_P(CatalogFields, TypeTextAndNotNullFilter) {
+    EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_WITH_TYPE, ",").substr(0, 21), "long_column_name_x,4,");
+    EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_NOT_NULL), "id\tid\tnote");
+    EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_NOT_NULL | KODBC_FIELDS_DISAMBIGUATE),
+              "kc_h6_fa.id\tkc_h6_fb.id\tnote");
+}
+
+TEST_P(CatalogFields, QuotingFlagsPrepareNamesForTheDriver) {
+    std::string expected = "long_column_name_x\ts\t" + quote_ + "mein feld" + quote_;
+    EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_QUOTE), expected);
+    EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_QUOTE_ALSO), expected);
+    EXPECT_EQ(Fields("kc_h6_fc", 0), "long_column_name_x\ts\tmein feld");
+    EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_QUALIFY | KODBC_FIELDS_QUOTE),
+              "kc_h6_fc.long_column_name_x\tkc_h6_fc.s\tkc_h6_fc." + quote_ + "mein feld" + quote_);
+}
+
+TEST_P(CatalogFields, EntryThatDoesNotFitIsSkippedLaterOnesTried) {
+    // long_column_name_x needs 18 + 2 + 1 bytes of room, s only 4, "mein feld" 12.
+    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 10), "s");
+    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 4), "");
+    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 5), "s");
+    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 22), "long_column_name_x");
+}
+
+TEST_P(CatalogFields, EmptyInputsAndBadArguments) {
+    EXPECT_EQ(Fields(nullptr, 0), "");
+    EXPECT_EQ(Fields("", 0), "");
+    EXPECT_EQ(Fields("kc_h6_nosuchtable", 0), "");
+    char buffer[8] = "x";
+    EXPECT_EQ(Kodbc_GetFields(hdbc_, "kc_h6_fa", 0, nullptr, nullptr, 10), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_GetFields(hdbc_, "kc_h6_fa", 0, nullptr, buffer, 0), KODBC_FAILURE);
+    EXPECT_STREQ(buffer, "x");
+}
+
+TEST_P(CatalogFields, FieldCount) {
+    EXPECT_EQ(Kodbc_GetFieldCount(hdbc_, "kc_h6_fa"), 3);
+    EXPECT_EQ(Kodbc_GetFieldCount(hdbc_, "kc_h6_fb"), 2);
+    EXPECT_EQ(Kodbc_GetFieldCount(hdbc_, "kc_h6_nosuchtable"), 0);
+    EXPECT_EQ(Kodbc_GetFieldCount(nullptr, "kc_h6_fa"), 2);  // the failure value, as callers know it
+}
+
+TEST_P(CatalogFields, ColumnBoxEntries) {
+    auto entries = [&](const char *schema, const char *table, int flags) {
+        std::vector<std::string> out;
+        EXPECT_EQ(catalog::ForEachColumnEntry(hdbc_, schema, table, flags,
+                                              [&](const char *entry) { out.emplace_back(entry); }),
+                  KODBC_SUCCESS);
+        return out;
+    };
+    using V = std::vector<std::string>;
+    EXPECT_EQ(entries(nullptr, "kc_h6_fb", 0), (V{"id", "note"}));
+    EXPECT_EQ(entries(nullptr, "kc_h6_fa", KODBC_COLUMNS_TABLE_PREFIX | KODBC_COLUMNS_NOT_NULL), (V{"kc_h6_fa.id"}));
+    EXPECT_EQ(entries("  ", "kc_h6_fb", KODBC_COLUMNS_SCHEMA_PREFIX), (V{"id", "note"}));
+    EXPECT_EQ(entries(nullptr, " ", 0), V{});
+    std::vector<std::string> schemata;
+    ASSERT_TRUE(catalog::ListSchemata(hdbc_, schemata));
+    if (Kodbc_GetSchemaUsage(hdbc_) > 0) {
+        ASSERT_FALSE(schemata.empty());
+        for (const std::string &schema : schemata) {
+            V found = entries(schema.c_str(), "kc_h6_fb", KODBC_COLUMNS_SCHEMA_PREFIX | KODBC_COLUMNS_TABLE_PREFIX);
+            if (found.empty()) continue;
+            EXPECT_EQ(found, (V{schema + ".kc_h6_fb.id", schema + ".kc_h6_fb.note"}));
+        }
+    } else {
+        EXPECT_TRUE(schemata.empty());
+    }
+}
+
+TEST_P(CatalogFields, ColumnNamesOfAResultSet) {
+    SQLHSTMT stmt = nullptr;
+    ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+    ASSERT_TRUE(SQL_SUCCEEDED(SQLExecDirect(stmt, (SQLCHAR *)"SELECT id, note FROM kc_h6_fb", SQL_NTS)));
+    GuardedBuffer tab(100), semi(100), tight(5), tighter(4);
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, 0, tab.data(), tab.size()), KODBC_SUCCESS);
+    EXPECT_EQ(tab.text(), "id\tnote");
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, ';', semi.data(), semi.size()), KODBC_SUCCESS);
+    EXPECT_EQ(semi.text(), "id;note");
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, ';', tight.data(), tight.size()), KODBC_SUCCESS);
+    EXPECT_EQ(tight.text(), "id");
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, ';', tighter.data(), tighter.size()), KODBC_SUCCESS);
+    EXPECT_EQ(tighter.text(), "id");
+    EXPECT_TRUE(tab.guards_intact() && semi.guards_intact() && tight.guards_intact() && tighter.guards_intact());
+    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(nullptr, 0, tab.data(), tab.size()), KODBC_FAILURE);
+}
+
+} // namespace
+} // namespace kodbc::test

@@ -1,0 +1,229 @@
+// Table listings: type lists, hidden system tables, schema qualification,
+// the room rule, existence tests.
+#include "test_support.h"
+
+#include "catalog/catalog_internal.h"
+
+#include <algorithm>
+#include <cstring>
+#include <strings.h>
+
+namespace kodbc::test {
+namespace {
+
+std::vector<std::string> Split(const std::string &text, const std::string &separator) {
+    std::vector<std::string> items;
+    if (text.empty()) return items;
+    std::size_t start = 0;
+    while (true) {
+        std::size_t at = text.find(separator, start);
+        items.push_back(text.substr(start, at - start));
+        if (at == std::string::npos) return items;
+        start = at + separator.size();
+    }
+}
+
+bool Contains(const std::vector<std::string> &items, const std::string &name) {
+    return std::find(items.begin(), items.end(), name) != items.end();
+}
+
+TEST(CatalogTypeList, FixedOrderQuotedAndJoinedWithoutBlank) {
+    char list[64];
+    catalog::TableTypeList(KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, list, sizeof list);
+    EXPECT_STREQ(list, "'TABLE','VIEW'");
+    catalog::TableTypeList(KODBC_OBJECT_SYSTEM | KODBC_OBJECT_SYNONYM | KODBC_OBJECT_VIEW | KODBC_OBJECT_ALIAS |
+                               KODBC_OBJECT_TABLE,
+                           list, sizeof list);
+    EXPECT_STREQ(list, "'TABLE','ALIAS','VIEW','SYNONYM','SYSTEM TABLE'");
+    catalog::TableTypeList(0x20 | 0x40, list, sizeof list);
+    EXPECT_STREQ(list, "");
+}
+
+TEST(CatalogSystemTables, PrefixHasCaseNameHasNone) {
+    EXPECT_TRUE(catalog::IsHiddenSystemTable("USysRibbons"));
+    EXPECT_FALSE(catalog::IsHiddenSystemTable("usysfoo"));
+    EXPECT_FALSE(catalog::IsHiddenSystemTable("USy"));
+    EXPECT_TRUE(catalog::IsHiddenSystemTable("korvelsystable"));
+    EXPECT_TRUE(catalog::IsHiddenSystemTable("KORVELSYSTABLE"));
+    EXPECT_FALSE(catalog::IsHiddenSystemTable("KorvelSysTable2"));
+}
+
+TEST(CatalogObjectTypeToName, NamesAndCut) {
+    const std::pair<int, const char *> cases[] = {{1, "TABLE"}, {2, "VIEW"}, {4, "FORM"}, {8, "REPORT"},
+                                                  {3, ""},      {16, ""},    {0, ""}};
+    for (const auto &[type, name] : cases) {
+        GuardedBuffer out(20);
+        Kodbc_ObjectTypeToName(type, out.data(), out.size());
+        EXPECT_EQ(out.text(), name) << type;
+    }
+    GuardedBuffer small(4);
+    Kodbc_ObjectTypeToName(8, small.data(), small.size());
+    EXPECT_EQ(small.text(), "REP");
+    EXPECT_TRUE(small.guards_intact());
+    Kodbc_ObjectTypeToName(1, nullptr, 10);  // harmless
+}
+
+class CatalogTables : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        char q = Kodbc_GetDelimiter(hdbc_);
+        quote_ = std::string(1, q == ' ' || q == 0 ? '"' : q);
+        DropAll();
+        Exec("CREATE TABLE kc_h6_alpha (id INTEGER)");
+        Exec("CREATE TABLE kc_h6_room_aaaaaaaaaaaaaaaaaaaa (id INTEGER)");
+        Exec("CREATE TABLE kc_h6_room_b (id INTEGER)");
+        Exec("CREATE TABLE " + Quoted("USysKcH6a") + " (id INTEGER)");
+        Exec("CREATE TABLE " + Quoted("usyskch6b") + " (id INTEGER)");
+        Exec("CREATE VIEW kc_h6_view AS SELECT id FROM kc_h6_alpha");
+    }
+    void TearDown() override {
+        if (hdbc_) DropAll();
+        DataSourceTest::TearDown();
+    }
+    void DropAll() {
+        ExecQuietly("DROP VIEW kc_h6_view");
+        for (const char *name :
+             {"kc_h6_alpha", "kc_h6_room_aaaaaaaaaaaaaaaaaaaa", "kc_h6_room_b", "USysKcH6a", "usyskch6b"})
+            ExecQuietly("DROP TABLE " + Quoted(name));
+    }
+    std::string Quoted(const std::string &name) const { return quote_ + name + quote_; }
+
+    // The listing into a generous guarded buffer.
+    std::vector<std::string> List(int typeFlags, const char *schema = nullptr, int nameFlags = 0,
+                                  const char *separator = "|") {
+        GuardedBuffer out(30000);
+        EXPECT_EQ(Kodbc_GetTablesExtended(hdbc_, typeFlags, schema, nameFlags, out.data(), out.size(), separator),
+                  0);
+        EXPECT_TRUE(out.guards_intact());
+        return Split(out.text(), separator ? separator : ",");
+    }
+
+    std::string quote_;
+};
+KODBC_DATA_SOURCE_TEST_SUITE(CatalogTables);
+
+TEST_P(CatalogTables, TypeFlagsChooseTablesOrViews) {
+    auto tables = List(KODBC_OBJECT_TABLE);
+    EXPECT_TRUE(Contains(tables, "kc_h6_alpha"));
+    EXPECT_FALSE(Contains(tables, "kc_h6_view"));
+    auto views = List(KODBC_OBJECT_VIEW);
+    EXPECT_TRUE(Contains(views, "kc_h6_view"));
+    EXPECT_FALSE(Contains(views, "kc_h6_alpha"));
+    auto both = List(KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW);
+    EXPECT_TRUE(Contains(both, "kc_h6_alpha"));
+    EXPECT_TRUE(Contains(both, "kc_h6_view"));
+    auto all = List(KODBC_OBJECT_ALL);
+    EXPECT_TRUE(Contains(all, "kc_h6_alpha"));
+    EXPECT_TRUE(Contains(all, "kc_h6_view"));
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(CatalogTables, SystemTablesHiddenUnlessAsked) {
+    for (int flags : {KODBC_OBJECT_TABLE, KODBC_OBJECT_ALL}) {
+        auto items = List(flags);
+        EXPECT_FALSE(Contains(items, "USysKcH6a")) << flags;
+        EXPECT_TRUE(Contains(items, "usyskch6b")) << flags;  // the prefix test has case
+        auto withSystem = List(flags | KODBC_OBJECT_SYSTEM);
+        EXPECT_TRUE(Contains(withSystem, "USysKcH6a")) << flags;
+    }
+}
+
+TEST_P(CatalogTables, LibrarySystemTableHiddenInAnyCase) {
+    // Another part of the library may own the system table in this
+    // database: create the lower-case one only when there is none.
+    auto before = List(KODBC_OBJECT_TABLE | KODBC_OBJECT_SYSTEM);
+    auto own = std::find_if(before.begin(), before.end(), [](const std::string &name) {
+        return strcasecmp(name.c_str(), "korvelsystable") == 0;
+    });
+    const bool created = own == before.end();
+    std::string name = created ? "korvelsystable" : *own;
+    if (created) Exec("CREATE TABLE " + Quoted(name) + " (id INTEGER)");
+    EXPECT_FALSE(Contains(List(KODBC_OBJECT_TABLE), name));
+    EXPECT_TRUE(Contains(List(KODBC_OBJECT_TABLE | KODBC_OBJECT_SYSTEM), name));
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, name.c_str()), 0);
+    if (created) Exec("DROP TABLE " + Quoted(name));
+}
+
+TEST_P(CatalogTables, NullSeparatorIsComma) {
+    auto items = List(KODBC_OBJECT_TABLE, nullptr, 0, nullptr);
+    EXPECT_TRUE(Contains(items, "kc_h6_alpha"));
+    GuardedBuffer out(30000);
+    ASSERT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), out.size(), nullptr), 0);
+    EXPECT_TRUE(Contains(Split(out.text(), ","), "kc_h6_room_b"));
+}
+
+TEST_P(CatalogTables, ListingStopsAtFirstNameThatDoesNotFit) {
+    auto full = List(KODBC_OBJECT_TABLE, nullptr, 0, "|");
+    auto longName = std::find(full.begin(), full.end(), "kc_h6_room_aaaaaaaaaaaaaaaaaaaa");
+    ASSERT_NE(longName, full.end());
+    ASSERT_NE(std::find(longName, full.end(), "kc_h6_room_b"), full.end()) << "driver order assumed by name";
+    std::size_t before = longName - full.begin();
+    std::string prefix;
+    for (std::size_t i = 0; i < before; ++i) prefix += (i ? "|" : "") + full[i];
+
+    // Exactly one byte short for the separator and the long name: the listing
+    // stops there, although the short name behind it would fit.
+    int size = static_cast<int>(prefix.size() + (before ? 1 : 0) + longName->size());
+    GuardedBuffer out(size);
+    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), out.size(), "|"), 0);
+    EXPECT_EQ(out.text(), prefix);
+    EXPECT_TRUE(out.guards_intact());
+
+    GuardedBuffer roomier(size + 1);
+    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, roomier.data(), roomier.size(), "|"), 0);
+    EXPECT_EQ(roomier.text().substr(0, prefix.size() + (before ? 1 : 0) + longName->size()),
+              prefix + (before ? "|" : "") + *longName);
+    EXPECT_TRUE(roomier.guards_intact());
+}
+
+TEST_P(CatalogTables, BadArgumentsAndTinyBuffers) {
+    GuardedBuffer out(1);
+    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), out.size(), ","), 0);
+    EXPECT_EQ(out.text(), "");
+    EXPECT_TRUE(out.guards_intact());
+    char untouched[4] = "abc";
+    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, untouched, 0, ","), -1);
+    EXPECT_STREQ(untouched, "abc");
+    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, nullptr, 100, ","), -1);
+    EXPECT_EQ(Kodbc_GetTables(nullptr, KODBC_OBJECT_TABLE, untouched, sizeof untouched, ","), -1);
+    EXPECT_EQ(Kodbc_DoesTableExist(nullptr, KODBC_OBJECT_TABLE, "kc_h6_alpha"), -1);
+}
+
+TEST_P(CatalogTables, ExistenceIgnoresCase) {
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, "kc_h6_alpha"), 1);
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, "KC_H6_ALPHA"), 1);
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, "kc_h6_alph"), 0);
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, "kc_h6_view"), 0);
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_VIEW, "kc_h6_view"), 1);
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, "USysKcH6a"), 0);
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE | KODBC_OBJECT_SYSTEM, "USysKcH6a"), 1);
+}
+
+TEST_P(CatalogTables, SchemaQualificationOnlyWhereSchemataAreUsed) {
+    auto items = List(KODBC_OBJECT_TABLE, nullptr, KODBC_TABLES_QUALIFY);
+    std::vector<std::string> schemata;
+    ASSERT_TRUE(catalog::ListSchemata(hdbc_, schemata));
+    if (Kodbc_GetSchemaUsage(hdbc_) == 0) {
+        EXPECT_TRUE(Contains(items, "kc_h6_alpha"));
+        EXPECT_EQ(Kodbc_DoesTableExistExtended(hdbc_, KODBC_OBJECT_TABLE, nullptr, "KC_H6_ALPHA"), 1);
+        return;
+    }
+    auto qualified = std::find_if(items.begin(), items.end(), [](const std::string &item) {
+        return item.size() > 12 && item.compare(item.size() - 12, 12, ".kc_h6_alpha") == 0;
+    });
+    ASSERT_NE(qualified, items.end());
+    std::string schema = qualified->substr(0, qualified->size() - 12);
+    EXPECT_TRUE(Contains(schemata, schema));
+    EXPECT_EQ(std::count(schemata.begin(), schemata.end(), schema), 1);  // each schema once
+    // The schema argument narrows the listing; the bare name no longer matches.
+    auto inSchema = List(KODBC_OBJECT_TABLE, schema.c_str(), KODBC_TABLES_QUALIFY);
+    EXPECT_TRUE(Contains(inSchema, *qualified));
+    EXPECT_EQ(Kodbc_DoesTableExistExtended(hdbc_, KODBC_OBJECT_TABLE, schema.c_str(), qualified->c_str()), 1);
+    EXPECT_EQ(Kodbc_DoesTableExistExtended(hdbc_, KODBC_OBJECT_TABLE, schema.c_str(), "kc_h6_alpha"), 0);
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, "kc_h6_alpha"), 1);
+}
+
+} // namespace
+} // namespace kodbc::test

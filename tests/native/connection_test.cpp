@@ -1,0 +1,239 @@
+// Connections, data-source records and driver queries, on every data source.
+#include "test_support.h"
+
+#include "internal/driver_info.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace kodbc::test {
+namespace {
+
+TEST(DatabaseType, DecidedByTheWholeNameExceptOracle) {
+    EXPECT_EQ(DatabaseTypeFromName("Microsoft SQL Server"), KODBC_DBTYPE_SQLSERVER);
+    EXPECT_EQ(DatabaseTypeFromName("MICROSOFT sql SERVER"), KODBC_DBTYPE_SQLSERVER);
+    EXPECT_EQ(DatabaseTypeFromName("ACCESS"), KODBC_DBTYPE_ACCESS);
+    EXPECT_EQ(DatabaseTypeFromName("ACCESS 2000"), KODBC_DBTYPE_OTHER);
+    EXPECT_EQ(DatabaseTypeFromName("Oracle9"), KODBC_DBTYPE_ORACLE);
+    EXPECT_EQ(DatabaseTypeFromName("ORACLE 11.2"), KODBC_DBTYPE_ORACLE);
+    EXPECT_EQ(DatabaseTypeFromName("Oracl"), KODBC_DBTYPE_OTHER);
+    EXPECT_EQ(DatabaseTypeFromName("MySQL"), KODBC_DBTYPE_MYSQL);
+    EXPECT_EQ(DatabaseTypeFromName("MySQL 8"), KODBC_DBTYPE_OTHER);
+    EXPECT_EQ(DatabaseTypeFromName("progress"), KODBC_DBTYPE_PROGRESS);
+    EXPECT_EQ(DatabaseTypeFromName("Excel"), KODBC_DBTYPE_EXCEL);
+    EXPECT_EQ(DatabaseTypeFromName("MariaDB"), KODBC_DBTYPE_OTHER);
+    EXPECT_EQ(DatabaseTypeFromName(""), KODBC_DBTYPE_OTHER);
+    EXPECT_EQ(DatabaseTypeFromName(nullptr), KODBC_DBTYPE_OTHER);
+}
+
+TEST(Connect, RefusesMissingArgumentsAndEmptyNames) {
+    MessageRecorder recorder;
+    DataSourceRecord source{};
+    SQLHENV henv = nullptr;
+    SQLHDBC hdbc = nullptr;
+    EXPECT_EQ(Kodbc_ConnectDataSource(nullptr, &henv, &hdbc), -1);
+    EXPECT_EQ(Kodbc_ConnectDataSource(&source, nullptr, &hdbc), -1);
+    EXPECT_TRUE(recorder.entries().empty());
+
+    EXPECT_EQ(Kodbc_ConnectDataSource(&source, &henv, &hdbc), -1);
+    ASSERT_EQ(recorder.entries().size(), 1u);
+    EXPECT_EQ(recorder.entries()[0].text, "Es ist keine Datenquelle angegeben");
+    EXPECT_EQ(henv, nullptr);
+    EXPECT_EQ(hdbc, nullptr);
+}
+
+TEST(Connect, UnknownDataSourceShowsTheDriverManagersErrorAndLeavesThePairEmpty) {
+    MessageRecorder recorder;
+    DataSourceRecord source{};
+    std::strcpy(source.DataSourceName, "kodbc_no_such_source");
+    SQLHENV henv = nullptr;
+    SQLHDBC hdbc = nullptr;
+    EXPECT_EQ(Kodbc_ConnectDataSource(&source, &henv, &hdbc), -1);
+    EXPECT_EQ(henv, nullptr);
+    EXPECT_EQ(hdbc, nullptr);
+    ASSERT_EQ(recorder.entries().size(), 1u);
+    const auto &shown = recorder.entries()[0];
+    EXPECT_EQ(shown.kind, KODBC_MESSAGE_ODBC_ERROR);
+    EXPECT_EQ(shown.sqlState, "IM002");
+    EXPECT_EQ(shown.vendor, "unixODBC");
+    EXPECT_EQ(shown.component, "Driver Manager");
+    EXPECT_NE(shown.description.find("not found"), std::string::npos) << shown.description;
+    EXPECT_EQ(shown.caption, "Fehler beim ODBC-Datenbankzugriff");
+}
+
+TEST(Connect, AlreadySetPairIsTakenAsConnected) {
+    MessageRecorder recorder;
+    DataSourceRecord source{};
+    std::strcpy(source.DataSourceName, "kodbc_no_such_source");
+    // Handles that no driver could accept: touching them would crash or fail.
+    SQLHENV henv = reinterpret_cast<SQLHENV>(0x1);
+    SQLHDBC hdbc = reinterpret_cast<SQLHDBC>(0x2);
+    EXPECT_EQ(Kodbc_ConnectDataSource(&source, &henv, &hdbc), 0);
+    EXPECT_EQ(henv, reinterpret_cast<SQLHENV>(0x1));
+    EXPECT_EQ(hdbc, reinterpret_cast<SQLHDBC>(0x2));
+    EXPECT_TRUE(recorder.entries().empty());
+}
+
+TEST(Connect, DisconnectToleratesNullAndEmptyPairs) {
+    SQLHENV henv = nullptr;
+    SQLHDBC hdbc = nullptr;
+    Kodbc_DisconnectDataSource(nullptr, &hdbc);
+    Kodbc_DisconnectDataSource(&henv, nullptr);
+    Kodbc_DisconnectDataSource(&henv, &hdbc);
+    EXPECT_EQ(henv, nullptr);
+    EXPECT_EQ(hdbc, nullptr);
+}
+
+TEST(DriverQueries, NullConnection) {
+    EXPECT_EQ(Kodbc_GetDatabaseType(nullptr), KODBC_DBTYPE_OTHER);
+    EXPECT_EQ(Kodbc_GetDelimiter(nullptr), 0);
+    EXPECT_EQ(Kodbc_GetSchemaUsage(nullptr), 0u);
+    GuardedBuffer name(8, 'x');
+    Kodbc_GetDatabaseName(nullptr, name.data(), name.size());
+    EXPECT_EQ(name.text(), "");
+    GuardedBuffer untouched(8, 'x');
+    Kodbc_GetDataSourceName(nullptr, untouched.data(), 0);
+    EXPECT_EQ(untouched.data()[0], 'x');
+}
+
+class ConnectionTest : public DataSourceTest {};
+
+TEST_P(ConnectionTest, EmptyUserAndPasswordConnectWithTheDataSourcesOwnLogin) {
+    // The fixture connected with empty user and password fields: the server
+    // data sources carry their login in the data source, which empty strings
+    // passed to the driver would override.
+    EXPECT_NE(hdbc_, nullptr);
+    EXPECT_NE(henv_, nullptr);
+    // A second connect on the set pair is a no-op.
+    DataSourceRecord other{};
+    std::strcpy(other.DataSourceName, "kodbc_no_such_source");
+    SQLHDBC before = hdbc_;
+    EXPECT_EQ(Kodbc_ConnectDataSource(&other, &henv_, &hdbc_), 0);
+    EXPECT_EQ(hdbc_, before);
+}
+
+TEST_P(ConnectionTest, DriverQueriesMatchTheDbms) {
+    std::string dbms = DbmsName();
+    char quote = Kodbc_GetDelimiter(hdbc_);
+    if (dbms == "SQLite") {
+        EXPECT_EQ(quote, '"');
+        EXPECT_EQ(Kodbc_GetSchemaUsage(hdbc_), 0u);
+        EXPECT_EQ(Kodbc_GetDatabaseType(hdbc_), KODBC_DBTYPE_OTHER);
+    } else if (dbms == "PostgreSQL") {
+        EXPECT_EQ(quote, '"');
+        EXPECT_NE(Kodbc_GetSchemaUsage(hdbc_), 0u);
+        EXPECT_EQ(Kodbc_GetDatabaseType(hdbc_), KODBC_DBTYPE_OTHER);
+    } else {
+        EXPECT_EQ(quote, '`') << dbms;
+        EXPECT_EQ(Kodbc_GetDatabaseType(hdbc_), DatabaseTypeFromName(dbms.c_str()));
+    }
+
+    GuardedBuffer source(100);
+    Kodbc_GetDataSourceName(hdbc_, source.data(), source.size());
+    EXPECT_EQ(source.text(), GetParam());
+
+    // A short buffer is cut, never overrun.
+    GuardedBuffer shortSource(4);
+    Kodbc_GetDataSourceName(hdbc_, shortSource.data(), shortSource.size());
+    EXPECT_EQ(shortSource.text(), GetParam().substr(0, 3));
+    EXPECT_TRUE(shortSource.guards_intact());
+
+    GuardedBuffer version(3);
+    Kodbc_GetDriverVersion(hdbc_, version.data(), version.size());
+    EXPECT_EQ(version.text().size(), 2u);
+    EXPECT_TRUE(version.guards_intact());
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(ConnectionTest);
+
+// Registry records round-trip and take defaults field by field.
+class RegistryRecords : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char dir[] = "/tmp/kodbc-records-XXXXXX";
+        ASSERT_NE(mkdtemp(dir), nullptr);
+        const char *old = std::getenv("KODBC_REGISTRY_DIR");
+        saved_ = old ? old : "";
+        setenv("KODBC_REGISTRY_DIR", dir, 1);
+    }
+    void TearDown() override { setenv("KODBC_REGISTRY_DIR", saved_.c_str(), 1); }
+    std::string saved_;
+    static constexpr const char *kKey = "Software\\Korvel Software\\Kodbc";
+};
+
+TEST_F(RegistryRecords, DataSourceRoundTripKeepsTheReservedTail) {
+    DataSourceRecord written{};
+    std::strcpy(written.DataSourceName, "Lager Süd");
+    std::strcpy(written.UserId, "müller");
+    std::strcpy(written.Password, "geheim");
+    Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", &written);
+
+    DataSourceRecord read;
+    std::memset(&read, 0x5A, sizeof read);
+    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", nullptr, &read);
+    EXPECT_STREQ(read.DataSourceName, "Lager Süd");
+    EXPECT_STREQ(read.UserId, "müller");
+    EXPECT_STREQ(read.Password, "geheim");
+    for (unsigned char byte : read.Reserved) ASSERT_EQ(byte, 0x5A);
+
+    Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", nullptr);  // no-op
+    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", nullptr, nullptr);
+}
+
+TEST_F(RegistryRecords, MissingValuesTakeDefaultsOrEmptyTexts) {
+    DataSourceRecord defaults{};
+    std::strcpy(defaults.DataSourceName, "Standard");
+    std::strcpy(defaults.UserId, "gast");
+    DataSourceRecord read;
+    std::memset(&read, 'x', sizeof read);
+    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Nowhere", &defaults, &read);
+    EXPECT_STREQ(read.DataSourceName, "Standard");
+    EXPECT_STREQ(read.UserId, "gast");
+    EXPECT_STREQ(read.Password, "");
+
+    std::memset(&read, 'x', sizeof read);
+    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Nowhere", nullptr, &read);
+    EXPECT_STREQ(read.DataSourceName, "");
+    EXPECT_STREQ(read.UserId, "");
+    EXPECT_STREQ(read.Password, "");
+}
+
+TEST_F(RegistryRecords, UserValuesWinOverMachineValues) {
+    DataSourceRecord machine{};
+    std::strcpy(machine.DataSourceName, "Zentrale");
+    std::strcpy(machine.UserId, "admin");
+    Kodbc_WriteDataSourceToRegistry(HKEY_LOCAL_MACHINE, kKey, 0, "DataSourceDialog", &machine);
+    DataSourceRecord read{};
+    Kodbc_ReadDataSourceFromHKCUorHKLM(kKey, "DataSourceDialog", nullptr, &read);
+    EXPECT_STREQ(read.DataSourceName, "Zentrale");
+
+    DataSourceRecord user{};
+    std::strcpy(user.DataSourceName, "Filiale");
+    Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "DataSourceDialog", &user);
+    Kodbc_ReadDataSourceFromHKCUorHKLM(kKey, "DataSourceDialog", nullptr, &read);
+    EXPECT_STREQ(read.DataSourceName, "Filiale");
+}
+
+TEST_F(RegistryRecords, DbObjectRoundTripAndDefaults) {
+    DbObjectRecord written{};
+    std::strcpy(written.DbObjectName, "Aufträge");
+    written.DbObjectType = KODBC_OBJECT_VIEW;
+    Kodbc_WriteDbObjectToRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", &written);
+    DbObjectRecord read{};
+    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", nullptr, &read);
+    EXPECT_STREQ(read.DbObjectName, "Aufträge");
+    EXPECT_EQ(read.DbObjectType, KODBC_OBJECT_VIEW);
+
+    DbObjectRecord defaults{};
+    std::strcpy(defaults.DbObjectName, "Kunden");
+    defaults.DbObjectType = KODBC_OBJECT_TABLE;
+    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", &defaults, &read);
+    EXPECT_STREQ(read.DbObjectName, "Kunden");
+    EXPECT_EQ(read.DbObjectType, KODBC_OBJECT_TABLE);
+    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", nullptr, &read);
+    EXPECT_STREQ(read.DbObjectName, "");
+    EXPECT_EQ(read.DbObjectType, 0);
+}
+
+} // namespace
+} // namespace kodbc::test

@@ -1,0 +1,160 @@
+// Splitting of driver messages, display results and the tolerance test.
+#include "test_support.h"
+
+#include "internal/diagnostics.h"
+
+#include <korvel/korvel32.h>
+
+#include <cstdlib>
+
+namespace kodbc::test {
+namespace {
+
+DiagnosticFields Split(const char *message) {
+    DiagnosticFields fields;
+    SplitDiagnosticMessage(message, fields);
+    return fields;
+}
+
+TEST(DiagnosticSplit, BracketsGiveVendorComponentDataSourceAndText) {
+    auto full = Split("[unixODBC][Driver Manager][kodbc_pg]connection refused");
+    EXPECT_EQ(full.vendor, "unixODBC");
+    EXPECT_EQ(full.component, "Driver Manager");
+    EXPECT_EQ(full.dataSource, "kodbc_pg");
+    EXPECT_EQ(full.description, "connection refused");
+
+    auto two = Split("[A][B]text");
+    EXPECT_EQ(two.vendor, "A");
+    EXPECT_EQ(two.component, "B");
+    EXPECT_EQ(two.dataSource, "");
+    EXPECT_EQ(two.description, "text");
+
+    auto none = Split("no such table: x (1)");
+    EXPECT_EQ(none.vendor, "no such table: x (1)");
+    EXPECT_EQ(none.component, "");
+    EXPECT_EQ(none.dataSource, "");
+    EXPECT_EQ(none.description, "");
+
+    // Only leading "[" are removed; a "]" inside the description stays.
+    auto nested = Split("[[X][Y][Z]see a[1] here");
+    EXPECT_EQ(nested.vendor, "X");
+    EXPECT_EQ(nested.dataSource, "Z");
+    EXPECT_EQ(nested.description, "see a[1] here");
+}
+
+TEST(DiagnosticSplit, PiecesAreCutAt299Characters) {
+    std::string longVendor(400, 'v');
+    auto fields = Split(("[" + longVendor + "][C]rest").c_str());
+    EXPECT_EQ(fields.vendor.size(), 298u);  // 299 copied, the "[" among them removed
+    EXPECT_EQ(fields.component, "C");
+    EXPECT_EQ(fields.description, "rest");
+}
+
+TEST(Tolerance, ListsWithoutAHandle) {
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, nullptr, SQL_ERROR), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "", SQL_ERROR), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, " \t\x01 ", SQL_ERROR), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "*", SQL_ERROR), 1);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, " *", SQL_ERROR), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "01004,NOINFO", SQL_SUCCESS_WITH_INFO), 1);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "noinfo", SQL_SUCCESS_WITH_INFO), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "NOINFO", SQL_ERROR), 0);
+}
+
+class DiagnosticsTest : public DataSourceTest {
+protected:
+    // Leaves a statement with a real error on it (a table that does not exist).
+    SQLHSTMT FailedStatement() {
+        SQLHSTMT stmt = nullptr;
+        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+        SQLRETURN rc = SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS);
+        EXPECT_EQ(rc, SQL_ERROR);
+        statements_.push_back(stmt);
+        return stmt;
+    }
+    void TearDown() override {
+        for (SQLHSTMT stmt : statements_) SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        DataSourceTest::TearDown();
+    }
+    static constexpr const char *kBadStatement = "SELECT * FROM kodbc_no_such_table";
+    std::vector<SQLHSTMT> statements_;
+};
+
+TEST_P(DiagnosticsTest, ErrorCodeAndDisplayShowTheFirstRecord) {
+    SQLHSTMT stmt = FailedStatement();
+    GuardedBuffer state(16);
+    EXPECT_EQ(Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state.data(), state.size()), 5);
+    EXPECT_EQ(state.text().size(), 5u);
+
+    GuardedBuffer cut(3);
+    Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, cut.data(), cut.size());
+    EXPECT_EQ(cut.text(), state.text().substr(0, 2));
+    EXPECT_TRUE(cut.guards_intact());
+
+    messages_.clear();
+    messages_.set_answer(KODBC_ANSWER_OK);
+    EXPECT_EQ(Kodbc_DisplayErrorHstmt(stmt, kBadStatement), 1);
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    const auto &shown = messages_.entries()[0];
+    EXPECT_EQ(shown.sqlState, state.text());
+    EXPECT_EQ(shown.statement, kBadStatement);
+    EXPECT_FALSE(shown.hasHint);
+    std::string all = shown.vendor + shown.component + shown.dataSource + shown.description;
+    EXPECT_NE(all.find("kodbc_no_such_table"), std::string::npos) << all;
+
+    messages_.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(OdbcEh_HandleErrorHstmt(nullptr, stmt, nullptr), 2);
+    EXPECT_EQ(messages_.entries().back().statement, "");
+}
+
+TEST_P(DiagnosticsTest, ToleranceTokensKeepTheirBlanks) {
+    SQLHSTMT stmt = FailedStatement();
+    char state[16];
+    Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state, sizeof state);
+    std::string lower = state;
+    for (char &c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt, state, SQL_ERROR), 1);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt, ("22001," + lower).c_str(), SQL_ERROR), 1);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt, ("22001, " + std::string(state)).c_str(), SQL_ERROR), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt, (" " + std::string(state)).c_str(), SQL_ERROR), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt, "22001,01004", SQL_ERROR), 0);
+    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt, "NOINFO", SQL_ERROR), 0);
+    // Reading the state must not consume the record: the display still finds it.
+    messages_.clear();
+    Kodbc_DisplayErrorHstmt(stmt, nullptr);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+}
+
+TEST_P(DiagnosticsTest, WarningsAreShownOnlyWithTheDumpBit) {
+    SQLHSTMT stmt = FailedStatement();
+    messages_.clear();
+    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState", 0);
+    EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 1);
+    EXPECT_TRUE(messages_.entries().empty());
+
+    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState",
+                               KORVEL_DUMP_WARNINGS);
+    messages_.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 2);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState", 0);
+}
+
+TEST_P(DiagnosticsTest, NothingToShowReturnsOne) {
+    SQLHSTMT stmt = nullptr;
+    ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+    statements_.push_back(stmt);
+    messages_.clear();
+    EXPECT_EQ(Kodbc_DisplayErrorHstmt(stmt, "SELECT 1"), 1);
+    EXPECT_EQ(Kodbc_DisplayErrorHdbc(nullptr), 1);
+    EXPECT_TRUE(messages_.entries().empty());
+    char state[8] = "xxxxxxx";
+    Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state, sizeof state);
+    EXPECT_STREQ(state, "");
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(DiagnosticsTest);
+
+} // namespace
+} // namespace kodbc::test

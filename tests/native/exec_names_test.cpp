@@ -1,0 +1,146 @@
+// Names of result columns, table columns and tables; existence tests and
+// free table names.
+#include "test_support.h"
+
+#include "internal/odbc_handles.h"
+
+#include <kodbc/kodbc_catalog.h>
+#include <kodbc/kodbc_exec.h>
+
+#include <cstring>
+#include <sstream>
+
+namespace kodbc::test {
+namespace {
+
+std::vector<std::string> Split(const std::string &text, char separator) {
+    std::vector<std::string> out;
+    std::stringstream in(text);
+    for (std::string item; std::getline(in, item, separator);) out.push_back(item);
+    return out;
+}
+
+class ExecNamesTest : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        TearDownTables();
+        Exec("CREATE TABLE h7_names_t (id INTEGER, name VARCHAR(20), amount INTEGER)");
+        messages_.clear();
+    }
+    void TearDown() override {
+        TearDownTables();
+        DataSourceTest::TearDown();
+    }
+    void TearDownTables() {
+        for (const char *t : {"h7_names_t", "h7_kunden", "h7_kunden_1", "h7_kunden_3"})
+            ExecQuietly(std::string("DROP TABLE ") + t);
+    }
+};
+KODBC_DATA_SOURCE_TEST_SUITE(ExecNamesTest);
+
+TEST_P(ExecNamesTest, ColumnNamesOfATable) {
+    GuardedBuffer out(100);
+    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_t", nullptr, 0, nullptr, nullptr, out.data(),
+                                    out.size()), 1);
+    EXPECT_EQ(out.text(), "id\tname\tamount");
+    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_t", "", 0, ", ", nullptr, out.data(), out.size()), 1);
+    EXPECT_EQ(out.text(), "id, name, amount");
+    EXPECT_TRUE(out.guards_intact());
+    GuardedBuffer small(9);
+    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_t", nullptr, 0, nullptr, nullptr, small.data(),
+                                    small.size()), 1);
+    EXPECT_EQ(small.text(), "id\tname\t");
+    EXPECT_TRUE(small.guards_intact());
+    // An unknown table simply has no columns.
+    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_missing", nullptr, 0, nullptr, nullptr, out.data(),
+                                    out.size()), 1);
+    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "", nullptr, 0, nullptr, nullptr, out.data(), out.size()), 2);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(ExecNamesTest, ColumnNamesOfAnExecutedStatement) {
+    odbc::Statement statement(hdbc_);
+    ASSERT_TRUE(statement.ok());
+    ASSERT_TRUE(odbc::succeeded(SQLExecDirect(statement, (SQLCHAR *)"SELECT id, name, amount FROM h7_names_t", SQL_NTS)));
+    GuardedBuffer out(64);
+    ASSERT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, 0, out.data(), out.size()), 1);
+    EXPECT_EQ(out.text(), "id\tname\tamount");
+    ASSERT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, ';', out.data(), out.size()), 1);
+    EXPECT_EQ(out.text(), "id;name;amount");
+    // "id;name" takes 7 bytes and its terminator; "amount" needs 7 more.
+    GuardedBuffer small(14);
+    ASSERT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, ';', small.data(), small.size()), 1);
+    EXPECT_EQ(small.text(), "id;name");
+    EXPECT_TRUE(small.guards_intact());
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, ';', small.data(), 0), 2);
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(nullptr, ';', out.data(), out.size()), 2);
+}
+
+TEST_P(ExecNamesTest, ExistenceIgnoresCase) {
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, "NAME"), 1);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, "nam"), 0);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, ""), 0);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, nullptr, nullptr, "id"), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, "H7_Names_T", 0), 1);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_names_t", 0), 1);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_VIEW, nullptr, "h7_names_t", 0), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_names", 0), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "", 0), 0);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(ExecNamesTest, TableListStopsAtTheFirstNameThatDoesNotFit) {
+    std::vector<char> all(100000);
+    ASSERT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, all.data(),
+                                       static_cast<int>(all.size()), nullptr), 0);
+    std::vector<std::string> names = Split(all.data(), ',');
+    EXPECT_NE(std::find(names.begin(), names.end(), "h7_names_t"), names.end());
+    ASSERT_GE(names.size(), 1u);
+
+    // Room for the first name and its separator only: exactly that name.
+    int size = static_cast<int>(names[0].size()) + 2;
+    GuardedBuffer first(size);
+    ASSERT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, first.data(), size, ";"), 0);
+    EXPECT_EQ(first.text(), names[0]);
+    EXPECT_TRUE(first.guards_intact());
+    GuardedBuffer none(static_cast<int>(names[0].size()) + 1);
+    ASSERT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, none.data(), none.size(), ";"),
+              0);
+    EXPECT_EQ(none.text(), "");
+    EXPECT_TRUE(none.guards_intact());
+    EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, none.data(), 0, ";"), -1);
+    EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, nullptr, 10, ";"), -1);
+}
+
+TEST_P(ExecNamesTest, UniqueTableNames) {
+    Exec("CREATE TABLE h7_kunden (id INTEGER)");
+    Exec("CREATE TABLE h7_kunden_1 (id INTEGER)");
+    Exec("CREATE TABLE h7_kunden_3 (id INTEGER)");
+    GuardedBuffer name(40);
+    std::strcpy(name.data(), "h7_kunden");
+    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
+    EXPECT_EQ(name.text(), "h7_kunden_2");
+    std::strcpy(name.data(), "H7_KUNDEN_1");
+    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
+    EXPECT_EQ(name.text(), "H7_KUNDEN_1_1");
+    std::strcpy(name.data(), "h7_kunden_free");
+    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
+    EXPECT_EQ(name.text(), "h7_kunden_free");
+    name.data()[0] = '\0';
+    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
+    EXPECT_EQ(name.text(), "_1");
+    EXPECT_TRUE(name.guards_intact());
+    // The result is cut to the caller's size.
+    GuardedBuffer cut(10);
+    std::strcpy(cut.data(), "h7_kunden");
+    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, cut.data(), cut.size(), 0), 1);
+    EXPECT_EQ(cut.text(), "h7_kunden");
+    EXPECT_TRUE(cut.guards_intact());
+    EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, nullptr, 10, 0), 2);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+} // namespace
+} // namespace kodbc::test

@@ -1,0 +1,123 @@
+// The statement dump gate: the registry switch decides whether statements
+// are logged and whether the user is asked before each one.
+#include "test_support.h"
+
+#include <korvel/korvel32.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace {
+
+constexpr const char *kKey = "Software\\Korvel Software\\Kodbc";
+
+class PlatformDumpGate : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Remember("KODBC_REGISTRY_DIR", registry_);
+        Remember("TMPDIR", tmpdir_);
+        char dir[] = "/tmp/kodbc-dump-test-XXXXXX";
+        ASSERT_NE(mkdtemp(dir), nullptr);
+        dir_ = dir;
+        setenv("KODBC_REGISTRY_DIR", dir, 1);
+        setenv("TMPDIR", dir, 1);
+    }
+    void TearDown() override {
+        Restore("KODBC_REGISTRY_DIR", registry_);
+        Restore("TMPDIR", tmpdir_);
+        std::filesystem::remove_all(dir_);
+    }
+    static void SetState(long state) {
+        ASSERT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpState", state), 1);
+    }
+    static std::string Contents(const std::string &path) {
+        std::ifstream in(path);
+        std::stringstream all;
+        all << in.rdbuf();
+        return all.str();
+    }
+    std::string dir_;
+
+private:
+    struct Saved {
+        bool set = false;
+        std::string value;
+    };
+    static void Remember(const char *name, Saved &saved) {
+        if (const char *v = std::getenv(name)) saved = {true, v};
+    }
+    static void Restore(const char *name, const Saved &saved) {
+        if (saved.set) setenv(name, saved.value.c_str(), 1);
+        else unsetenv(name);
+    }
+    Saved registry_, tmpdir_;
+};
+
+} // namespace
+
+TEST_F(PlatformDumpGate, NoBitsLetsEverythingRunQuietly) {
+    kodbc::test::MessageRecorder messages(KODBC_ANSWER_NO);
+    EXPECT_EQ(Korvel_GetDumpState(0), 0);
+    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
+    SetState(KORVEL_DUMP_WARNINGS);
+    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_WARNINGS) << "read again on every call";
+    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
+    EXPECT_TRUE(messages.entries().empty());
+    EXPECT_FALSE(std::filesystem::exists(dir_ + "/kodbc-sql.log"));
+}
+
+TEST_F(PlatformDumpGate, LogBitAppendsWithTimestamp) {
+    SetState(KORVEL_DUMP_LOG);
+    EXPECT_EQ(Korvel_DumpSqlStatement("DELETE FROM t", 0), 1);
+    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 2", 500), 1);
+    std::string log = Contents(dir_ + "/kodbc-sql.log");
+    std::istringstream lines(log);
+    std::string first, second;
+    std::getline(lines, first);
+    std::getline(lines, second);
+    // "yyyy-mm-dd hh:mm:ss  statement"
+    ASSERT_GE(first.size(), 21u) << log;
+    EXPECT_EQ(first[4], '-');
+    EXPECT_EQ(first[13], ':');
+    EXPECT_EQ(first.substr(first.size() - 13), "DELETE FROM t");
+    EXPECT_EQ(second.substr(second.size() - 8), "SELECT 2");
+
+    // A file named in the registry takes the place of the default.
+    const std::string named = dir_ + "/named.log";
+    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpFile", named.c_str()), 1);
+    EXPECT_EQ(Korvel_DumpSqlStatement("UPDATE t SET a=1", 0), 1);
+    EXPECT_NE(Contents(named).find("UPDATE t SET a=1"), std::string::npos);
+}
+
+TEST_F(PlatformDumpGate, AskBitOnlyYesRuns) {
+    SetState(KORVEL_DUMP_ASK);
+    kodbc::test::MessageRecorder messages(KODBC_ANSWER_YES);
+    EXPECT_EQ(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1);
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_YESNOCANCEL);
+    EXPECT_EQ(messages.entries()[0].text, "DROP TABLE x");
+    messages.set_answer(KODBC_ANSWER_NO);
+    EXPECT_NE(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1);
+    messages.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_NE(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1);
+    EXPECT_FALSE(std::filesystem::exists(dir_ + "/kodbc-sql.log")) << "asking alone does not log";
+
+    SetState(KORVEL_DUMP_ASK | KORVEL_DUMP_LOG);
+    messages.set_answer(KODBC_ANSWER_YES);
+    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 3", 0), 1);
+    EXPECT_NE(Contents(dir_ + "/kodbc-sql.log").find("SELECT 3"), std::string::npos);
+}
+
+TEST_F(PlatformDumpGate, AskWithoutHandlerRefuses) {
+    SetState(KORVEL_DUMP_ASK);
+    KodbcMessageHandler previous = Korvel_SetMessageHandler(nullptr, nullptr);
+    testing::internal::CaptureStderr();
+    int answer = Korvel_DumpSqlStatement("DELETE FROM t", 0);
+    std::string err = testing::internal::GetCapturedStderr();
+    Korvel_SetMessageHandler(previous, nullptr);
+    EXPECT_NE(answer, 1) << "nobody to ask: the safe answer refuses";
+    EXPECT_NE(err.find("DELETE FROM t"), std::string::npos);
+}

@@ -1,0 +1,156 @@
+// Messages through the string table of a registered module: loaded,
+// translated, filled, typed by their prefix, answered by the handler.
+#include "test_support.h"
+
+#include <korvel/korvel32.h>
+
+#include <clocale>
+#include <cstring>
+#include <string>
+
+namespace {
+
+char g_testModule;
+HINSTANCE TestInstance() { return reinterpret_cast<HINSTANCE>(&g_testModule); }
+
+const KorvelStringResource kTestStrings[] = {
+    {10, "Testfenster"},
+    {20, "?YN Soll die Tabelle  %s  gelöscht werden?"},
+    {21, "?YNC %s / %s / %s"},
+    {22, "s 100%% von %s"},
+    {23, "! Hinweis"},
+    {24, "Ohne Präfix %d %s"},
+    {30, "Gespeichert"},
+};
+
+class PlatformMessages : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static const KorvelModuleResources resources{kTestStrings, 7, "9.8.7.6", "testprofil"};
+        Korvel_RegisterModuleResources(TestInstance(), &resources);
+    }
+    void SetUp() override {
+        const char *current = std::setlocale(LC_CTYPE, nullptr);
+        locale_ = current ? current : "C";
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+    }
+    void TearDown() override { std::setlocale(LC_CTYPE, locale_.c_str()); }
+
+    static int Show(int messageId, const char *a1 = nullptr, const char *a2 = nullptr, const char *a3 = nullptr) {
+        KorvelMessageRequest request;
+        std::memset(&request, 0, sizeof request);
+        request.instance = TestInstance();
+        request.captionId = 10;
+        request.messageId = messageId;
+        request.module = "TESTMOD";
+        request.args[0] = a1;
+        request.args[1] = a2;
+        request.args[2] = a3;
+        request.loadFromResource = 1;
+        return Korvel_Message_Box(&request);
+    }
+    std::string locale_;
+};
+
+} // namespace
+
+TEST_F(PlatformMessages, PrefixKindArgumentsAndAnswer) {
+    kodbc::test::MessageRecorder messages(KODBC_ANSWER_YES);
+    EXPECT_EQ(Show(20, "Kunden"), KODBC_ANSWER_YES);
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_YESNO);
+    EXPECT_EQ(messages.entries()[0].caption, "Testfenster");
+    EXPECT_EQ(messages.entries()[0].text, "Soll die Tabelle  Kunden  gelöscht werden?");
+
+    messages.clear();
+    messages.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(Show(21, "a", nullptr, "c"), KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(Show(22, "s x"), KODBC_ANSWER_CANCEL);
+    Show(23);
+    Show(24, "eins");
+    ASSERT_EQ(messages.entries().size(), 4u);
+    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_YESNOCANCEL);
+    EXPECT_EQ(messages.entries()[0].text, "a /  / c");
+    EXPECT_EQ(messages.entries()[1].kind, KODBC_MESSAGE_STOP);
+    EXPECT_EQ(messages.entries()[1].text, "100% von s x") << "an argument never makes a prefix";
+    EXPECT_EQ(messages.entries()[2].kind, KODBC_MESSAGE_NOTICE);
+    EXPECT_EQ(messages.entries()[2].text, "Hinweis");
+    EXPECT_EQ(messages.entries()[3].kind, KODBC_MESSAGE_PLAIN);
+    EXPECT_EQ(messages.entries()[3].text, "Ohne Präfix %d eins");
+}
+
+namespace {
+const char *English(const char *module, const char *, const char *text) {
+    if (std::strcmp(module, "TESTMOD") != 0) return nullptr;
+    if (std::strcmp(text, "Testfenster") == 0) return "Test window";
+    if (std::strcmp(text, "! Hinweis") == 0) return "! Note";
+    return nullptr;
+}
+} // namespace
+
+TEST_F(PlatformMessages, TranslatedBeforeShown) {
+    kodbc::test::MessageRecorder messages;
+    Polo_InstallCatalogue(&English);
+    Show(23);
+    Polo_InstallCatalogue(nullptr);
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_EQ(messages.entries()[0].caption, "Test window");
+    EXPECT_EQ(messages.entries()[0].text, "Note");
+}
+
+TEST_F(PlatformMessages, WithoutHandlerStderrAndSafeAnswer) {
+    KodbcMessageHandler previous = Korvel_SetMessageHandler(nullptr, nullptr);
+    testing::internal::CaptureStderr();
+    int yesNo = Show(20, "T");
+    int yesNoCancel = Show(21);
+    int plain = Show(23);
+    std::string err = testing::internal::GetCapturedStderr();
+    Korvel_SetMessageHandler(previous, nullptr);
+    EXPECT_EQ(yesNo, KODBC_ANSWER_NO);
+    EXPECT_EQ(yesNoCancel, KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(plain, KODBC_ANSWER_OK);
+    EXPECT_NE(err.find("Testfenster: Soll die Tabelle  T  gelöscht werden?"), std::string::npos) << err;
+}
+
+TEST_F(PlatformMessages, StringTableAndIdentity) {
+    kodbc::test::GuardedBuffer buf(8);
+    // "Präfix" is cut before the two-byte "ä", never inside it.
+    EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, buf.data(), buf.size()), 7);
+    EXPECT_EQ(buf.text(), "Ohne Pr");
+    EXPECT_TRUE(buf.guards_intact());
+    char text[64];
+    EXPECT_EQ(Korvel_LoadString(TestInstance(), 25, text, sizeof text), 0);
+    EXPECT_EQ(Korvel_LoadString(TestInstance(), 5, text, sizeof text), 0);
+    EXPECT_EQ(Korvel_LoadString(TestInstance(), 31, text, sizeof text), 0);
+    EXPECT_EQ(Korvel_LoadString(TestInstance(), 30, text, sizeof text), 11);
+    EXPECT_EQ(Korvel_GetResourceFileVersion(TestInstance(), 1, text, sizeof text, 0), 7);
+    EXPECT_STREQ(text, "9.8.7.6");
+    EXPECT_EQ(Korvel_GetProfileName(TestInstance(), text, sizeof text), 14);
+    EXPECT_STREQ(text, "testprofil.ini");
+}
+
+TEST_F(PlatformMessages, LatinLocaleGetsLatinText) {
+    if (!std::setlocale(LC_CTYPE, "de_DE.ISO-8859-1") && !std::setlocale(LC_CTYPE, "de_DE"))
+        GTEST_SKIP() << "no Latin-1 locale installed";
+    char text[64];
+    ASSERT_GT(Korvel_LoadString(TestInstance(), 24, text, sizeof text), 0);
+    EXPECT_STREQ(text, "Ohne Pr\xE4" "fix %d %s");
+}
+
+TEST_F(PlatformMessages, FileErrorAndNotice) {
+    kodbc::test::MessageRecorder messages;
+    KorvelErrorRequest request;
+    std::memset(&request, 0, sizeof request);
+    request.errorClass = 3;
+    request.caption = "Fehler beim ODBC-Datenbankzugriff";
+    request.style = 16;
+    request.values[0] = "/tmp/fehlt.txt";
+    EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
+    Korvel_DisplayTempWind(TestInstance(), 30, 10, 0x00D2E6FA);
+    ASSERT_EQ(messages.entries().size(), 2u);
+    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
+    EXPECT_EQ(messages.entries()[0].caption, "Fehler beim ODBC-Datenbankzugriff");
+    EXPECT_NE(messages.entries()[0].text.find("/tmp/fehlt.txt"), std::string::npos);
+    EXPECT_EQ(messages.entries()[1].kind, KODBC_MESSAGE_TEMPORARY);
+    EXPECT_EQ(messages.entries()[1].text, "Gespeichert");
+}

@@ -1,0 +1,163 @@
+// The German string table as the library loads it: exact texts (prefixes,
+// double blanks, line breaks, umlauts, the spellings the applications have
+// always shown), missing numbers, and cutting to the caller's buffer.
+#include "internal/library.h"
+#include "test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstring>
+#include <string>
+
+namespace {
+
+using kodbc::LibraryInstance;
+using kodbc::LoadLibraryString;
+using kodbc::test::GuardedBuffer;
+
+// The loader hands out text in the locale's charset; these expectations are
+// UTF-8, so the tests run under a UTF-8 locale and are skipped without one.
+class StringTableTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        const char *current = std::setlocale(LC_ALL, nullptr);
+        saved_ = current ? current : "C";
+        for (const char *name : {"C.UTF-8", "C.utf8", "en_US.UTF-8", "de_DE.UTF-8"}) {
+            if (std::setlocale(LC_ALL, name)) {
+                utf8_ = true;
+                break;
+            }
+        }
+    }
+    static void TearDownTestSuite() { std::setlocale(LC_ALL, saved_.c_str()); }
+    void SetUp() override {
+        if (!utf8_) GTEST_SKIP() << "no UTF-8 locale installed";
+    }
+
+    static std::string Load(int id, int *length = nullptr) {
+        char buffer[2000];
+        std::memset(buffer, 'x', sizeof buffer);
+        int n = LoadLibraryString(LibraryInstance(), id, buffer, sizeof buffer);
+        if (length) *length = n;
+        return buffer;
+    }
+
+    static inline std::string saved_;
+    static inline bool utf8_ = false;
+};
+
+struct Sample {
+    int id;
+    const char *text;
+};
+
+// Written out independently of the resource source, byte for byte.
+constexpr Sample kSamples[] = {
+    {428, "Die Tabelle wurde gelöscht"},
+    {436, "Der SQL-Befehl wurde fehlerfrei ausgeführt"},
+    {1600, "s Speichermangel"},
+    {1606, "! Eventuell ist die Datenbank schreibgeschützt oder hat keinen Primärindex."},
+    {1613, "s Fehler beim ODBC-Datenbankzugriff.\n\nFehlerschlüssel %s\n\n%s\n\n%s"},
+    {1616, "s Es existiert bereits eine gleichnamige Tabelle oder Abfrage in dieser Datenquelle. "},
+    {1618, "s Es wurde eine unerwartete schließende Klammer gefunden.\n\n%s"},
+    {1630, "s Die Konvertierung des Datentyps des Feldes  '%s'  ergibt keinen Sinn."},
+    {1637, "s Die Datei  %s  befindet sich bereits im Zugriff."},
+    {1654, "s Alle Tabellen außer der ersten müssen Verknüfungen mit anderen Tabellen sein."},
+    {1703, "?YNC Sie sind im Begriff, ein Feld aus einer Tabelle zu löschen. Dabei geht der dieses "
+           "Feldes in allen Datensätzen der Tabelle unwiederbringlich verloren.\n\nWollen Sie das "
+           "Feld  '%s'  wirklich löschen?"},
+    {1704, "?YN Soll der Primärschlüssel der Tabelle wirklich gelöscht werden?"},
+    {1706, "! Der SELECT-Befehl wurde erfolgreich getestet"},
+    {1805, "Selektionsmasken (*.sms)|*.sms|"},
+    {1904, "beginnt mit"},
+    {1913, "ist leer"},
+    {1923, "ist in Liste enthalten  (Trenner ist ;)"},
+    {1909, "ist größer oder gleich dem Inhalt von Feld"},
+    {1951, "absteigend"},
+    {1963, "Kopie_von_%s"},
+    {1973, "Spaltenname|130\tDatentyp|100\tLeer erlaubt|70|C\tVorbesetzung|130\tKommentar|300"},
+    {2163, "Es werden insgesamt  %ld  Datensätze aus der Tabelle gelöscht.\n\nDrücken Sie auf "
+           "'Fertigstellen' um die Datensätze endgültig zu löschen."},
+    {2170, "Ergebnis der Formel"},
+    {2811, "Delimiter: %s  (Dezimal %d   Hex %02x)"},
+    {2900, "Datenbank"},
+    {2903, "Fehler beim ODBC-Datenbankzugriff"},
+    {2910, "Ändern von Datensätzen in einer Tabelle"},
+    {3000, "Der Treiber meldet eine ungültige Parameterzahl.\r\n\r\nVermutlich wurden in einer "
+           "Tabelle Felder angesprochen, die in dieser Tabelle nicht existieren."},
+    {3501, "Tabelle|150\tAlias|120\tVerknüpfungtyp|140\tVerknüpfungsbedingung|300"},
+    {3612, ">"},
+};
+
+TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
+    for (const Sample &sample : kSamples) {
+        int length = -1;
+        std::string text = Load(sample.id, &length);
+        EXPECT_EQ(text, sample.text) << "string " << sample.id;
+        EXPECT_EQ(length, static_cast<int>(std::strlen(sample.text))) << "string " << sample.id;
+    }
+}
+
+TEST_F(StringTableTest, SymbolsNameTheirNumbers) {
+    EXPECT_EQ(kodbc::msg::OUT_OF_MEMORY, 1600);
+    EXPECT_EQ(kodbc::msg::FILE_NOT_FOUND, 1638);
+    EXPECT_EQ(kodbc::msg::CAPTION_ODBC_ERROR, 2903);
+    EXPECT_EQ(Load(kodbc::msg::TABLE_DROPPED), "Die Tabelle wurde gelöscht");
+    EXPECT_EQ(Load(kodbc::msg::SORT_ASCENDING), "aufsteigend");
+}
+
+// Numbers the table does not hold, and the join type without a label whose
+// text is empty: both read as "nothing there".
+TEST_F(StringTableTest, MissingOrEmptyGivesZeroAndEmptyText) {
+    for (int id : {0, -1, 1, 427, 1601, 1615, 2901, 3600, 65535, 1000000}) {
+        GuardedBuffer buffer(50);
+        EXPECT_EQ(LoadLibraryString(LibraryInstance(), id, buffer.data(), buffer.size()), 0) << id;
+        EXPECT_EQ(buffer.text(), "") << id;
+        EXPECT_TRUE(buffer.guards_intact()) << id;
+    }
+}
+
+TEST_F(StringTableTest, NoBufferOrNoRoomWritesNothing) {
+    EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, nullptr, 100), 0);
+    GuardedBuffer none(0);
+    EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, none.data(), 0), 0);
+    EXPECT_TRUE(none.guards_intact());
+    GuardedBuffer negative(0);
+    EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, negative.data(), -5), 0);
+    EXPECT_TRUE(negative.guards_intact());
+}
+
+TEST_F(StringTableTest, CutsToSizeLessOne) {
+    const std::string full = "Fehler beim ODBC-Datenbankzugriff";  // 2903, plain ASCII
+    const int len = static_cast<int>(full.size());
+    for (int size : {1, 2, 5, len - 1, len, len + 1, len + 2}) {
+        GuardedBuffer buffer(size);
+        int n = LoadLibraryString(LibraryInstance(), 2903, buffer.data(), buffer.size());
+        std::string expected = full.substr(0, size - 1);
+        EXPECT_EQ(buffer.text(), expected) << "size " << size;
+        EXPECT_EQ(n, static_cast<int>(expected.size())) << "size " << size;
+        EXPECT_TRUE(buffer.guards_intact()) << "size " << size;
+    }
+}
+
+// Where a cut falls inside a multi-byte character the loader may drop the
+// partial character, but it never writes past the size and what it keeps
+// is the start of the text.
+TEST_F(StringTableTest, CutInsideMultiByteTextStaysInsideBuffer) {
+    const std::string full = "s Die Tabelle hat bereits einen Primärschlüssel";  // 1647
+    for (int size = 1; size <= static_cast<int>(full.size()) + 1; ++size) {
+        GuardedBuffer buffer(size);
+        int n = LoadLibraryString(LibraryInstance(), 1647, buffer.data(), buffer.size());
+        std::string text = buffer.text();
+        EXPECT_TRUE(buffer.guards_intact()) << "size " << size;
+        EXPECT_LE(static_cast<int>(text.size()), size - 1) << "size " << size;
+        EXPECT_EQ(full.compare(0, text.size(), text), 0) << "size " << size << ": " << text;
+        EXPECT_EQ(n, static_cast<int>(text.size())) << "size " << size;
+        if (size == static_cast<int>(full.size()) + 1) {
+            EXPECT_EQ(text, full);
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,206 @@
+#include "robot.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+namespace wintest {
+namespace {
+
+constexpr int kPollMs = 50;
+constexpr int kPaintMs = 400;
+
+struct Search {
+    const std::string *title;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK FindDialog(HWND window, LPARAM param) {
+    auto *search = reinterpret_cast<Search *>(param);
+    char cls[64];
+    if (!IsWindowVisible(window) || !GetClassNameA(window, cls, sizeof cls) || lstrcmpA(cls, "#32770") != 0) {
+        return TRUE;
+    }
+    if (WindowText(window) != *search->title) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+
+void WriteBitmap(const std::string &file, int width, int height, const void *pixels) {
+    BITMAPFILEHEADER header = {};
+    BITMAPINFOHEADER info = {};
+    DWORD stride = static_cast<DWORD>((width * 3 + 3) & ~3);
+    info.biSize = sizeof info;
+    info.biWidth = width;
+    info.biHeight = height;
+    info.biPlanes = 1;
+    info.biBitCount = 24;
+    info.biSizeImage = stride * static_cast<DWORD>(height);
+    header.bfType = 0x4D42;
+    header.bfOffBits = sizeof header + sizeof info;
+    header.bfSize = header.bfOffBits + info.biSizeImage;
+    if (FILE *f = std::fopen(file.c_str(), "wb")) {
+        std::fwrite(&header, sizeof header, 1, f);
+        std::fwrite(&info, sizeof info, 1, f);
+        std::fwrite(pixels, info.biSizeImage, 1, f);
+        std::fclose(f);
+    }
+}
+
+} // namespace
+
+std::string WindowText(HWND window) {
+    int length = static_cast<int>(SendMessageA(window, WM_GETTEXTLENGTH, 0, 0));
+    if (length <= 0) return {};
+    std::vector<char> text(static_cast<std::size_t>(length) + 1, '\0');
+    SendMessageA(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    return text.data();
+}
+
+std::string ControlText(HWND dialog, int controlId) {
+    HWND control = GetDlgItem(dialog, controlId);
+    return control ? WindowText(control) : std::string("<no control>");
+}
+
+bool ControlVisible(HWND dialog, int controlId) {
+    HWND control = GetDlgItem(dialog, controlId);
+    return control && (GetWindowLongA(control, GWL_STYLE) & WS_VISIBLE);
+}
+
+void Click(HWND dialog, int controlId) { PostMessageA(GetDlgItem(dialog, controlId), BM_CLICK, 0, 0); }
+
+void PressEscape(HWND dialog, int controlId) {
+    HWND control = GetDlgItem(dialog, controlId);
+    PostMessageA(control, WM_KEYDOWN, VK_ESCAPE, 0x00010001);
+    PostMessageA(control, WM_KEYUP, VK_ESCAPE, 0xC0010001);
+}
+
+std::string SaveScreenshot(HWND window, const std::string &name) {
+    RECT rect;
+    if (!GetWindowRect(window, &rect)) return {};
+    int width = rect.right - rect.left;
+    int height = rect.bottom - rect.top;
+    if (width <= 0 || height <= 0) return {};
+
+    BITMAPINFO info = {};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 24;
+    void *pixels = nullptr;
+    HDC screen = GetDC(nullptr);
+    HDC memory = CreateCompatibleDC(screen);
+    HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
+    HGDIOBJ old = SelectObject(memory, bitmap);
+    // The window draws itself into the bitmap; what covers it on screen
+    // does not matter.
+    if (!PrintWindow(window, memory, 0)) {
+        BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY);
+    }
+    GdiFlush();
+
+    const char *dir = std::getenv("KODBC_SCREENSHOT_DIR");
+    std::string file = std::string(dir && *dir ? dir : ".") + "/" + name + ".bmp";
+    WriteBitmap(file, width, height, pixels);
+
+    SelectObject(memory, old);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return file;
+}
+
+DialogRobot::DialogRobot(std::string title, std::string shot, Action action, int timeoutMs)
+    : thread_(GetCurrentThreadId()), title_(std::move(title)), shot_(std::move(shot)), action_(std::move(action)),
+      timeoutMs_(timeoutMs), worker_([this] { Run(); }) {}
+
+DialogRobot::~DialogRobot() { Join(); }
+
+void DialogRobot::Join() {
+    stop_ = true;
+    if (worker_.joinable()) worker_.join();
+}
+
+void DialogRobot::Run() {
+    auto start = std::chrono::steady_clock::now();
+    bool acted = false;
+    while (!stop_) {
+        Search search{&title_};
+        EnumThreadWindows(thread_, FindDialog, reinterpret_cast<LPARAM>(&search));
+        auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+        if (search.found) {
+            if (!acted && elapsed.count() < timeoutMs_) {
+                acted = true;
+                Sleep(kPaintMs);
+                if (!shot_.empty()) SaveScreenshot(search.found, shot_);
+                found_ = true;
+                if (action_) action_(search.found);
+                start = std::chrono::steady_clock::now();  // the action gets its own time to close it
+            } else if (elapsed.count() >= timeoutMs_) {
+                // Unexpected, or left open by the action: never let the test hang.
+                PostMessageA(search.found, WM_COMMAND, IDCANCEL, 0);
+                start = std::chrono::steady_clock::now();
+            }
+        }
+        Sleep(kPollMs);
+    }
+}
+
+namespace {
+
+thread_local MessageBoxAnswerer *t_answerer = nullptr;
+
+BOOL CALLBACK CollectStatic(HWND child, LPARAM param) {
+    char cls[32];
+    if (GetClassNameA(child, cls, sizeof cls) && lstrcmpiA(cls, "Static") == 0) {
+        std::string text = WindowText(child);
+        auto *longest = reinterpret_cast<std::string *>(param);
+        if (text.size() > longest->size()) *longest = text;
+    }
+    return TRUE;
+}
+
+} // namespace
+
+MessageBoxAnswerer::MessageBoxAnswerer(std::string caption, int answer)
+    : caption_(std::move(caption)), answer_(answer) {
+    t_answerer = this;
+    hook_ = SetWindowsHookExA(WH_CBT, Hook, nullptr, GetCurrentThreadId());
+}
+
+MessageBoxAnswerer::~MessageBoxAnswerer() {
+    if (hook_) UnhookWindowsHookEx(hook_);
+    t_answerer = nullptr;
+}
+
+LRESULT CALLBACK MessageBoxAnswerer::Hook(int code, WPARAM wParam, LPARAM lParam) {
+    if (code == HCBT_ACTIVATE && t_answerer) t_answerer->OnActivate(reinterpret_cast<HWND>(wParam));
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+void MessageBoxAnswerer::OnActivate(HWND window) {
+    char cls[64];
+    if (!GetClassNameA(window, cls, sizeof cls) || lstrcmpA(cls, "#32770") != 0) return;
+    if (WindowText(window) != caption_) return;
+    // A box is activated again when focus comes back to it; count it once.
+    for (const MessageBoxSeen &s : seen_) {
+        if (s.caption == caption_ && GetPropA(window, "wintest.seen")) return;
+    }
+    SetPropA(window, "wintest.seen", reinterpret_cast<HANDLE>(1));
+
+    MessageBoxSeen seen;
+    seen.caption = caption_;
+    EnumChildWindows(window, CollectStatic, reinterpret_cast<LPARAM>(&seen.text));
+    seen.ok = ControlVisible(window, IDOK);
+    seen.cancel = ControlVisible(window, IDCANCEL);
+    seen.yes = ControlVisible(window, IDYES);
+    seen.no = ControlVisible(window, IDNO);
+    seen_.push_back(seen);
+    static int shots = 0;
+    SaveScreenshot(window, "messagebox-" + std::to_string(++shots));
+    PostMessageA(GetDlgItem(window, answer_), BM_CLICK, 0, 0);
+}
+
+} // namespace wintest

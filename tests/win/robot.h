@@ -1,0 +1,95 @@
+// Driving the library's modal windows from the outside, as a user would.
+//
+// The library runs its dialogs on the calling (test) thread. A DialogRobot
+// waits on a thread of its own for a dialog with a given title to appear on
+// the test thread, photographs it and runs an action on it (read fields,
+// press a button). A MessageBoxAnswerer answers message boxes from a CBT
+// hook on the test thread, before they are even shown.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace wintest {
+
+// Text of a dialog's control, read with WM_GETTEXT.
+std::string ControlText(HWND dialog, int controlId);
+std::string WindowText(HWND window);
+bool ControlVisible(HWND dialog, int controlId);
+
+// Presses a button the way a click would: BM_CLICK, posted.
+void Click(HWND dialog, int controlId);
+// Presses Escape on a control of the dialog.
+void PressEscape(HWND dialog, int controlId);
+
+// Saves what the window shows as <dir>/<name>.bmp, dir from the environment
+// variable KODBC_SCREENSHOT_DIR (else the working directory). Returns the
+// file written, empty on failure.
+std::string SaveScreenshot(HWND window, const std::string &name);
+
+class DialogRobot {
+public:
+    using Action = std::function<void(HWND dialog)>;
+
+    // Starts watching the calling thread's windows for a visible dialog
+    // titled `title`. When found: screenshot `shot` (if not empty), then
+    // `action`. After `timeoutMs` without one it gives up; a dialog that
+    // shows up later, or that the action left open, is cancelled so that no
+    // test hangs.
+    DialogRobot(std::string title, std::string shot, Action action, int timeoutMs = 20000);
+    ~DialogRobot();
+    DialogRobot(const DialogRobot &) = delete;
+    DialogRobot &operator=(const DialogRobot &) = delete;
+
+    // Waits for the robot to finish (called by the destructor too).
+    void Join();
+    bool Found() const { return found_; }
+
+private:
+    void Run();
+
+    DWORD thread_;
+    std::string title_;
+    std::string shot_;
+    Action action_;
+    int timeoutMs_;
+    std::atomic<bool> found_{false};
+    std::atomic<bool> stop_{false};
+    std::thread worker_;
+};
+
+// What a message box said and offered.
+struct MessageBoxSeen {
+    std::string caption;
+    std::string text;
+    bool ok = false, cancel = false, yes = false, no = false;
+};
+
+// Answers every message box on the calling thread whose caption is
+// `caption` with button `answer` (IDOK, IDYES, ...). One at a time per
+// thread.
+class MessageBoxAnswerer {
+public:
+    MessageBoxAnswerer(std::string caption, int answer);
+    ~MessageBoxAnswerer();
+    MessageBoxAnswerer(const MessageBoxAnswerer &) = delete;
+    MessageBoxAnswerer &operator=(const MessageBoxAnswerer &) = delete;
+
+    const std::vector<MessageBoxSeen> &Seen() const { return seen_; }
+
+private:
+    static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam);
+    void OnActivate(HWND window);
+
+    std::string caption_;
+    int answer_;
+    HHOOK hook_ = nullptr;
+    std::vector<MessageBoxSeen> seen_;
+};
+
+} // namespace wintest

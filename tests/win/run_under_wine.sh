@@ -1,0 +1,54 @@
+#!/bin/sh
+# Runs the Windows test program under 64-bit Wine inside a private X server.
+#   run_under_wine.sh PROGRAM WORKDIR [test arguments...]
+# WORKDIR receives a fresh Wine prefix (one per run) and the screenshots,
+# converted to PNG at the end. ODBCSYSINI/ODBCINI from the environment are
+# passed on (Wine's odbc32 hands every call to the host's driver manager,
+# which reads them); without them the private SQLite-only configuration in
+# $KODBC_WIN_ODBC_DIR is used.
+set -u
+program=$1
+work=$2
+shift 2
+
+wine=${KODBC_WINE:-/usr/lib/wine/wine64}
+wineserver=${KODBC_WINESERVER:-/usr/lib/wine/wineserver64}
+[ -x "$wineserver" ] || wineserver=/usr/lib/wine/wineserver
+
+export WINEPREFIX="$work/wineprefix"
+export WINEDEBUG=${WINEDEBUG:--all}
+# No Mono or Gecko installer prompts while the prefix is made.
+export WINEDLLOVERRIDES="mscoree,mshtml="
+if [ -z "${ODBCSYSINI:-}" ] && [ -n "${KODBC_WIN_ODBC_DIR:-}" ]; then
+    export ODBCSYSINI="$KODBC_WIN_ODBC_DIR"
+    export ODBCINI="$KODBC_WIN_ODBC_DIR/odbc.ini"
+fi
+shots="$work/screenshots"
+# Wine's drive Z: is the Unix root.
+export KODBC_SCREENSHOT_DIR="Z:$shots"
+
+rm -rf "$WINEPREFIX" "$shots"
+mkdir -p "$shots"
+
+cleanup() {
+    WINEPREFIX="$WINEPREFIX" "$wineserver" -k 2>/dev/null
+}
+trap cleanup EXIT INT TERM
+
+export wine program
+xvfb-run -a -s "-screen 0 1280x1024x24" sh -c '
+    "$wine" wineboot -i >/dev/null 2>&1
+    "$wine" "$program" "$@"
+    rc=$?
+    "'"$wineserver"'" -k 2>/dev/null
+    exit $rc
+' sh "$@"
+rc=$?
+
+if command -v convert >/dev/null 2>&1; then
+    for bmp in "$shots"/*.bmp; do
+        [ -e "$bmp" ] || continue
+        convert "$bmp" "${bmp%.bmp}.png" && rm -f "$bmp"
+    done
+fi
+exit $rc
