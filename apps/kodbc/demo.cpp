@@ -40,10 +40,13 @@ bool DataSourceExists(const std::string &wanted) {
     return found;
 }
 
+// Written straight into the user's data sources: the driver's own setup
+// routine needs a window system that a terminal does not have.
 bool CreateDataSource(const std::filesystem::path &database) {
-    std::string attributes = std::string("DSN=") + kDemoDsn + '\0' + "Description=kodbc Beispieldaten" + '\0' +
-                             "Database=" + database.string() + '\0' + '\0';
-    if (SQLConfigDataSource(nullptr, ODBC_ADD_DSN, kDemoDriver, attributes.c_str())) return true;
+    bool ok = SQLWriteDSNToIni(kDemoDsn, kDemoDriver) &&
+              SQLWritePrivateProfileString(kDemoDsn, "Description", "kodbc Beispieldaten", "odbc.ini") &&
+              SQLWritePrivateProfileString(kDemoDsn, "Database", database.c_str(), "odbc.ini");
+    if (ok) return true;
     DWORD code = 0;
     char text[512] = {};
     WORD length = 0;

@@ -1,0 +1,177 @@
+// Result set to file: OdbcEh_SelectRowSetToFile against a raw SQLFetch +
+// SQLGetData loop that writes through the same buffered file, on a SQLite
+// table of N rows of 8 mixed columns. Each measurement runs in its own
+// child process, so the peak resident size reported is that run's alone.
+//
+//   kodbc_bench_rowset_file [rows ...]     (default: 10000 100000 1000000)
+//
+// KODBC_BENCH_DSN names another data source (the table is SQLite SQL).
+#include "internal/execution.h"
+
+#include <kodbc/kodbc.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr const char *kTable = "h7_bench_rowset";
+constexpr const char *kSelect = "SELECT id, code, name, qty, price, stamp, note, flag FROM h7_bench_rowset";
+constexpr int kRuns = 3;
+
+std::string Dsn() {
+    const char *dsn = std::getenv("KODBC_BENCH_DSN");
+    return dsn && *dsn ? dsn : "kodbc_bench_sqlite";
+}
+
+int Silent(const KodbcMessage *message, void *) {
+    std::fprintf(stderr, "message: %s\n", message->odbc ? message->odbc->description : message->text);
+    return KODBC_ANSWER_OK;
+}
+
+struct Connection {
+    SQLHENV henv = nullptr;
+    SQLHDBC hdbc = nullptr;
+    Connection() {
+        DataSourceRecord source{};
+        std::strncpy(source.DataSourceName, Dsn().c_str(), sizeof source.DataSourceName - 1);
+        if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != KODBC_CONNECTED) {
+            std::fprintf(stderr, "cannot connect to %s\n", Dsn().c_str());
+            std::exit(1);
+        }
+    }
+    ~Connection() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
+};
+
+void Fill(long rows) {
+    Connection c;
+    OdbcEh_PerformSqlStatement(nullptr, c.hdbc, (std::string("DROP TABLE ") + kTable).c_str(), "*");
+    std::string create = std::string("CREATE TABLE ") + kTable +
+                         " (id INTEGER, code CHAR(8), name VARCHAR(40), qty INTEGER, price DOUBLE,"
+                         " stamp TIMESTAMP, note VARCHAR(100), flag SMALLINT)";
+    std::string insert = std::string("INSERT INTO ") + kTable +
+                         " WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < " +
+                         std::to_string(rows) +
+                         ") SELECT x, printf('C%07d', x), 'Name of row ' || x, x % 1000, x * 0.25,"
+                         " datetime(1600000000 + x * 60, 'unixepoch'),"
+                         " CASE WHEN x % 7 = 0 THEN NULL ELSE 'O''Neil and a note of moderate length' END,"
+                         " x % 2 FROM c";
+    if (OdbcEh_PerformSqlStatement(nullptr, c.hdbc, create.c_str(), nullptr) != KODBC_SUCCESS ||
+        OdbcEh_PerformSqlStatement(nullptr, c.hdbc, insert.c_str(), nullptr) != KODBC_SUCCESS) {
+        std::fprintf(stderr, "cannot fill the table\n");
+        std::exit(1);
+    }
+}
+
+// The baseline: the same calls a hand-written transfer makes.
+long RawTransfer(SQLHDBC hdbc, const char *fileName) {
+    SQLHSTMT stmt = nullptr;
+    SQLAllocStmt(hdbc, &stmt);
+    if (!SQL_SUCCEEDED(SQLExecDirect(stmt, (SQLCHAR *)kSelect, SQL_NTS))) return -1;
+    SQLSMALLINT columns = 0;
+    SQLNumResultCols(stmt, &columns);
+    kodbc::ResultFile file;
+    if (!file.create(fileName)) return -1;
+    char value[4999];
+    long lines = 0;
+    while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+        if (lines) file.write('\n');
+        for (SQLUSMALLINT c = 1; c <= columns; ++c) {
+            if (c > 1) file.write('\t');
+            SQLLEN indicator = 0;
+            SQLGetData(stmt, c, SQL_C_CHAR, value, sizeof value, &indicator);
+            if (indicator > 0) file.write(value, std::min<SQLLEN>(indicator, sizeof value - 1));
+        }
+        ++lines;
+    }
+    SQLFreeStmt(stmt, SQL_DROP);
+    return file.close() ? lines : -1;
+}
+
+long LibraryTransfer(SQLHDBC hdbc, const char *fileName) {
+    long lines = 0;
+    return OdbcEh_SelectRowSetToFile(nullptr, hdbc, kSelect, nullptr, nullptr, fileName, &lines, nullptr, 0) ==
+                   KODBC_SUCCESS
+               ? lines
+               : -1;
+}
+
+struct Measurement {
+    double seconds = 0;
+    long lines = 0;
+    long peakKiB = 0;
+};
+
+// One transfer in a child process: its time, lines and peak resident size.
+Measurement Measure(bool library, const char *fileName) {
+    int pipeFds[2];
+    if (pipe(pipeFds) != 0) std::exit(1);
+    pid_t child = fork();
+    if (child == 0) {
+        close(pipeFds[0]);
+        Measurement m;
+        Connection c;
+        auto start = std::chrono::steady_clock::now();
+        m.lines = library ? LibraryTransfer(c.hdbc, fileName) : RawTransfer(c.hdbc, fileName);
+        m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        if (write(pipeFds[1], &m, sizeof m) != sizeof m) _exit(1);
+        _exit(0);
+    }
+    close(pipeFds[1]);
+    Measurement m;
+    if (read(pipeFds[0], &m, sizeof m) != sizeof m) m.lines = -1;
+    close(pipeFds[0]);
+    int status = 0;
+    struct rusage usage {};
+    wait4(child, &status, 0, &usage);
+    m.peakKiB = usage.ru_maxrss;
+    return m;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    if (!std::getenv("KODBC_BENCH_DSN")) {
+        setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
+        setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
+    }
+    Kodbc_SetMessageHandler(Silent, nullptr);
+    std::vector<long> sizes;
+    for (int i = 1; i < argc; ++i) sizes.push_back(std::atol(argv[i]));
+    if (sizes.empty()) sizes = {10000, 100000, 1000000};
+
+    std::string fileName = "/tmp/kodbc_bench_rowset_" + std::to_string(getpid()) + ".txt";
+    std::printf("%10s %14s %14s %7s %12s %12s\n", "rows", "raw rows/s", "kodbc rows/s", "ratio", "raw peak KiB",
+                "kodbc peak KiB");
+    for (long rows : sizes) {
+        Fill(rows);
+        // Best of a few runs each, alternating, so both see the same caches.
+        Measurement raw, lib;
+        for (int run = 0; run < kRuns; ++run) {
+            Measurement r = Measure(false, fileName.c_str());
+            Measurement l = Measure(true, fileName.c_str());
+            if (r.lines != rows || l.lines != rows) {
+                std::fprintf(stderr, "transfer failed (%ld / %ld lines of %ld)\n", r.lines, l.lines, rows);
+                return 1;
+            }
+            if (run == 0 || r.seconds < raw.seconds) raw = r;
+            if (run == 0 || l.seconds < lib.seconds) lib = l;
+        }
+        double rawRate = rows / raw.seconds, libRate = rows / lib.seconds;
+        std::printf("%10ld %14.0f %14.0f %7.3f %12ld %12ld\n", rows, rawRate, libRate, libRate / rawRate, raw.peakKiB,
+                    lib.peakKiB);
+        std::fflush(stdout);
+    }
+    std::remove(fileName.c_str());
+    Connection c;
+    OdbcEh_PerformSqlStatement(nullptr, c.hdbc, (std::string("DROP TABLE ") + kTable).c_str(), "*");
+    return 0;
+}
