@@ -54,18 +54,25 @@ pg_root() {
     return
   fi
   local root
-  if runuser -u postgres -- test -x "$dir" 2>/dev/null; then
+  if ((!as_root)); then
+    root=$dir/pg
+    mkdir -p "$root"
+  elif runuser -u postgres -- test -x "$dir" 2>/dev/null; then
     root=$dir/pg
     mkdir -p "$root"
   else
     root=$(mktemp -d /tmp/kodbc-pg.XXXXXX)
   fi
-  chown postgres: "$root"
+  ((!as_root)) || chown postgres: "$root"
   echo "$root" >"$dir/pg.root"
   echo "$root"
 }
 
-as_postgres() { runuser -u postgres -- "$@"; }
+# Without root the servers simply run as the calling user.
+as_root=$(( $(id -u) == 0 ))
+as_postgres() { if ((as_root)); then runuser -u postgres -- "$@"; else "$@"; fi; }
+root_user=()
+((!as_root)) || root_user=(--user=root)
 
 pg_running() {
   local root=$1
@@ -149,13 +156,13 @@ start_mariadb() {
   port=$(free_port)
   echo "$port" >"$dir/maria.port"
   if [[ ! -d $root/data/mysql ]]; then
-    mariadb-install-db --no-defaults --user=root --datadir="$root/data" \
+    mariadb-install-db --no-defaults "${root_user[@]}" --datadir="$root/data" \
       --auth-root-authentication-method=normal --skip-test-db >"$root/install.log" 2>&1 ||
       { cat "$root/install.log" >&2; die "mariadb-install-db failed"; }
   fi
   # setsid: the server must not die with the shell that started it, nor
   # take the caller's terminal signals.
-  setsid mariadbd --no-defaults --user=root --datadir="$root/data" \
+  setsid mariadbd --no-defaults "${root_user[@]}" --datadir="$root/data" \
     --socket="$root/mariadbd.sock" --pid-file="$root/mariadbd.pid" \
     --port="$port" --bind-address=127.0.0.1 --log-error="$root/server.log" \
     --skip-log-bin --innodb-buffer-pool-size=32M --character-set-server=utf8mb4 \

@@ -33,7 +33,8 @@ private:
 };
 
 // Reads one column as text (NULL as empty). False after a driver error.
-bool ReadText(SQLHSTMT statement, SQLUSMALLINT column, char *buffer, SQLLEN size, SQLRETURN &rc, bool *isNull = nullptr) {
+bool ReadText(SQLHSTMT statement, SQLUSMALLINT column, char *buffer, SQLLEN size, SQLRETURN &rc,
+              bool *isNull = nullptr) {
     SQLLEN indicator = 0;
     rc = KODBC_SQL(SQLGetData, statement, column, static_cast<SQLSMALLINT>(SQL_C_CHAR),
                    static_cast<SQLPOINTER>(buffer), size, &indicator);
@@ -91,11 +92,16 @@ KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToListView(HWND, SQLHDBC hdbc, const
     const bool dataFromFirst = flags & (KODBC_ROWSET_ITEMDATA_NUMBER | KODBC_ROWSET_ITEMDATA_TEXT);
     const SQLUSMALLINT firstShown = dataFromFirst ? 2 : 1;
     char value[kListValueSize];
+    // A read error ends the fill: silently when tolerated.
+    auto fail = [&](SQLRETURN rc) {
+        ReportStatementError(statement, rc, sql, tolerated);
+        return KODBC_FAILURE;
+    };
     SQLRETURN rc;
     for (int row = 0; odbc::succeeded(rc = KODBC_SQL(SQLFetch, statement.get())); ++row) {
         LPARAM data = 0;
         if (dataFromFirst) {
-            if (!ReadText(statement, 1, value, sizeof value, rc)) return ReportStatementError(statement, rc, sql, tolerated), KODBC_FAILURE;
+            if (!ReadText(statement, 1, value, sizeof value, rc)) return fail(rc);
             data = flags & KODBC_ROWSET_ITEMDATA_NUMBER ? NumberItemData(value) : TextItemData(value);
         }
         LVITEMA item = {};
@@ -105,15 +111,11 @@ KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToListView(HWND, SQLHDBC hdbc, const
         item.lParam = data;
         int index = static_cast<int>(SendMessageA(listView, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
         for (SQLUSMALLINT c = firstShown; c <= columns; ++c) {
-            if (!ReadText(statement, c, value, sizeof value, rc)) return ReportStatementError(statement, rc, sql, tolerated), KODBC_FAILURE;
+            if (!ReadText(statement, c, value, sizeof value, rc)) return fail(rc);
             Korvel_ListView_SetItemText(listView, index, c - firstShown, value);
         }
     }
-    if (rc != SQL_NO_DATA) {
-        ReportStatementError(statement, rc, sql, tolerated);
-        return KODBC_FAILURE;
-    }
-    return KODBC_SUCCESS;
+    return rc == SQL_NO_DATA ? KODBC_SUCCESS : fail(rc);
 }
 
 KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToBox(HWND, SQLHDBC hdbc, const char *sql, HWND box,
@@ -127,23 +129,22 @@ KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToBox(HWND, SQLHDBC hdbc, const char
     WaitCursor wait;
     char text[kBoxValueSize];
     char second[kBoxValueSize];
+    auto fail = [&](SQLRETURN rc) {
+        ReportStatementError(statement, rc, sql, tolerated);
+        return KODBC_FAILURE;
+    };
     SQLRETURN rc;
     while (odbc::succeeded(rc = KODBC_SQL(SQLFetch, statement.get()))) {
-        if (!ReadText(statement, 1, text, sizeof text, rc)) return ReportStatementError(statement, rc, sql, tolerated), KODBC_FAILURE;
+        if (!ReadText(statement, 1, text, sizeof text, rc)) return fail(rc);
         LPARAM data = 0;
         if (columns >= 2) {
             bool isNull = false;
-            if (!ReadText(statement, 2, second, sizeof second, rc, &isNull))
-                return ReportStatementError(statement, rc, sql, tolerated), KODBC_FAILURE;
+            if (!ReadText(statement, 2, second, sizeof second, rc, &isNull)) return fail(rc);
             if (!isNull) data = flags & KODBC_ROWSET_ITEMDATA_TEXT ? TextItemData(second) : NumberItemData(second);
         }
         Korvel_AddBoxEntry(box, text, data, -1, 0);
     }
-    if (rc != SQL_NO_DATA) {
-        ReportStatementError(statement, rc, sql, tolerated);
-        return KODBC_FAILURE;
-    }
-    return KODBC_SUCCESS;
+    return rc == SQL_NO_DATA ? KODBC_SUCCESS : fail(rc);
 }
 
 } // extern "C"

@@ -31,7 +31,7 @@ bool Overlaps(const void *a, std::size_t aLength, const void *b, std::size_t bLe
 void CopyCut(char *dst, int size, std::string_view text) noexcept {
     if (!dst || size < 1) return;
     std::size_t n = text.size() < static_cast<std::size_t>(size) - 1 ? text.size() : static_cast<std::size_t>(size) - 1;
-    std::memmove(dst, text.data(), n);
+    if (n) std::memmove(dst, text.data(), n);
     dst[n] = '\0';
 }
 
@@ -51,7 +51,7 @@ public:
             if (!heap_) return false;
             p = heap_;
         }
-        std::memcpy(p, text.data(), text.size());
+        if (!text.empty()) std::memcpy(p, text.data(), text.size());
         p[text.size()] = '\0';
         view_ = {p, text.size()};
         return true;

@@ -162,8 +162,9 @@ int Korvel_ReadStringFromHKCUorHKLM(const char *keyPath, const char *section, co
 #define KORVEL_DUMP_ASK       4
 
 int Korvel_GetDumpState(int reserved);
-// Offers a statement before it runs: 1 lets it run; anything else refuses
-// (the user answered No or Cancel to the question of bit 4).
+// Offers a statement before it runs: 1 lets it run; 0 refuses (the user
+// answered No or Cancel to the question of bit 4, or nobody could be asked).
+// `flags` is not used.
 int Korvel_DumpSqlStatement(const char *statement, int flags);
 
 // ---------------------------------------------------------------------------
@@ -189,11 +190,13 @@ struct KorvelDate {
 // German input: "day.month.year" with a two- or four-digit year (two digits:
 // below 50 is 20xx, else 19xx), optionally followed by a blank and
 // "hh:mm[:ss]"; also the ODBC forms "yyyy-mm-dd[ hh:mm:ss[.f]]" and the
-// escapes {d '…'} / {ts '…'}. Returns 1 for a valid date, 0 otherwise.
+// escapes {d '…'} / {ts '…'}. Returns 1 for a valid date, 0 otherwise
+// (then *date is left as it was, so callers can preset a start value).
 int Korvel_StringToDate(const char *text, KorvelDate *date);
 // Formats with %D1 (day, two digits), %M1 (month, two digits), %Y1 (year,
 // two digits), %Y2 (year, four digits), %h1, %m1, %s1 (time, two digits);
-// other characters are copied. Returns the length written.
+// other characters are copied; a null format is "%D1.%M1.%Y2". Returns the
+// length written (0 for a null date).
 int Korvel_FormatDate(const KorvelDate *date, const char *format, char *buffer, int size);
 // "{d 'yyyy-mm-dd'}" and "{ts 'yyyy-mm-dd hh:mm:ss'}". Return the length.
 int Korvel_DateToOdbcDate(const KorvelDate *date, char *buffer, int size);
