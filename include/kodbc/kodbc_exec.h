@@ -29,7 +29,7 @@ extern "C" {
 
 /* Item-data flags of OdbcEh_SelectRowSetToListView and _ToBox (Windows). */
 #define KODBC_ROWSET_ITEMDATA_NUMBER 0x04  /* list view: first column's number is the item data */
-#define KODBC_ROWSET_ITEMDATA_TEXT   0x80  /* a private copy of the text is the item data; the caller frees it */
+#define KODBC_ROWSET_ITEMDATA_TEXT   0x80  /* a copy of the text on the process heap is the item data */
 
 /* Results of the table and column tests. */
 #define KODBC_EXISTS                 1
@@ -93,8 +93,9 @@ KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToBuffer(HWND owner, SQLHDBC hdbc, c
 ** columns the caller has set up by the rows of sql, one item per row,
 ** every displayed column a sub-item. With KODBC_ROWSET_ITEMDATA_NUMBER the
 ** first column's decimal value becomes the item data, with
-** KODBC_ROWSET_ITEMDATA_TEXT a heap copy of its text (the caller frees it);
-** in both cases the display starts at the second column.
+** KODBC_ROWSET_ITEMDATA_TEXT a copy of its text on the process heap (the
+** caller frees it with HeapFree(GetProcessHeap(), 0, data)); in both cases
+** the display starts at the second column.
 ** Returns 1 filled; 2 when listView or sql is missing, the dump refused, or
 ** an error occurred (shown unless tolerated).
 */
@@ -104,8 +105,9 @@ KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToListView(HWND owner, SQLHDBC hdbc,
 /*
 ** OdbcEh_SelectRowSetToBox: replaces the entries of a list or combo box by
 ** the first column of each row (up to 998 characters). A second column that
-** is not NULL becomes the item data: a heap copy of its text with
-** KODBC_ROWSET_ITEMDATA_TEXT (the caller frees it), else its decimal value.
+** is not NULL becomes the item data: with KODBC_ROWSET_ITEMDATA_TEXT a copy
+** of its text on the process heap (the caller frees it with HeapFree), else
+** its decimal value.
 ** Returns 1 filled; 2 when box or sql is missing, the dump refused, or an
 ** error occurred (shown unless tolerated).
 */

@@ -4,7 +4,6 @@
 #include "internal/execution.h"
 #include "internal/library.h"
 
-#include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
 
 #include <kodbc/kodbc_diag.h>

@@ -14,6 +14,7 @@
 
 #include <charconv>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <strings.h>
 

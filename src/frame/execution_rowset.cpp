@@ -14,10 +14,8 @@
 #include <kodbc/kodbc_diag.h>
 #include <kodbc/kodbc_exec.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <string_view>
 #include <vector>
@@ -60,7 +58,7 @@ bool IsBlankValue(const char *text, std::size_t n) {
 // The progress indicator of a long transfer, touched every 100 lines.
 class TransferProgress {
 public:
-    TransferProgress(unsigned flags, long expected) : expected_(expected) {
+    TransferProgress(unsigned flags, long expected) {
         if (!(flags & KODBC_ROWSET_PROGRESS) || expected <= kProgressStep) return;
         char title[200];
         LoadLibraryString(LibraryInstance(), msg::PROGRESS_RECORD_OF, title, sizeof title);
@@ -77,12 +75,11 @@ public:
     // Before each line: true when the user has asked to stop.
     bool cancelled(long linesSoFar) {
         if (!progress_ || linesSoFar % kProgressStep != 0) return false;
-        return Korvel_Progress_Set(progress_, linesSoFar) != 0 || Korvel_Progress_IsCancelled(progress_) != 0;
+        return Korvel_Progress_Set(progress_, linesSoFar) != 0;
     }
 
 private:
     KorvelProgress *progress_ = nullptr;
-    long expected_;
 };
 
 struct Separators {

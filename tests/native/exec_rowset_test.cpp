@@ -8,7 +8,10 @@
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <fstream>
+#include <korvel/korvel32.h>
+#include <sys/file.h>
 #include <sstream>
 #include <sys/stat.h>
 #include <thread>
@@ -159,6 +162,39 @@ TEST_P(ExecRowSetTest, FileThatCannotBeCreatedIsReported) {
     EXPECT_EQ(messages_.entries()[0].kind, KODBC_MESSAGE_STOP);
     // Class 3 (no such file) has its own text.
     EXPECT_EQ(messages_.entries()[0].text, std::string("Die Datei  ") + name + "  existiert nicht.");
+}
+
+TEST_P(ExecRowSetTest, FileInUseByAnotherWriterIsLeftAlone) {
+    {
+        std::ofstream other(file_, std::ios::binary);
+        other << "someone else's";
+    }
+    int fd = open(file_.c_str(), O_RDWR);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(flock(fd, LOCK_EX), 0);
+    long lines = 0;
+    EXPECT_EQ(ToFile("SELECT id FROM h7_rows_t", 0, lines), 2);
+    close(fd);
+    EXPECT_EQ(Written(), "someone else's");
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    // Class 2: access denied.
+    EXPECT_NE(messages_.entries()[0].text.find("Zugriff verweigert"), std::string::npos);
+}
+
+TEST_P(ExecRowSetTest, RefusedByTheDumpCreatesNoFile) {
+    auto dumpState = [](long state) {
+        Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr,
+                                   "SqlDumpState", state);
+    };
+    dumpState(KORVEL_DUMP_ASK);
+    messages_.set_answer(KODBC_ANSWER_CANCEL);
+    long lines = 5;
+    EXPECT_EQ(ToFile("SELECT id FROM h7_rows_t", 0, lines), 2);
+    dumpState(0);
+    EXPECT_EQ(lines, 0);
+    struct stat info {};
+    EXPECT_NE(stat(file_.c_str(), &info), 0);
+    EXPECT_EQ(messages_.entries().size(), 1u);
 }
 
 TEST_P(ExecRowSetTest, FullDiskIsAFailureNotACutFile) {

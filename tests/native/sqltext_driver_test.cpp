@@ -27,12 +27,8 @@ protected:
     }
     std::string Format(const char *pattern, const char *a1 = nullptr, const char *a2 = nullptr,
                        const char *a3 = nullptr, const char *a4 = nullptr) {
-        return FormatIn(400, pattern, a1, a2, a3, a4);
-    }
-    std::string FormatIn(int size, const char *pattern, const char *a1 = nullptr, const char *a2 = nullptr,
-                         const char *a3 = nullptr, const char *a4 = nullptr) {
-        GuardedBuffer out(size);
-        Kodbc_SprintfSqlStatement(hdbc_, out.data(), size, pattern, a1, a2, a3, a4, nullptr, nullptr, nullptr,
+        GuardedBuffer out(400);
+        Kodbc_SprintfSqlStatement(hdbc_, out.data(), out.size(), pattern, a1, a2, a3, a4, nullptr, nullptr, nullptr,
                                   nullptr);
         EXPECT_TRUE(out.guards_intact()) << pattern;
         return out.text();
@@ -132,10 +128,6 @@ TEST_P(SqlTextDriver, FormatterPlaceholders) {
     EXPECT_EQ(Format("SELECT %f FROM %t%.%t", "Kunden Nr", "", "Meine Tabelle"),
               "SELECT " + q_ + "Kunden Nr" + q_ + " FROM " + q_ + "Meine Tabelle" + q_);
     EXPECT_EQ(Format("%t%.%t", "dbo", "Meine Tabelle"), "dbo." + q_ + "Meine Tabelle" + q_);
-    EXPECT_EQ(Format("A%dB%sC", "x"), "ABxC");
-    EXPECT_EQ(Format("%.SELECT %", "x"), "SELECT ");
-    EXPECT_EQ(FormatIn(10, "ABCDEFGHIJKLMNOPQRST"), "ABCDEFGH");
-    EXPECT_EQ(FormatIn(16, "AB%tC", "Meine Tabelle"), "AB");
 
     GuardedBuffer eight(40);
     Kodbc_SprintfSqlStatement(hdbc_, eight.data(), eight.size(), "%s%s%s%s%s%s%s%s", "1", "2", "3", "4", "5", "6",

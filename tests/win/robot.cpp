@@ -1,5 +1,7 @@
 #include "robot.h"
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -203,4 +205,73 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     PostMessageA(GetDlgItem(window, answer_), BM_CLICK, 0, 0);
 }
 
+} // namespace wintest
+
+namespace wintest {
+namespace {
+
+// Last line of defence: a dialog or message box of this process that stays
+// open far longer than any robot needs is reported with its texts and
+// cancelled, so a test that goes wrong fails instead of hanging the run.
+class Watchdog : public ::testing::Environment {
+public:
+    void SetUp() override {
+        worker_ = std::thread([this] { Run(); });
+    }
+    void TearDown() override {
+        stop_ = true;
+        if (worker_.joinable()) worker_.join();
+    }
+
+private:
+    static BOOL CALLBACK Collect(HWND window, LPARAM param) {
+        DWORD pid = 0;
+        GetWindowThreadProcessId(window, &pid);
+        char cls[64];
+        if (pid == GetCurrentProcessId() && IsWindowVisible(window) && GetClassNameA(window, cls, sizeof cls) &&
+            lstrcmpA(cls, "#32770") == 0) {
+            reinterpret_cast<std::vector<HWND> *>(param)->push_back(window);
+        }
+        return TRUE;
+    }
+    static BOOL CALLBACK Describe(HWND child, LPARAM) {
+        std::string text = WindowText(child);
+        if (!text.empty()) std::fprintf(stderr, "    [%d] %s\n", GetDlgCtrlID(child), text.c_str());
+        return TRUE;
+    }
+    void Run() {
+        std::vector<std::pair<HWND, int>> ages;
+        while (!stop_) {
+            std::vector<HWND> open;
+            EnumWindows(Collect, reinterpret_cast<LPARAM>(&open));
+            std::vector<std::pair<HWND, int>> next;
+            for (HWND window : open) {
+                int age = 0;
+                for (auto &[w, a] : ages) {
+                    if (w == window) age = a;
+                }
+                if (++age == kLimit) {
+                    std::fprintf(stderr, "watchdog: window \"%s\" left open, cancelling it\n",
+                                 WindowText(window).c_str());
+                    EnumChildWindows(window, Describe, 0);
+                    SaveScreenshot(window, "watchdog");
+                    PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+                    PostMessageA(window, WM_CLOSE, 0, 0);
+                    age = 0;
+                }
+                next.emplace_back(window, age);
+            }
+            ages.swap(next);
+            Sleep(250);
+        }
+    }
+
+    static constexpr int kLimit = 40;  // ten seconds
+    std::atomic<bool> stop_{false};
+    std::thread worker_;
+};
+
+[[maybe_unused]] ::testing::Environment *const g_watchdog = ::testing::AddGlobalTestEnvironment(new Watchdog);
+
+} // namespace
 } // namespace wintest
