@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace kodbc_cli {
 
@@ -10,10 +11,25 @@ struct Login {
     std::string password;
 };
 
+struct SelectOptions {
+    std::string statement;
+    std::string file;
+    std::string fieldSeparator = "\t";
+    std::string recordSeparator = "\n";
+    unsigned flags = 0;       // KODBC_ROWSET_*
+    long expectedRows = 0;    // for the progress bar; 0: counted first on a terminal
+};
+
 int ListDataSources();
 int ShowInfo(const std::string &dsn, const Login &login);
 int ListTables(const std::string &dsn, const Login &login);
+int ListColumns(const std::string &dsn, const Login &login, const std::string &table);
+int ListKeys(const std::string &dsn, const Login &login, const std::string &table);
 int RunSql(const std::string &dsn, const Login &login, const std::string &statement);
+int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions &options);
+int QuoteNames(const std::string &dsn, const Login &login, const std::vector<std::string> &names);
+int FormatStatement(const std::string &dsn, const Login &login, const std::string &sqlTemplate,
+                    const std::vector<std::string> &args);
 int RunDemo();
 
 } // namespace kodbc_cli

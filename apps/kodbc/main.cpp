@@ -6,6 +6,24 @@
 
 #include <clocale>
 
+namespace {
+
+// "\t" and "\n" typed on a command line mean tab and line feed.
+std::string Unescape(const std::string &text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 1 < text.size()) {
+            char c = text[++i];
+            out += c == 't' ? '\t' : c == 'n' ? '\n' : c == 'r' ? '\r' : c;
+        } else {
+            out += text[i];
+        }
+    }
+    return out;
+}
+
+} // namespace
+
 int main(int argc, char **argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"kodbc — Datenbankzugriff über ODBC"};
@@ -17,8 +35,10 @@ int main(int argc, char **argv) {
     app.add_option("-p,--password", login.password, "Kennwort für die Verbindung");
     app.add_flag("-y,--yes", assumeYes, "Rückfragen mit Ja beantworten");
 
-    std::string dsn, statement;
-    int result = kodbc_cli::kExitUsage;
+    std::string dsn, statement, table, sqlTemplate;
+    std::vector<std::string> names, args;
+    kodbc_cli::SelectOptions select;
+    bool header = false, quote = false, zero = false, compactDates = false, encode = false;
 
     auto *datasources = app.add_subcommand("datasources", "Datenquellen des Treibermanagers auflisten");
 
@@ -28,9 +48,39 @@ int main(int argc, char **argv) {
     auto *tables = app.add_subcommand("tables", "Tabellen und Sichten einer Datenquelle");
     tables->add_option("DSN", dsn, "Datenquelle")->required();
 
+    auto *columns = app.add_subcommand("columns", "Felder einer Tabelle mit ihren Datentypen");
+    columns->add_option("DSN", dsn, "Datenquelle")->required();
+    columns->add_option("TABLE", table, "Tabelle")->required();
+
+    auto *keys = app.add_subcommand("keys", "Primärschlüssel einer Tabelle");
+    keys->add_option("DSN", dsn, "Datenquelle")->required();
+    keys->add_option("TABLE", table, "Tabelle")->required();
+
     auto *sql = app.add_subcommand("sql", "eine SQL-Anweisung ausführen (SELECT: Ergebnis ausgeben)");
     sql->add_option("DSN", dsn, "Datenquelle")->required();
     sql->add_option("STATEMENT", statement, "SQL-Anweisung")->required();
+
+    auto *selectCmd = app.add_subcommand("select", "Ergebnis einer Abfrage in eine Textdatei schreiben");
+    selectCmd->add_option("DSN", dsn, "Datenquelle")->required();
+    selectCmd->add_option("STATEMENT", select.statement, "SELECT-Anweisung")->required();
+    selectCmd->add_option("-f,--file", select.file, "Zieldatei")->required();
+    selectCmd->add_option("--field-separator", select.fieldSeparator, "Feldtrenner (Vorgabe: Tabulator)");
+    selectCmd->add_option("--record-separator", select.recordSeparator, "Satztrenner (Vorgabe: Zeilenende)");
+    selectCmd->add_flag("--header", header, "erste Zeile: die Spaltennamen");
+    selectCmd->add_flag("--quote", quote, "Texte in ' mit verdoppelten '");
+    selectCmd->add_flag("--zero-for-null", zero, "leere Zahlen als 0");
+    selectCmd->add_flag("--compact-dates", compactDates, "Datumswerte als jjjjmmtthhmmss");
+    selectCmd->add_flag("--encode", encode, "Texte mit der Zeichenkodierung der Bibliothek");
+    selectCmd->add_option("--expected-rows", select.expectedRows, "erwartete Zeilenzahl (Fortschrittsanzeige)");
+
+    auto *quoteCmd = app.add_subcommand("quote", "Namen für die Datenquelle aufbereiten");
+    quoteCmd->add_option("DSN", dsn, "Datenquelle")->required();
+    quoteCmd->add_option("NAME", names, "Namen")->required();
+
+    auto *format = app.add_subcommand("format", "SQL-Anweisung aus Vorlage (%t %f %s %.) erzeugen");
+    format->add_option("DSN", dsn, "Datenquelle")->required();
+    format->add_option("TEMPLATE", sqlTemplate, "Vorlage")->required();
+    format->add_option("ARGS", args, "Argumente (höchstens sieben)");
 
     auto *demo = app.add_subcommand("demo", "Beispieldatenbank anlegen (falls nötig) und vorführen");
 
@@ -44,10 +94,23 @@ int main(int argc, char **argv) {
 #ifndef _WIN32
     kodbc_cli::InstallMessageHandler(assumeYes);
 #endif
-    if (*datasources) result = kodbc_cli::ListDataSources();
-    else if (*info) result = kodbc_cli::ShowInfo(dsn, login);
-    else if (*tables) result = kodbc_cli::ListTables(dsn, login);
-    else if (*sql) result = kodbc_cli::RunSql(dsn, login, statement);
-    else if (*demo) result = kodbc_cli::RunDemo();
-    return result;
+    using namespace kodbc_cli;
+    if (*datasources) return ListDataSources();
+    if (*info) return ShowInfo(dsn, login);
+    if (*tables) return ListTables(dsn, login);
+    if (*columns) return ListColumns(dsn, login, table);
+    if (*keys) return ListKeys(dsn, login, table);
+    if (*sql) return RunSql(dsn, login, statement);
+    if (*selectCmd) {
+        select.fieldSeparator = Unescape(select.fieldSeparator);
+        select.recordSeparator = Unescape(select.recordSeparator);
+        select.flags = (header ? KODBC_ROWSET_HEADER : 0) | (quote ? KODBC_ROWSET_QUOTE_TEXT : 0) |
+                       (zero ? KODBC_ROWSET_NUMERIC_ZERO : 0) | (compactDates ? KODBC_ROWSET_COMPACT_DATES : 0) |
+                       (encode ? KODBC_ROWSET_ENCODE_TEXT : 0);
+        return SelectToFile(dsn, login, select);
+    }
+    if (*quoteCmd) return QuoteNames(dsn, login, names);
+    if (*format) return FormatStatement(dsn, login, sqlTemplate, args);
+    if (*demo) return RunDemo();
+    return kExitUsage;
 }

@@ -1,63 +1,62 @@
-// Tables and statements.
+// Tables, columns, keys and statements, through the library's own services.
 #include "commands.h"
 #include "terminal.h"
 
+#include <cctype>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace kodbc_cli {
 namespace {
 
-// A statement on the command's connection, dropped when the command ends.
-class Statement {
-public:
-    explicit Statement(SQLHDBC hdbc) {
-        if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc, &h_))) {
-            h_ = nullptr;
-            Kodbc_DisplayErrorHdbc(hdbc);
-        }
-    }
-    ~Statement() {
-        if (h_) SQLFreeStmt(h_, SQL_DROP);
-    }
-    Statement(const Statement &) = delete;
-    Statement &operator=(const Statement &) = delete;
-    SQLHSTMT get() const { return h_; }
+constexpr int kListSize = 1 << 20;
 
-private:
-    SQLHSTMT h_ = nullptr;
-};
+// Prints a separated list one item per line.
+void PrintList(const std::string &list, char separator) {
+    std::size_t start = 0;
+    while (start < list.size()) {
+        std::size_t end = list.find(separator, start);
+        if (end == std::string::npos) end = list.size();
+        std::printf("%.*s\n", static_cast<int>(end - start), list.c_str() + start);
+        start = end + 1;
+    }
+}
 
-// Prints the open result set as tab-separated lines with a header.
-bool PrintResult(SQLHSTMT stmt, const std::string &sql) {
-    SQLSMALLINT columns = 0;
-    SQLNumResultCols(stmt, &columns);
-    for (SQLSMALLINT c = 1; c <= columns; ++c) {
-        char name[256] = {};
-        SQLSMALLINT length = 0;
-        SQLColAttribute(stmt, c, SQL_DESC_NAME, name, sizeof name, &length, nullptr);
-        std::printf("%s%s", c > 1 ? "\t" : "", name);
-    }
-    if (columns) std::printf("\n");
-    std::vector<char> value(65536);
-    long rows = 0;
-    SQLRETURN rc;
-    while (SQL_SUCCEEDED(rc = SQLFetch(stmt))) {
-        for (SQLSMALLINT c = 1; c <= columns; ++c) {
-            SQLLEN indicator = 0;
-            SQLRETURN got = SQLGetData(stmt, c, SQL_C_CHAR, value.data(), static_cast<SQLLEN>(value.size()), &indicator);
-            std::printf("%s%s", c > 1 ? "\t" : "",
-                        SQL_SUCCEEDED(got) && indicator != SQL_NULL_DATA ? value.data() : "");
-        }
-        std::printf("\n");
-        ++rows;
-    }
-    if (rc != SQL_NO_DATA) {
-        Kodbc_DisplayErrorHstmt(stmt, sql.c_str());
-        return false;
-    }
-    if (columns) std::fprintf(stderr, "(%ld Zeilen)\n", rows);
+bool ReturnsRows(const std::string &statement) {
+    std::size_t i = 0;
+    while (i < statement.size() && (std::isspace(static_cast<unsigned char>(statement[i])) || statement[i] == '('))
+        ++i;
+    std::string word;
+    while (i < statement.size() && std::isalpha(static_cast<unsigned char>(statement[i])))
+        word += static_cast<char>(std::toupper(static_cast<unsigned char>(statement[i++])));
+    return word == "SELECT" || word == "WITH" || word == "VALUES" || word == "SHOW" || word == "PRAGMA";
+}
+
+// The result goes through a file of its own; the library writes no pipes.
+std::string TemporaryFile() {
+    std::error_code error;
+    std::string path = (std::filesystem::temp_directory_path(error) / "kodbc-sql-XXXXXX").string();
+#ifdef _WIN32
+    return _mktemp_s(path.data(), path.size() + 1) == 0 ? path : std::string();
+#else
+    int fd = mkstemp(path.data());
+    if (fd < 0) return {};
+    close(fd);
+    return path;
+#endif
+}
+
+bool CopyToStdout(const std::string &path) {
+    std::FILE *in = std::fopen(path.c_str(), "rb");
+    if (!in) return false;
+    char chunk[65536];
+    std::size_t n;
+    while ((n = std::fread(chunk, 1, sizeof chunk, in)) > 0) std::fwrite(chunk, 1, n, stdout);
+    std::fclose(in);
     return true;
 }
 
@@ -66,31 +65,114 @@ bool PrintResult(SQLHSTMT stmt, const std::string &sql) {
 int ListTables(const std::string &dsn, const Login &login) {
     Connection connection(dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
-    Statement stmt(connection.hdbc());
-    if (!stmt.get()) return kExitFailed;
-    if (!SQL_SUCCEEDED(SQLTables(stmt.get(), nullptr, 0, nullptr, 0, nullptr, 0, (SQLCHAR *)"TABLE,VIEW", SQL_NTS))) {
-        Kodbc_DisplayErrorHstmt(stmt.get(), nullptr);
+    std::string list(kListSize, '\0');
+    if (Kodbc_GetTablesExtended(connection.hdbc(), KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, nullptr, 1, list.data(),
+                                kListSize, "\n") != 0)
+        return kExitFailed;
+    list.resize(std::char_traits<char>::length(list.c_str()));
+    PrintList(list, '\n');
+    return kExitOk;
+}
+
+int ListColumns(const std::string &dsn, const Login &login, const std::string &table) {
+    Connection connection(dsn, login.user, login.password);
+    if (!connection.ok()) return kExitFailed;
+    std::string list(kListSize, '\0');
+    if (Kodbc_GetFields(connection.hdbc(), table.c_str(), KODBC_FIELDS_WITH_TYPE, "\t", list.data(), kListSize) != 1)
+        return kExitFailed;
+    list.resize(std::char_traits<char>::length(list.c_str()));
+    // name TAB type TAB name TAB type ...: one column a line.
+    std::vector<std::string> items;
+    std::size_t start = 0;
+    while (start <= list.size() && !list.empty()) {
+        std::size_t end = list.find('\t', start);
+        if (end == std::string::npos) end = list.size();
+        items.push_back(list.substr(start, end - start));
+        start = end + 1;
+    }
+    for (std::size_t i = 0; i + 1 < items.size(); i += 2) {
+        int sqlType = std::atoi(items[i + 1].c_str());
+        std::printf("%-40s SQL-Typ %4d  Typ %d\n", items[i].c_str(), sqlType, Kodbc_SqlDataTypeToKodbcDataType(sqlType));
+    }
+    return kExitOk;
+}
+
+int ListKeys(const std::string &dsn, const Login &login, const std::string &table) {
+    Connection connection(dsn, login.user, login.password);
+    if (!connection.ok()) return kExitFailed;
+    char columns[4096], name[256];
+    if (Kodbc_GetPrimaryKeyColumns(connection.hdbc(), table.c_str(), 0, "\n", columns, sizeof columns) != 1) {
+        Error("der Treiber nennt keine Primärschlüssel");
         return kExitFailed;
     }
-    char name[256], type[64];
-    SQLLEN nameLength = 0, typeLength = 0;
-    SQLBindCol(stmt.get(), 3, SQL_C_CHAR, name, sizeof name, &nameLength);
-    SQLBindCol(stmt.get(), 4, SQL_C_CHAR, type, sizeof type, &typeLength);
-    while (SQL_SUCCEEDED(SQLFetch(stmt.get()))) std::printf("%-40s %s\n", name, type);
+    Kodbc_GetPrimaryKeyName(connection.hdbc(), table.c_str(), 0, name, sizeof name);
+    if (name[0]) std::printf("Schlüssel: %s\n", name);
+    PrintList(columns, '\n');
+    return kExitOk;
+}
+
+int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions &options) {
+    Connection connection(dsn, login.user, login.password);
+    if (!connection.ok()) return kExitFailed;
+    unsigned flags = options.flags;
+    if (isatty(STDERR_FILENO)) flags |= KODBC_ROWSET_PROGRESS;
+    long rows = options.expectedRows;
+    if (rows == 0 && (flags & KODBC_ROWSET_PROGRESS)) rows = OdbcEh_CountRows(nullptr, connection.hdbc(), options.statement.c_str());
+    if (OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), options.statement.c_str(), options.fieldSeparator.c_str(),
+                                  options.recordSeparator.c_str(), options.file.c_str(), &rows, nullptr, flags) != 1)
+        return kExitFailed;
+    std::fprintf(stderr, "%ld Zeilen nach %s geschrieben\n", rows, options.file.c_str());
     return kExitOk;
 }
 
 int RunSql(const std::string &dsn, const Login &login, const std::string &statement) {
     Connection connection(dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
-    Statement stmt(connection.hdbc());
-    if (!stmt.get()) return kExitFailed;
-    SQLRETURN rc = SQLExecDirect(stmt.get(), (SQLCHAR *)statement.c_str(), SQL_NTS);
-    if (!SQL_SUCCEEDED(rc) && rc != SQL_NO_DATA) {
-        Kodbc_DisplayErrorHstmt(stmt.get(), statement.c_str());
+    if (!ReturnsRows(statement))
+        return OdbcEh_PerformSqlStatement(nullptr, connection.hdbc(), statement.c_str(), nullptr) == 1 ? kExitOk
+                                                                                                        : kExitFailed;
+    std::string path = TemporaryFile();
+    if (path.empty()) {
+        Error("keine temporäre Datei");
         return kExitFailed;
     }
-    return PrintResult(stmt.get(), statement) ? kExitOk : kExitFailed;
+    long rows = 0;
+    int rc = OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), statement.c_str(), "\t", "\n", path.c_str(), &rows, nullptr,
+                                       KODBC_ROWSET_HEADER);
+    bool ok = rc == 1 && CopyToStdout(path);
+    std::remove(path.c_str());
+    if (!ok) return kExitFailed;
+    std::printf("\n");
+    std::fprintf(stderr, "(%ld Zeilen)\n", rows > 0 ? rows - 1 : 0);
+    return kExitOk;
+}
+
+int QuoteNames(const std::string &dsn, const Login &login, const std::vector<std::string> &names) {
+    Connection connection(dsn, login.user, login.password);
+    if (!connection.ok()) return kExitFailed;
+    for (const std::string &name : names) {
+        char out[512];
+        Kodbc_PrepareNameForSql92(connection.hdbc(), name.c_str(), out, sizeof out);
+        std::printf("%s\n", out);
+    }
+    return kExitOk;
+}
+
+int FormatStatement(const std::string &dsn, const Login &login, const std::string &sqlTemplate,
+                    const std::vector<std::string> &args) {
+    if (args.size() > 7) {
+        Error("höchstens sieben Argumente");
+        return kExitUsage;
+    }
+    Connection connection(dsn, login.user, login.password);
+    if (!connection.ok()) return kExitFailed;
+    const char *a[8] = {};
+    for (std::size_t i = 0; i < args.size(); ++i) a[i] = args[i].c_str();
+    std::vector<char> out(65536);
+    Kodbc_SprintfSqlStatement(connection.hdbc(), out.data(), static_cast<int>(out.size()), sqlTemplate.c_str(), a[0],
+                              a[1], a[2], a[3], a[4], a[5], a[6], a[7]);
+    std::printf("%s\n", out.data());
+    return kExitOk;
 }
 
 } // namespace kodbc_cli
