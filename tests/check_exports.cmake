@@ -4,8 +4,9 @@ if(NOT rc EQUAL 0)
   message(FATAL_ERROR "objdump failed on ${DLL}")
 endif()
 string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table\n([^\n]+\n)+" table "${dump}")
-string(REGEX MATCHALL "\\] [A-Za-z_][A-Za-z0-9_@]*" found "${table}")
-list(TRANSFORM found REPLACE "^\\] " "")
+# Rows look like "[  12] Name"; the table's own heading is not a row.
+string(REGEX MATCHALL "\\[ *[0-9]+\\] [A-Za-z_][A-Za-z0-9_@]*" found "${table}")
+list(TRANSFORM found REPLACE "^\\[ *[0-9]+\\] " "")
 list(SORT found)
 
 file(STRINGS ${DEF} lines)

@@ -147,8 +147,9 @@ KODBC_API int KODBC_CALL Kodbc_GetColumnNamesFromRowSet(SQLHSTMT hstmt, char sep
 ** Kodbc_GetColumnLength: SQL_COLUMN_LENGTH; -1 on any failure.
 ** Kodbc_IsColumnAutoIncrement, Kodbc_IsColumnUpdateable: 1 when the
 ** property is non-zero, else 0 (also on failure).
-** Kodbc_GetColumnProperties: fills *record (zeroed first); 1 done, 2 bad
-** argument (null record included) or ODBC error.
+** Kodbc_GetColumnProperties: fills *record (zeroed first); a property the
+** driver does not support stays 0. 1 done, 2 bad argument (null record
+** included) or ODBC error (shown).
 */
 KODBC_API int KODBC_CALL Kodbc_GetColumnDataType(SQLHDBC hdbc, const char *table, const char *field);
 KODBC_API int KODBC_CALL Kodbc_GetColumnLength(SQLHDBC hdbc, const char *table, const char *field);

@@ -17,6 +17,9 @@ namespace {
 constexpr int kStatementSize = 300;
 constexpr int kKeyTableSize = 100;      // table name, at most 99 characters
 constexpr int kKeyNameSize = 100;       // COLUMN_NAME / PK_NAME buffers
+// What drivers answer for a column attribute they do not support (ODBC 3
+// and ODBC 2 states).
+constexpr const char *kRefusalStates = "HY091,HYC00,S1091,S1C00";
 
 // A statement holding "SELECT field FROM table", prepared only: the driver
 // describes the column without a row ever being read.
@@ -42,16 +45,20 @@ public:
 
     bool ok() const { return stmt_.ok(); }
 
-    // A numeric attribute of column 1. With show, a refusal is shown.
-    bool attribute(SQLUSMALLINT which, SQLLEN &value, bool show) {
+    enum class Answer { Given, Refused, Failed };
+
+    // A numeric attribute of column 1. A driver that does not know the
+    // attribute refuses it; any other error is shown.
+    Answer attribute(SQLUSMALLINT which, SQLLEN &value) {
         value = 0;
         SQLRETURN rc = KODBC_SQL(SQLColAttributes, stmt_.get(), static_cast<SQLUSMALLINT>(1), which,
                                  static_cast<SQLPOINTER>(nullptr), static_cast<SQLSMALLINT>(0),
                                  static_cast<SQLSMALLINT *>(nullptr), &value);
-        if (odbc::succeeded(rc)) return true;
+        if (odbc::succeeded(rc)) return Answer::Given;
         value = 0;
-        if (show) Kodbc_DisplayErrorHstmt(stmt_.get(), sql_);
-        return false;
+        if (Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt_.get(), kRefusalStates, rc)) return Answer::Refused;
+        Kodbc_DisplayErrorHstmt(stmt_.get(), sql_);
+        return Answer::Failed;
     }
 
 private:
@@ -64,7 +71,7 @@ SQLLEN ColumnAttribute(SQLHDBC hdbc, const char *table, const char *field, SQLUS
     PreparedColumn column(hdbc, table, field);
     if (!column.ok()) return fallback;
     SQLLEN value = 0;
-    return column.attribute(which, value, true) ? value : fallback;
+    return column.attribute(which, value) == PreparedColumn::Answer::Given ? value : fallback;
 }
 
 bool SupportsPrimaryKeys(SQLHDBC hdbc) {
@@ -142,14 +149,30 @@ KODBC_API int KODBC_CALL Kodbc_GetColumnProperties(SQLHDBC hdbc, const char *tab
     std::memset(record, 0, sizeof *record);
     PreparedColumn column(hdbc, table, field);
     if (!column.ok()) return KODBC_FAILURE;
-    // A property the driver refuses stays 0; the record says so by itself.
-    SQLLEN value = 0;
-    if (column.attribute(SQL_COLUMN_TYPE, value, false)) record->SqlDataType = static_cast<int32_t>(value);
-    if (column.attribute(SQL_COLUMN_AUTO_INCREMENT, value, false)) record->AutoIncrement = value != 0;
-    if (column.attribute(SQL_COLUMN_CASE_SENSITIVE, value, false)) record->CaseSensitive = value != 0;
-    if (column.attribute(SQL_COLUMN_LENGTH, value, false)) record->Length = static_cast<int32_t>(value);
-    if (column.attribute(SQL_COLUMN_NULLABLE, value, false)) record->Nullable = value != SQL_NO_NULLS;
-    if (column.attribute(SQL_COLUMN_UPDATABLE, value, false)) record->Updatable = value != SQL_ATTR_READONLY;
+    // A property the driver refuses stays 0; any other error ends the query.
+    struct Property {
+        SQLUSMALLINT which;
+        int32_t ColumnPropertiesRecord::*field;
+        int32_t (*convert)(SQLLEN);
+    };
+    static constexpr Property kProperties[] = {
+        {SQL_COLUMN_TYPE, &ColumnPropertiesRecord::SqlDataType, [](SQLLEN v) { return static_cast<int32_t>(v); }},
+        {SQL_COLUMN_AUTO_INCREMENT, &ColumnPropertiesRecord::AutoIncrement, [](SQLLEN v) { return int32_t{v != 0}; }},
+        {SQL_COLUMN_CASE_SENSITIVE, &ColumnPropertiesRecord::CaseSensitive, [](SQLLEN v) { return int32_t{v != 0}; }},
+        {SQL_COLUMN_LENGTH, &ColumnPropertiesRecord::Length, [](SQLLEN v) { return static_cast<int32_t>(v); }},
+        {SQL_COLUMN_NULLABLE, &ColumnPropertiesRecord::Nullable,
+         [](SQLLEN v) { return int32_t{v != SQL_NO_NULLS}; }},
+        {SQL_COLUMN_UPDATABLE, &ColumnPropertiesRecord::Updatable,
+         [](SQLLEN v) { return int32_t{v != SQL_ATTR_READONLY}; }},
+    };
+    for (const Property &property : kProperties) {
+        SQLLEN value = 0;
+        switch (column.attribute(property.which, value)) {
+        case PreparedColumn::Answer::Given: record->*property.field = property.convert(value); break;
+        case PreparedColumn::Answer::Refused: break;
+        case PreparedColumn::Answer::Failed: return KODBC_FAILURE;
+        }
+    }
     return KODBC_SUCCESS;
 }
 

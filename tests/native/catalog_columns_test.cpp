@@ -83,6 +83,10 @@ TEST_P(CatalogColumns, MissingColumnShowsTheDriversError) {
     messages_.clear();
     EXPECT_EQ(Kodbc_GetColumnLength(hdbc_, "kc_h6_nosuchtable", "id"), -1);
     EXPECT_FALSE(messages_.entries().empty());
+    messages_.clear();
+    ColumnPropertiesRecord record;
+    EXPECT_EQ(Kodbc_GetColumnProperties(hdbc_, "kc_h6_cols", "no_such_column", &record), KODBC_FAILURE);
+    EXPECT_EQ(messages_.entries().size(), 1u);
 }
 
 TEST_P(CatalogColumns, PrimaryKeyColumnsInKeyOrder) {

@@ -1,5 +1,4 @@
-// Field listings with their flags, the column-box entries, field counts and
-// the column names of a result set.
+// Field listings with their flags, the column-box entries and field counts.
 #include "test_support.h"
 
 #include "catalog/catalog_internal.h"
@@ -119,24 +118,6 @@ TEST_P(CatalogFields, ColumnBoxEntries) {
     } else {
         EXPECT_TRUE(schemata.empty());
     }
-}
-
-TEST_P(CatalogFields, ColumnNamesOfAResultSet) {
-    SQLHSTMT stmt = nullptr;
-    ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
-    ASSERT_TRUE(SQL_SUCCEEDED(SQLExecDirect(stmt, (SQLCHAR *)"SELECT id, note FROM kc_h6_fb", SQL_NTS)));
-    GuardedBuffer tab(100), semi(100), tight(5), tighter(4);
-    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, 0, tab.data(), tab.size()), KODBC_SUCCESS);
-    EXPECT_EQ(tab.text(), "id\tnote");
-    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, ';', semi.data(), semi.size()), KODBC_SUCCESS);
-    EXPECT_EQ(semi.text(), "id;note");
-    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, ';', tight.data(), tight.size()), KODBC_SUCCESS);
-    EXPECT_EQ(tight.text(), "id");
-    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(stmt, ';', tighter.data(), tighter.size()), KODBC_SUCCESS);
-    EXPECT_EQ(tighter.text(), "id");
-    EXPECT_TRUE(tab.guards_intact() && semi.guards_intact() && tight.guards_intact() && tighter.guards_intact());
-    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(nullptr, 0, tab.data(), tab.size()), KODBC_FAILURE);
 }
 
 } // namespace

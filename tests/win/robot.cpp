@@ -96,10 +96,10 @@ std::string SaveScreenshot(HWND window, const std::string &name) {
     HDC memory = CreateCompatibleDC(screen);
     HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
     HGDIOBJ old = SelectObject(memory, bitmap);
-    // The window draws itself into the bitmap; what covers it on screen
-    // does not matter.
-    if (!PrintWindow(window, memory, 0)) {
-        BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY);
+    // What the screen shows, as the user sees it; a window not yet shown is
+    // asked to draw itself.
+    if (!IsWindowVisible(window) || !BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY)) {
+        PrintWindow(window, memory, 0);
     }
     GdiFlush();
 
@@ -173,6 +173,7 @@ MessageBoxAnswerer::MessageBoxAnswerer(std::string caption, int answer)
 }
 
 MessageBoxAnswerer::~MessageBoxAnswerer() {
+    for (std::thread &t : answering_) t.join();
     if (hook_) UnhookWindowsHookEx(hook_);
     t_answerer = nullptr;
 }
@@ -200,9 +201,15 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     seen.yes = ControlVisible(window, IDYES);
     seen.no = ControlVisible(window, IDNO);
     seen_.push_back(seen);
+    // The answer is given once the box is on screen, so it can be photographed.
     static int shots = 0;
-    SaveScreenshot(window, "messagebox-" + std::to_string(++shots));
-    PostMessageA(GetDlgItem(window, answer_), BM_CLICK, 0, 0);
+    std::string shot = "messagebox-" + std::to_string(++shots);
+    HWND button = GetDlgItem(window, answer_);
+    answering_.emplace_back([window, button, shot] {
+        Sleep(kPaintMs);
+        SaveScreenshot(window, shot);
+        PostMessageA(button, BM_CLICK, 0, 0);
+    });
 }
 
 } // namespace wintest

@@ -90,6 +90,7 @@ private:
     int answer_;
     HHOOK hook_ = nullptr;
     std::vector<MessageBoxSeen> seen_;
+    std::vector<std::thread> answering_;
 };
 
 } // namespace wintest
