@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include <cstring>
+#include <stdlib.h>  // __argc, __argv
 
 namespace {
 

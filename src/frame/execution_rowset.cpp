@@ -24,6 +24,7 @@ namespace kodbc {
 namespace {
 
 constexpr SQLLEN kValueBufferSize = 4999;
+constexpr int kEncodedBufferSize = 30000;
 constexpr long kProgressStep = 100;
 constexpr int kTemporaryNameSize = 260;
 
@@ -162,6 +163,16 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
     const bool zero = flags & KODBC_ROWSET_NUMERIC_ZERO;
     const bool compactDates = flags & KODBC_ROWSET_COMPACT_DATES;
     char value[kValueBufferSize];
+    // Encoded text can grow fivefold; the room is taken once per transfer.
+    std::vector<char> encoded;
+    if (flags & KODBC_ROWSET_ENCODE_TEXT) {
+        try {
+            encoded.resize(kEncodedBufferSize);
+        } catch (const std::bad_alloc &) {
+            LibraryMessage(msg::OUT_OF_MEMORY);
+            return KODBC_FAILURE;
+        }
+    }
 
     while (columnCount > 0) {
         if (progress.cancelled(lines)) break;
@@ -192,6 +203,12 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
             switch (classes[c - 1]) {
             case ValueClass::Text: {
                 const char *text = value;
+                if (!encoded.empty() && !isNull) {
+                    value[length] = '\0';
+                    length = static_cast<std::size_t>(
+                        Korvel_EncodeString(value, encoded.data(), kEncodedBufferSize, 2));
+                    text = encoded.data();
+                }
                 if (quote) {
                     file.write('\'');
                     WriteDoublingQuotes(file, text, length);

@@ -92,6 +92,17 @@ TEST_P(ExecRowSetTest, QuotesDoubleAndNullTextIsAnEmptyQuotedValue) {
     EXPECT_EQ(Written(), "1,O'Neil\n2,\n3,'x'");
 }
 
+TEST_P(ExecRowSetTest, EncodedTextCarriesNoSeparatorsOrQuotes) {
+    Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'O''N\t\"x')");
+    Exec("INSERT INTO h7_rows_t (id, name) VALUES (2, NULL)");
+    long lines = 0;
+    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t ORDER BY id", KODBC_ROWSET_ENCODE_TEXT, lines), 1);
+    EXPECT_EQ(Written(), "1\tO\\QN\\t\\qx\n2\t");
+    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t ORDER BY id",
+                     KODBC_ROWSET_ENCODE_TEXT | KODBC_ROWSET_QUOTE_TEXT, lines, ","), 1);
+    EXPECT_EQ(Written(), "1,'O\\QN\\t\\qx'\n2,''");
+}
+
 TEST_P(ExecRowSetTest, NullNumbersAreZeroOnlyWithTheFlag) {
     Exec("INSERT INTO h7_rows_t (id, name, amount) VALUES (1, 'a', NULL)");
     Exec("INSERT INTO h7_rows_t (id, name, amount) VALUES (2, 'b', 42)");

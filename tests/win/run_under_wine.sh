@@ -1,11 +1,15 @@
 #!/bin/sh
-# Runs the Windows test program under 64-bit Wine inside a private X server.
+# Runs the Windows test program under 64-bit Wine on a private X server.
 #   run_under_wine.sh PROGRAM WORKDIR [test arguments...]
-# WORKDIR receives a fresh Wine prefix (one per run) and the screenshots,
-# converted to PNG at the end. ODBCSYSINI/ODBCINI from the environment are
-# passed on (Wine's odbc32 hands every call to the host's driver manager,
-# which reads them); without them the private SQLite-only configuration in
-# $KODBC_WIN_ODBC_DIR is used.
+#
+# Wine prefix and display: when the caller provides both (WINEPREFIX and
+# DISPLAY, as the test command does) they are used; otherwise a fresh prefix
+# is made in WORKDIR for this run and xvfb-run supplies the display.
+# ODBCSYSINI/ODBCINI from the environment are passed on: Wine's odbc32 hands
+# every call to the host's driver manager, which reads them from the Unix
+# environment. Without them the private SQLite-only configuration in
+# $KODBC_WIN_ODBC_DIR is used. Screenshots land in WORKDIR/screenshots and
+# are converted to PNG at the end. Every run ends with wineserver -k.
 set -u
 program=$1
 work=$2
@@ -15,10 +19,16 @@ wine=${KODBC_WINE:-/usr/lib/wine/wine64}
 wineserver=${KODBC_WINESERVER:-/usr/lib/wine/wineserver64}
 [ -x "$wineserver" ] || wineserver=/usr/lib/wine/wineserver
 
-export WINEPREFIX="$work/wineprefix"
+if [ -n "${WINEPREFIX:-}" ] && [ -n "${DISPLAY:-}" ]; then
+    own_prefix=0
+else
+    own_prefix=1
+    export WINEPREFIX="$work/wineprefix"
+    rm -rf "$WINEPREFIX"
+fi
 export WINEDEBUG=${WINEDEBUG:--all}
 # No Mono or Gecko installer prompts while the prefix is made.
-export WINEDLLOVERRIDES="mscoree,mshtml="
+export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
 if [ -z "${ODBCSYSINI:-}" ] && [ -n "${KODBC_WIN_ODBC_DIR:-}" ]; then
     export ODBCSYSINI="$KODBC_WIN_ODBC_DIR"
     export ODBCINI="$KODBC_WIN_ODBC_DIR/odbc.ini"
@@ -26,25 +36,30 @@ fi
 shots="$work/screenshots"
 # Wine's drive Z: is the Unix root.
 export KODBC_SCREENSHOT_DIR="Z:$shots"
-
-rm -rf "$WINEPREFIX" "$shots"
+rm -rf "$shots"
 mkdir -p "$shots"
 
 cleanup() {
-    WINEPREFIX="$WINEPREFIX" "$wineserver" -k 2>/dev/null
+    "$wineserver" -k 2>/dev/null
 }
 trap cleanup EXIT INT TERM
 
-export wine program
-xvfb-run -a -s "-screen 0 1280x1024x24" sh -c '
+# The part that needs the display.
+export wine wineserver program
+session='
     "$wine" wineboot -i >/dev/null 2>&1
     # No window manager here: Wine draws the title bars itself.
     "$wine" reg add "HKCU\\Software\\Wine\\X11 Driver" /v Decorated /t REG_SZ /d N /f >/dev/null 2>&1
     "$wine" "$program" "$@"
     rc=$?
-    "'"$wineserver"'" -k 2>/dev/null
+    "$wineserver" -k 2>/dev/null
     exit $rc
-' sh "$@"
+'
+if [ "$own_prefix" = 1 ]; then
+    xvfb-run -a -s "-screen 0 1280x1024x24" sh -c "$session" sh "$@"
+else
+    sh -c "$session" sh "$@"
+fi
 rc=$?
 
 if command -v convert >/dev/null 2>&1; then

@@ -213,6 +213,25 @@ int Korvel_AnsiToOem(const char *text, char *buffer, int size);
 int Korvel_OemToAnsi(const char *text, char *buffer, int size);
 
 // ---------------------------------------------------------------------------
+// String encoding: the reversible escaping of text that travels inside SQL
+// literals, the registry or tab-separated lists. Tab, line feed, carriage
+// return, double and single quote become \t \n \r \q \Q, a backslash two
+// backslashes, other bytes 1..31 \xHH (upper-case hex); everything else is
+// copied.
+
+// Encodes text into buffer. A character is encoded only while at least 11
+// bytes of room are left; the rest of the input is dropped. The result is
+// terminated when room remains. `flags` is accepted for the callers' sake
+// and does not change the scheme. Text and buffer may not overlap.
+// Returns the length written; a null buffer or size < 1 gives 0.
+int Korvel_EncodeString(const char *text, char *buffer, int size, int flags);
+// Decodes in place; the result is never longer than the input. Hex digits
+// are read upper-case only ("A".."F" count 10..15, any other character its
+// distance from "0"); an "x" with fewer than two characters after it gives
+// a backslash; a backslash at the very end is dropped. Returns the length.
+int Korvel_DecodeString(char *text);
+
+// ---------------------------------------------------------------------------
 // Files
 
 // A new, unique file name in the temporary folder starting with prefix; the
