@@ -61,6 +61,9 @@ mkdir -p "$KODBC_REGISTRY_DIR"
 # Drivers stay loaded until exit so that leak reports of the sanitizer
 # build can name them (and the suppressions match).
 export LSAN_OPTIONS=suppressions=$root/scripts/lsan.supp:print_suppressions=0
+# Drivers are built without frame pointers: the slow unwinder gives leak
+# reports whole stacks, which the suppressions need to recognise a driver.
+export ASAN_OPTIONS=fast_unwind_on_malloc=0
 
 # The Windows tests run under 64-bit Wine in one prefix per run, on an X
 # server of their own.

@@ -222,17 +222,17 @@ TEST_F(RegistryRecords, DbObjectRoundTripAndDefaults) {
     DbObjectRecord read{};
     Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", nullptr, &read);
     EXPECT_STREQ(read.DbObjectName, "Aufträge");
-    EXPECT_EQ(read.DbObjectType, KODBC_OBJECT_VIEW);
+    EXPECT_EQ(static_cast<int>(read.DbObjectType), KODBC_OBJECT_VIEW);
 
     DbObjectRecord defaults{};
     std::strcpy(defaults.DbObjectName, "Kunden");
     defaults.DbObjectType = KODBC_OBJECT_TABLE;
     Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", &defaults, &read);
     EXPECT_STREQ(read.DbObjectName, "Kunden");
-    EXPECT_EQ(read.DbObjectType, KODBC_OBJECT_TABLE);
+    EXPECT_EQ(static_cast<int>(read.DbObjectType), KODBC_OBJECT_TABLE);
     Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", nullptr, &read);
     EXPECT_STREQ(read.DbObjectName, "");
-    EXPECT_EQ(read.DbObjectType, 0);
+    EXPECT_EQ(static_cast<int>(read.DbObjectType), 0);
 }
 
 } // namespace
