@@ -4,19 +4,8 @@
 # Reads the names of the .def file, finds their decorations in the objects,
 # and writes the import library with dlltool --kill-at.
 #   -DNM= -DDLLTOOL= -DDEF= -DOBJECTS=a.obj;b.obj -DOUT_DEF= -DOUT_LIB= -DDLL_NAME=
-file(STRINGS ${DEF} lines)
-set(names)
-set(in_exports OFF)
-foreach(line ${lines})
-  string(STRIP "${line}" line)
-  if(line MATCHES "^;" OR line STREQUAL "")
-    continue()
-  elseif(line STREQUAL "EXPORTS")
-    set(in_exports ON)
-  elseif(in_exports)
-    list(APPEND names "${line}")
-  endif()
-endforeach()
+include(${CMAKE_CURRENT_LIST_DIR}/def_names.cmake)
+kodbc_read_def_names(${DEF} names)
 
 execute_process(COMMAND ${NM} -g --defined-only ${OBJECTS} OUTPUT_VARIABLE symbols RESULT_VARIABLE rc)
 if(NOT rc EQUAL 0)
