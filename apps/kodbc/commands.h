@@ -30,6 +30,16 @@ int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions
 int QuoteNames(const std::string &dsn, const Login &login, const std::vector<std::string> &names);
 int FormatStatement(const std::string &dsn, const Login &login, const std::string &sqlTemplate,
                     const std::vector<std::string> &args);
+struct SystemTableRequest {
+    std::string action;  // get, set, delete
+    std::string object, type, item, value;
+};
+
+int CountRecords(const std::string &dsn, const Login &login, const std::string &table, const std::string &whereFile);
+int PrintWhere(const std::string &dsn, const Login &login, const std::string &descriptorFile);
+int SystemTable(const std::string &dsn, const Login &login, const SystemTableRequest &request);
+int DropTable(const std::string &dsn, const Login &login, const std::string &table, bool assumeYes);
+int RenameTable(const std::string &dsn, const Login &login, const std::string &oldName, const std::string &newName);
 int RunDemo();
 
 } // namespace kodbc_cli

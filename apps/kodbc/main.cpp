@@ -28,6 +28,8 @@ int main(int argc, char **argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"kodbc — Datenbankzugriff über ODBC"};
     app.require_subcommand(1);
+    // Global options may also follow the command: "kodbc drop DSN T --yes".
+    app.fallthrough();
 
     kodbc_cli::Login login;
     bool assumeYes = false;
@@ -82,6 +84,34 @@ int main(int argc, char **argv) {
     format->add_option("TEMPLATE", sqlTemplate, "Vorlage")->required();
     format->add_option("ARGS", args, "Argumente (höchstens sieben)");
 
+    std::string whereFile, newName;
+    kodbc_cli::SystemTableRequest sys;
+    auto *count = app.add_subcommand("count", "Datensätze einer Tabelle zählen");
+    count->add_option("DSN", dsn, "Datenquelle")->required();
+    count->add_option("TABLE", table, "Tabelle")->required();
+    count->add_option("--where-file", whereFile, "Datei mit einer Selektionsbeschreibung (Bedingungen)");
+
+    auto *where = app.add_subcommand("where", "WHERE-Bedingung aus einer Selektionsbeschreibung erzeugen");
+    where->add_option("DSN", dsn, "Datenquelle")->required();
+    where->add_option("--descriptor-file", whereFile, "Datei mit der Selektionsbeschreibung")->required();
+
+    auto *systable = app.add_subcommand("systable", "Einträge der Systemtabelle lesen, schreiben, löschen");
+    systable->add_option("ACTION", sys.action, "get, set oder delete")->required();
+    systable->add_option("DSN", dsn, "Datenquelle")->required();
+    systable->add_option("OBJECT", sys.object, "Objekt")->required();
+    systable->add_option("TYPE", sys.type, "Typ")->required();
+    systable->add_option("ITEM", sys.item, "Eintrag (delete: leer für alle)")->required();
+    systable->add_option("VALUE", sys.value, "Wert (set)");
+
+    auto *drop = app.add_subcommand("drop", "Tabelle löschen (fragt nach, außer mit --yes)");
+    drop->add_option("DSN", dsn, "Datenquelle")->required();
+    drop->add_option("TABLE", table, "Tabelle")->required();
+
+    auto *rename = app.add_subcommand("rename", "Tabelle durch Kopieren umbenennen");
+    rename->add_option("DSN", dsn, "Datenquelle")->required();
+    rename->add_option("OLD", table, "bisheriger Name")->required();
+    rename->add_option("NEW", newName, "neuer Name")->required();
+
     auto *demo = app.add_subcommand("demo", "Beispieldatenbank anlegen (falls nötig) und vorführen");
 
     try {
@@ -111,6 +141,11 @@ int main(int argc, char **argv) {
     }
     if (*quoteCmd) return QuoteNames(dsn, login, names);
     if (*format) return FormatStatement(dsn, login, sqlTemplate, args);
+    if (*count) return CountRecords(dsn, login, table, whereFile);
+    if (*where) return PrintWhere(dsn, login, whereFile);
+    if (*systable) return SystemTable(dsn, login, sys);
+    if (*drop) return DropTable(dsn, login, table, assumeYes);
+    if (*rename) return RenameTable(dsn, login, table, newName);
     if (*demo) return RunDemo();
     return kExitUsage;
 }

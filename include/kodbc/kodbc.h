@@ -13,5 +13,9 @@
 #include "kodbc_sqltext.h"
 #include "kodbc_catalog.h"
 #include "kodbc_exec.h"
+#include "kodbc_select.h"
+#include "kodbc_seldesc.h"
+#include "kodbc_tableops.h"
+#include "kodbc_systable.h"
 
 #endif /* KODBC_H */

@@ -69,7 +69,11 @@ int Korvel_DecodeString(char *text) {
         case 't': *out++ = '\t'; p += 2; break;
         case 'x':
             if (p[2] && p[3]) {
-                *out++ = static_cast<char>(DigitValue(p[2]) * 16 + DigitValue(p[3]));
+                // The high digit is shifted and OR-ed in, not added: with a
+                // lower-case low digit ("\x1f") the bits overlap (0x36).
+                unsigned high = static_cast<unsigned>(DigitValue(p[2]));
+                unsigned low = static_cast<unsigned>(DigitValue(p[3]));
+                *out++ = static_cast<char>((high << 4) | low);
                 p += 4;
             } else {
                 *out++ = '\\';

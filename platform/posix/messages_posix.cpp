@@ -97,6 +97,9 @@ int Korvel_ErrorHandler(const KorvelErrorRequest *request) {
     return KODBC_ANSWER_OK;
 }
 
+// A notice on Linux is one line of text: there is nothing left to close.
+void Korvel_CloseTempWind() {}
+
 void Korvel_DisplayTempWind(HINSTANCE instance, int stringId, int, COLORREF) {
     char text[kMessageSize];
     if (Korvel_LoadString(instance, stringId, text, sizeof text) <= 0) return;

@@ -41,6 +41,8 @@ TEST(PlatformEncoding, DecoderReadsHexUpperCaseOnlyAndToleratesBrokenEscapes) {
     EXPECT_EQ(Decode("\\x4A"), "J");
     // Lower-case digits count as their distance from '0': 'a' is 49.
     EXPECT_EQ(Decode("\\x0a"), std::string(1, static_cast<char>(49)));
+    // The digits are OR-ed, not added: 1 << 4 | 54 is 0x36, where a sum would give 0x46.
+    EXPECT_EQ(Decode("\\x1f"), std::string(1, '\x36'));
     EXPECT_EQ(Decode("ab\\x4"), "ab\\4");  // "\\x" stands for a backslash, what follows stays
     EXPECT_EQ(Decode("ab\\"), "ab");
     EXPECT_EQ(Decode("\\z\\\\"), "\\\\");

@@ -79,6 +79,9 @@ uint32_t Korvel_Translate(const KorvelTranslation *table, uint32_t key, uint32_t
 // Shows a short notice (string `stringId` of `instance`) that closes itself;
 // `timing` and `color` (COLORREF) shape the notice window.
 void Korvel_DisplayTempWind(HINSTANCE instance, int stringId, int timing, COLORREF color);
+// Closes the calling thread's open notices before their time (a notice
+// that stands for work in progress ends with the work).
+void Korvel_CloseTempWind();
 
 // The calling thread's active window (0 on Linux): the owner of modal output.
 HWND Korvel_ActiveWindow();

@@ -1,0 +1,123 @@
+// Fuzzes the SELECT scanner: clause finding and extraction, the three scans
+// and the four replacements, each writing into a heap buffer of exactly the
+// stated size so that a write past it is caught.
+//
+// Input: byte 0 the output size, byte 1 the quote character (low 2 bits),
+// scan flags (bits 2-3) and keyword choice (bits 4-7); the rest up to a
+// zero byte is the statement, what follows it the new clause text.
+#include "select/select_scanner.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+using namespace kodbc::select;
+
+namespace {
+
+const char kQuotes[] = {'\0', '"', '`', '['};
+const char *const kKeywords[][2] = {{"SELECT", ""}, {"FROM", ""},  {"ORDER", "BY"}, {"GROUP", "BY"},
+                                    {"WHERE", ""},  {"HAVING", ""}, {"INTO", ""},    {"TEMP", ""},
+                                    {"BY", ""},     {"ORDER", ""},  {"GROUP", ""},   {"x", ""},
+                                    {"select", "by"}, {"", ""},     {"FROM", "WHERE"}, {"ORDER", "ORDER"}};
+
+void Check(bool condition) {
+    if (!condition) __builtin_trap();
+}
+
+struct Buffer {
+    explicit Buffer(int size) : size(size), data(static_cast<char *>(std::malloc(size > 0 ? size : 1))) {}
+    ~Buffer() { std::free(data); }
+    Buffer(const Buffer &) = delete;
+    Buffer &operator=(const Buffer &) = delete;
+    bool terminated() const { return size < 1 || std::memchr(data, 0, static_cast<std::size_t>(size)); }
+    void load(std::string_view text) {
+        if (size < 1) return;
+        std::size_t n = text.size() < static_cast<std::size_t>(size) - 1 ? text.size() : size - 1;
+        std::memcpy(data, text.data(), n);
+        data[n] = '\0';
+    }
+    int size;
+    char *data;
+};
+
+void CheckScan(int result, const Buffer &out) {
+    Check(result == 0 || result == -1);
+    Check(out.terminated());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    if (size < 2) return 0;
+    const int outSize = static_cast<int>(data[0]) - 1;  // -1 .. 254
+    const uint8_t control = data[1];
+    const char quote = kQuotes[control & 3];
+    const int flags = (control & 0x0c) >> 1;            // 0, 2, 4, 6
+    const char *const *keyword = kKeywords[control >> 4];
+    std::string_view rest(reinterpret_cast<const char *>(data + 2), size - 2);
+    std::size_t zero = rest.find('\0');
+    std::string statement(rest.substr(0, zero));
+    std::string clause(zero == std::string_view::npos ? std::string_view() : rest.substr(zero + 1));
+    clause = clause.substr(0, clause.find('\0'));
+
+    ScanContext context;
+    context.quote = quote;
+
+    // Finding and cutting.
+    ClauseSpan span = LocateClause(context, statement, keyword[0], keyword[1]);
+    if (span.present()) {
+        Check(span.keyword < statement.size());
+        Check(span.textBegin <= span.textEnd && span.textEnd <= span.rest && span.rest <= statement.size());
+    }
+    for (const std::string &item : SplitItems(clause, ',', quote, kItemLimit)) {
+        Check(item.size() <= kItemLimit);
+        for (const std::string &word : SplitWords(item, quote)) Check(!word.empty() && word.size() <= kWordLimit);
+    }
+
+    {
+        Buffer out(outSize);
+        CheckScan(GetClause(context, statement.c_str(), keyword[0], keyword[1], out.data, outSize), out);
+    }
+    {
+        Buffer out(outSize);
+        CheckScan(ScanFields(context, statement.c_str(), clause.c_str(), out.data, outSize), out);
+    }
+    {
+        Buffer out(outSize);
+        CheckScan(ScanTables(context, statement.c_str(), nullptr, out.data, outSize), out);
+    }
+    {
+        Buffer out(outSize);
+        CheckScan(ScanOrderBy(context, statement.c_str(), ";", flags, out.data, outSize), out);
+    }
+
+    // The replacements in a buffer somewhat larger than the statement, so
+    // both the cut and the uncut paths run.
+    using Replace = int (*)(ScanContext &, char *, int, const char *);
+    const Replace replacements[] = {ReplaceFieldsClause, ReplaceTablesClause, ReplaceOrderByClause,
+                                    ReplaceWhereClause};
+    for (Replace replace : replacements) {
+        const int statementSize = static_cast<int>(statement.size()) + outSize;
+        Buffer buffer(statementSize);
+        buffer.load(statement);
+        const int result = replace(context, buffer.data, statementSize, clause.c_str());
+        Check(result == (statementSize < 1 ? -1 : 0));
+        Check(buffer.terminated());
+    }
+    // A generous buffer with a plain clause: the clause is found again as
+    // it was put in, unless the statement's quotes or brackets hide it.
+    if (!context.bracketError && statement.find_first_of("'\"()") == std::string::npos && !clause.empty() &&
+        clause.find_first_not_of("0123456789=<> ") == std::string::npos && clause.find_first_not_of(' ') != std::string::npos) {
+        const int statementSize = static_cast<int>(statement.size() * 3 + clause.size() * 3 + 64);
+        Buffer buffer(statementSize);
+        buffer.load(statement);
+        Check(ReplaceOrderByClause(context, buffer.data, statementSize, clause.c_str()) == 0);
+        std::string trimmed = clause.substr(clause.find_first_not_of(' '));
+        trimmed = trimmed.substr(0, trimmed.find_last_not_of(' ') + 1);
+        Check(ClauseText(context, buffer.data, "ORDER", "BY") == trimmed);
+    }
+    return 0;
+}

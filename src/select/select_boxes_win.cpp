@@ -1,0 +1,207 @@
+// The clauses of a SELECT statement in list or combo boxes: one line per
+// column, table or sort key, and back from the lines to clause text.
+#include <kodbc/kodbc_select.h>
+#include <kodbc/kodbc_sqltext.h>
+
+#include "internal/library.h"
+#include "select/alias_dialog.h"
+#include "select/select_exports.h"
+#include "select/select_scanner.h"
+
+#include <korvel/bounded_text.h>
+#include <korvel/korvel32.h>
+
+#include <memory>
+#include <new>
+#include <string>
+
+namespace kodbc::select {
+namespace {
+
+constexpr int kLineSize = 200;        // a box line, 199 characters
+constexpr int kNameSize = 100;        // column or alias of a line, 99 characters
+constexpr int kPreparedSize = 200;    // a name prepared for the statement
+constexpr int kEmptyTheBox = 9;       // separator of the fill call that only empties
+
+std::string BoxLine(HWND box, int index) {
+    char line[kLineSize] = "";
+    if (Korvel_GetBoxEntry(box, index, line, sizeof line) < 0) return {};
+    return line;
+}
+
+std::string Label(bool descending) {
+    char label[100] = "";
+    LoadLibraryString(LibraryInstance(), descending ? msg::SORT_DESCENDING : msg::SORT_ASCENDING, label,
+                      sizeof label);
+    return label;
+}
+
+std::string Prepared(SQLHDBC hdbc, std::string_view name, std::size_t limit) {
+    std::string cut(name.substr(0, limit));
+    char out[kPreparedSize] = "";
+    Kodbc_PrepareNameForSql92(hdbc, cut.c_str(), out, sizeof out);
+    return out;
+}
+
+template <typename Fill>
+int ClauseToBox(SQLHDBC hdbc, const char *statement, HWND box, Fill fill) noexcept {
+    if (!box) return -1;
+    try {
+        ScanContext context;
+        context.quote = IdentifierQuote(hdbc);
+        std::string_view text = statement ? std::string_view(statement) : std::string_view();
+        Korvel_FillBox(box, kEmptyTheBox, nullptr);
+        fill(context, text);
+        ReportScanProblems(context);
+        return 0;
+    } catch (const std::bad_alloc &) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+    } catch (...) {
+    }
+    return -1;
+}
+
+// One clause text from the lines of a box; makeItem turns a line (and its
+// item data) into the item's text.
+template <typename MakeItem, typename Replace>
+int BoxToClause(HWND box, char *statement, int statementSize, MakeItem makeItem, Replace replace) noexcept {
+    if (!box) return -1;
+    try {
+        std::unique_ptr<char[]> work(new (std::nothrow) char[KODBC_SELECT_CLAUSE_BUFFER]);
+        if (!work) return -1;
+        korvel::BoundedText clause(work.get(), KODBC_SELECT_CLAUSE_BUFFER);
+        const int count = Korvel_GetBoxCount(box);
+        for (int i = 0; i < count; ++i) {
+            if (i > 0) clause.append(',');
+            clause.append(makeItem(BoxLine(box, i), Korvel_GetItemData(box, i)));
+        }
+        ScanContext context;
+        int result = replace(context, statement, statementSize, clause.c_str());
+        ReportScanProblems(context);
+        return result;
+    } catch (const std::bad_alloc &) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+    } catch (...) {
+    }
+    return -1;
+}
+
+} // namespace
+} // namespace kodbc::select
+
+using namespace kodbc::select;
+
+extern "C" {
+
+KODBC_API int KODBC_CALL Kodbc_Select_FieldsClause_To_FieldsBox(SQLHDBC hdbc, const char *statement, int flags,
+                                                                HWND box) {
+    return ClauseToBox(hdbc, statement, box, [&](ScanContext &context, std::string_view text) {
+        for (const FieldItem &field : ReadFieldItems(ClauseText(context, text, "SELECT", {}), context.quote)) {
+            if (field.column.empty()) continue;
+            std::string line = field.column;
+            if ((flags & kBoxFieldAlias) && !field.alias.empty()) line += "\t" + field.alias;
+            Korvel_AddBoxEntry(box, line.c_str(), 0, -1, 0);
+        }
+    });
+}
+
+KODBC_API int KODBC_CALL Kodbc_Select_TablesClause_To_TablesBox(SQLHDBC hdbc, const char *statement, int /*flags*/,
+                                                                HWND box) {
+    return ClauseToBox(hdbc, statement, box, [&](ScanContext &context, std::string_view text) {
+        for (const std::string &table : ReadTableItems(ClauseText(context, text, "FROM", {}), context.quote))
+            Korvel_AddBoxEntry(box, table.c_str(), 0, -1, 0);
+    });
+}
+
+KODBC_API int KODBC_CALL Kodbc_Select_OrderByClause_To_OrderByBox(SQLHDBC hdbc, const char *statement, int flags,
+                                                                  HWND box) {
+    return ClauseToBox(hdbc, statement, box, [&](ScanContext &context, std::string_view text) {
+        for (const SortItem &key : ReadSortItems(ClauseText(context, text, "ORDER", "BY"), context.quote)) {
+            std::string line = key.column;
+            if (flags & kBoxSortLabel) line += "\t" + Label(key.descending);
+            Korvel_AddBoxEntry(box, line.c_str(), key.descending ? KODBC_SORT_DESCENDING : KODBC_SORT_ASCENDING,
+                               -1, 0);
+        }
+    });
+}
+
+KODBC_API int KODBC_CALL Kodbc_Select_FieldsBox_To_FieldsClause(SQLHDBC hdbc, HWND box, char *statement,
+                                                                int statementSize) {
+    return BoxToClause(
+        box, statement, statementSize,
+        [&](const std::string &line, LPARAM) {
+            std::size_t tab = line.find('\t');
+            std::string column = line.substr(0, tab).substr(0, kNameSize - 1);
+            std::string alias = tab == std::string::npos ? std::string() : line.substr(tab + 1, kNameSize - 1);
+            // "*abc" can only have been meant as all columns.
+            if (!column.empty() && column[0] == '*') column = "*";
+            std::string item = Prepared(hdbc, column, kNameSize - 1);
+            std::string preparedAlias = Prepared(hdbc, alias, kNameSize - 1);
+            if (!preparedAlias.empty()) item += " AS " + preparedAlias;
+            return item;
+        },
+        ReplaceFieldsClause);
+}
+
+KODBC_API int KODBC_CALL Kodbc_Select_TablesBox_To_TablesClause(SQLHDBC hdbc, HWND box, char *statement,
+                                                                int statementSize) {
+    return BoxToClause(
+        box, statement, statementSize,
+        [&](const std::string &line, LPARAM) { return Prepared(hdbc, line, kLineSize - 1); },
+        ReplaceTablesClause);
+}
+
+KODBC_API int KODBC_CALL Kodbc_Select_OrderByBox_To_OrderByClause(SQLHDBC hdbc, HWND box, char *statement,
+                                                                  int statementSize) {
+    return BoxToClause(
+        box, statement, statementSize,
+        [&](const std::string &line, LPARAM data) {
+            std::string item = Prepared(hdbc, line.substr(0, line.find('\t')), kLineSize - 1);
+            if (data != 0) item += " DESC";
+            return item;
+        },
+        ReplaceOrderByClause);
+}
+
+KODBC_API int KODBC_CALL Kodbc_FieldsBox_EditAlias(HWND box, int index) {
+    try {
+        if (!box) return 2;
+        if (index < 0) index = Korvel_GetBoxIndex(box);
+        if (index < 0 || index >= Korvel_GetBoxCount(box)) return 2;
+        std::string line = BoxLine(box, index);
+        std::size_t tab = line.find('\t');
+        std::string column = line.substr(0, tab);
+        std::string alias = tab == std::string::npos ? std::string() : line.substr(tab + 1);
+        if (!AskForAlias(GetAncestor(box, GA_ROOT), alias)) return 2;
+        if (!alias.empty()) line = column + "\t" + alias;
+        else line = column;
+        Korvel_DeleteBoxEntry(box, index);
+        Korvel_AddBoxEntry(box, line.c_str(), 0, index, 0);
+        Korvel_SetBoxIndex(box, index);
+        return 1;
+    } catch (const std::bad_alloc &) {
+        kodbc::LibraryMessage(kodbc::msg::OUT_OF_MEMORY);
+    } catch (...) {
+    }
+    return 2;
+}
+
+KODBC_API int KODBC_CALL Kodbc_OrderByBox_ToggleDirection(HWND box, int index) {
+    try {
+        if (!box) return -1;
+        if (index < 0) index = Korvel_GetBoxIndex(box);
+        if (index < 0) return index;
+        if (index >= Korvel_GetBoxCount(box)) return -1;
+        std::string line = BoxLine(box, index);
+        line.resize(line.find('\t') == std::string::npos ? line.size() : line.find('\t'));
+        const bool descending = Korvel_GetItemData(box, index) != KODBC_SORT_DESCENDING;
+        line += "\t" + Label(descending);
+        Korvel_DeleteBoxEntry(box, index);
+        Korvel_AddBoxEntry(box, line.c_str(), descending ? KODBC_SORT_DESCENDING : KODBC_SORT_ASCENDING, index, 0);
+        return Korvel_SetBoxIndex(box, index);
+    } catch (...) {
+    }
+    return -1;
+}
+
+} // extern "C"

@@ -1,0 +1,106 @@
+// The SELECT scanner with the identifier quote character of each real data
+// source, and rewritten statements run on it.
+#include "test_support.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace kodbc::test {
+namespace {
+
+class SelectDriver : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        q_ = std::string(1, Kodbc_GetDelimiter(hdbc_));
+        ASSERT_TRUE(q_ == "\"" || q_ == "`") << "quote character " << q_;
+    }
+    void TearDown() override {
+        EXPECT_TRUE(messages_.entries().empty()) << messages_.entries().front().text;
+        DataSourceTest::TearDown();
+    }
+
+    std::string Q(const std::string &name) const { return q_ + name + q_; }
+
+    using ConnectedScan = int(KODBC_CALL *)(SQLHDBC, const char *, const char *, int, char *, int);
+    std::string Scan(ConnectedScan scan, const std::string &statement, int flags = 0, int size = 300) {
+        GuardedBuffer out(size);
+        EXPECT_EQ(scan(hdbc_, statement.c_str(), ";", flags, out.data(), size), 0) << statement;
+        EXPECT_TRUE(out.guards_intact()) << statement;
+        return out.text();
+    }
+
+    // The first column of every row of a query.
+    std::vector<std::string> Column(const std::string &sql) {
+        std::vector<std::string> values;
+        SQLHSTMT stmt = nullptr;
+        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+        if (!SQL_SUCCEEDED(SQLExecDirect(stmt, (SQLCHAR *)sql.c_str(), SQL_NTS))) {
+            ADD_FAILURE() << "query failed: " << sql;
+        } else {
+            while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+                char buffer[100] = "";
+                SQLLEN length = 0;
+                SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length);
+                values.emplace_back(buffer);
+            }
+        }
+        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        return values;
+    }
+
+    std::string q_;
+};
+
+TEST_P(SelectDriver, QuotedNamesKeepTheirBlanksAndCommas) {
+    const std::string statement = "SELECT " + Q("Kunden Nr") + " AS " + Q("Nr, alt") + ", b FROM " +
+                                  Q("Meine Tabelle") + " k, outer " + Q("x,y") + " ORDER BY " + Q("Kunden Nr") +
+                                  " desc, b";
+    EXPECT_EQ(Scan(Kodbc_SelectScanFieldsClause, statement), "Nr, alt;b");
+    EXPECT_EQ(Scan(Kodbc_SelectScanTablesClause, statement), "Meine Tabelle;x,y");
+    EXPECT_EQ(Scan(Kodbc_SelectScanOrderByClause, statement, KODBC_SCAN_DESC_SUFFIX | KODBC_SCAN_DIRECTION_TAB),
+              "Kunden Nr DESC\tD;b\tA");
+    // Qualified names lose the delimiters of every part.
+    EXPECT_EQ(Scan(Kodbc_SelectScanFieldsClause, "SELECT " + Q("k") + "." + Q("a b") + " FROM k"), "k.a b");
+
+    // Without a connection the quote character is not known: the comma in
+    // the alias splits the item.
+    GuardedBuffer plain(300);
+    EXPECT_EQ(Kodbc_Select_Scan_FieldsClause(statement.c_str(), ";", 0, plain.data(), plain.size()), 0);
+    EXPECT_EQ(plain.text(), q_ + "Nr;alt" + q_ + ";b");
+}
+
+TEST_P(SelectDriver, RewrittenStatementsRunOnTheDatabase) {
+    const std::string table = Q("kodbc sel t");
+    ExecQuietly("DROP TABLE " + table);
+    Exec("CREATE TABLE " + table + " (id INTEGER, " + Q("Kunden Name") + " VARCHAR(20))");
+    Exec("INSERT INTO " + table + " VALUES (1, 'Adler')");
+    Exec("INSERT INTO " + table + " VALUES (2, 'Zeisig')");
+    Exec("INSERT INTO " + table + " VALUES (3, 'Meise')");
+
+    char statement[300];
+    std::snprintf(statement, sizeof statement, "SELECT id FROM %s ORDER BY id", table.c_str());
+    ASSERT_EQ(Kodbc_Select_Replace_WhereClause(statement, sizeof statement, "id > 1"), 0);
+    ASSERT_EQ(Kodbc_Select_Replace_OrderByClause(statement, sizeof statement, (Q("Kunden Name") + " DESC").c_str(), 0),
+              0);
+    ASSERT_EQ(Kodbc_Select_Replace_FieldsClause(statement, sizeof statement,
+                                                (Q("Kunden Name") + " AS " + Q("der Name") + ", id").c_str(), 0),
+              0);
+    EXPECT_EQ(Column(statement), (std::vector<std::string>{"Zeisig", "Meise"})) << statement;
+
+    EXPECT_EQ(Scan(Kodbc_SelectScanFieldsClause, statement), "der Name;id");
+    EXPECT_EQ(Scan(Kodbc_SelectScanTablesClause, statement), "kodbc sel t");
+    EXPECT_EQ(Scan(Kodbc_SelectScanOrderByClause, statement, KODBC_SCAN_DESC_SUFFIX), "Kunden Name DESC");
+
+    // Dropping the condition and the sort order again leaves a runnable statement.
+    ASSERT_EQ(Kodbc_Select_Replace_WhereClause(statement, sizeof statement, nullptr), 0);
+    ASSERT_EQ(Kodbc_Select_Replace_OrderByClause(statement, sizeof statement, "", 0), 0);
+    EXPECT_EQ(Column(statement).size(), 3u) << statement;
+    Exec("DROP TABLE " + table);
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(SelectDriver);
+
+} // namespace
+} // namespace kodbc::test

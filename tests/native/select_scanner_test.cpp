@@ -1,0 +1,260 @@
+// The SELECT scanner without a connection: finding clauses, cutting items,
+// the three scans and the four replacements, every output behind guards.
+#include "test_support.h"
+
+#include <string>
+
+namespace kodbc::test {
+namespace {
+
+const char *const kSample = "select a, b as x from t1, OUTER t2 order by a desc, b";
+
+class SelectScanner : public ::testing::Test {
+protected:
+    std::string Clause(const char *statement, const char *keyword, const char *second = nullptr,
+                       int size = 300, int *result = nullptr) {
+        GuardedBuffer out(size);
+        int rc = Kodbc_Select_Get_Clause(statement, keyword, second, out.data(), size);
+        EXPECT_TRUE(out.guards_intact()) << statement;
+        EXPECT_EQ(rc, 0);
+        if (result) *result = rc;
+        return out.text();
+    }
+
+    using ScanFunction = int(KODBC_CALL *)(const char *, const char *, int, char *, int);
+    std::string Scan(ScanFunction scan, const char *statement, const char *separator, int expectedResult = 0,
+                     int size = 300) {
+        GuardedBuffer out(size);
+        EXPECT_EQ(scan(statement, separator, 0, out.data(), size), expectedResult) << statement;
+        EXPECT_TRUE(out.guards_intact()) << statement;
+        return out.text();
+    }
+    std::string Fields(const char *statement, const char *separator = ";", int expectedResult = 0, int size = 300) {
+        return Scan(Kodbc_Select_Scan_FieldsClause, statement, separator, expectedResult, size);
+    }
+    std::string Tables(const char *statement, const char *separator = ";", int expectedResult = 0) {
+        return Scan(Kodbc_Select_Scan_TablesClause, statement, separator, expectedResult);
+    }
+    std::string SortKeys(const char *statement, int flags = 0, const char *separator = ";", int size = 300) {
+        GuardedBuffer out(size);
+        EXPECT_EQ(Kodbc_SelectScanOrderByClause(nullptr, statement, separator, flags, out.data(), size), 0);
+        EXPECT_TRUE(out.guards_intact()) << statement;
+        return out.text();
+    }
+
+    using ReplaceFunction = int(KODBC_CALL *)(char *, int, const char *, int);
+    std::string Replace(ReplaceFunction replace, const std::string &statement, const char *clause,
+                        int size = 300) {
+        GuardedBuffer buffer(size);
+        std::snprintf(buffer.data(), size, "%s", statement.c_str());
+        EXPECT_EQ(replace(buffer.data(), size, clause, 0), 0) << statement;
+        EXPECT_TRUE(buffer.guards_intact()) << statement;
+        return buffer.text();
+    }
+    static int KODBC_CALL Where(char *statement, int size, const char *clause, int) {
+        return Kodbc_Select_Replace_WhereClause(statement, size, clause);
+    }
+
+    int BracketMessages() const {
+        int count = 0;
+        for (const auto &entry : messages_.entries())
+            if (entry.text.find("unerwartete") != std::string::npos) ++count;
+        return count;
+    }
+
+    MessageRecorder messages_;
+};
+
+TEST_F(SelectScanner, FindsClausesByKeywordInAnyCase) {
+    EXPECT_EQ(Clause(kSample, "SELECT"), "a, b as x");
+    EXPECT_EQ(Clause(kSample, "from"), "t1, OUTER t2");
+    EXPECT_EQ(Clause(kSample, "ORDER", "BY"), "a desc, b");
+    // GROUP is a clause of its own, ended at once by the keyword BY; the
+    // grouping columns are read as the two-word clause.
+    EXPECT_EQ(Clause("SELECT a FROM t GROUP BY a HAVING Count(*) > 1", "GROUP"), "");
+    EXPECT_EQ(Clause("SELECT a FROM t GROUP BY a HAVING Count(*) > 1", "GROUP", "BY"), "a");
+    EXPECT_EQ(Clause("SELECT a FROM t WHERE x = 1 GROUP BY a", "WHERE"), "x = 1");
+    EXPECT_EQ(Clause("SELECT a FROM t GROUP BY a HAVING Count(*) > 1", "HAVING"), "Count(*) > 1");
+    // Keywords and their second word may be separated by any white space;
+    // trailing white space is not part of the text.
+    EXPECT_EQ(Clause("SELECT a\r\nFROM\tt \r\n ORDER \n BY  b  \r\n", "ORDER", "BY"), "b");
+    EXPECT_EQ(Clause("SELECT a\r\nFROM\tt \r\n ORDER \n BY  b", "FROM"), "t");
+    EXPECT_EQ(Clause(kSample, "WHERE"), "");
+    EXPECT_EQ(Clause("SELECT a FROM t INTO TEMP x", "INTO"), "");  // ends at TEMP at once
+    EXPECT_EQ(Clause("SELECT a FROM t INTO TEMP x", "TEMP"), "x");
+}
+
+TEST_F(SelectScanner, SecondKeywordMustFollowTheFirst) {
+    // "order" as a column is passed over; the clause is the later ORDER BY.
+    EXPECT_EQ(Clause("SELECT order FROM t ORDER BY a", "ORDER", "BY"), "a");
+    EXPECT_EQ(Clause("SELECT a FROM t ORDER x BY a", "ORDER", "BY"), "");
+    EXPECT_EQ(Clause("SELECT a FROM t ORDER", "ORDER", "BY"), "");
+}
+
+TEST_F(SelectScanner, QuotesAndParenthesesHideKeywords) {
+    EXPECT_EQ(Clause("SELECT 'from x', \"where\" FROM t", "SELECT"), "'from x', \"where\"");
+    EXPECT_EQ(Clause("SELECT 'from x', \"where\" FROM t", "WHERE"), "");
+    const char *nested = "SELECT (SELECT Max(x) FROM u) m FROM t WHERE y IN (SELECT z FROM w ORDER BY z) ORDER BY m";
+    EXPECT_EQ(Clause(nested, "SELECT"), "(SELECT Max(x) FROM u) m");
+    EXPECT_EQ(Clause(nested, "FROM"), "t");
+    EXPECT_EQ(Clause(nested, "WHERE"), "y IN (SELECT z FROM w ORDER BY z)");
+    EXPECT_EQ(Clause(nested, "ORDER", "BY"), "m");
+    // An unterminated quote runs to the end.
+    EXPECT_EQ(Clause("SELECT 'abc FROM t", "FROM"), "");
+    // A parenthesis inside quotes counts for nothing.
+    EXPECT_EQ(Clause("SELECT ')' FROM t", "FROM"), "t");
+    EXPECT_EQ(BracketMessages(), 0);
+}
+
+TEST_F(SelectScanner, WordsAreRunsOfLettersOnly) {
+    // ORDER_NR: "_" ends the word ORDER, which then ends the column list.
+    EXPECT_EQ(Clause("SELECT ORDER_NR FROM t", "SELECT"), "");
+    EXPECT_EQ(Clause("SELECT ORDER_NR FROM t", "ORDER"), "_NR");
+    EXPECT_EQ(Clause("SELECT x1from FROM t", "SELECT"), "x1");
+    // Letters joined to a keyword make a longer word: no clause.
+    EXPECT_EQ(Clause("SELECT fromage FROM t", "SELECT"), "fromage");
+    EXPECT_EQ(Clause("SELECT Kunde\xe4nderung FROM t", "SELECT"), "Kunde\xe4nderung");
+    EXPECT_EQ(Clause("SELECT a FROM t", std::string(120, 'F').c_str()), "");
+}
+
+TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
+    EXPECT_EQ(Fields("SELECT a FROM t)", ";", -1), "");
+    ASSERT_EQ(BracketMessages(), 1);
+    const std::string &text = messages_.entries().back().text;
+    EXPECT_EQ(text.substr(text.size() - 2), "\n)") << text;
+    // Even a clause in front of the bracket is absent; one message per call.
+    messages_.clear();
+    EXPECT_EQ(Clause("SELECT a) FROM t ORDER BY b", "ORDER", "BY"), "");
+    EXPECT_EQ(BracketMessages(), 1);
+    EXPECT_NE(messages_.entries().back().text.find(") FROM t ORDER BY b"), std::string::npos);
+    messages_.clear();
+    EXPECT_EQ(SortKeys("SELECT a FROM t) ORDER BY b"), "");
+    EXPECT_EQ(Tables("SELECT a FROM (t))", ";", -1), "");
+    EXPECT_EQ(BracketMessages(), 2);
+    messages_.clear();
+    // The replacements look for several clauses; still one message.
+    Replace(Kodbc_Select_Replace_OrderByClause, "SELECT a FROM t) WHERE x", "b");
+    EXPECT_EQ(BracketMessages(), 1);
+}
+
+TEST_F(SelectScanner, GetClauseBuffersAndNulls) {
+    int rc = 0;
+    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 7, &rc), "t1, OU");
+    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 1, &rc), "");
+    EXPECT_EQ(Clause(nullptr, "FROM"), "");
+    EXPECT_EQ(Clause(kSample, nullptr), "");
+    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
+    char one = 'x';
+    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, &one, 0), -1);
+    EXPECT_EQ(one, 'x');
+}
+
+TEST_F(SelectScanner, ScansTheSampleStatement) {
+    EXPECT_EQ(Fields(kSample, nullptr), "a,x");
+    EXPECT_EQ(Tables(kSample, nullptr), "t1,t2");
+    EXPECT_EQ(SortKeys(kSample, 0, nullptr), "a,b");
+    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX, nullptr), "a DESC,b");
+    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DIRECTION_TAB, nullptr), "a\tD,b\tA");
+    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX | KODBC_SCAN_DIRECTION_TAB, " | "), "a DESC\tD | b\tA");
+    EXPECT_EQ(Scan(Kodbc_Select_Scan_OrderByClause, kSample, ";"), "a;b");
+    EXPECT_EQ(Fields(kSample, ""), "ax");
+}
+
+TEST_F(SelectScanner, ItemsIgnoreParenthesesAndLiterals) {
+    EXPECT_EQ(Fields("SELECT f(a,b) FROM t"), "f(a;b)");
+    EXPECT_EQ(Fields("SELECT 'x,y' AS c FROM t"), "'x;c");
+    // Without a connection no quote character protects a comma.
+    EXPECT_EQ(Fields("SELECT \"a,b\" FROM t"), "\"a;b\"");
+    // White space of any kind separates words; empty items give nothing.
+    EXPECT_EQ(Fields("SELECT\ta\tAS\tx,\r\n  b ,, c  d FROM t"), "x;b;d");
+    EXPECT_EQ(Fields("SELECT DISTINCT a, t.b FROM t"), "a;t.b");
+    EXPECT_EQ(Fields("SELECT Count(*) AS n FROM t"), "n");
+    EXPECT_EQ(Tables("SELECT * FROM t1 x, outer t2 AS y, s.t3"), "t1;t2;s.t3");
+    EXPECT_EQ(Tables("SELECT * FROM outer"), "");
+    EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x"), "a;b;c;d");
+    EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x", KODBC_SCAN_DIRECTION_TAB),
+              "a\tD;b\tA;c\tA;d\tD");
+}
+
+TEST_F(SelectScanner, ItemsAndWordsAreCut) {
+    const std::string longName(150, 'n');
+    EXPECT_EQ(Fields(("SELECT " + longName + " FROM t").c_str()), std::string(99, 'n'));
+    // The item is cut at 199 first: its alias loses its end too.
+    const std::string item = std::string(180, 'c') + " AS " + std::string(50, 'a');
+    EXPECT_EQ(Fields(("SELECT " + item + ", z FROM t").c_str()), std::string(15, 'a') + ";z");
+}
+
+TEST_F(SelectScanner, ScanResultsAndBuffers) {
+    EXPECT_EQ(Fields("UPDATE t SET a = 1", ";", -1), "");
+    EXPECT_EQ(Fields("SELECT FROM t", ";", -1), "");
+    EXPECT_EQ(Fields("", ";", 0), "");
+    EXPECT_EQ(Fields(nullptr, ";", 0), "");
+    EXPECT_EQ(Tables("SELECT a", ";", -1), "");
+    EXPECT_EQ(Tables("FROM t", ";", -1), "");
+    EXPECT_EQ(SortKeys("SELECT a FROM t"), "");
+    EXPECT_EQ(Fields(kSample, ",", 0, 3), "a,");
+    EXPECT_EQ(Fields(kSample, ",", 0, 4), "a,x");
+    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX, ",", 5), "a DE");
+    EXPECT_EQ(Kodbc_Select_Scan_FieldsClause(kSample, ",", 0, nullptr, 10), -1);
+    EXPECT_EQ(Kodbc_Select_Scan_OrderByClause(kSample, ",", 0, nullptr, 10), -1);
+    char out[4] = "abc";
+    EXPECT_EQ(Kodbc_Select_Scan_TablesClause(kSample, ",", 0, out, 0), -1);
+    EXPECT_STREQ(out, "abc");
+}
+
+TEST_F(SelectScanner, ReplacesOrderBy) {
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t", "a"), "SELECT * FROM t ORDER BY a");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "select * from t order by b desc", "a"),
+              "select * from t ORDER BY a");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a", ""), "SELECT * FROM t ");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a", nullptr),
+              "SELECT * FROM t ");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t", ""), "SELECT * FROM t");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a INTO TEMP x", "b"),
+              "SELECT * FROM t ORDER BY b INTO TEMP x");
+}
+
+TEST_F(SelectScanner, WhereEndsUpBehindTheTables) {
+    EXPECT_EQ(Replace(Where, "SELECT * FROM t ORDER BY a", "x=1"), "SELECT * FROM t WHERE x=1 ORDER BY a ");
+    EXPECT_EQ(Replace(Where, "SELECT * FROM t WHERE y=2 ORDER BY a", "x=1"), "SELECT * FROM t WHERE x=1 ORDER BY a");
+    EXPECT_EQ(Replace(Where, "SELECT * FROM t WHERE y=2 ORDER BY a", ""), "SELECT * FROM t  ORDER BY a");
+    EXPECT_EQ(Replace(Where, "SELECT * FROM t", "x IN (1, 2)"), "SELECT * FROM t WHERE x IN (1, 2)");
+    // Replacing the sort order moves a WHERE that was left behind it.
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a WHERE x=1", "b"),
+              "SELECT * FROM t WHERE x=1 ORDER BY b ");
+    // Without a FROM clause nothing is moved.
+    EXPECT_EQ(Replace(Where, "SELECT 1", "x=1"), "SELECT 1 WHERE x=1");
+}
+
+TEST_F(SelectScanner, ReplacesColumnsAndTablesInsideTheirFrame) {
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "", "a,b"), "SELECT a,b FROM");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "SELECT a FROM t WHERE x=1", "b, c"),
+              "SELECT b, c FROM t WHERE x=1");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "SELECT a FROM t", ""), "SELECT FROM t");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "SELECT a", "b"), "SELECT b FROM");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "DELETE FROM t", "b"), "SELECT b FROM");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_TablesClause, "select a from t where x", "u, v"),
+              "select a FROM u, v where x");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_TablesClause, "", "u"), "SELECT FROM u");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_TablesClause, "SELECT a FROM t ORDER BY a", ""), "SELECT a FROM ORDER BY a");
+}
+
+TEST_F(SelectScanner, ReplacementsStayInsideTheBuffer) {
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t", "abcdef", 20), "SELECT * FROM t ORD");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "", "a,b", 8), "SELECT ");
+    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "", "a,b", 1), "");
+    EXPECT_EQ(Replace(Where, "SELECT * FROM t ORDER BY a", "x=1", 30), "SELECT * FROM t ORDER BY a WH");
+    EXPECT_EQ(Replace(Where, "SELECT * FROM t ORDER BY a", "x=1", 35), "SELECT * FROM t WHERE x ORDER BY a");
+    EXPECT_EQ(Kodbc_Select_Replace_WhereClause(nullptr, 10, "x"), -1);
+    char statement[16] = "SELECT a FROM t";
+    EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(statement, 0, "x", 0), -1);
+    EXPECT_EQ(Kodbc_Select_Replace_TablesClause(statement, -5, "x", 0), -1);
+    EXPECT_STREQ(statement, "SELECT a FROM t");
+    // The new text may live in the statement buffer itself.
+    char buffer[64] = "SELECT a FROM t";
+    EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(buffer, sizeof buffer, buffer + 7, 0), 0);
+    EXPECT_STREQ(buffer, "SELECT a FROM t ORDER BY a FROM t");
+}
+
+} // namespace
+} // namespace kodbc::test

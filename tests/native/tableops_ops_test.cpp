@@ -1,0 +1,284 @@
+// Table operations and aggregates against every data source: the drop's
+// question and its tolerance of a missing table, rename by copying (and
+// what a data source without SELECT … INTO leaves behind), free names,
+// counts, sums, maxima and the field tests.
+#include "test_support.h"
+
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_tableops.h>
+
+#include <cstring>
+#include <string>
+
+namespace kodbc::test {
+namespace {
+
+class TableOps : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        DropAll();
+        Exec("CREATE TABLE kc_h9_adr (id INTEGER, betrag FLOAT, name VARCHAR(40))");
+        Exec("INSERT INTO kc_h9_adr VALUES (1, 2.5, 'Müller')");
+        Exec("INSERT INTO kc_h9_adr VALUES (2, 10.25, 'Meier')");
+        Exec("INSERT INTO kc_h9_adr VALUES (3, -1, 'Schulze')");
+        Exec("CREATE TABLE kc_h9_empty (id INTEGER, betrag FLOAT)");
+        messages_.clear();
+    }
+    void TearDown() override {
+        SetDumpState(0);
+        if (hdbc_) DropAll();
+        DataSourceTest::TearDown();
+    }
+    void DropAll() {
+        for (const char *name : {"kc_h9_adr", "kc_h9_adr_1", "kc_h9_adr_2", "kc_h9_empty", "kc_h9_copy",
+                                 "kc_h9_auto", "kc_h9_xUNIONx"})
+            ExecQuietly(std::string("DROP TABLE ") + name);
+    }
+    static void SetDumpState(long state) {
+        Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr,
+                                   "SqlDumpState", state);
+    }
+    bool Exists(const char *table) { return Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_ALL, table) == 1; }
+    long Rows(const char *table) { return Kodbc_GetRecordCount(hdbc_, table, 0); }
+    std::size_t OdbcErrors() const {
+        std::size_t n = 0;
+        for (const auto &e : messages_.entries()) n += e.kind == KODBC_MESSAGE_ODBC_ERROR;
+        return n;
+    }
+};
+KODBC_DATA_SOURCE_TEST_SUITE(TableOps);
+
+TEST_P(TableOps, DropAsksFirstAndOnlyYesDrops) {
+    messages_.set_answer(KODBC_ANSWER_NO);
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", 0), KODBC_FAILURE);
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    const auto &question = messages_.entries()[0];
+    EXPECT_EQ(question.kind, KODBC_MESSAGE_YESNO);
+    EXPECT_NE(question.text.find("Wollen Sie die Tabelle 'kc_h9_adr' wirklich l"), std::string::npos) << question.text;
+    EXPECT_EQ(question.text.back(), '"');  // the stray quote of the text stays
+    EXPECT_TRUE(Exists("kc_h9_adr"));
+
+    messages_.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", KODBC_DROP_MISSING_OK), KODBC_FAILURE);
+    EXPECT_TRUE(Exists("kc_h9_adr"));
+
+    messages_.clear();
+    messages_.set_answer(KODBC_ANSWER_YES);
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", 0), KODBC_SUCCESS);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+    EXPECT_FALSE(Exists("kc_h9_adr"));
+
+    // Without the question nothing is asked at all.
+    messages_.clear();
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_empty", KODBC_DROP_NO_QUESTION), KODBC_SUCCESS);
+    EXPECT_TRUE(messages_.entries().empty());
+    EXPECT_FALSE(Exists("kc_h9_empty"));
+}
+
+TEST_P(TableOps, DropOfAMissingTableIsToleratedOnlyForTheNoSuchTableStates) {
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_missing", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    ASSERT_EQ(OdbcErrors(), 1u);
+    const std::string state = messages_.entries().back().sqlState;
+    EXPECT_NE(messages_.entries().back().statement.find("DROP TABLE kc_h9_missing"), std::string::npos);
+    messages_.clear();
+
+    // Only S0002 / 42S02 count as "already gone"; other drivers name a
+    // missing table differently and still see their error.
+    const bool noSuchTable = strcasecmp(state.c_str(), "42S02") == 0 || strcasecmp(state.c_str(), "S0002") == 0;
+    if (DbmsName() == "MariaDB") EXPECT_TRUE(noSuchTable) << state;
+    if (DbmsName() == "PostgreSQL") EXPECT_FALSE(noSuchTable) << state;
+    const int flags = KODBC_DROP_NO_QUESTION | KODBC_DROP_MISSING_OK;
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_missing", flags), noSuchTable ? KODBC_SUCCESS : KODBC_FAILURE);
+    EXPECT_EQ(OdbcErrors(), noSuchTable ? 0u : 1u);
+}
+
+TEST_P(TableOps, DropWithSchemaAndBadArguments) {
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, " \t", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_DeleteTable(nullptr, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "kc_h9_adr", nullptr, KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    EXPECT_TRUE(messages_.entries().empty());
+    if (DbmsName() == "PostgreSQL") {
+        EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "public", "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_SUCCESS);
+    } else {
+        EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, nullptr, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_SUCCESS);
+    }
+    EXPECT_FALSE(Exists("kc_h9_adr"));
+}
+
+TEST_P(TableOps, RenameCopiesWhereTheDataSourceCanAndLosesNothingWhereItCannot) {
+    EXPECT_EQ(Kodbc_RenameTable(hdbc_, "kc_h9_adr", "kc_h9_copy", KODBC_RENAME_NOTICE),
+              DbmsName() == "PostgreSQL" ? KODBC_SUCCESS : KODBC_FAILURE);
+    ASSERT_FALSE(messages_.entries().empty());
+    EXPECT_EQ(messages_.entries()[0].kind, KODBC_MESSAGE_TEMPORARY);
+    EXPECT_EQ(messages_.entries()[0].text, "Die Tabelle wird kopiert ...");
+    if (DbmsName() == "PostgreSQL") {
+        EXPECT_EQ(messages_.entries().size(), 1u);
+        EXPECT_FALSE(Exists("kc_h9_adr"));
+        EXPECT_EQ(Rows("kc_h9_copy"), 3);
+        return;
+    }
+    // No SELECT … INTO: the error is shown with the statement, the source
+    // keeps every row and no half copy is left behind.
+    ASSERT_EQ(OdbcErrors(), 1u);
+    EXPECT_EQ(messages_.entries().back().statement, "SELECT * INTO kc_h9_copy FROM kc_h9_adr");
+    EXPECT_EQ(Rows("kc_h9_adr"), 3);
+    EXPECT_FALSE(Exists("kc_h9_copy"));
+}
+
+TEST_P(TableOps, RenameOntoAnExistingNameCopiesNothingAndSaysNothing) {
+    EXPECT_EQ(Kodbc_RenameTable(hdbc_, "kc_h9_adr", "KC_H9_EMPTY", KODBC_RENAME_NOTICE), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_RenameTable(hdbc_, "kc_h9_adr", "", 0), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_RenameTable(hdbc_, nullptr, "kc_h9_copy", 0), KODBC_FAILURE);
+    EXPECT_TRUE(messages_.entries().empty());
+    EXPECT_EQ(Rows("kc_h9_empty"), 0);
+    EXPECT_EQ(Rows("kc_h9_adr"), 3);
+}
+
+TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
+    Exec("CREATE TABLE kc_h9_adr_1 (id INTEGER)");
+    GuardedBuffer name(40);
+    std::strcpy(name.data(), "kc_h9_adr");
+    Kodbc_CreateUniqueTableName(hdbc_, name.data(), name.size());
+    EXPECT_EQ(name.text(), "kc_h9_adr_2");
+    // A free name stays, an empty one becomes _1 (free here).
+    std::strcpy(name.data(), "kc_h9_free");
+    Kodbc_CreateUniqueTableName(hdbc_, name.data(), name.size());
+    EXPECT_EQ(name.text(), "kc_h9_free");
+    name.data()[0] = '\0';
+    Kodbc_CreateUniqueTableName(hdbc_, name.data(), name.size());
+    EXPECT_EQ(name.text(), "_1");
+    EXPECT_TRUE(name.guards_intact());
+
+    // Each candidate is cut to the buffer: with room for "kc_h9_adr_" only
+    // the number never shows, and the search ends instead of running on.
+    GuardedBuffer small(11);
+    std::strcpy(small.data(), "kc_h9_adr");
+    Kodbc_CreateUniqueTableName(hdbc_, small.data(), small.size());
+    EXPECT_EQ(small.text(), "kc_h9_adr_");
+    EXPECT_TRUE(small.guards_intact());
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(TableOps, CountsWithAndWithoutCondition) {
+    EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "kc_h9_adr", 0), 3);
+    EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", "id > 1", 0), 2);
+    EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", "", 0), 3);
+    EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", "name = 'Müller'", 0), 1);
+    EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "kc_h9_empty", 0), 0);
+    EXPECT_TRUE(messages_.entries().empty());
+
+    // A failed count is 0 too, but the user has seen why.
+    EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "kc_h9_missing", 0), 0);
+    ASSERT_EQ(OdbcErrors(), 1u);
+    EXPECT_EQ(messages_.entries().back().statement, "SELECT Count(*) FROM kc_h9_missing");
+    messages_.clear();
+    EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", "no_such_field = 1", 0), 0);
+    EXPECT_EQ(OdbcErrors(), 1u);
+}
+
+TEST_P(TableOps, SumAndMaximum) {
+    double result = 99;
+    EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), 0);
+    EXPECT_DOUBLE_EQ(result, 11.75);
+    EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", "id < 3", &result), 0);
+    EXPECT_DOUBLE_EQ(result, 12.75);
+    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), 0);
+    EXPECT_DOUBLE_EQ(result, 10.25);
+    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", "id", "betrag < 5", &result), 0);
+    EXPECT_DOUBLE_EQ(result, 3);
+    // Sum and maximum of no rows are NULL, read as 0.
+    result = 99;
+    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_empty", "betrag", nullptr, &result), 0);
+    EXPECT_DOUBLE_EQ(result, 0);
+    EXPECT_TRUE(messages_.entries().empty());
+
+    result = 99;
+    EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "no_such_field", nullptr, &result), -1);
+    EXPECT_DOUBLE_EQ(result, 0);
+    EXPECT_EQ(OdbcErrors(), 1u);
+    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", "betrag", nullptr, nullptr), -1);
+    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", " ", nullptr, &result), -1);
+}
+
+TEST_P(TableOps, RefusedByTheDumpEverythingFailsSilently) {
+    SetDumpState(KORVEL_DUMP_ASK);
+    messages_.set_answer(KODBC_ANSWER_NO);
+    double result = 5;
+    EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "kc_h9_adr", 0), 0);
+    EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), -1);
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_RenameTable(hdbc_, "kc_h9_adr", "kc_h9_copy", 0), KODBC_FAILURE);
+    // Only the dump's own questions, one per statement: no error follows a refusal.
+    ASSERT_EQ(messages_.entries().size(), 4u);
+    EXPECT_EQ(messages_.entries()[0].text, "SELECT Count(*) FROM kc_h9_adr");
+    EXPECT_EQ(messages_.entries()[2].text, "DROP TABLE kc_h9_adr");
+    EXPECT_EQ(messages_.entries()[3].text, "SELECT * INTO kc_h9_copy FROM kc_h9_adr");
+    SetDumpState(0);
+    EXPECT_EQ(Rows("kc_h9_adr"), 3);
+}
+
+TEST_P(TableOps, FieldExistenceAndTheFirstAutoIncrementField) {
+    EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "BETRAG"), 1);
+    EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "betra"), 0);
+    EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_missing", "id"), 0);
+
+    const std::string dbms = DbmsName();
+    if (dbms == "SQLite")
+        Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr INTEGER PRIMARY KEY AUTOINCREMENT)");
+    else if (dbms == "PostgreSQL")
+        Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr SERIAL PRIMARY KEY)");
+    else
+        Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr INTEGER AUTO_INCREMENT PRIMARY KEY)");
+    GuardedBuffer out(20);
+    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", out.data(), out.size()), KODBC_SUCCESS);
+    EXPECT_EQ(out.text(), "nr");
+    EXPECT_TRUE(out.guards_intact());
+    // Cut to the buffer, never past it.
+    GuardedBuffer tiny(2);
+    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", tiny.data(), tiny.size()), KODBC_SUCCESS);
+    EXPECT_EQ(tiny.text(), "n");
+    EXPECT_TRUE(tiny.guards_intact());
+
+    // No such column, no such table: 2 and an empty output, nothing shown.
+    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_adr", out.data(), out.size()), KODBC_FAILURE);
+    EXPECT_EQ(out.text(), "");
+    std::strcpy(out.data(), "old");
+    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_missing", out.data(), out.size()), KODBC_FAILURE);
+    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", nullptr, 20), KODBC_FAILURE);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(TableOps, RowSetCountRewritesTheColumnListAndDropsTheSortOrder) {
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT name, betrag FROM kc_h9_adr WHERE id > 1 ORDER BY name DESC"), 2);
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "select * from kc_h9_adr order by id"), 3);
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_empty"), 0);
+    // UNION inside a longer word is no union: the statement is counted.
+    Exec("CREATE TABLE kc_h9_xUNIONx (id INTEGER)");
+    Exec("INSERT INTO kc_h9_xUNIONx VALUES (7)");
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_xUNIONx"), 1);
+    EXPECT_TRUE(messages_.entries().empty());
+
+    // A union between blanks is answered without asking the data source,
+    // so even a statement that could not run gets the union's number.
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT a FROM kc_h9_nowhere UNION SELECT b FROM kc_h9_nothing"),
+              KODBC_ROWSET_COUNT_UNION);
+    EXPECT_EQ(Kodbc_GetRowSetCount(nullptr, "SELECT id FROM kc_h9_adr\nUNION\tSELECT id FROM kc_h9_empty"),
+              KODBC_ROWSET_COUNT_UNION);
+    EXPECT_TRUE(messages_.entries().empty());
+    // Only the first UNION counts, and only upper case: this one goes to the
+    // data source, which refuses the rewritten halves' column counts.
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_xUNIONx union SELECT id, name FROM kc_h9_adr"), 0);
+    EXPECT_EQ(OdbcErrors(), 1u);
+    messages_.clear();
+
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "  "), 0);
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, nullptr), 0);
+    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_missing"), 0);
+    EXPECT_EQ(OdbcErrors(), 1u);
+}
+
+} // namespace
+} // namespace kodbc::test

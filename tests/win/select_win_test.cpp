@@ -1,0 +1,254 @@
+// SELECT clauses in real list and combo boxes, read back with messages, and
+// the alias dialog driven by the robot.
+#include <kodbc/kodbc.h>
+
+#include "robot.h"
+#include "select/alias_dialog_ids.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using wintest::DialogRobot;
+using wintest::MessageBoxAnswerer;
+
+const char kAliasTitle[] = "Eingabe eines neuen Verwendungs-Namens";
+
+const char *DataSource() {
+    const char *dsn = std::getenv("KODBC_TEST_DSN");
+    return dsn && *dsn ? dsn : "kodbc_sqlite";
+}
+
+bool IsCombo(HWND box) {
+    char cls[32] = {};
+    GetClassNameA(box, cls, sizeof cls);
+    return _stricmp(cls, "ComboBox") == 0;
+}
+
+// One box line as the box holds it.
+struct Line {
+    std::string text;
+    LPARAM data;
+    bool operator==(const Line &other) const { return text == other.text && data == other.data; }
+};
+std::ostream &operator<<(std::ostream &os, const Line &line) { return os << '"' << line.text << "\"/" << line.data; }
+
+std::vector<Line> Lines(HWND box) {
+    const bool combo = IsCombo(box);
+    int count = static_cast<int>(SendMessageA(box, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
+    std::vector<Line> out;
+    for (int i = 0; i < count; ++i) {
+        char text[300] = {};
+        SendMessageA(box, combo ? CB_GETLBTEXT : LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
+        LPARAM data = SendMessageA(box, combo ? CB_GETITEMDATA : LB_GETITEMDATA, static_cast<WPARAM>(i), 0);
+        out.push_back({text, data});
+    }
+    return out;
+}
+
+int Selected(HWND box) {
+    return static_cast<int>(SendMessageA(box, IsCombo(box) ? CB_GETCURSEL : LB_GETCURSEL, 0, 0));
+}
+
+void Put(HWND box, const std::vector<Line> &lines) {
+    const bool combo = IsCombo(box);
+    SendMessageA(box, combo ? CB_RESETCONTENT : LB_RESETCONTENT, 0, 0);
+    for (const Line &line : lines) {
+        LRESULT i = SendMessageA(box, combo ? CB_ADDSTRING : LB_ADDSTRING, 0,
+                                 reinterpret_cast<LPARAM>(line.text.c_str()));
+        SendMessageA(box, combo ? CB_SETITEMDATA : LB_SETITEMDATA, static_cast<WPARAM>(i), line.data);
+    }
+}
+
+class SelectBoxes : public ::testing::Test {
+protected:
+    void SetUp() override {
+        DataSourceRecord source{};
+        std::strncpy(source.DataSourceName, DataSource(), sizeof source.DataSourceName - 1);
+        ASSERT_EQ(Kodbc_ConnectDataSource(&source, &henv_, &hdbc_), KODBC_CONNECTED);
+        q_ = std::string(1, Kodbc_GetDelimiter(hdbc_));
+        // Unsorted boxes: the lines stay where the library puts them.
+        list_ = CreateWindowA("LISTBOX", "", WS_POPUP | LBS_NOTIFY, 0, 0, 200, 200, nullptr, nullptr, nullptr, nullptr);
+        combo_ = CreateWindowA("COMBOBOX", "", WS_POPUP | CBS_DROPDOWNLIST, 0, 0, 200, 200, nullptr, nullptr, nullptr,
+                               nullptr);
+        ASSERT_TRUE(list_ && combo_);
+    }
+    void TearDown() override {
+        if (list_) DestroyWindow(list_);
+        if (combo_) DestroyWindow(combo_);
+        Kodbc_DisconnectDataSource(&henv_, &hdbc_);
+    }
+    std::string Q(const std::string &name) const { return q_ + name + q_; }
+
+    SQLHENV henv_ = nullptr;
+    SQLHDBC hdbc_ = nullptr;
+    HWND list_ = nullptr, combo_ = nullptr;
+    std::string q_;
+};
+
+TEST_F(SelectBoxes, ClausesFillTheBoxesOneLinePerItem) {
+    const std::string statement = "SELECT a, " + Q("b c") + " AS x, d y FROM t1 k, OUTER " + Q("t 2") +
+                                  " ORDER BY a DESC, " + Q("b c");
+    for (HWND box : {list_, combo_}) {
+        Put(box, {{"old", 7}});
+        EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(hdbc_, statement.c_str(), KODBC_BOX_FIELD_ALIAS, box), 0);
+        EXPECT_EQ(Lines(box), (std::vector<Line>{{"a", 0}, {"b c\tx", 0}, {"d\ty", 0}}));
+        EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(hdbc_, statement.c_str(), 0, box), 0);
+        EXPECT_EQ(Lines(box), (std::vector<Line>{{"a", 0}, {"b c", 0}, {"d", 0}}));
+
+        EXPECT_EQ(Kodbc_Select_TablesClause_To_TablesBox(hdbc_, statement.c_str(), 0, box), 0);
+        EXPECT_EQ(Lines(box), (std::vector<Line>{{"t1", 0}, {"t 2", 0}}));
+
+        EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, statement.c_str(), KODBC_BOX_SORT_LABEL, box), 0);
+        EXPECT_EQ(Lines(box), (std::vector<Line>{{"a\tabsteigend", 1}, {"b c\taufsteigend", 0}}));
+        EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, statement.c_str(), 0, box), 0);
+        EXPECT_EQ(Lines(box), (std::vector<Line>{{"a", 1}, {"b c", 0}}));
+    }
+    // No clause, no statement: an empty box.
+    EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, "SELECT a FROM t", 0, list_), 0);
+    EXPECT_TRUE(Lines(list_).empty());
+    EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(nullptr, nullptr, 0, list_), 0);
+    EXPECT_TRUE(Lines(list_).empty());
+    EXPECT_EQ(Kodbc_Select_TablesClause_To_TablesBox(hdbc_, statement.c_str(), 0, nullptr), -1);
+}
+
+TEST_F(SelectBoxes, StrayBracketIsReportedOnceAndLeavesTheBoxEmpty) {
+    MessageBoxAnswerer answerer("Datenbank", IDOK);
+    Put(list_, {{"old", 0}});
+    EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(hdbc_, "SELECT a FROM t)", 0, list_), 0);
+    EXPECT_TRUE(Lines(list_).empty());
+    ASSERT_EQ(answerer.Seen().size(), 1u);
+    EXPECT_EQ(answerer.Seen()[0].text, "Es wurde eine unerwartete schlie\xDF" "ende Klammer gefunden.\n\n)");
+}
+
+TEST_F(SelectBoxes, BoxesAreWrittenBackAsClauses) {
+    char statement[300] = "SELECT old FROM t ORDER BY x";
+    Put(list_, {{"*abc", 0}, {"*\tx", 0}, {"a b\tal ias", 0}, {"c", 0}});
+    EXPECT_EQ(Kodbc_Select_FieldsBox_To_FieldsClause(hdbc_, list_, statement, sizeof statement), 0);
+    EXPECT_EQ(std::string(statement), "SELECT *,* AS x," + Q("a b") + " AS " + Q("al ias") + ",c FROM t ORDER BY x");
+
+    Put(combo_, {{"t1", 0}, {"my t", 0}});
+    EXPECT_EQ(Kodbc_Select_TablesBox_To_TablesClause(hdbc_, combo_, statement, sizeof statement), 0);
+    EXPECT_EQ(std::string(statement),
+              "SELECT *,* AS x," + Q("a b") + " AS " + Q("al ias") + ",c FROM t1," + Q("my t") + " ORDER BY x");
+
+    std::strcpy(statement, "SELECT a FROM t ORDER BY z WHERE k = 1");
+    Put(list_, {{"a\tabsteigend", 1}, {"b c\taufsteigend", 0}, {"d", 5}});
+    EXPECT_EQ(Kodbc_Select_OrderByBox_To_OrderByClause(hdbc_, list_, statement, sizeof statement), 0);
+    EXPECT_EQ(std::string(statement), "SELECT a FROM t WHERE k = 1 ORDER BY a DESC," + Q("b c") + ",d DESC ");
+
+    // An empty sort box removes the clause; without a connection nothing is quoted.
+    Put(list_, {});
+    EXPECT_EQ(Kodbc_Select_OrderByBox_To_OrderByClause(hdbc_, list_, statement, sizeof statement), 0);
+    EXPECT_EQ(std::string(statement), "SELECT a FROM t WHERE k = 1");
+    Put(list_, {{"my t", 0}});
+    EXPECT_EQ(Kodbc_Select_TablesBox_To_TablesClause(nullptr, list_, statement, sizeof statement), 0);
+    EXPECT_EQ(std::string(statement), "SELECT a FROM my t WHERE k = 1");
+
+    // The statement buffer's size holds.
+    char small[24] = "SELECT a FROM t";
+    std::memset(small + 16, 'G', 8);
+    Put(list_, {{"abcdefgh", 0}});
+    EXPECT_EQ(Kodbc_Select_FieldsBox_To_FieldsClause(hdbc_, list_, small, 16), 0);
+    EXPECT_STREQ(small, "SELECT abcdefgh");
+    EXPECT_EQ(std::string(small + 16, 8), std::string(8, 'G')) << "written past the size";
+    EXPECT_EQ(Kodbc_Select_FieldsBox_To_FieldsClause(hdbc_, list_, nullptr, 10), -1);
+    EXPECT_EQ(Kodbc_Select_FieldsBox_To_FieldsClause(hdbc_, nullptr, small, 16), -1);
+}
+
+TEST_F(SelectBoxes, ToggleFlipsDirectionLabelAndSelects) {
+    Put(list_, {{"a\taufsteigend", 0}, {"b", 1}, {"c\tirgendwas", 5}});
+    EXPECT_LT(Kodbc_OrderByBox_ToggleDirection(list_, -1), 0) << "nothing selected";
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 0), 0);
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 1), 1);
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 2), 2);
+    EXPECT_EQ(Lines(list_),
+              (std::vector<Line>{{"a\tabsteigend", 1}, {"b\taufsteigend", 0}, {"c\tabsteigend", 1}}));
+    EXPECT_EQ(Selected(list_), 2);
+    // Index below 0: the selected line.
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, -1), 2);
+    EXPECT_EQ(Lines(list_)[2], (Line{"c\taufsteigend", 0}));
+    EXPECT_LT(Kodbc_OrderByBox_ToggleDirection(list_, 3), 0);
+
+    Put(combo_, {{"x", 0}});
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(combo_, 0), 0);
+    EXPECT_EQ(Lines(combo_), (std::vector<Line>{{"x\tabsteigend", 1}}));
+    EXPECT_EQ(Selected(combo_), 0);
+}
+
+class AliasDialog : public SelectBoxes {};
+
+TEST_F(AliasDialog, TypedAliasKeepsOnlyAllowedCharacters) {
+    Put(list_, {{"first", 0}, {"col\told", 3}, {"last", 0}});
+    std::string title, prompt, before, typed, pasted, ok, cancel;
+    DialogRobot robot(kAliasTitle, "alias-10070", [&](HWND dialog) {
+        title = wintest::WindowText(dialog);
+        prompt = wintest::ControlText(dialog, IDC_FIELD_ALIAS_PROMPT);
+        ok = wintest::ControlText(dialog, IDC_FIELD_ALIAS_OK);
+        cancel = wintest::ControlText(dialog, IDC_FIELD_ALIAS_CANCEL);
+        before = wintest::ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
+        HWND edit = GetDlgItem(dialog, IDC_FIELD_ALIAS_EDIT);
+        SendMessageA(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("x0 y-z"));  // as a paste would
+        pasted = wintest::ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
+        SendMessageA(edit, EM_SETSEL, 0, -1);
+        for (char c : std::string("Ab0c d-9_\xE4Z"))
+            SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(c), 0);
+        typed = wintest::ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
+        wintest::SaveScreenshot(dialog, "alias-10070-typed");
+        wintest::Click(dialog, IDC_FIELD_ALIAS_OK);
+    });
+    int result = Kodbc_FieldsBox_EditAlias(list_, 1);
+    robot.Join();
+    ASSERT_TRUE(robot.Found()) << "dialog 10070 never appeared";
+    EXPECT_EQ(title, kAliasTitle);
+    EXPECT_EQ(prompt, "Bitte geben Sie den &Namen ein, unter dem dieses Feld verwendet werden soll");
+    EXPECT_EQ(ok, "&OK");
+    EXPECT_EQ(cancel, "&Abbrechen");
+    EXPECT_EQ(before, "old");
+    EXPECT_EQ(pasted, "xyz");
+    EXPECT_EQ(typed, "Abcd9_Z");
+    EXPECT_EQ(result, 1);
+    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"first", 0}, {"col\tAbcd9_Z", 0}, {"last", 0}}));
+    EXPECT_EQ(Selected(list_), 1);
+}
+
+TEST_F(AliasDialog, EmptyAliasLeavesTheColumnAlone) {
+    Put(list_, {{"col\told", 0}});
+    SendMessageA(list_, LB_SETCURSEL, 0, 0);
+    DialogRobot robot(kAliasTitle, "", [&](HWND dialog) {
+        SendMessageA(GetDlgItem(dialog, IDC_FIELD_ALIAS_EDIT), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(""));
+        wintest::Click(dialog, IDC_FIELD_ALIAS_OK);
+    });
+    EXPECT_EQ(Kodbc_FieldsBox_EditAlias(list_, -1), 1);
+    robot.Join();
+    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"col", 0}}));
+}
+
+TEST_F(AliasDialog, CancelAndNoSelectionChangeNothing) {
+    Put(list_, {{"col\told", 4}});
+    {
+        DialogRobot robot(kAliasTitle, "", [&](HWND dialog) {
+            SendMessageA(GetDlgItem(dialog, IDC_FIELD_ALIAS_EDIT), WM_SETTEXT, 0, reinterpret_cast<LPARAM>("neu"));
+            wintest::Click(dialog, IDC_FIELD_ALIAS_CANCEL);
+        });
+        EXPECT_EQ(Kodbc_FieldsBox_EditAlias(list_, 0), 2);
+        robot.Join();
+        EXPECT_TRUE(robot.Found());
+    }
+    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"col\told", 4}}));
+    {
+        DialogRobot robot(kAliasTitle, "", [](HWND dialog) { wintest::Click(dialog, IDC_FIELD_ALIAS_CANCEL); }, 1500);
+        EXPECT_EQ(Kodbc_FieldsBox_EditAlias(list_, -1), 2) << "no line selected";
+        EXPECT_EQ(Kodbc_FieldsBox_EditAlias(list_, 5), 2);
+        EXPECT_EQ(Kodbc_FieldsBox_EditAlias(nullptr, 0), 2);
+        robot.Join();
+        EXPECT_FALSE(robot.Found()) << "no dialog without a line";
+    }
+}
+
+} // namespace
