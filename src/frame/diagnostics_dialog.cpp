@@ -5,6 +5,7 @@
 
 #include "internal/diagnostics.h"
 #include "internal/library.h"
+#include "internal/modal_dialog.h"
 
 #include <korvel/korvel32.h>
 
@@ -13,12 +14,6 @@
 
 namespace kodbc {
 namespace {
-
-// What the dialog keeps while it is open, in its window's user data.
-struct DiagnosticsState {
-    ErrorDisplayRequest request;
-    int hintMessageId = 0;
-};
 
 // Multi-line edit controls break lines only at CR LF; drivers write LF.
 std::string WithCrLf(std::string_view text) {
@@ -31,75 +26,56 @@ std::string WithCrLf(std::string_view text) {
     return out;
 }
 
-DiagnosticsState *StateOf(HWND dialog) {
-    return reinterpret_cast<DiagnosticsState *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
-}
 
-void OnInitDialog(HWND dialog, DiagnosticsState *state) {
-    SetWindowLongPtrA(dialog, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(state));
-    TranslateDialog(dialog);
+class DiagnosticsDialog : public ModalDialog {
+public:
+    explicit DiagnosticsDialog(const ErrorDisplayRequest &request) : request_(request) {}
 
-    DiagnosticFields fields;
-    if (!state || !ReadDiagnostic(state->request, fields)) {
-        EndDialog(dialog, 1);
-        return;
-    }
-    state->hintMessageId = fields.hintMessageId;
-
-    SetItemText(dialog, IDC_ODBC_ERROR_VENDOR, fields.vendor.c_str());
-    SetItemText(dialog, IDC_ODBC_ERROR_COMPONENT, fields.component.c_str());
-    SetItemText(dialog, IDC_ODBC_ERROR_DATASOURCE, fields.dataSource.c_str());
-    SetItemText(dialog, IDC_ODBC_ERROR_STATE, fields.sqlState.c_str());
-    SetItemText(dialog, IDC_ODBC_ERROR_DESCRIPTION, WithCrLf(fields.description).c_str());
-    const char *statement = state->request.statement;
-    SetItemText(dialog, IDC_ODBC_ERROR_STATEMENT, statement ? WithCrLf(statement).c_str() : nullptr);
-    ShowWindow(GetDlgItem(dialog, IDC_ODBC_ERROR_HINT), state->hintMessageId ? SW_SHOW : SW_HIDE);
-}
-
-INT_PTR HandleMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-    case WM_INITDIALOG:
-        OnInitDialog(dialog, reinterpret_cast<DiagnosticsState *>(lParam));
-        return TRUE;
-    case WM_COMMAND:
-        switch (LOWORD(wParam)) {
-        case IDC_ODBC_ERROR_CLOSE:
-            EndDialog(dialog, 1);
+private:
+    BOOL OnInit() override {
+        DiagnosticFields fields;
+        if (!ReadDiagnostic(request_, fields)) {
+            End(1);
             return TRUE;
-        case IDCANCEL:
-            EndDialog(dialog, 2);
-            return TRUE;
-        case IDC_ODBC_ERROR_HINT:
-            if (DiagnosticsState *state = StateOf(dialog); state && state->hintMessageId) {
-                LibraryMessage(state->hintMessageId);
-            }
-            return TRUE;
-        default:
-            return FALSE;
         }
-    default:
-        return FALSE;
+        hintMessageId_ = fields.hintMessageId;
+        HWND dialog = window();
+        SetItemText(dialog, IDC_ODBC_ERROR_VENDOR, fields.vendor.c_str());
+        SetItemText(dialog, IDC_ODBC_ERROR_COMPONENT, fields.component.c_str());
+        SetItemText(dialog, IDC_ODBC_ERROR_DATASOURCE, fields.dataSource.c_str());
+        SetItemText(dialog, IDC_ODBC_ERROR_STATE, fields.sqlState.c_str());
+        SetItemText(dialog, IDC_ODBC_ERROR_DESCRIPTION, WithCrLf(fields.description).c_str());
+        const char *statement = request_.statement;
+        SetItemText(dialog, IDC_ODBC_ERROR_STATEMENT, statement ? WithCrLf(statement).c_str() : nullptr);
+        ShowWindow(Item(IDC_ODBC_ERROR_HINT), hintMessageId_ ? SW_SHOW : SW_HIDE);
+        return TRUE;
     }
-}
+
+    bool OnCommand(int controlId, int notification) override {
+        switch (controlId) {
+        case IDC_ODBC_ERROR_CLOSE:
+            End(1);
+            return true;
+        case IDC_ODBC_ERROR_HINT:
+            if (hintMessageId_) LibraryMessage(hintMessageId_);
+            return true;
+        default:
+            return ModalDialog::OnCommand(controlId, notification);
+        }
+    }
+
+    // An error display that cannot fill itself closes as if it had nothing to show.
+    INT_PTR FailureResult() const override { return 1; }
+
+    ErrorDisplayRequest request_;
+    int hintMessageId_ = 0;
+};
 
 } // namespace
 
-INT_PTR CALLBACK DiagnosticsDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    try {
-        return HandleMessage(dialog, message, wParam, lParam);
-    } catch (...) {
-        // Nothing may unwind into the window system; an error display that
-        // cannot fill itself is closed as if it had nothing to show.
-        if (message == WM_INITDIALOG) EndDialog(dialog, 1);
-        return FALSE;
-    }
-}
-
 int ShowDiagnosticsDialog(const ErrorDisplayRequest &request) {
-    DiagnosticsState state{request, 0};
-    INT_PTR result = LibraryDialogBox(DiagnosticsDialogProc, IDD_ODBC_ERROR, Korvel_ActiveWindow(),
-                                      reinterpret_cast<LPARAM>(&state));
-    return result == 2 ? 2 : 1;
+    DiagnosticsDialog dialog(request);
+    return dialog.Run(IDD_ODBC_ERROR, Korvel_ActiveWindow()) == 2 ? 2 : 1;
 }
 
 } // namespace kodbc

@@ -17,10 +17,6 @@ inline constexpr std::string_view kAliasCharacters =
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ123456789_";
 inline constexpr int kAliasLimit = 99;
 
-// The dialog procedure; lParam of WM_INITDIALOG is a std::string* holding
-// the current alias, replaced by the new one on OK.
-INT_PTR CALLBACK AliasDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-
 // Shows the dialog over owner. True on OK, with alias replaced.
 bool AskForAlias(HWND owner, std::string &alias);
 
