@@ -1,7 +1,7 @@
 // Catalogue calls per call, each next to the bare ODBC catalogue function
 // they are built on: the field list of a 20-column table, and the table
 // list of a data source with 10,000 tables.
-#include <kodbc/kodbc.h>
+#include "bench_support.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,18 +14,9 @@ namespace {
 
 constexpr int kTables = 10000;
 
-int Silent(const KodbcMessage *, void *) { return KODBC_ANSWER_OK; }
-
-struct Connected {
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    explicit Connected(const char *dsn) {
-        DataSourceRecord source{};
-        std::strncpy(source.DataSourceName, dsn, sizeof source.DataSourceName - 1);
-        Kodbc_ConnectDataSource(&source, &henv, &hdbc);
-    }
-    ~Connected() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
-    void Run(const std::string &sql) const { OdbcEh_PerformSqlStatement(nullptr, hdbc, sql.c_str(), "*"); }
+// The private configuration names a second data source with many tables.
+struct Connected : kodbc::bench::Connection {
+    explicit Connected(const char *dsn) : Connection(dsn) {}
 };
 
 // The field benchmark's table and the 10,000 tables, made once per process.
@@ -100,9 +91,8 @@ BENCHMARK(BM_Raw_SQLTables_10000)->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char **argv) {
-    setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
-    setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
-    Kodbc_SetMessageHandler(&Silent, nullptr);
+    kodbc::bench::DataSource();
+    kodbc::bench::Quiet();
     Prepare();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -1,6 +1,6 @@
 // Per-call cost of connecting and of the driver queries the library makes,
 // each next to the same raw ODBC calls in the same run.
-#include <kodbc/kodbc.h>
+#include "bench_support.h"
 
 #include <benchmark/benchmark.h>
 
@@ -10,22 +10,12 @@
 
 namespace {
 
-std::string Dsn() {
-    const char *dsn = std::getenv("KODBC_BENCH_DSN");
-    return dsn && *dsn ? dsn : "kodbc_bench_sqlite";
-}
-
-void UsePrivateOdbcConfiguration() {
-    if (std::getenv("KODBC_BENCH_DSN")) return;
-    setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
-    setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
-}
-
-int Silent(const KodbcMessage *, void *) { return KODBC_ANSWER_OK; }
+using kodbc::bench::Connection;
+using kodbc::bench::DataSource;
 
 void BM_Kodbc_ConnectDisconnect(benchmark::State &state) {
     DataSourceRecord source{};
-    std::strncpy(source.DataSourceName, Dsn().c_str(), sizeof source.DataSourceName - 1);
+    std::strncpy(source.DataSourceName, DataSource().c_str(), sizeof source.DataSourceName - 1);
     for (auto _ : state) {
         SQLHENV henv = nullptr;
         SQLHDBC hdbc = nullptr;
@@ -39,7 +29,7 @@ void BM_Kodbc_ConnectDisconnect(benchmark::State &state) {
 BENCHMARK(BM_Kodbc_ConnectDisconnect);
 
 void BM_Raw_ConnectDisconnect(benchmark::State &state) {
-    std::string dsn = Dsn();
+    std::string dsn = DataSource();
     for (auto _ : state) {
         SQLHENV henv = nullptr;
         SQLHDBC hdbc = nullptr;
@@ -56,26 +46,14 @@ void BM_Raw_ConnectDisconnect(benchmark::State &state) {
 }
 BENCHMARK(BM_Raw_ConnectDisconnect);
 
-// One connection for the query benchmarks.
-struct Connected {
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    Connected() {
-        DataSourceRecord source{};
-        std::strncpy(source.DataSourceName, Dsn().c_str(), sizeof source.DataSourceName - 1);
-        Kodbc_ConnectDataSource(&source, &henv, &hdbc);
-    }
-    ~Connected() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
-};
-
 void BM_Kodbc_GetDelimiter(benchmark::State &state) {
-    Connected c;
+    Connection c;
     for (auto _ : state) benchmark::DoNotOptimize(Kodbc_GetDelimiter(c.hdbc));
 }
 BENCHMARK(BM_Kodbc_GetDelimiter);
 
 void BM_Raw_GetInfo_IdentifierQuote(benchmark::State &state) {
-    Connected c;
+    Connection c;
     char quote[10];
     SQLSMALLINT length = 0;
     for (auto _ : state) {
@@ -86,13 +64,13 @@ void BM_Raw_GetInfo_IdentifierQuote(benchmark::State &state) {
 BENCHMARK(BM_Raw_GetInfo_IdentifierQuote);
 
 void BM_Kodbc_GetDatabaseType(benchmark::State &state) {
-    Connected c;
+    Connection c;
     for (auto _ : state) benchmark::DoNotOptimize(Kodbc_GetDatabaseType(c.hdbc));
 }
 BENCHMARK(BM_Kodbc_GetDatabaseType);
 
 void BM_Raw_GetInfo_DbmsName(benchmark::State &state) {
-    Connected c;
+    Connection c;
     char name[100];
     SQLSMALLINT length = 0;
     for (auto _ : state) {
@@ -105,8 +83,7 @@ BENCHMARK(BM_Raw_GetInfo_DbmsName);
 } // namespace
 
 int main(int argc, char **argv) {
-    UsePrivateOdbcConfiguration();
-    Kodbc_SetMessageHandler(&Silent, nullptr);
+    kodbc::bench::Quiet();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

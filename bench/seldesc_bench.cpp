@@ -4,7 +4,7 @@
 // driver for its quote text. Baseline: copying the descriptor's bytes.
 #include "select/seldesc.h"
 
-#include <kodbc/kodbc.h>
+#include "bench_support.h"
 
 #include <benchmark/benchmark.h>
 
@@ -59,36 +59,20 @@ void BM_Kodbc_SelDesc_To_WhereClause_NoConnection(benchmark::State &state) {
 }
 BENCHMARK(BM_Kodbc_SelDesc_To_WhereClause_NoConnection);
 
-int Silent(const KodbcMessage *, void *) { return KODBC_ANSWER_OK; }
-
 void BM_Kodbc_SelDesc_To_WhereClause_Sqlite(benchmark::State &state) {
-    if (!std::getenv("KODBC_BENCH_DSN")) {
-        setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
-        setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
-    }
-    const char *dsn = std::getenv("KODBC_BENCH_DSN");
-    DataSourceRecord source{};
-    std::strncpy(source.DataSourceName, dsn && *dsn ? dsn : "kodbc_bench_sqlite",
-                 sizeof source.DataSourceName - 1);
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != 0) {
-        state.SkipWithError("connect failed");
-        return;
-    }
+    kodbc::bench::Connection connection;
     char out[2000];
     for (auto _ : state) {
-        Kodbc_SelDesc_To_WhereClause(hdbc, kDescriptor.c_str(), out, sizeof out);
+        Kodbc_SelDesc_To_WhereClause(connection.hdbc, kDescriptor.c_str(), out, sizeof out);
         benchmark::DoNotOptimize(out);
     }
-    Kodbc_DisconnectDataSource(&henv, &hdbc);
 }
 BENCHMARK(BM_Kodbc_SelDesc_To_WhereClause_Sqlite);
 
 } // namespace
 
 int main(int argc, char **argv) {
-    Kodbc_SetMessageHandler(&Silent, nullptr);
+    kodbc::bench::Quiet();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

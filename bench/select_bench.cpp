@@ -3,7 +3,7 @@
 // one pass over the same text that only skips quotes and counts commas at
 // depth 0, the least any scanner has to do; the ratio is what the clause
 // rules add. The scan with a connection adds the one driver query.
-#include <kodbc/kodbc.h>
+#include "bench_support.h"
 
 #include <benchmark/benchmark.h>
 
@@ -121,25 +121,7 @@ void Replace_Where(benchmark::State &state) {
 BENCHMARK(Replace_Where);
 
 // With a connection: the same field scan plus the quote character query.
-struct Connection {
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    Connection() {
-        const char *dsn = std::getenv("KODBC_BENCH_DSN");
-        if (!dsn || !*dsn) {
-            setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
-            setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
-            dsn = "kodbc_bench_sqlite";
-        }
-        DataSourceRecord source{};
-        std::snprintf(source.DataSourceName, sizeof source.DataSourceName, "%s", dsn);
-        if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != KODBC_CONNECTED) {
-            std::fprintf(stderr, "cannot connect to %s\n", dsn);
-            std::exit(1);
-        }
-    }
-    ~Connection() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
-};
+using kodbc::bench::Connection;
 
 void Scan_FieldsConnected(benchmark::State &state) {
     static Connection connection;

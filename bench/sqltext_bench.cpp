@@ -5,7 +5,7 @@
 //
 // Runs on a private SQLite data source unless KODBC_BENCH_DSN names another
 // (with ODBCINI/ODBCSYSINI set by the caller).
-#include <kodbc/kodbc.h>
+#include "bench_support.h"
 
 #include <benchmark/benchmark.h>
 
@@ -15,25 +15,7 @@
 
 namespace {
 
-struct Connection {
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    Connection() {
-        const char *dsn = std::getenv("KODBC_BENCH_DSN");
-        if (!dsn || !*dsn) {
-            setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
-            setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
-            dsn = "kodbc_bench_sqlite";
-        }
-        DataSourceRecord source{};
-        std::snprintf(source.DataSourceName, sizeof source.DataSourceName, "%s", dsn);
-        if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != KODBC_CONNECTED) {
-            std::fprintf(stderr, "cannot connect to %s\n", dsn);
-            std::exit(1);
-        }
-    }
-    ~Connection() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
-};
+using kodbc::bench::Connection;
 
 Connection &Shared() {
     static Connection connection;

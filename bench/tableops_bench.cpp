@@ -1,7 +1,7 @@
 // Per-call cost of Kodbc_GetRecordCountExt (formatting, the dump gate, a
 // statement of its own, bind, fetch) next to the same count as raw ODBC
 // calls in the same run, with and without a condition.
-#include <kodbc/kodbc.h>
+#include "bench_support.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,39 +14,14 @@ namespace {
 constexpr const char *kTable = "kc_bench_count";
 constexpr int kRows = 1000;
 
-std::string Dsn() {
-    const char *dsn = std::getenv("KODBC_BENCH_DSN");
-    return dsn && *dsn ? dsn : "kodbc_bench_sqlite";
-}
-
-void UsePrivateOdbcConfiguration() {
-    if (std::getenv("KODBC_BENCH_DSN")) return;
-    setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
-    setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
-}
-
-int Silent(const KodbcMessage *, void *) { return KODBC_ANSWER_OK; }
-
 // One connection and a table of kRows rows for the whole run.
-struct Connected {
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
+struct Connected : kodbc::bench::Connection {
     Connected() {
-        DataSourceRecord source{};
-        std::strncpy(source.DataSourceName, Dsn().c_str(), sizeof source.DataSourceName - 1);
-        if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != 0) return;
-        OdbcEh_PerformSqlStatement(nullptr, hdbc, "DROP TABLE kc_bench_count", "*");
-        OdbcEh_PerformSqlStatement(nullptr, hdbc, "CREATE TABLE kc_bench_count (id INTEGER, name VARCHAR(20))",
-                                   nullptr);
-        for (int i = 0; i < kRows; ++i) {
-            std::string sql = "INSERT INTO kc_bench_count VALUES (" + std::to_string(i) + ", 'n')";
-            OdbcEh_PerformSqlStatement(nullptr, hdbc, sql.c_str(), nullptr);
-        }
+        Run("DROP TABLE kc_bench_count", "*");
+        Run("CREATE TABLE kc_bench_count (id INTEGER, name VARCHAR(20))");
+        for (int i = 0; i < kRows; ++i) Run("INSERT INTO kc_bench_count VALUES (" + std::to_string(i) + ", 'n')");
     }
-    ~Connected() {
-        if (hdbc) OdbcEh_PerformSqlStatement(nullptr, hdbc, "DROP TABLE kc_bench_count", "*");
-        Kodbc_DisconnectDataSource(&henv, &hdbc);
-    }
+    ~Connected() { Run("DROP TABLE kc_bench_count", "*"); }
 };
 
 Connected &Connection() {
@@ -112,8 +87,7 @@ BENCHMARK(BM_Raw_SelectCount_Where);
 } // namespace
 
 int main(int argc, char **argv) {
-    UsePrivateOdbcConfiguration();
-    Kodbc_SetMessageHandler(&Silent, nullptr);
+    kodbc::bench::Quiet();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
