@@ -175,17 +175,16 @@ void Korvel_DisplayTempWind(HINSTANCE instance, int stringId, int timing, COLORR
     UpdateWindow(window);
 }
 
-void Korvel_CloseTempWind() {
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM) -> BOOL {
-            char name[32] = {};
-            GetClassNameA(window, name, sizeof name);
-            if (lstrcmpA(name, kNoticeClass) == 0) DestroyWindow(window);
-            return TRUE;
-        },
-        0);
+namespace {
+BOOL CALLBACK CloseIfNotice(HWND window, LPARAM) {
+    char name[32] = {};
+    GetClassNameA(window, name, sizeof name);
+    if (lstrcmpA(name, kNoticeClass) == 0) DestroyWindow(window);
+    return TRUE;
 }
+} // namespace
+
+void Korvel_CloseTempWind() { EnumThreadWindows(GetCurrentThreadId(), &CloseIfNotice, 0); }
 
 HWND Korvel_ActiveWindow() { return GetActiveWindow(); }
 
