@@ -93,6 +93,10 @@ int Korvel_Progress_IsCancelled(const KorvelProgress *progress) {
     return progress->cancelled || static_cast<unsigned long>(g_interrupts) != progress->interruptsAtStart ? 1 : 0;
 }
 
+void Korvel_Progress_SetText(KorvelProgress *progress, const char *text) {
+    if (progress) progress->caption = text ? text : "";
+}
+
 int Korvel_Progress_Set(KorvelProgress *progress, long value) {
     if (!progress) return 0;
     progress->value = value;

@@ -114,6 +114,10 @@ int Korvel_Progress_Set(KorvelProgress *progress, long value) {
     return progress->cancelled ? 1 : 0;
 }
 
+void Korvel_Progress_SetText(KorvelProgress *progress, const char *text) {
+    if (progress && progress->window) SetWindowTextA(progress->window, text ? text : "");
+}
+
 int Korvel_Progress_IsCancelled(const KorvelProgress *progress) {
     return progress && progress->cancelled ? 1 : 0;
 }

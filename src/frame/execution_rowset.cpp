@@ -61,11 +61,9 @@ class TransferProgress {
 public:
     TransferProgress(unsigned flags, long expected) {
         if (!(flags & KODBC_ROWSET_PROGRESS) || expected <= kProgressStep) return;
-        char title[200];
-        LoadLibraryString(LibraryInstance(), msg::PROGRESS_RECORD_OF, title, sizeof title);
-        char text[260];
-        std::snprintf(text, sizeof text, title, 0, static_cast<int>(expected));
-        progress_ = Korvel_Progress_Create(Korvel_ActiveWindow(), text, 0, expected);
+        LoadLibraryString(LibraryInstance(), msg::PROGRESS_RECORD_OF, format_, sizeof format_);
+        expected_ = expected;
+        progress_ = Korvel_Progress_Create(Korvel_ActiveWindow(), Text(0), 0, expected);
     }
     ~TransferProgress() {
         if (progress_) Korvel_Progress_Destroy(progress_);
@@ -76,11 +74,21 @@ public:
     // Before each line: true when the user has asked to stop.
     bool cancelled(long linesSoFar) {
         if (!progress_ || linesSoFar % kProgressStep != 0) return false;
+        Korvel_Progress_SetText(progress_, Text(linesSoFar));
         return Korvel_Progress_Set(progress_, linesSoFar) != 0;
     }
 
 private:
+    // "Datensatz %d von %d" filled with the lines so far and the expected count.
+    const char *Text(long linesSoFar) {
+        std::snprintf(text_, sizeof text_, format_, static_cast<int>(linesSoFar), static_cast<int>(expected_));
+        return text_;
+    }
+
     KorvelProgress *progress_ = nullptr;
+    long expected_ = 0;
+    char format_[200] = {};
+    char text_[260] = {};
 };
 
 struct Separators {

@@ -179,6 +179,8 @@ KorvelProgress *Korvel_Progress_Create(HWND owner, const char *caption, long sta
 // Moves the bar. Returns 1 when the user has cancelled, else 0.
 int Korvel_Progress_Set(KorvelProgress *progress, long value);
 int Korvel_Progress_IsCancelled(const KorvelProgress *progress);
+// Replaces the indicator's text (a null text shows nothing).
+void Korvel_Progress_SetText(KorvelProgress *progress, const char *text);
 void Korvel_Progress_Destroy(KorvelProgress *progress);
 
 // ---------------------------------------------------------------------------
