@@ -5,6 +5,8 @@
 //
 // Input: byte 0 the encoder's buffer size, the rest (up to a zero byte) the
 // text.
+#include "fuzz_support.h"
+
 #include <korvel/korvel32.h>
 
 #include <cstdint>
@@ -14,9 +16,7 @@
 
 namespace {
 
-void Check(bool condition) {
-    if (!condition) __builtin_trap();
-}
+using fuzz::Check;
 
 } // namespace
 

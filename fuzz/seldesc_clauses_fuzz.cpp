@@ -6,6 +6,8 @@
 // Input: bytes 0-1 the WHERE size (0 to 4095), bytes 2-3 the SET size,
 // byte 4 picks the quote text, bytes 5-8 the pattern characters (0xff: the
 // default set); the rest is the descriptor.
+#include "fuzz_support.h"
+
 #include "select/seldesc.h"
 
 #include <cstdint>
@@ -19,20 +21,9 @@ namespace {
 
 const char *const kQuotes[] = {"\"", "`", " ", ""};
 
-struct Fetch {
-    const char *text;
-    int calls = 0;
-    static bool Run(void *self, char *buffer, int size) {
-        auto *f = static_cast<Fetch *>(self);
-        ++f->calls;
-        std::strncpy(buffer, f->text, static_cast<std::size_t>(size));
-        return f->text[0] != '\0';
-    }
-};
+using Fetch = fuzz::QuoteQuery;
 
-void Check(bool condition) {
-    if (!condition) __builtin_trap();
-}
+using fuzz::Check;
 
 // A heap buffer of exactly size bytes (at least one, so ASan sees the end).
 void RunInto(int size, const auto &generate) {

@@ -5,6 +5,8 @@
 // Input: byte 0 the output size, byte 1 the quote character (low 2 bits),
 // scan flags (bits 2-3) and keyword choice (bits 4-7); the rest up to a
 // zero byte is the statement, what follows it the new clause text.
+#include "fuzz_support.h"
+
 #include "select/select_scanner.h"
 
 #include <cstdint>
@@ -23,25 +25,9 @@ const char *const kKeywords[][2] = {{"SELECT", ""}, {"FROM", ""},  {"ORDER", "BY
                                     {"BY", ""},     {"ORDER", ""},  {"GROUP", ""},   {"x", ""},
                                     {"select", "by"}, {"", ""},     {"FROM", "WHERE"}, {"ORDER", "ORDER"}};
 
-void Check(bool condition) {
-    if (!condition) __builtin_trap();
-}
+using fuzz::Check;
 
-struct Buffer {
-    explicit Buffer(int size) : size(size), data(static_cast<char *>(std::malloc(size > 0 ? size : 1))) {}
-    ~Buffer() { std::free(data); }
-    Buffer(const Buffer &) = delete;
-    Buffer &operator=(const Buffer &) = delete;
-    bool terminated() const { return size < 1 || std::memchr(data, 0, static_cast<std::size_t>(size)); }
-    void load(std::string_view text) {
-        if (size < 1) return;
-        std::size_t n = text.size() < static_cast<std::size_t>(size) - 1 ? text.size() : size - 1;
-        std::memcpy(data, text.data(), n);
-        data[n] = '\0';
-    }
-    int size;
-    char *data;
-};
+using fuzz::Buffer;
 
 void CheckScan(int result, const Buffer &out) {
     Check(result == 0 || result == -1);

@@ -5,6 +5,8 @@
 // Input: bytes 0-1 the buffer size (0 to 1023), byte 2 picks the quote
 // text; the rest, split at zero bytes, is the template and up to eight
 // arguments (a lone 0x01 byte stands for a null argument).
+#include "fuzz_support.h"
+
 #include "sqltext/sql_names.h"
 
 #include <cstdint>
@@ -19,20 +21,9 @@ namespace {
 
 const char *const kQuotes[] = {"\"", "`", " ", ""};
 
-struct Fetch {
-    const char *text;
-    int calls = 0;
-    static bool Run(void *self, char *buffer, int size) {
-        auto *f = static_cast<Fetch *>(self);
-        ++f->calls;
-        std::strncpy(buffer, f->text, static_cast<std::size_t>(size));
-        return f->text[0] != '\0';
-    }
-};
+using Fetch = fuzz::QuoteQuery;
 
-void Check(bool condition) {
-    if (!condition) __builtin_trap();
-}
+using fuzz::Check;
 
 } // namespace
 

@@ -4,6 +4,8 @@
 //
 // Input: byte 0 the buffer size, byte 1 picks the quote text and flags,
 // the rest (up to a zero byte) is the name or list.
+#include "fuzz_support.h"
+
 #include "sqltext/sql_names.h"
 
 #include <cstdint>
@@ -17,26 +19,9 @@ namespace {
 
 const char *const kQuotes[] = {"\"", "`", " ", "", "[", "\"\"", "'", "\t"};
 
-void Check(bool condition) {
-    if (!condition) __builtin_trap();
-}
+using fuzz::Check;
 
-struct Buffer {
-    explicit Buffer(int size) : size(size), data(static_cast<char *>(std::malloc(size > 0 ? size : 1))) {}
-    ~Buffer() { std::free(data); }
-    Buffer(const Buffer &) = delete;
-    Buffer &operator=(const Buffer &) = delete;
-    // The text ends inside the buffer.
-    bool terminated() const { return size < 1 || std::memchr(data, 0, static_cast<std::size_t>(size)); }
-    void load(const std::string &text) {
-        if (size < 1) return;
-        std::size_t n = text.size() < static_cast<std::size_t>(size) - 1 ? text.size() : size - 1;
-        std::memcpy(data, text.data(), n);
-        data[n] = '\0';
-    }
-    int size;
-    char *data;
-};
+using fuzz::Buffer;
 
 } // namespace
 

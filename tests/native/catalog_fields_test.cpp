@@ -11,8 +11,7 @@ protected:
     void SetUp() override {
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
-        char q = Kodbc_GetDelimiter(hdbc_);
-        quote_ = std::string(1, q == ' ' || q == 0 ? '"' : q);
+        quote_ = IdentifierQuote();
         DropAll();
         Exec("CREATE TABLE kc_h6_fa (id INTEGER NOT NULL, name VARCHAR(20), only_a INTEGER)");
         Exec("CREATE TABLE kc_h6_fb (id INTEGER NOT NULL, note VARCHAR(30) NOT NULL)");

@@ -68,8 +68,7 @@ protected:
     void SetUp() override {
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
-        char q = Kodbc_GetDelimiter(hdbc_);
-        quote_ = std::string(1, q == ' ' || q == 0 ? '"' : q);
+        quote_ = IdentifierQuote();
         DropAll();
         Exec("CREATE TABLE kc_h6_alpha (id INTEGER)");
         Exec("CREATE TABLE kc_h6_room_aaaaaaaaaaaaaaaaaaaa (id INTEGER)");

@@ -16,8 +16,7 @@ protected:
     void SetUp() override {
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
-        char q = Kodbc_GetDelimiter(hdbc_);
-        quote_ = std::string(1, q == ' ' || q == 0 ? '"' : q);
+        quote_ = IdentifierQuote();
         ExecQuietly("DROP TABLE kc_h10_sel");
         Exec("CREATE TABLE kc_h10_sel (nr INTEGER, ort VARCHAR(40), umsatz NUMERIC(12,2), datum DATE, "
              "zeit TIMESTAMP NULL, " + quote_ + "kunden ort" + quote_ + " VARCHAR(40))");

@@ -110,6 +110,11 @@ std::string DataSourceTest::DbmsName() const {
     return name;
 }
 
+std::string DataSourceTest::IdentifierQuote() const {
+    char q = Kodbc_GetDelimiter(hdbc_);
+    return std::string(1, q == ' ' || q == 0 ? '"' : q);
+}
+
 GuardedBuffer::GuardedBuffer(int size, char fill) : bytes_(static_cast<std::size_t>(size) + kGuard), size_(size) {
     std::memset(bytes_.data(), fill, static_cast<std::size_t>(size));
     std::memset(bytes_.data() + size, kGuardByte, kGuard);

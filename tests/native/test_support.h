@@ -53,6 +53,8 @@ protected:
     // Runs a statement, ignoring errors (for DROP of what may not exist).
     void ExecQuietly(const std::string &sql);
     std::string DbmsName() const;
+    // The driver's identifier quote character as text; '"' when it does not quote.
+    std::string IdentifierQuote() const;
 
     SQLHENV henv_ = nullptr;
     SQLHDBC hdbc_ = nullptr;
