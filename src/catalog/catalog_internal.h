@@ -2,6 +2,9 @@
 // the box fillers (and reachable by the tests, which have no boxes).
 #pragma once
 
+#include "internal/table_types.h"
+#include "internal/text.h"
+
 #include <kodbc/kodbc_types.h>
 
 #include <functional>
@@ -11,14 +14,9 @@
 
 namespace kodbc::catalog {
 
-// Null, empty or white space only (codes 1 to 32).
-bool IsBlank(const char *text) noexcept;
+using kodbc::IsBlank;
 
-// The TableType argument of SQLTables for typeFlags, in the fixed order
-// TABLE, ALIAS, VIEW, SYNONYM, SYSTEM TABLE ("'TABLE','VIEW'"), into out
-// (64 bytes hold all five). An empty text when no listed bit is set.
-// Callers pass no list at all for 0x10.
-void TableTypeList(int typeFlags, char *out, int size);
+using kodbc::TableTypeList;
 
 // Whether a listed table is one of the hidden system tables: a name that
 // begins with "USys" (with case) or is "KorvelSysTable" (any case).

@@ -91,32 +91,6 @@ bool ListContains(std::string_view list, const char *name) {
 
 } // namespace
 
-bool IsBlank(const char *text) noexcept {
-    if (!text) return true;
-    for (; *text; ++text) {
-        auto c = static_cast<unsigned char>(*text);
-        if (c > 32) return false;
-    }
-    return true;
-}
-
-void TableTypeList(int typeFlags, char *out, int size) {
-    static constexpr struct {
-        int bit;
-        const char *entry;
-    } kOrder[] = {
-        {KODBC_OBJECT_TABLE, "'TABLE'"},   {KODBC_OBJECT_ALIAS, "'ALIAS'"},
-        {KODBC_OBJECT_VIEW, "'VIEW'"},     {KODBC_OBJECT_SYNONYM, "'SYNONYM'"},
-        {KODBC_OBJECT_SYSTEM, "'SYSTEM TABLE'"},
-    };
-    korvel::BoundedText list(out, size);
-    for (const auto &type : kOrder) {
-        if (!(typeFlags & type.bit)) continue;
-        if (list.length() != 0) list.append(',');
-        list.append(type.entry);
-    }
-}
-
 bool IsHiddenSystemTable(const char *name) noexcept {
     return std::strncmp(name, "USys", 4) == 0 || strcasecmp(name, "KorvelSysTable") == 0;
 }

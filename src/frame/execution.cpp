@@ -1,6 +1,6 @@
 // Running one statement on the caller's connection: the common start that
 // every execution function shares, plain execution and row counting.
-#include "catalog/catalog_internal.h"
+#include "internal/text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
 
@@ -110,7 +110,6 @@ DateTimeFields ParseOdbcDateTime(const char *text, std::size_t length) noexcept 
 } // namespace kodbc
 
 using namespace kodbc;
-using kodbc::catalog::IsBlank;
 
 extern "C" {
 

@@ -1,7 +1,8 @@
 // Names of tables and columns as the execution functions need them: the
 // columns of a result set, of a table, and whether a table or column is
 // there, down to a table name that is still free.
-#include "catalog/catalog_internal.h"
+#include "internal/table_types.h"
+#include "internal/text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
 
@@ -21,7 +22,6 @@
 namespace kodbc {
 namespace {
 
-using catalog::IsBlank;
 
 constexpr int kNameBufferSize = 100;        // names read from result sets and SQLColumns
 constexpr int kCompareBufferSize = 99;      // names compared by the existence tests
@@ -44,7 +44,7 @@ SQLRETURN ListColumns(SQLHSTMT statement, const char *schema, const char *table)
 SQLRETURN ListTables(SQLHSTMT statement, int types, const char *schema) {
     char typeList[64];
     bool all = types & KODBC_OBJECT_ALL;
-    if (!all) catalog::TableTypeList(types, typeList, sizeof typeList);
+    if (!all) TableTypeList(types, typeList, sizeof typeList);
     SQLCHAR *s = SchemaArgument(schema);
     return KODBC_SQL(SQLTables, statement, static_cast<SQLCHAR *>(nullptr), static_cast<SQLSMALLINT>(0), s,
                      static_cast<SQLSMALLINT>(s ? SQL_NTS : 0), static_cast<SQLCHAR *>(nullptr),
@@ -110,7 +110,6 @@ struct TableQuery {
 } // namespace kodbc
 
 using namespace kodbc;
-using kodbc::catalog::IsBlank;
 
 extern "C" {
 

@@ -4,7 +4,7 @@
 // The transfer is the library's bulk path: each value is fetched as text
 // into one fixed buffer and copied into the file's block; column types are
 // asked once per statement; nothing is allocated per row.
-#include "catalog/catalog_internal.h"
+#include "internal/text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
 
@@ -271,7 +271,6 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
 } // namespace kodbc
 
 using namespace kodbc;
-using kodbc::catalog::IsBlank;
 
 extern "C" {
 

@@ -1,5 +1,5 @@
 // Result sets into the caller's list views and list or combo boxes.
-#include "catalog/catalog_internal.h"
+#include "internal/text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
 
@@ -15,7 +15,6 @@
 namespace kodbc {
 namespace {
 
-using catalog::IsBlank;
 
 constexpr SQLLEN kListValueSize = 4999;
 constexpr SQLLEN kBoxValueSize = 999;

@@ -133,14 +133,6 @@ void PrepareSql92Into(QuoteText &quote, std::string_view name, BoundedText &out)
 
 } // namespace
 
-bool IsBlank(std::string_view text) noexcept {
-    for (char c : text)
-        if (!IsWhiteSpace(c)) return false;
-    return true;
-}
-
-bool IsBlank(const char *text) noexcept { return !text || IsBlank(std::string_view(text)); }
-
 bool IsPlainSqlIdentifier(std::string_view name) noexcept {
     auto letter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
     if (name.empty() || !letter(name.front())) return false;

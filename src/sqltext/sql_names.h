@@ -10,6 +10,8 @@
 // expansions at most 299.
 #pragma once
 
+#include "internal/text.h"
+
 #include <cstddef>
 #include <string_view>
 
@@ -25,13 +27,8 @@ inline constexpr int kFormatterUsableArguments = 7;    // of which placeholders 
 // Flag bit of the bracket functions: leave plain identifiers unquoted.
 inline constexpr int kKeepPlainIdentifiers = 1;
 
-// Characters 1 to 32 count as white space wherever names are trimmed.
-inline bool IsWhiteSpace(char c) noexcept {
-    auto u = static_cast<unsigned char>(c);
-    return u >= 1 && u <= 32;
-}
-bool IsBlank(std::string_view text) noexcept;           // empty or white space only
-bool IsBlank(const char *text) noexcept;                // null counts as blank
+using kodbc::IsBlank;
+using kodbc::IsWhiteSpace;
 
 // An ASCII letter, then ASCII letters, digits, "_" or "$". Empty is not plain.
 bool IsPlainSqlIdentifier(std::string_view name) noexcept;
