@@ -17,5 +17,6 @@
 #include "kodbc_seldesc.h"
 #include "kodbc_tableops.h"
 #include "kodbc_systable.h"
+#include "kodbc_wizards.h"
 
 #endif /* KODBC_H */
