@@ -11,7 +11,7 @@ protected:
     void SetUp() override {
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
-        DropAll();
+        OwnTables({"kc_h6_cols", "kc_h6_pk", "kc_h6_auto"});
         Exec("CREATE TABLE kc_h6_cols (id INTEGER NOT NULL, label VARCHAR(40), amount FLOAT)");
         Exec("CREATE TABLE kc_h6_pk (a INTEGER NOT NULL, b INTEGER NOT NULL, c VARCHAR(10), PRIMARY KEY (a, b))");
         std::string dbms = DbmsName();
@@ -21,13 +21,6 @@ protected:
             Exec("CREATE TABLE kc_h6_auto (n SERIAL PRIMARY KEY, v INTEGER)");
         else
             Exec("CREATE TABLE kc_h6_auto (n INTEGER AUTO_INCREMENT PRIMARY KEY, v INTEGER)");
-    }
-    void TearDown() override {
-        if (hdbc_) DropAll();
-        DataSourceTest::TearDown();
-    }
-    void DropAll() {
-        for (const char *name : {"kc_h6_cols", "kc_h6_pk", "kc_h6_auto"}) ExecQuietly(std::string("DROP TABLE ") + name);
     }
 };
 KODBC_DATA_SOURCE_TEST_SUITE(CatalogColumns);

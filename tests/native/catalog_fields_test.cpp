@@ -12,18 +12,11 @@ protected:
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
         quote_ = IdentifierQuote();
-        DropAll();
+        OwnTables({"kc_h6_fa", "kc_h6_fb", "kc_h6_fc"});
         Exec("CREATE TABLE kc_h6_fa (id INTEGER NOT NULL, name VARCHAR(20), only_a INTEGER)");
         Exec("CREATE TABLE kc_h6_fb (id INTEGER NOT NULL, note VARCHAR(30) NOT NULL)");
         Exec("CREATE TABLE kc_h6_fc (long_column_name_x INTEGER, s INTEGER, " + quote_ + "mein feld" + quote_ +
              " INTEGER)");
-    }
-    void TearDown() override {
-        if (hdbc_) DropAll();
-        DataSourceTest::TearDown();
-    }
-    void DropAll() {
-        for (const char *name : {"kc_h6_fa", "kc_h6_fb", "kc_h6_fc"}) ExecQuietly(std::string("DROP TABLE ") + name);
     }
     std::string Fields(const char *tables, int flags, const char *separator = nullptr, int size = 2000) {
         GuardedBuffer out(size);

@@ -11,22 +11,6 @@
 namespace kodbc::test {
 namespace {
 
-std::vector<std::string> Split(const std::string &text, const std::string &separator) {
-    std::vector<std::string> items;
-    if (text.empty()) return items;
-    std::size_t start = 0;
-    while (true) {
-        std::size_t at = text.find(separator, start);
-        items.push_back(text.substr(start, at - start));
-        if (at == std::string::npos) return items;
-        start = at + separator.size();
-    }
-}
-
-bool Contains(const std::vector<std::string> &items, const std::string &name) {
-    return std::find(items.begin(), items.end(), name) != items.end();
-}
-
 TEST(CatalogTypeList, FixedOrderQuotedAndJoinedWithoutBlank) {
     char list[64];
     catalog::TableTypeList(KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, list, sizeof list);
@@ -69,23 +53,14 @@ protected:
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
         quote_ = IdentifierQuote();
-        DropAll();
+        OwnTables({"VIEW kc_h6_view", "kc_h6_alpha", "kc_h6_room_aaaaaaaaaaaaaaaaaaaa", "kc_h6_room_b",
+                   Quoted("USysKcH6a"), Quoted("usyskch6b")});
         Exec("CREATE TABLE kc_h6_alpha (id INTEGER)");
         Exec("CREATE TABLE kc_h6_room_aaaaaaaaaaaaaaaaaaaa (id INTEGER)");
         Exec("CREATE TABLE kc_h6_room_b (id INTEGER)");
         Exec("CREATE TABLE " + Quoted("USysKcH6a") + " (id INTEGER)");
         Exec("CREATE TABLE " + Quoted("usyskch6b") + " (id INTEGER)");
         Exec("CREATE VIEW kc_h6_view AS SELECT id FROM kc_h6_alpha");
-    }
-    void TearDown() override {
-        if (hdbc_) DropAll();
-        DataSourceTest::TearDown();
-    }
-    void DropAll() {
-        ExecQuietly("DROP VIEW kc_h6_view");
-        for (const char *name :
-             {"kc_h6_alpha", "kc_h6_room_aaaaaaaaaaaaaaaaaaaa", "kc_h6_room_b", "USysKcH6a", "usyskch6b"})
-            ExecQuietly("DROP TABLE " + Quoted(name));
     }
     std::string Quoted(const std::string &name) const { return quote_ + name + quote_; }
 

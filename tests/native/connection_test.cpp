@@ -3,27 +3,21 @@
 
 #include "internal/driver_info.h"
 
-#include <cstdlib>
 #include <cstring>
 
 namespace kodbc::test {
 namespace {
 
 TEST(DatabaseType, DecidedByTheWholeNameExceptOracle) {
-    EXPECT_EQ(DatabaseTypeFromName("Microsoft SQL Server"), KODBC_DBTYPE_SQLSERVER);
-    EXPECT_EQ(DatabaseTypeFromName("MICROSOFT sql SERVER"), KODBC_DBTYPE_SQLSERVER);
-    EXPECT_EQ(DatabaseTypeFromName("ACCESS"), KODBC_DBTYPE_ACCESS);
-    EXPECT_EQ(DatabaseTypeFromName("ACCESS 2000"), KODBC_DBTYPE_OTHER);
-    EXPECT_EQ(DatabaseTypeFromName("Oracle9"), KODBC_DBTYPE_ORACLE);
-    EXPECT_EQ(DatabaseTypeFromName("ORACLE 11.2"), KODBC_DBTYPE_ORACLE);
-    EXPECT_EQ(DatabaseTypeFromName("Oracl"), KODBC_DBTYPE_OTHER);
-    EXPECT_EQ(DatabaseTypeFromName("MySQL"), KODBC_DBTYPE_MYSQL);
-    EXPECT_EQ(DatabaseTypeFromName("MySQL 8"), KODBC_DBTYPE_OTHER);
-    EXPECT_EQ(DatabaseTypeFromName("progress"), KODBC_DBTYPE_PROGRESS);
-    EXPECT_EQ(DatabaseTypeFromName("Excel"), KODBC_DBTYPE_EXCEL);
-    EXPECT_EQ(DatabaseTypeFromName("MariaDB"), KODBC_DBTYPE_OTHER);
-    EXPECT_EQ(DatabaseTypeFromName(""), KODBC_DBTYPE_OTHER);
-    EXPECT_EQ(DatabaseTypeFromName(nullptr), KODBC_DBTYPE_OTHER);
+    const std::pair<const char *, int> cases[] = {
+        {"Microsoft SQL Server", KODBC_DBTYPE_SQLSERVER}, {"MICROSOFT sql SERVER", KODBC_DBTYPE_SQLSERVER},
+        {"ACCESS", KODBC_DBTYPE_ACCESS},                 {"ACCESS 2000", KODBC_DBTYPE_OTHER},
+        {"Oracle9", KODBC_DBTYPE_ORACLE},                {"ORACLE 11.2", KODBC_DBTYPE_ORACLE},
+        {"Oracl", KODBC_DBTYPE_OTHER},                   {"MySQL", KODBC_DBTYPE_MYSQL},
+        {"MySQL 8", KODBC_DBTYPE_OTHER},                 {"progress", KODBC_DBTYPE_PROGRESS},
+        {"Excel", KODBC_DBTYPE_EXCEL},                   {"MariaDB", KODBC_DBTYPE_OTHER},
+        {"", KODBC_DBTYPE_OTHER},                        {nullptr, KODBC_DBTYPE_OTHER}};
+    for (const auto &[name, type] : cases) EXPECT_EQ(DatabaseTypeFromName(name), type) << (name ? name : "(null)");
 }
 
 TEST(Connect, RefusesMissingArgumentsAndEmptyNames) {
@@ -147,19 +141,7 @@ TEST_P(ConnectionTest, DriverQueriesMatchTheDbms) {
 KODBC_DATA_SOURCE_TEST_SUITE(ConnectionTest);
 
 // Registry records round-trip and take defaults field by field.
-class RegistryRecords : public ::testing::Test {
-protected:
-    void SetUp() override {
-        char dir[] = "/tmp/kodbc-records-XXXXXX";
-        ASSERT_NE(mkdtemp(dir), nullptr);
-        const char *old = std::getenv("KODBC_REGISTRY_DIR");
-        saved_ = old ? old : "";
-        setenv("KODBC_REGISTRY_DIR", dir, 1);
-    }
-    void TearDown() override { setenv("KODBC_REGISTRY_DIR", saved_.c_str(), 1); }
-    std::string saved_;
-    static constexpr const char *kKey = "Software\\Korvel Software\\Kodbc";
-};
+using RegistryRecords = PrivateRegistryTest;
 
 TEST_F(RegistryRecords, DataSourceRoundTripKeepsTheReservedTail) {
     DataSourceRecord written{};

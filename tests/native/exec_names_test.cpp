@@ -8,33 +8,17 @@
 #include <kodbc/kodbc_exec.h>
 
 #include <cstring>
-#include <sstream>
 
 namespace kodbc::test {
 namespace {
-
-std::vector<std::string> Split(const std::string &text, char separator) {
-    std::vector<std::string> out;
-    std::stringstream in(text);
-    for (std::string item; std::getline(in, item, separator);) out.push_back(item);
-    return out;
-}
 
 class ExecNamesTest : public DataSourceTest {
 protected:
     void SetUp() override {
         DataSourceTest::SetUp();
-        TearDownTables();
+        OwnTables({"h7_names_t", "h7_kunden", "h7_kunden_1", "h7_kunden_3"});
         Exec("CREATE TABLE h7_names_t (id INTEGER, name VARCHAR(20), amount INTEGER)");
         messages_.clear();
-    }
-    void TearDown() override {
-        TearDownTables();
-        DataSourceTest::TearDown();
-    }
-    void TearDownTables() {
-        for (const char *t : {"h7_names_t", "h7_kunden", "h7_kunden_1", "h7_kunden_3"})
-            ExecQuietly(std::string("DROP TABLE ") + t);
     }
 };
 KODBC_DATA_SOURCE_TEST_SUITE(ExecNamesTest);
@@ -95,7 +79,7 @@ TEST_P(ExecNamesTest, TableListStopsAtTheFirstNameThatDoesNotFit) {
     std::vector<char> all(100000);
     ASSERT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, all.data(),
                                        static_cast<int>(all.size()), nullptr), 0);
-    std::vector<std::string> names = Split(all.data(), ',');
+    std::vector<std::string> names = Split(all.data(), ",");
     EXPECT_NE(std::find(names.begin(), names.end(), "h7_names_t"), names.end());
     ASSERT_GE(names.size(), 1u);
 

@@ -20,19 +20,12 @@
 namespace kodbc::test {
 namespace {
 
-std::string ReadFile(const std::string &name) {
-    std::ifstream in(name, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
 class ExecRowSetTest : public DataSourceTest {
 protected:
     void SetUp() override {
         DataSourceTest::SetUp();
         file_ = ::testing::TempDir() + "h7_rowset_" + GetParam() + "_" + std::to_string(getpid()) + ".txt";
-        ExecQuietly("DROP TABLE h7_rows_t");
+        OwnTables({"h7_rows_t"});
         // MariaDB gives the first TIMESTAMP column a default and an update
         // rule; DATETIME is its plain timestamp.
         std::string stamp = DbmsName() == "MariaDB" ? "DATETIME" : "TIMESTAMP";
@@ -41,7 +34,6 @@ protected:
     }
     void TearDown() override {
         std::remove(file_.c_str());
-        ExecQuietly("DROP TABLE h7_rows_t");
         DataSourceTest::TearDown();
     }
     // Writes sql to the test's file; returns the result and the lines.
@@ -193,15 +185,11 @@ TEST_P(ExecRowSetTest, FileInUseByAnotherWriterIsLeftAlone) {
 }
 
 TEST_P(ExecRowSetTest, RefusedByTheDumpCreatesNoFile) {
-    auto dumpState = [](long state) {
-        Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr,
-                                   "SqlDumpState", state);
-    };
-    dumpState(KORVEL_DUMP_ASK);
+    SetDumpState(KORVEL_DUMP_ASK);
     messages_.set_answer(KODBC_ANSWER_CANCEL);
     long lines = 5;
     EXPECT_EQ(ToFile("SELECT id FROM h7_rows_t", 0, lines), 2);
-    dumpState(0);
+    SetDumpState(0);
     EXPECT_EQ(lines, 0);
     struct stat info {};
     EXPECT_NE(stat(file_.c_str(), &info), 0);

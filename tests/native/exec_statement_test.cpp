@@ -12,18 +12,9 @@ class ExecStatementTest : public DataSourceTest {
 protected:
     void SetUp() override {
         DataSourceTest::SetUp();
-        ExecQuietly("DROP TABLE h7_exec_t");
+        OwnTables({"h7_exec_t"});
         Exec("CREATE TABLE h7_exec_t (id INTEGER, name VARCHAR(20))");
         messages_.clear();
-    }
-    void TearDown() override {
-        SetDumpState(0);
-        ExecQuietly("DROP TABLE h7_exec_t");
-        DataSourceTest::TearDown();
-    }
-    static void SetDumpState(long state) {
-        Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr,
-                                   "SqlDumpState", state);
     }
     long Rows() { return OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_exec_t"); }
     // The SQLSTATE this driver reports for a missing table, found by

@@ -4,56 +4,19 @@
 
 #include <korvel/korvel32.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 
 namespace {
 
-constexpr const char *kKey = "Software\\Korvel Software\\Kodbc";
+using kodbc::test::ReadFile;
 
-class PlatformDumpGate : public ::testing::Test {
+class PlatformDumpGate : public kodbc::test::PrivateRegistryTest {
 protected:
-    void SetUp() override {
-        Remember("KODBC_REGISTRY_DIR", registry_);
-        Remember("TMPDIR", tmpdir_);
-        char dir[] = "/tmp/kodbc-dump-test-XXXXXX";
-        ASSERT_NE(mkdtemp(dir), nullptr);
-        dir_ = dir;
-        setenv("KODBC_REGISTRY_DIR", dir, 1);
-        setenv("TMPDIR", dir, 1);
-    }
-    void TearDown() override {
-        Restore("KODBC_REGISTRY_DIR", registry_);
-        Restore("TMPDIR", tmpdir_);
-        std::filesystem::remove_all(dir_);
-    }
     static void SetState(long state) {
         ASSERT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpState", state), 1);
     }
-    static std::string Contents(const std::string &path) {
-        std::ifstream in(path);
-        std::stringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
-    std::string dir_;
-
-private:
-    struct Saved {
-        bool set = false;
-        std::string value;
-    };
-    static void Remember(const char *name, Saved &saved) {
-        if (const char *v = std::getenv(name)) saved = {true, v};
-    }
-    static void Restore(const char *name, const Saved &saved) {
-        if (saved.set) setenv(name, saved.value.c_str(), 1);
-        else unsetenv(name);
-    }
-    Saved registry_, tmpdir_;
 };
 
 } // namespace
@@ -73,7 +36,7 @@ TEST_F(PlatformDumpGate, LogBitAppendsWithTimestamp) {
     SetState(KORVEL_DUMP_LOG);
     EXPECT_EQ(Korvel_DumpSqlStatement("DELETE FROM t", 0), 1);
     EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 2", 500), 1);
-    std::string log = Contents(dir_ + "/kodbc-sql.log");
+    std::string log = ReadFile(dir_ + "/kodbc-sql.log");
     std::istringstream lines(log);
     std::string first, second;
     std::getline(lines, first);
@@ -89,7 +52,7 @@ TEST_F(PlatformDumpGate, LogBitAppendsWithTimestamp) {
     const std::string named = dir_ + "/named.log";
     ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpFile", named.c_str()), 1);
     EXPECT_EQ(Korvel_DumpSqlStatement("UPDATE t SET a=1", 0), 1);
-    EXPECT_NE(Contents(named).find("UPDATE t SET a=1"), std::string::npos);
+    EXPECT_NE(ReadFile(named).find("UPDATE t SET a=1"), std::string::npos);
 }
 
 TEST_F(PlatformDumpGate, AskBitOnlyYesRuns) {
@@ -108,7 +71,7 @@ TEST_F(PlatformDumpGate, AskBitOnlyYesRuns) {
     SetState(KORVEL_DUMP_ASK | KORVEL_DUMP_LOG);
     messages.set_answer(KODBC_ANSWER_YES);
     EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 3", 0), 1);
-    EXPECT_NE(Contents(dir_ + "/kodbc-sql.log").find("SELECT 3"), std::string::npos);
+    EXPECT_NE(ReadFile(dir_ + "/kodbc-sql.log").find("SELECT 3"), std::string::npos);
 }
 
 TEST_F(PlatformDumpGate, AskWithoutHandlerRefuses) {

@@ -4,37 +4,19 @@
 
 #include <korvel/korvel32.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr const char *kKey = "Software\\Korvel Software\\Kodbc";
-
-// Each test gets an empty registry of its own.
-class PlatformRegistry : public ::testing::Test {
+class PlatformRegistry : public kodbc::test::PrivateRegistryTest {
 protected:
-    void SetUp() override {
-        if (const char *old = std::getenv("KODBC_REGISTRY_DIR")) previous_ = old;
-        char dir[] = "/tmp/kodbc-reg-test-XXXXXX";
-        ASSERT_NE(mkdtemp(dir), nullptr);
-        dir_ = dir;
-        setenv("KODBC_REGISTRY_DIR", dir, 1);
-    }
-    void TearDown() override {
-        if (previous_.empty()) unsetenv("KODBC_REGISTRY_DIR");
-        else setenv("KODBC_REGISTRY_DIR", previous_.c_str(), 1);
-        std::filesystem::remove_all(dir_);
-    }
     static std::string Read(HKEY root, const char *section, const char *name, const char *def = "<none>") {
         char buf[512];
         Korvel_ReadRegistryString(root, kKey, 0, section, name, def, buf, sizeof buf);
         return buf;
     }
-    std::string dir_, previous_;
 };
 
 } // namespace

@@ -17,7 +17,7 @@ protected:
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
         quote_ = IdentifierQuote();
-        ExecQuietly("DROP TABLE kc_h10_sel");
+        OwnTables({"kc_h10_sel"});
         Exec("CREATE TABLE kc_h10_sel (nr INTEGER, ort VARCHAR(40), umsatz NUMERIC(12,2), datum DATE, "
              "zeit TIMESTAMP NULL, " + quote_ + "kunden ort" + quote_ + " VARCHAR(40))");
         Exec("INSERT INTO kc_h10_sel VALUES (1, 'Berlin', 1500.50, {d '2024-03-15'}, {ts '2024-03-15 10:00:00'}, "
@@ -26,10 +26,6 @@ protected:
              "'Koeln')");
         Exec("INSERT INTO kc_h10_sel VALUES (3, 'Bremen', 2000.00, NULL, NULL, 'Bremen')");
         ReadFieldTypes();
-    }
-    void TearDown() override {
-        if (hdbc_) ExecQuietly("DROP TABLE kc_h10_sel");
-        DataSourceTest::TearDown();
     }
 
     // The field list the dialogs fill their field boxes from.

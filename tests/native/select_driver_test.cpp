@@ -31,25 +31,6 @@ protected:
         return out.text();
     }
 
-    // The first column of every row of a query.
-    std::vector<std::string> Column(const std::string &sql) {
-        std::vector<std::string> values;
-        SQLHSTMT stmt = nullptr;
-        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
-        if (!SQL_SUCCEEDED(SQLExecDirect(stmt, (SQLCHAR *)sql.c_str(), SQL_NTS))) {
-            ADD_FAILURE() << "query failed: " << sql;
-        } else {
-            while (SQL_SUCCEEDED(SQLFetch(stmt))) {
-                char buffer[100] = "";
-                SQLLEN length = 0;
-                SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length);
-                values.emplace_back(buffer);
-            }
-        }
-        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-        return values;
-    }
-
     std::string q_;
 };
 

@@ -33,23 +33,6 @@ protected:
         EXPECT_TRUE(out.guards_intact()) << pattern;
         return out.text();
     }
-    // The value of a one-row, one-column query.
-    std::string QueryValue(const std::string &sql) {
-        SQLHSTMT stmt = nullptr;
-        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
-        std::string value;
-        if (SQL_SUCCEEDED(SQLExecDirect(stmt, (SQLCHAR *)sql.c_str(), SQL_NTS)) && SQL_SUCCEEDED(SQLFetch(stmt))) {
-            char buffer[100] = "";
-            SQLLEN length = 0;
-            SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length);
-            value = buffer;
-        } else {
-            ADD_FAILURE() << "query failed: " << sql;
-        }
-        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-        return value;
-    }
-
     std::string q_;
 };
 
@@ -119,8 +102,8 @@ TEST_P(SqlTextDriver, FormattedStatementsRun) {
     ExecQuietly(Format("DROP TABLE %t", table));
     Exec(Format("CREATE TABLE %t (%f INTEGER, %f VARCHAR(20))", table, "Kunden Nr", "Name"));
     Exec(Format("INSERT INTO %t (%f, %f) VALUES (%s, 'a')", table, "Kunden Nr", "Name", "7"));
-    EXPECT_EQ(QueryValue(Format("SELECT Count(*) FROM %t", table)), "1");
-    EXPECT_EQ(QueryValue(Format("SELECT %f FROM %t", "Kunden Nr", table)), "7");
+    EXPECT_EQ(Column(Format("SELECT Count(*) FROM %t", table)), std::vector<std::string>{"1"});
+    EXPECT_EQ(Column(Format("SELECT %f FROM %t", "Kunden Nr", table)), std::vector<std::string>{"7"});
     Exec(Format("DROP TABLE %t", table));
 }
 

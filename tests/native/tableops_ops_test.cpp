@@ -18,7 +18,8 @@ class TableOps : public DataSourceTest {
 protected:
     void SetUp() override {
         DataSourceTest::SetUp();
-        DropAll();
+        OwnTables({"kc_h9_adr", "kc_h9_adr_1", "kc_h9_adr_2", "kc_h9_empty", "kc_h9_copy", "kc_h9_auto",
+                   "kc_h9_xUNIONx"});
         Exec("CREATE TABLE kc_h9_adr (id INTEGER, betrag FLOAT, name VARCHAR(40))");
         Exec("INSERT INTO kc_h9_adr VALUES (1, 2.5, 'Müller')");
         Exec("INSERT INTO kc_h9_adr VALUES (2, 10.25, 'Meier')");
@@ -26,27 +27,8 @@ protected:
         Exec("CREATE TABLE kc_h9_empty (id INTEGER, betrag FLOAT)");
         messages_.clear();
     }
-    void TearDown() override {
-        SetDumpState(0);
-        if (hdbc_) DropAll();
-        DataSourceTest::TearDown();
-    }
-    void DropAll() {
-        for (const char *name : {"kc_h9_adr", "kc_h9_adr_1", "kc_h9_adr_2", "kc_h9_empty", "kc_h9_copy",
-                                 "kc_h9_auto", "kc_h9_xUNIONx"})
-            ExecQuietly(std::string("DROP TABLE ") + name);
-    }
-    static void SetDumpState(long state) {
-        Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr,
-                                   "SqlDumpState", state);
-    }
     bool Exists(const char *table) { return Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_ALL, table) == 1; }
     long Rows(const char *table) { return Kodbc_GetRecordCount(hdbc_, table, 0); }
-    std::size_t OdbcErrors() const {
-        std::size_t n = 0;
-        for (const auto &e : messages_.entries()) n += e.kind == KODBC_MESSAGE_ODBC_ERROR;
-        return n;
-    }
 };
 KODBC_DATA_SOURCE_TEST_SUITE(TableOps);
 

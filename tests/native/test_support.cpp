@@ -1,7 +1,12 @@
 #include "test_support.h"
 
+#include <korvel/korvel32.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <unistd.h>
 
@@ -78,7 +83,16 @@ void DataSourceTest::SetUp() {
         << (messages_.entries().empty() ? "" : ": " + messages_.entries().back().description);
 }
 
-void DataSourceTest::TearDown() { Kodbc_DisconnectDataSource(&henv_, &hdbc_); }
+void DataSourceTest::TearDown() {
+    SetDumpState(0);  // a test that switched the gate on may have ended early
+    if (hdbc_)
+        for (const std::string &table : owned_) Drop(table);
+    Kodbc_DisconnectDataSource(&henv_, &hdbc_);
+}
+
+void DataSourceTest::Drop(const std::string &table) {
+    ExecQuietly(table.rfind("VIEW ", 0) == 0 ? "DROP " + table : "DROP TABLE " + table);
+}
 
 void DataSourceTest::Exec(const std::string &sql) {
     SQLHSTMT stmt = nullptr;
@@ -103,6 +117,40 @@ void DataSourceTest::ExecQuietly(const std::string &sql) {
     SQLFreeHandle(SQL_HANDLE_STMT, stmt);
 }
 
+void DataSourceTest::DropTables(std::initializer_list<std::string> tables) {
+    for (const std::string &table : tables) Drop(table);
+}
+
+void DataSourceTest::OwnTables(std::initializer_list<std::string> tables) {
+    for (const std::string &table : tables) {
+        Drop(table);
+        owned_.push_back(table);
+    }
+}
+
+std::vector<std::string> DataSourceTest::Column(const std::string &sql) {
+    std::vector<std::string> values;
+    SQLHSTMT stmt = nullptr;
+    EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+    if (!SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS))) {
+        ADD_FAILURE() << "query failed: " << sql;
+    } else {
+        while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+            char buffer[100] = "";
+            SQLLEN length = 0;
+            SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length);
+            values.emplace_back(buffer);
+        }
+    }
+    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+    return values;
+}
+
+std::size_t DataSourceTest::OdbcErrors() const {
+    return static_cast<std::size_t>(std::count_if(messages_.entries().begin(), messages_.entries().end(),
+                                                  [](const auto &e) { return e.kind == KODBC_MESSAGE_ODBC_ERROR; }));
+}
+
 std::string DataSourceTest::DbmsName() const {
     char name[100] = {};
     SQLSMALLINT len = 0;
@@ -124,6 +172,59 @@ bool GuardedBuffer::guards_intact() const {
     for (int i = 0; i < kGuard; ++i)
         if (bytes_[static_cast<std::size_t>(size_ + i)] != kGuardByte) return false;
     return true;
+}
+
+std::string Guarded(int size, const std::function<void(char *, int)> &fill) {
+    GuardedBuffer buffer(size);
+    fill(buffer.data(), buffer.size());
+    EXPECT_TRUE(buffer.guards_intact()) << "written behind " << size << " bytes";
+    return buffer.text();
+}
+
+void SetDumpState(long state) {
+    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState",
+                               state);
+}
+
+std::string ReadFile(const std::string &name) {
+    std::ifstream in(name, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+std::vector<std::string> Split(const std::string &text, const std::string &separator) {
+    std::vector<std::string> items;
+    for (std::size_t start = 0; !text.empty();) {
+        std::size_t at = text.find(separator, start);
+        items.push_back(text.substr(start, at - start));
+        if (at == std::string::npos) break;
+        start = at + separator.size();
+    }
+    return items;
+}
+
+bool Contains(const std::vector<std::string> &items, const std::string &item) {
+    return std::find(items.begin(), items.end(), item) != items.end();
+}
+
+void PrivateRegistryTest::SetUp() {
+    char dir[] = "/tmp/kodbc-private-XXXXXX";
+    ASSERT_NE(mkdtemp(dir), nullptr);
+    dir_ = dir;
+    for (const char *name : {"KODBC_REGISTRY_DIR", "TMPDIR"}) {
+        const char *old = std::getenv(name);
+        saved_.emplace_back(name, old ? old : "");
+        setenv(name, dir, 1);
+    }
+}
+
+void PrivateRegistryTest::TearDown() {
+    for (const auto &[name, value] : saved_) {
+        if (value.empty()) unsetenv(name.c_str());
+        else setenv(name.c_str(), value.c_str(), 1);
+    }
+    std::filesystem::remove_all(dir_);
 }
 
 } // namespace kodbc::test

@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
+#include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -43,7 +47,8 @@ private:
     KodbcMessageHandler previous_;
 };
 
-// A test connected to one data source of the run (parameter: its name).
+// A test connected to one data source of the run (parameter: its name); the
+// dump gate is switched off again at its end.
 class DataSourceTest : public ::testing::TestWithParam<std::string> {
 protected:
     void SetUp() override;
@@ -52,13 +57,25 @@ protected:
     void Exec(const std::string &sql);
     // Runs a statement, ignoring errors (for DROP of what may not exist).
     void ExecQuietly(const std::string &sql);
+    // Drops each table, ignoring errors.
+    void DropTables(std::initializer_list<std::string> tables);
+    // Drops these tables now and again when the test ends (views too: "VIEW name").
+    void OwnTables(std::initializer_list<std::string> tables);
+    // The first column of every row of a query, as text; fails the test when it does not run.
+    std::vector<std::string> Column(const std::string &sql);
     std::string DbmsName() const;
     // The driver's identifier quote character as text; '"' when it does not quote.
     std::string IdentifierQuote() const;
+    // How many of the recorded messages are ODBC errors.
+    std::size_t OdbcErrors() const;
 
     SQLHENV henv_ = nullptr;
     SQLHDBC hdbc_ = nullptr;
     MessageRecorder messages_;
+
+private:
+    void Drop(const std::string &table);
+    std::vector<std::string> owned_;
 };
 
 // Instantiates a DataSourceTest suite once per data source of the run.
@@ -72,7 +89,10 @@ public:
     explicit GuardedBuffer(int size, char fill = '\x7f');
     char *data() { return bytes_.data(); }
     int size() const { return size_; }
-    std::string text() const { return std::string(bytes_.data()); }
+    // Up to the terminator, never past the stated size.
+    std::string text() const {
+        return std::string(bytes_.data(), strnlen(bytes_.data(), static_cast<std::size_t>(size_)));
+    }
     // True while no byte at or behind the stated size was written.
     bool guards_intact() const;
 
@@ -80,6 +100,33 @@ private:
     static constexpr int kGuard = 32;
     std::vector<char> bytes_;
     int size_;
+};
+
+// Calls fill(buffer, size) on a guarded buffer of `size` bytes and returns
+// the text; a write behind the size fails the test.
+std::string Guarded(int size, const std::function<void(char *, int)> &fill);
+
+// Sets the statement dump gate's registry switch (0: off).
+void SetDumpState(long state);
+
+// The whole content of a file; empty when it cannot be read.
+std::string ReadFile(const std::string &name);
+
+// Splits at every `separator`; an empty text gives no items.
+std::vector<std::string> Split(const std::string &text, const std::string &separator);
+bool Contains(const std::vector<std::string> &items, const std::string &item);
+
+// A test with an empty settings store of its own (KODBC_REGISTRY_DIR and
+// TMPDIR point into `dir_`), restored afterwards.
+class PrivateRegistryTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+    static constexpr const char *kKey = "Software\\Korvel Software\\Kodbc";
+    std::string dir_;
+
+private:
+    std::vector<std::pair<std::string, std::string>> saved_;
 };
 
 } // namespace kodbc::test
