@@ -10,55 +10,36 @@
 namespace kodbc::test {
 namespace {
 
-DiagnosticFields Split(const char *message) {
-    DiagnosticFields fields;
-    SplitDiagnosticMessage(message, fields);
-    return fields;
-}
-
 TEST(DiagnosticSplit, BracketsGiveVendorComponentDataSourceAndText) {
-    auto full = Split("[unixODBC][Driver Manager][kodbc_pg]connection refused");
-    EXPECT_EQ(full.vendor, "unixODBC");
-    EXPECT_EQ(full.component, "Driver Manager");
-    EXPECT_EQ(full.dataSource, "kodbc_pg");
-    EXPECT_EQ(full.description, "connection refused");
-
-    auto two = Split("[A][B]text");
-    EXPECT_EQ(two.vendor, "A");
-    EXPECT_EQ(two.component, "B");
-    EXPECT_EQ(two.dataSource, "");
-    EXPECT_EQ(two.description, "text");
-
-    auto none = Split("no such table: x (1)");
-    EXPECT_EQ(none.vendor, "no such table: x (1)");
-    EXPECT_EQ(none.component, "");
-    EXPECT_EQ(none.dataSource, "");
-    EXPECT_EQ(none.description, "");
-
-    // Only leading "[" are removed; a "]" inside the description stays.
-    auto nested = Split("[[X][Y][Z]see a[1] here");
-    EXPECT_EQ(nested.vendor, "X");
-    EXPECT_EQ(nested.dataSource, "Z");
-    EXPECT_EQ(nested.description, "see a[1] here");
-}
-
-TEST(DiagnosticSplit, PiecesAreCutAt299Characters) {
-    std::string longVendor(400, 'v');
-    auto fields = Split(("[" + longVendor + "][C]rest").c_str());
-    EXPECT_EQ(fields.vendor.size(), 298u);  // 299 copied, the "[" among them removed
-    EXPECT_EQ(fields.component, "C");
-    EXPECT_EQ(fields.description, "rest");
+    const struct {
+        std::string message, fields;  // vendor|component|data source|description
+    } cases[] = {
+        {"[unixODBC][Driver Manager][kodbc_pg]connection refused", "unixODBC|Driver Manager|kodbc_pg|connection refused"},
+        {"[A][B]text", "A|B||text"},
+        {"no such table: x (1)", "no such table: x (1)|||"},
+        // Only leading "[" are removed; a "]" inside the description stays.
+        {"[[X][Y][Z]see a[1] here", "X|Y|Z|see a[1] here"},
+        // Pieces are cut at 299 characters, the "[" among them.
+        {"[" + std::string(400, 'v') + "][C]rest", std::string(298, 'v') + "|C||rest"},
+    };
+    for (const auto &c : cases) {
+        DiagnosticFields f;
+        SplitDiagnosticMessage(c.message.c_str(), f);
+        EXPECT_EQ(f.vendor + "|" + f.component + "|" + f.dataSource + "|" + f.description, c.fields) << c.message;
+    }
 }
 
 TEST(Tolerance, ListsWithoutAHandle) {
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, nullptr, SQL_ERROR), 0);
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "", SQL_ERROR), 0);
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, " \t\x01 ", SQL_ERROR), 0);
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "*", SQL_ERROR), 1);
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, " *", SQL_ERROR), 0);
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "01004,NOINFO", SQL_SUCCESS_WITH_INFO), 1);
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "noinfo", SQL_SUCCESS_WITH_INFO), 0);
-    EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, "NOINFO", SQL_ERROR), 0);
+    const struct {
+        const char *list;
+        SQLRETURN rc;
+        int tolerated;
+    } cases[] = {{nullptr, SQL_ERROR, 0}, {"", SQL_ERROR, 0},       {" \t\x01 ", SQL_ERROR, 0},
+                 {"*", SQL_ERROR, 1},     {" *", SQL_ERROR, 0},     {"01004,NOINFO", SQL_SUCCESS_WITH_INFO, 1},
+                 {"noinfo", SQL_SUCCESS_WITH_INFO, 0},              {"NOINFO", SQL_ERROR, 0}};
+    for (const auto &c : cases)
+        EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, c.list, c.rc), c.tolerated)
+            << (c.list ? c.list : "(null)") << " rc " << c.rc;
 }
 
 class DiagnosticsTest : public DataSourceTest {
@@ -129,16 +110,15 @@ TEST_P(DiagnosticsTest, ToleranceTokensKeepTheirBlanks) {
 TEST_P(DiagnosticsTest, WarningsAreShownOnlyWithTheDumpBit) {
     SQLHSTMT stmt = FailedStatement();
     messages_.clear();
-    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState", 0);
+    SetDumpState(0);
     EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 1);
     EXPECT_TRUE(messages_.entries().empty());
 
-    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState",
-                               KORVEL_DUMP_WARNINGS);
+    SetDumpState(KORVEL_DUMP_WARNINGS);
     messages_.set_answer(KODBC_ANSWER_CANCEL);
     EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 2);
     EXPECT_EQ(messages_.entries().size(), 1u);
-    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState", 0);
+    SetDumpState(0);
 }
 
 TEST_P(DiagnosticsTest, NothingToShowReturnsOne) {
