@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iostream>
 #include <unistd.h>
+#include <vector>
 
 namespace kodbc_cli {
 namespace {
@@ -31,19 +32,11 @@ int Ask(const KodbcMessage &message) {
     }
 }
 
+// The library's own layout, the one stderr shows without a handler.
 void PrintOdbcError(const KodbcMessage &message) {
-    const KodbcOdbcErrorFields &f = *message.odbc;
-    std::fprintf(stderr, "kodbc: %s: %s\n", message.caption, f.description[0] ? f.description : f.vendor);
-    auto field = [](const char *label, const char *value) {
-        if (value && *value) std::fprintf(stderr, "  %-19s %s\n", label, value);
-    };
-    field("Fehlercode:", f.sqlState);
-    field("Hersteller:", f.vendor);
-    field("Komponente:", f.component);
-    field("Datenquelle:", f.dataSource);
-    field("Fehlerbeschreibung:", f.description);
-    field("SQL-Befehl:", f.statement);
-    field("Mögliche Ursache:", f.hint);
+    std::vector<char> text(16384);
+    Kodbc_FormatMessage(&message, text.data(), static_cast<int>(text.size()));
+    std::fprintf(stderr, "kodbc: %s", text.data());
 }
 
 int Handle(const KodbcMessage *message, void *) {

@@ -56,6 +56,18 @@ typedef int (*KodbcMessageHandler)(const KodbcMessage *message, void *context);
 ** that was installed before. Linux only.
 */
 KODBC_API KodbcMessageHandler KODBC_CALL Kodbc_SetMessageHandler(KodbcMessageHandler handler, void *context);
+
+/*
+** Kodbc_FormatMessage: the message as the default path writes it to stderr,
+** for handlers that log or print: "caption: text" and a line feed, then for
+** KODBC_MESSAGE_ODBC_ERROR one aligned line per field of the diagnostics
+** dialog (Fehlercode, Hersteller, Komponente, Datenquelle,
+** Fehlerbeschreibung, SQL-Befehl, and Mögliche Fehlerursache where there is
+** a hint), each ending with a line feed, in the locale's charset. Cut to
+** size-1 and terminated. Returns the length written; 0 for a null message,
+** a null buffer or a size below 1. Linux only.
+*/
+KODBC_API int KODBC_CALL Kodbc_FormatMessage(const KodbcMessage *message, char *buffer, int size);
 #endif
 
 #ifdef __cplusplus

@@ -7,6 +7,7 @@
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <mutex>
 #include <string>
@@ -39,7 +40,37 @@ const char *FileErrorText(int errorClass) {
     }
 }
 
+// Characters of a UTF-8 text (what a terminal gives a column each here).
+std::size_t Utf8Length(std::string_view text) {
+    std::size_t n = 0;
+    for (char c : text) n += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    return n;
+}
+
 } // namespace
+
+std::string Korvel_FormatMessage(const KodbcMessage &message) {
+    std::string out;
+    const char *caption = message.caption ? message.caption : "";
+    if (*caption) out.append(caption).append(": ");
+    out.append(message.text ? message.text : "").append("\n");
+    const KodbcOdbcErrorFields *f = message.odbc;
+    if (!f) return out;
+    // The dialog's fields, empty ones too: a reader sees what the driver left out.
+    const char *const labels[] = {"Fehlercode:", "Hersteller:", "Komponente:", "Datenquelle:",
+                                  "Fehlerbeschreibung:", "SQL-Befehl:", "Mögliche Fehlerursache:"};  // UTF-8
+    const char *const values[] = {f->sqlState, f->vendor, f->component, f->dataSource,
+                                  f->description, f->statement, f->hint};
+    std::size_t width = 0;
+    for (const char *label : labels) width = std::max(width, Utf8Length(label));
+    // The hint line only where the state has a hint.
+    for (std::size_t i = 0; i < std::size(labels) - (f->hint ? 0 : 1); ++i) {
+        out.append("  ").append(korvel::posix::Utf8ToLocale(labels[i]));
+        if (values[i] && *values[i]) out.append(width + 1 - Utf8Length(labels[i]), ' ').append(values[i]);
+        out.append("\n");
+    }
+    return out;
+}
 
 KodbcMessageHandler Korvel_SetMessageHandler(KodbcMessageHandler handler, void *context) {
     std::lock_guard lock(g_handlerMutex);
@@ -61,15 +92,7 @@ int Korvel_DeliverMessage(const KodbcMessage *message) {
     // Called outside the lock: a handler may itself install another handler.
     if (handler) return handler(message, context);
 
-    const char *caption = message->caption ? message->caption : "";
-    const char *text = message->text ? message->text : "";
-    if (*caption) std::fprintf(stderr, "%s: %s\n", caption, text);
-    else std::fprintf(stderr, "%s\n", text);
-    if (const KodbcOdbcErrorFields *f = message->odbc) {
-        if (f->sqlState && *f->sqlState) std::fprintf(stderr, "  SQLSTATE %s\n", f->sqlState);
-        if (f->statement && *f->statement) std::fprintf(stderr, "  %s\n", f->statement);
-        if (f->hint) std::fprintf(stderr, "  %s\n", f->hint);
-    }
+    std::fputs(Korvel_FormatMessage(*message).c_str(), stderr);
     std::fflush(stderr);
     return message->kind == KODBC_MESSAGE_ODBC_ERROR ? KODBC_ANSWER_OK : korvel::SafeAnswer(message->kind);
 }

@@ -3,6 +3,7 @@
 #include "internal/diagnostics.h"
 #include "internal/library.h"
 
+#include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
 
 #include <kodbc/kodbc_messages.h>
@@ -34,11 +35,27 @@ int ShowDiagnosticsDialog(const ErrorDisplayRequest &request) {
         fields.description.c_str(),
         fields.hintMessageId ? hintText.data() : nullptr,
     };
-    KodbcMessage message{KODBC_MESSAGE_ODBC_ERROR, caption, fields.description.c_str(), &odbcFields};
+    // The headline is the most specific piece the driver wrote: drivers that
+    // stop bracketing early leave their text in "Komponente" or even "Hersteller".
+    const std::string *headline = &fields.description;
+    for (const std::string *piece : {&fields.dataSource, &fields.component, &fields.vendor})
+        if (headline->empty()) headline = piece;
+    KodbcMessage message{KODBC_MESSAGE_ODBC_ERROR, caption, headline->c_str(), &odbcFields};
     return Korvel_DeliverMessage(&message) == KODBC_ANSWER_CANCEL ? 2 : 1;
 }
 
 } // namespace kodbc
+
+extern "C" KODBC_API int KODBC_CALL Kodbc_FormatMessage(const KodbcMessage *message, char *buffer, int size) {
+    korvel::BoundedText out(buffer, size);
+    if (!message || !out.valid()) return 0;
+    try {
+        out.append(Korvel_FormatMessage(*message));
+    } catch (...) {
+        // Out of memory while formatting: an empty text says nothing wrong.
+    }
+    return out.int_length();
+}
 
 extern "C" KODBC_API KodbcMessageHandler KODBC_CALL Kodbc_SetMessageHandler(KodbcMessageHandler handler,
                                                                              void *context) {

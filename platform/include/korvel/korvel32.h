@@ -12,6 +12,7 @@
 #include <kodbc/kodbc_messages.h>
 
 #include <cstdint>
+#include <string>
 
 // ---------------------------------------------------------------------------
 // Bounded strings
@@ -91,6 +92,12 @@ KodbcMessageHandler Korvel_SetMessageHandler(KodbcMessageHandler handler, void *
 // Hands a message to the installed handler (Linux) and returns its answer.
 // On Windows this is a plain message box for the text kinds.
 int Korvel_DeliverMessage(const KodbcMessage *message);
+#ifndef _WIN32
+// A message as lines of text for a terminal or a log, in the locale's
+// charset: "caption: text", then for an ODBC error one aligned line per
+// field of the diagnostics dialog. What stderr shows without a handler.
+std::string Korvel_FormatMessage(const KodbcMessage &message);
+#endif
 
 // ---------------------------------------------------------------------------
 // String resources, translation, identity
@@ -275,4 +282,73 @@ int Korvel_ListView_AddColumn(HWND listView, int column, const char *title, int 
 int Korvel_ListView_AddItem(HWND listView, int row, const char *text);
 int Korvel_ListView_SetItemText(HWND listView, int row, int column, const char *text);
 int Korvel_ListView_GetItemCount(HWND listView);
+// ---------------------------------------------------------------------------
+// Wizard frame (Windows). A modal window over the active window: the
+// wizard's bitmap on the left, the pages (child dialogs, DS_CONTROL |
+// WS_CHILD templates) on the right, "< &Zurück", "&Weiter >" (on the last
+// enabled page "&Fertigstellen") and "Abbrechen" below.
+
+// One record of a wizard's page table; the table ends with templateId 0.
+struct KorvelWizardPage {
+    int32_t templateId;    // dialog template of the page, from the wizard's module
+    int32_t frameWords[2]; // the frame's; 0 in the table, never written
+};
+static_assert(sizeof(KorvelWizardPage) == 12, "a page record is three 32-bit words");
+
+// Receives every message of every page window as (wizard, page template ID,
+// page window, message, wParam, lParam), plus the page-activate and
+// page-leave messages of the run. Returns non-zero when it handled the
+// message; 0 gives the page the default dialog processing.
+using KorvelWizardCallback = int(WINAPI *)(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                           LPARAM lParam);
+
+// Control IDs of the frame's buttons ("Abbrechen" is IDCANCEL). Each page
+// window carries its template ID as its control ID, so
+// GetDlgItem(frame, templateId) finds it.
+#define KORVEL_WIZARD_BACK 0x3023
+#define KORVEL_WIZARD_NEXT 0x3024
+
+// Page-leave directions (wParam of the leave message).
+#define KORVEL_WIZARD_FORWARD 1
+#define KORVEL_WIZARD_BACKWARD 2
+
+// Runs a wizard modally on the calling thread.
+//   pages: the page table, not written. Its pages are created as children at
+//     the start (WM_INITDIALOG reaches the callback once per page, before
+//     any activation) and shown one at a time.
+//   callback: gets the pages' messages (see KorvelWizardCallback).
+//   activateMessage: sent (wParam 0, lParam 0) to a page each time it is
+//     about to be shown, also when reached by going back.
+//   leaveMessage: sent before the page is left, wParam KORVEL_WIZARD_FORWARD
+//     ("Weiter", "Fertigstellen") or KORVEL_WIZARD_BACKWARD ("Zurück"),
+//     lParam pointing to an int preset to 1; any other answer (2 by
+//     convention) keeps the page. "Abbrechen", Escape and the close box
+//     cancel without a leave message.
+//   userParam: handed back by Wizzard_GetParam.
+//   bitmapId, titleId: bitmap and title string of `instance`; the title is
+//     translated for `module`. A missing bitmap leaves the left side out.
+//   instance: module of the page templates, bitmap and title.
+//   reserved15: accepted and not used (callers pass 15).
+//   enableFlag: accepted; Wizzard_EnableSubDialog is honoured either way.
+// Pages switched off with Wizzard_EnableSubDialog are skipped both ways.
+// When a leave is answered 1 and no enabled page follows, "Fertigstellen"
+// ends the run; "Weiter" then stays on the page, relabelled.
+// Returns 1 when "Fertigstellen" was pressed and the last page let it go,
+// 2 when cancelled, 0 when the frame could not be run (null or empty page
+// table, null callback, a page template or window that cannot be created,
+// no page enabled at the start).
+int Wizzard_Perform(const KorvelWizardPage *pages, KorvelWizardCallback callback, UINT activateMessage,
+                    UINT leaveMessage, void *userParam, int bitmapId, int titleId, HINSTANCE instance,
+                    const char *module, int reserved15, int enableFlag);
+
+// The user parameter of the running wizard `wizard` (the first argument
+// the callback got); null for a null handle or one that names no running
+// wizard of the calling thread.
+void *Wizzard_GetParam(LONG_PTR wizard);
+
+// Switches the pages with template ID `page` on (enable non-zero) or off.
+// Takes effect at the next move; the buttons are relabelled at once. A
+// handle that names no running wizard, or an unknown page, changes nothing.
+void Wizzard_EnableSubDialog(LONG_PTR wizard, int page, int enable);
 #endif
+
