@@ -40,6 +40,15 @@ int PrintWhere(const std::string &dsn, const Login &login, const std::string &de
 int SystemTable(const std::string &dsn, const Login &login, const SystemTableRequest &request);
 int DropTable(const std::string &dsn, const Login &login, const std::string &table, bool assumeYes);
 int RenameTable(const std::string &dsn, const Login &login, const std::string &oldName, const std::string &newName);
+// kodbc add-records DSN TABLE --from SOURCE_DSN:SOURCE_TABLE …
+struct AddRecordsRequest {
+    std::string dsn, table, from;
+    std::vector<std::string> maps;     // DEST=SOURCE
+    std::vector<std::string> values;   // DEST=TEXT
+    std::vector<std::string> empties;  // DEST
+    std::string replaceOn;             // DEST_FIELD=SOURCE_FIELD
+};
+int AddRecords(const Login &login, const AddRecordsRequest &request);
 int RunDemo();
 
 } // namespace kodbc_cli

@@ -112,6 +112,17 @@ int main(int argc, char **argv) {
     rename->add_option("OLD", table, "bisheriger Name")->required();
     rename->add_option("NEW", newName, "neuer Name")->required();
 
+    kodbc_cli::AddRecordsRequest addRecords;
+    auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");
+    addRecordsCmd->add_option("DSN", addRecords.dsn, "Datenquelle der Zieltabelle")->required();
+    addRecordsCmd->add_option("TABLE", addRecords.table, "Zieltabelle")->required();
+    addRecordsCmd->add_option("--from", addRecords.from, "Quelle als DATENQUELLE:TABELLE")->required();
+    addRecordsCmd->add_option("--map", addRecords.maps, "ZIELFELD=QUELLFELD: Inhalt eines Quellfelds");
+    addRecordsCmd->add_option("--value", addRecords.values, "ZIELFELD=TEXT: fester Wert");
+    addRecordsCmd->add_option("--empty", addRecords.empties, "ZIELFELD: Feld leer lassen");
+    addRecordsCmd->add_option("--replace-on", addRecords.replaceOn,
+                              "ZIELFELD=QUELLFELD: Sätze mit gleichem Kennfeld ersetzen, sonst hinzufügen");
+
     auto *demo = app.add_subcommand("demo", "Beispieldatenbank anlegen (falls nötig) und vorführen");
 
     try {
@@ -146,6 +157,7 @@ int main(int argc, char **argv) {
     if (*systable) return SystemTable(dsn, login, sys);
     if (*drop) return DropTable(dsn, login, table, assumeYes);
     if (*rename) return RenameTable(dsn, login, table, newName);
+    if (*addRecordsCmd) return AddRecords(login, addRecords);
     if (*demo) return RunDemo();
     return kExitUsage;
 }

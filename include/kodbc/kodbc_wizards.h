@@ -73,6 +73,84 @@ KODBC_API int KODBC_CALL Kodbc_DeleteRecords(SQLHDBC hdbc, const char *table, co
 KODBC_API int KODBC_CALL Kodbc_UpdateRecords(SQLHDBC hdbc, const char *table, const char *selDesc,
                                              const char *setDesc, long *count);
 
+/*
+** Adding records: the work of the add-records wizard for callers that
+** know both tables already. The records of a table on one connection are
+** copied into an existing table on another (or the same) connection, one
+** INSERT per record, or in replace mode an UPDATE of the destination
+** record whose identifying field matches the source's.
+**
+** Every destination field is first filled as the wizard presets it: from
+** the source field of the same name (compared without case) when there is
+** one, the destination field is writable (not auto-increment, updatable)
+** and the types allow it; otherwise left empty (NULL). The choices in the
+** options then override that per field.
+*/
+
+/* Fill modes of a destination field. */
+#define KODBC_FILL_LEAVE_EMPTY     2100  /* NULL */
+#define KODBC_FILL_FIXED_VALUE     2101  /* Value, between quotes exactly as given (quotes are not doubled) */
+#define KODBC_FILL_SOURCE_FIELD    2102  /* the source field named by Value */
+
+/* Record modes. */
+#define KODBC_ADDREC_ADD           2100  /* always add */
+#define KODBC_ADDREC_REPLACE       2101  /* update the record whose identifying field matches, else add */
+
+/* How a run ended (KodbcAddRecordsResult.Ended). */
+#define KODBC_ADDREC_COMPLETE      0     /* every source record was processed */
+#define KODBC_ADDREC_CANCELLED     1     /* the user stopped the progress indicator (Ctrl+C on a terminal) */
+#define KODBC_ADDREC_STOPPED       2     /* a statement failed (shown) or was refused, or a value could not be converted */
+
+/* Result of Kodbc_AddRecords besides 1 and 2. */
+#define KODBC_ADDREC_REFUSED_CHOICE 3
+
+typedef struct KodbcAddRecordsField {
+    const char *DestinationField;  /* destination field, compared without case */
+    int32_t Mode;                  /* KODBC_FILL_* */
+    const char *Value;             /* the fixed value, or the source field's name; null counts as empty */
+} KodbcAddRecordsField;
+
+typedef struct KodbcAddRecordsOptions {
+    int32_t RecordMode;                  /* KODBC_ADDREC_ADD or KODBC_ADDREC_REPLACE (anything else: add) */
+    const char *SourceIdField;           /* replace mode: identifying field of the source table */
+    const char *DestIdField;             /* replace mode: identifying field of the destination table */
+    const KodbcAddRecordsField *Fields;  /* choices applied in order; may be null when FieldCount is 0 */
+    int32_t FieldCount;
+} KodbcAddRecordsOptions;
+
+typedef struct KodbcAddRecordsResult {
+    long RecordsRead;      /* source records fetched */
+    long RecordsWritten;   /* INSERT and UPDATE statements that ran */
+    int32_t Ended;         /* KODBC_ADDREC_COMPLETE, _CANCELLED or _STOPPED */
+    int32_t RefusedField;  /* index of the refused choice, else -1 */
+} KodbcAddRecordsResult;
+
+/*
+** Kodbc_AddRecords: copies the records of sourceTable (on source) into
+** destinationTable (on destination); source may be the very connection
+** of destination. options may be null (add mode, preset mapping only);
+** result may be null, else it is zeroed first (RefusedField -1).
+** The mapping is checked as the wizard checks it before it lets the user
+** go on: no field filled from the source shows message 1633; a source type
+** that cannot go into its destination field's type (numbers into dates,
+** dates into numbers or long text) shows 1630 with the source field; the
+** destination table's last field is not checked. Each record's statement
+** is offered to the SQL dump (Korvel_DumpSqlStatement) and executed; the
+** platform's progress indicator runs meanwhile. No transaction is used:
+** what was written before a failed statement or a cancel stays.
+** Returns 1 when the records were processed (result->Ended says whether
+** all of them); 2 for a null connection or a null or empty table name
+** (nothing shown), a destination table without fields (1617), the two
+** check messages above, out of memory (1600) or a failed source query or
+** catalogue call (shown); KODBC_ADDREC_REFUSED_CHOICE (3) when a choice
+** names no field of the destination table, a field that cannot be written,
+** an unknown mode, or a source field whose properties cannot be read
+** (result->RefusedField tells which; nothing has been written).
+*/
+KODBC_API int KODBC_CALL Kodbc_AddRecords(SQLHDBC destination, const char *destinationTable, SQLHDBC source,
+                                          const char *sourceTable, const KodbcAddRecordsOptions *options,
+                                          KodbcAddRecordsResult *result);
+
 #ifdef __cplusplus
 }
 #endif

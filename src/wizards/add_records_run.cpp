@@ -1,0 +1,156 @@
+// The add-records work loop.
+#include "wizards/add_records_run.h"
+#include "wizards/record_statements.h"
+#include "wizards/value_conversion.h"
+
+#include "internal/execution.h"
+#include "internal/library.h"
+#include "internal/odbc_handles.h"
+
+#include <korvel/bounded_text.h>
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_diag.h>
+#include <kodbc/kodbc_sqltext.h>
+#include <kodbc/kodbc_tableops.h>
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string_view>
+
+namespace kodbc::wizards {
+namespace {
+
+constexpr int kBufferSize = 30000;
+constexpr int kNameSize = 200;
+constexpr int kFromSize = 300;
+
+// "SELECT <mapped source fields>[,<source id field>] FROM <source table>".
+void BuildSourceQuery(const AddRecordsContext &context, bool replace, char *out, int size) {
+    korvel::BoundedText sql(out, size);
+    sql.append("SELECT ");
+    bool first = true;
+    char name[kNameSize];
+    for (const auto &field : context.fields) {
+        if (!field || !field->readsSource()) continue;
+        if (!first) sql.append(',');
+        Kodbc_PrepareNameForSql92(context.sourceDbc, field->sourceField.c_str(), name, sizeof name);
+        sql.append(name);
+        first = false;
+    }
+    if (replace) {
+        if (!first) sql.append(',');
+        Kodbc_PrepareNameForSql92(context.sourceDbc, context.sourceIdField, name, sizeof name);
+        sql.append(name);
+    }
+    char from[kFromSize];
+    Kodbc_SprintfSqlStatement(context.sourceDbc, from, sizeof from, " FROM %t", context.sourceTable, nullptr,
+                              nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    sql.append(from);
+}
+
+// Column `column` of the current row as text; false for NULL or a column
+// that cannot be read.
+bool ReadColumn(SQLHSTMT statement, SQLUSMALLINT column, char *buffer, int size, std::string_view &value) {
+    SQLLEN indicator = 0;
+    SQLRETURN rc = KODBC_SQL(SQLGetData, statement, column, static_cast<SQLSMALLINT>(SQL_C_CHAR),
+                             static_cast<SQLPOINTER>(buffer), static_cast<SQLLEN>(size), &indicator);
+    if (!odbc::succeeded(rc) || indicator == SQL_NULL_DATA) return false;
+    // A value longer than the buffer arrives cut (and the driver may not
+    // know its length): what is in the buffer counts.
+    std::size_t length = indicator >= 0 && indicator < size ? static_cast<std::size_t>(indicator)
+                                                            : std::strlen(buffer);
+    value = std::string_view(buffer, length);
+    return true;
+}
+
+int ResultColumnType(SQLHSTMT statement, SQLUSMALLINT column) {
+    SQLLEN type = 0;
+    SQLRETURN rc = KODBC_SQL(SQLColAttributes, statement, column, static_cast<SQLUSMALLINT>(SQL_COLUMN_TYPE),
+                             static_cast<SQLPOINTER>(nullptr), static_cast<SQLSMALLINT>(0),
+                             static_cast<SQLSMALLINT *>(nullptr), &type);
+    return odbc::succeeded(rc) ? static_cast<int>(type) : 0;
+}
+
+} // namespace
+
+int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecordsRunCounts *counts) noexcept {
+    AddRecordsRunCounts local;
+    AddRecordsRunCounts &result = counts ? *counts : local;
+    result = AddRecordsRunCounts{};
+    const bool replace = context.recordMode == kRecordModeReplace;
+    char table[sizeof context.table.Object.DbObjectName + 1];
+    KorvelCopyString(table, context.table.Object.DbObjectName, sizeof table);
+
+    const long total = Kodbc_GetRecordCount(context.sourceDbc, context.sourceTable, 0);
+    std::unique_ptr<char[]> sql(new (std::nothrow) char[kBufferSize]);
+    std::unique_ptr<char[]> value(new (std::nothrow) char[kBufferSize]);
+    if (!sql || !value) return KODBC_FAILURE;
+
+    BuildSourceQuery(context, replace, sql.get(), kBufferSize);
+    odbc::Statement query;
+    if (!PrepareStatement(context.sourceDbc, sql.get(), query)) return KODBC_FAILURE;
+    if (ExecuteStatement(query, sql.get(), nullptr) != ExecOutcome::Executed) return KODBC_FAILURE;
+
+    RecordStatementParts parts;
+    if (!PrepareRecordStatementParts(context.destination, table, context.fields, parts)) return KODBC_FAILURE;
+    SQLUSMALLINT idColumn = 1;
+    for (const auto &field : context.fields) idColumn += field && field->readsSource() ? 1 : 0;
+    char idField[kNameSize] = {};
+    int idType = 0;
+    if (replace) {
+        Kodbc_PrepareNameForSql92(context.destination, context.destIdField, idField, sizeof idField);
+        idType = ResultColumnType(query.get(), idColumn);
+    }
+    char idValue[kIdentifyingValueSize];
+    char condition[kIdentifyingConditionSize];
+
+    progress.Start(total);
+    bool converted = true;
+    for (long record = 1; record <= total && converted; ++record) {
+        for (const auto &field : context.fields)
+            if (field) field->valueIsNull = true;
+        if (!odbc::succeeded(KODBC_SQL(SQLFetch, query.get()))) break;
+        ++result.read;
+
+        SQLUSMALLINT column = 0;
+        for (const auto &field : context.fields) {
+            if (!field || !field->readsSource()) continue;
+            std::string_view text;
+            if (!ReadColumn(query.get(), ++column, value.get(), kBufferSize, text)) continue;
+            if (!ConvertSourceValue(field->sourceType, field->destinationType, text, field->value)) {
+                converted = false;
+                continue;
+            }
+            field->valueIsNull = false;
+        }
+
+        bool update = false;
+        if (replace) {
+            std::string_view id;
+            if (!ReadColumn(query.get(), idColumn, idValue, sizeof idValue, id)) id = {};
+            BuildIdentifyingCondition(idField, id, idType, condition, sizeof condition);
+            update = Kodbc_GetRecordCountExt(context.destination, table, condition, 0) >= 1;
+        }
+        if (update) BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
+        else BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
+
+        odbc::Statement statement;
+        if (!PrepareStatement(context.destination, sql.get(), statement) ||
+            ExecuteStatement(statement, sql.get(), nullptr) == ExecOutcome::Failed) {
+            result.stopped = true;
+            break;
+        }
+        ++result.written;
+        if (progress.Step(record)) {
+            result.cancelled = true;
+            break;
+        }
+    }
+    if (!converted) result.stopped = true;
+    progress.Finish();
+    return KODBC_SUCCESS;
+}
+
+} // namespace kodbc::wizards

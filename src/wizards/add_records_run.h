@@ -1,0 +1,28 @@
+// The add-records wizard's work: every record of the source table becomes
+// one INSERT (or, in replace mode, an UPDATE of the matching record) in
+// the destination table.
+#pragma once
+
+#include "wizards/add_records.h"
+#include "wizards/wizard_progress.h"
+
+namespace kodbc::wizards {
+
+struct AddRecordsRunCounts {
+    long read = 0;           // source rows fetched
+    long written = 0;        // statements that ran
+    bool cancelled = false;  // the user stopped the run
+    bool stopped = false;    // a statement failed, was refused, or a value could not be converted
+};
+
+// Copies the records of context.sourceTable (on context.sourceDbc) into
+// the destination table of context.table as the mapping says, with
+// progress reported to progress. Records are read and written one at a
+// time with buffers reused throughout, so memory does not grow with the
+// table. Nothing is undone: rows written before a stop stay.
+// Returns 1 once the source query ran (also when the loop ended early;
+// counts tells why), 2 when the buffers, the source statement or the
+// source query failed (the error has been shown).
+int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecordsRunCounts *counts = nullptr) noexcept;
+
+} // namespace kodbc::wizards

@@ -1,0 +1,150 @@
+// INSERT, UPDATE and DELETE of one record, and their literals.
+#include "wizards/record_statements.h"
+
+#include "internal/library.h"
+
+#include <kodbc/kodbc_sqltext.h>
+
+#include <new>
+
+namespace kodbc::wizards {
+namespace {
+
+constexpr int kHeadSize = 400;
+constexpr int kNameSize = 200;
+
+bool IsBareSqlType(int sqlType) noexcept {
+    switch (sqlType) {
+    case SQL_TINYINT: case SQL_BIGINT: case SQL_NUMERIC: case SQL_DECIMAL: case SQL_INTEGER:
+    case SQL_SMALLINT: case SQL_FLOAT: case SQL_REAL: case SQL_DOUBLE:
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::string FormatHead(SQLHDBC hdbc, const char *pattern, const char *table) {
+    char text[kHeadSize];
+    Kodbc_SprintfSqlStatement(hdbc, text, sizeof text, pattern, table, nullptr, nullptr, nullptr, nullptr,
+                              nullptr, nullptr, nullptr);
+    return text;
+}
+
+void AppendCondition(korvel::BoundedText &out, const char *condition) noexcept {
+    if (condition && *condition) {
+        out.append(" WHERE ");
+        out.append(condition);
+    }
+}
+
+} // namespace
+
+bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text) noexcept {
+    bool whole = out.append('\'');
+    for (char c : text) {
+        if (!out.append_if_fits(c == '\'' ? std::string_view("''") : std::string_view(&c, 1))) {
+            whole = false;
+            break;
+        }
+    }
+    return out.append('\'') && whole;
+}
+
+void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field) noexcept {
+    switch (field.mode) {
+    case kFillFixedValue:
+        if (field.fixedValue.empty()) break;
+        out.append('\'');
+        out.append(field.fixedValue);
+        out.append('\'');
+        return;
+    case kFillSourceField:
+        if (field.valueIsNull || field.value.empty()) break;
+        if (field.destinationType == KODBC_TYPE_INTEGER || field.destinationType == KODBC_TYPE_FLOAT)
+            out.append(field.value);
+        else
+            AppendStringLiteral(out, field.value);
+        return;
+    default:
+        break;
+    }
+    out.append("NULL");
+}
+
+bool PrepareRecordStatementParts(SQLHDBC hdbc, const char *table, const AddRecFieldList &fields,
+                                 RecordStatementParts &parts) noexcept {
+    try {
+        parts.insertHead = FormatHead(hdbc, "INSERT INTO %t (", table);
+        parts.updateHead = FormatHead(hdbc, "UPDATE %t SET ", table);
+        parts.deleteHead = FormatHead(hdbc, "DELETE FROM %t", table);
+        parts.names.assign(fields.size(), std::string());
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            if (!fields[i] || !fields[i]->isWritten()) continue;
+            char name[kNameSize];
+            Kodbc_PrepareNameForSql92(hdbc, fields[i]->destinationName.c_str(), name, sizeof name);
+            parts.names[i] = name;
+        }
+        return true;
+    } catch (const std::bad_alloc &) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+        return false;
+    }
+}
+
+bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldList &fields, char *out,
+                          int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    sql.append(parts.insertHead);
+    bool first = true;
+    for (std::size_t i = 0; i < fields.size() && i < parts.names.size(); ++i) {
+        if (!fields[i] || !fields[i]->isWritten()) continue;
+        if (!first) sql.append(',');
+        sql.append(parts.names[i]);
+        first = false;
+    }
+    sql.append(") VALUES (");
+    first = true;
+    for (std::size_t i = 0; i < fields.size() && i < parts.names.size(); ++i) {
+        if (!fields[i] || !fields[i]->isWritten()) continue;
+        if (!first) sql.append(',');
+        AppendValueLiteral(sql, *fields[i]);
+        first = false;
+    }
+    sql.append(')');
+    return !sql.truncated();
+}
+
+bool BuildUpdateStatement(const RecordStatementParts &parts, const AddRecFieldList &fields,
+                          const char *condition, char *out, int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    sql.append(parts.updateHead);
+    bool first = true;
+    for (std::size_t i = 0; i < fields.size() && i < parts.names.size(); ++i) {
+        if (!fields[i] || !fields[i]->isWritten()) continue;
+        if (!first) sql.append(',');
+        sql.append(parts.names[i]);
+        sql.append('=');
+        AppendValueLiteral(sql, *fields[i]);
+        first = false;
+    }
+    AppendCondition(sql, condition);
+    return !sql.truncated();
+}
+
+bool BuildDeleteStatement(const RecordStatementParts &parts, const char *condition, char *out, int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    sql.append(parts.deleteHead);
+    AppendCondition(sql, condition);
+    return !sql.truncated();
+}
+
+void BuildIdentifyingCondition(std::string_view preparedField, std::string_view value, int sqlType, char *out,
+                               int size) noexcept {
+    korvel::BoundedText condition(out, size);
+    condition.append(preparedField);
+    condition.append('=');
+    if (IsBareSqlType(sqlType)) condition.append(value);
+    else AppendStringLiteral(condition, value);
+}
+
+} // namespace kodbc::wizards
