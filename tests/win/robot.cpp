@@ -78,6 +78,31 @@ void PressEscape(HWND dialog, int controlId) {
     PostMessageA(control, WM_KEYUP, VK_ESCAPE, 0xC0010001);
 }
 
+void PressKey(HWND control, UINT virtualKey) {
+    UINT scan = MapVirtualKeyA(virtualKey, MAPVK_VK_TO_VSC);
+    PostMessageA(control, WM_KEYDOWN, virtualKey, static_cast<LPARAM>(1 | (scan << 16)));
+    PostMessageA(control, WM_KEYUP, virtualKey, static_cast<LPARAM>(1 | (scan << 16) | 0xC0000000u));
+}
+
+void PressAltChar(HWND control, char ch) {
+    PostMessageA(control, WM_SYSCHAR, static_cast<unsigned char>(ch), static_cast<LPARAM>(1 | (1u << 29)));
+}
+
+HWND FocusOf(DWORD thread) {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(thread, &info) ? info.hwndFocus : nullptr;
+}
+
+bool WaitFor(const std::function<bool()> &condition, int timeoutMs) {
+    auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= end) return false;
+        Sleep(kPollMs);
+    }
+    return true;
+}
+
 std::string SaveScreenshot(HWND window, const std::string &name) {
     RECT rect;
     if (!GetWindowRect(window, &rect)) return {};

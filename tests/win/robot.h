@@ -27,6 +27,17 @@ void Click(HWND dialog, int controlId);
 // Presses Escape on a control of the dialog.
 void PressEscape(HWND dialog, int controlId);
 
+// Keys as the dialog manager meets them: posted to `control` (keyboard
+// focus is not needed). PressAltChar sends the mnemonic Alt+ch.
+void PressKey(HWND control, UINT virtualKey);
+void PressAltChar(HWND control, char ch);
+// The window that has the keyboard focus on thread `thread`.
+HWND FocusOf(DWORD thread);
+
+// Polls `condition` until it holds or `timeoutMs` passed. Returns whether
+// it held.
+bool WaitFor(const std::function<bool()> &condition, int timeoutMs = 5000);
+
 // Saves what the window shows as <dir>/<name>.bmp, dir from the environment
 // variable KODBC_SCREENSHOT_DIR (else the working directory). Returns the
 // file written, empty on failure.
