@@ -48,6 +48,23 @@ expect "table still there"      0 "^cli_t$"       "$kodbc" tables kodbc_sqlite
 expect "drop with --yes"        0 ""              "$kodbc" drop kodbc_sqlite cli_t --yes
 expect "drop of a missing table" 1 ""             "$kodbc" drop kodbc_sqlite cli_t --yes
 
+# add records from another table
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_ar_src (id INTEGER, name VARCHAR(20), tag DATE)" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "INSERT INTO cli_ar_src VALUES (1, 'O''Neil', '2024-03-01'), (2, 'Meier', NULL)" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_ar_dst (id INTEGER, name VARCHAR(20), note VARCHAR(20), n INTEGER)" >/dev/null 2>&1
+expect "add-records"            0 "^2 Datensätze gelesen, 2 geschrieben$" "$kodbc" add-records kodbc_sqlite cli_ar_dst --from kodbc_sqlite:cli_ar_src --value note=fest
+expect "added records"          0 "^1	O'Neil	fest$" "$kodbc" sql kodbc_sqlite "SELECT id, name, note FROM cli_ar_dst ORDER BY id"
+expect "add-records replacing"  0 "2 geschrieben" "$kodbc" add-records kodbc_sqlite cli_ar_dst --from kodbc_sqlite:cli_ar_src --replace-on id=id --map note=tag --empty name
+expect "replaced (an empty field is left as it was)" 0 "^1	O'Neil	01.03.2024$" "$kodbc" sql kodbc_sqlite "SELECT id, name, note FROM cli_ar_dst ORDER BY id"
+expect "replaced, not added"    0 "^2$"           "$kodbc" count kodbc_sqlite cli_ar_dst
+expect "add-records: date into a number" 1 "" "$kodbc" add-records kodbc_sqlite cli_ar_dst --from kodbc_sqlite:cli_ar_src --map id=tag
+checks=$((checks + 1))
+grep -q "ergibt keinen Sinn" "$out.err" || { echo "FAIL: no type message on stderr"; failures=$((failures + 1)); }
+expect "add-records: unknown field" 1 ""          "$kodbc" add-records kodbc_sqlite cli_ar_dst --from kodbc_sqlite:cli_ar_src --map nix=name
+expect "add-records: bad --from" 2 ""             "$kodbc" add-records kodbc_sqlite cli_ar_dst --from cli_ar_src
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_src" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_dst" >/dev/null 2>&1
+
 "$kodbc" sql kodbc_sqlite "DROP TABLE KorvelSysTable" >/dev/null 2>&1
 echo "$((checks - failures)) passed, $failures failed"
 [ "$failures" -eq 0 ]

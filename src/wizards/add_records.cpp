@@ -47,8 +47,8 @@ AddRecordsDecision StayOnPage(int messageId = 0, int focusRow = -1) noexcept {
 
 bool IsEmpty(const char *text) noexcept { return !text || !*text; }
 
-// The destination's column names in catalogue order, with the catalogue's
-// type and size for columns whose properties cannot be read.
+// The destination's columns in catalogue order: name, SQL type and size
+// (in characters, where the column properties would give bytes).
 struct CatalogColumn {
     std::string name;
     int sqlType = 0;
@@ -202,8 +202,8 @@ bool BuildMapping(AddRecordsContext &context) noexcept {
             const bool readable = Kodbc_GetColumnProperties(context.destination, table, column.name.c_str(),
                                                             &properties) == KODBC_SUCCESS;
             field->destinationName = column.name;
-            field->destinationType = Kodbc_SqlDataTypeToKodbcDataType(readable ? properties.SqlDataType : column.sqlType);
-            field->destinationLength = readable ? properties.Length : column.size;
+            field->destinationType = Kodbc_SqlDataTypeToKodbcDataType(column.sqlType);
+            field->destinationLength = column.size;
             field->readOnly = !readable || properties.AutoIncrement || !properties.Updatable;
             field->sourceConnection = context.sourceDbc;
             field->sourceTable = context.sourceTable;

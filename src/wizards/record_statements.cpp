@@ -41,11 +41,14 @@ void AppendCondition(korvel::BoundedText &out, const char *condition) noexcept {
 
 bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text) noexcept {
     bool whole = out.append('\'');
+    // The closing quote always keeps its place, so a cut literal stays closed.
     for (char c : text) {
-        if (!out.append_if_fits(c == '\'' ? std::string_view("''") : std::string_view(&c, 1))) {
+        std::string_view piece = c == '\'' ? std::string_view("''") : std::string_view(&c, 1);
+        if (piece.size() + 1 > out.room()) {
             whole = false;
             break;
         }
+        out.append(piece);
     }
     return out.append('\'') && whole;
 }

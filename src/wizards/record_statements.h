@@ -17,8 +17,9 @@ inline constexpr int kRecordStatementSize = 30000;
 inline constexpr int kIdentifyingConditionSize = 301;   // at most 300 characters
 inline constexpr int kIdentifyingValueSize = 200;       // the identifying value, at most 199 characters
 
-// text between single quotes, every quote inside doubled. A doubled quote
-// goes in whole or not at all. False when something was cut.
+// text between single quotes, every quote inside doubled. A literal that
+// does not fit is cut before a character (never inside a doubled quote)
+// and still closed. False when something was cut.
 bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text) noexcept;
 
 // The literal an entry writes for the current record:

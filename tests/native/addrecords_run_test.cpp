@@ -1,0 +1,231 @@
+// Add records against every data source: the preset mapping and when the
+// source-table page keeps or rebuilds it, the page checks, the statement
+// builders, and whole runs (add, replace, empty source, cancel, failure).
+#include "test_support.h"
+
+#include "wizards/add_records.h"
+#include "wizards/add_records_run.h"
+#include "wizards/record_statements.h"
+
+#include <korvel/korvel32.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace kodbc::test {
+namespace {
+
+using namespace kodbc::wizards;
+
+// Records the progress and stops the run at a chosen step.
+class RecordingProgress : public WizardProgress {
+public:
+    explicit RecordingProgress(long cancelAt = 0) : cancelAt_(cancelAt) {}
+    void Start(long maximum) override { maximum_ = maximum; }
+    bool Step(long value) override {
+        steps_.push_back(value);
+        return value == cancelAt_;
+    }
+    void Finish() override { finished_ = true; }
+    long maximum_ = -1;
+    std::vector<long> steps_;
+    bool finished_ = false;
+
+private:
+    long cancelAt_;
+};
+
+class AddRecords : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        OwnTables({"ar_src", "ar_src2", "ar_dst"});
+        Exec("CREATE TABLE ar_src (id INTEGER, name VARCHAR(30), betrag FLOAT, tag DATE)");
+        Exec("INSERT INTO ar_src VALUES (1, 'O''Neil', 3.5, '2024-03-01')");
+        Exec("INSERT INTO ar_src VALUES (2, 'Meier', -2, NULL)");
+        Exec("INSERT INTO ar_src VALUES (3, 'Schulze', NULL, '1999-12-31')");
+        Exec("CREATE TABLE ar_src2 (name VARCHAR(30))");
+        Exec("CREATE TABLE ar_dst (id INTEGER, name VARCHAR(30), betrag VARCHAR(20), tag VARCHAR(12),"
+             " note VARCHAR(30), anzahl INTEGER)");
+        TableRecord table{};
+        std::strcpy(table.Object.DbObjectName, "ar_dst");
+        context_ = CreateAddRecordsContext(hdbc_, &table);
+        ASSERT_TRUE(context_);
+        // The test's own connection serves as the source.
+        context_->sourceDbc = hdbc_;
+        std::strcpy(context_->source.DataSourceName, GetParam().c_str());
+        ASSERT_FALSE(LeaveSourceTablePage(*context_, "ar_src").stays());
+        messages_.clear();
+    }
+    void TearDown() override {
+        if (context_) context_->sourceDbc = nullptr;
+        context_.reset();
+        DataSourceTest::TearDown();
+    }
+    AddRecField &Field(const char *name) {
+        for (auto &field : context_->fields)
+            if (field && field->destinationName == name) return *field;
+        ADD_FAILURE() << "no field " << name;
+        return *context_->fields.front();
+    }
+    std::vector<int> Modes() {
+        std::vector<int> modes;
+        for (auto &field : context_->fields) modes.push_back(field ? field->mode : 0);
+        return modes;
+    }
+    int Run(RecordingProgress &progress, AddRecordsRunCounts &counts) {
+        return RunAddRecords(*context_, progress, &counts);
+    }
+    std::unique_ptr<AddRecordsContext> context_;
+};
+KODBC_DATA_SOURCE_TEST_SUITE(AddRecords);
+
+TEST_P(AddRecords, MappingPresetKeptForTheSameSourceRebuiltForAnother) {
+    const std::vector<int> preset = {kFillSourceField, kFillSourceField, kFillSourceField, kFillSourceField,
+                                     kFillLeaveEmpty, kFillLeaveEmpty};
+    EXPECT_EQ(Modes(), preset);
+    EXPECT_EQ(Field("betrag").sourceType, KODBC_TYPE_FLOAT);
+    EXPECT_EQ(Field("tag").sourceType, KODBC_TYPE_DATETIME);
+    EXPECT_EQ(Field("anzahl").destinationType, KODBC_TYPE_INTEGER);
+    EXPECT_EQ(MappingRowText(Field("name")).destinationType, "VarText (30)");
+
+    ASSERT_TRUE(ApplyFieldChoice(Field("note"), kFillFixedValue, "fest", nullptr));
+    LeaveRowsEmpty(context_->fields, {0});
+    EXPECT_FALSE(LeaveSourceTablePage(*context_, "AR_SRC").stays());  // the same source, other case
+    EXPECT_EQ(Field("note").mode, kFillFixedValue);
+    EXPECT_EQ(Field("id").mode, kFillLeaveEmpty);
+
+    EXPECT_FALSE(LeaveSourceTablePage(*context_, "ar_src2").stays());
+    const std::vector<int> rebuilt = {kFillLeaveEmpty, kFillSourceField, kFillLeaveEmpty, kFillLeaveEmpty,
+                                      kFillLeaveEmpty, kFillLeaveEmpty};
+    EXPECT_EQ(Modes(), rebuilt);
+    char remembered[kSourceTableSize];
+    Korvel_ReadRegistryString(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, "AddRecords", "Table",
+                              nullptr, remembered, sizeof remembered);
+    EXPECT_STREQ(remembered, "ar_src2");
+}
+
+TEST_P(AddRecords, PageChecks) {
+    // The last field is never checked: a date into a number passes there...
+    ASSERT_TRUE(ApplyFieldChoice(Field("anzahl"), kFillSourceField, nullptr, "tag"));
+    AddRecordsDecision decision = LeaveMappingPage(*context_);
+    EXPECT_FALSE(decision.stays());
+    EXPECT_TRUE(messages_.entries().empty());
+    // ...and fails on any other.
+    ASSERT_TRUE(ApplyFieldChoice(Field("name"), kFillSourceField, nullptr, "id"));   // a number into text is fine
+    ASSERT_TRUE(ApplyFieldChoice(Field("betrag"), kFillSourceField, nullptr, "tag"));
+    ASSERT_TRUE(ApplyFieldChoice(Field("id"), kFillSourceField, nullptr, "tag"));
+    LeaveRowsEmpty(context_->fields, {0});  // the stale source type is still checked
+    decision = LeaveMappingPage(*context_);
+    EXPECT_EQ(decision.messageId, 1630);
+    EXPECT_EQ(decision.focusRow, 0);
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    EXPECT_NE(messages_.entries()[0].text.find("'tag'"), std::string::npos) << messages_.entries()[0].text;
+
+    // Fixed values alone map nothing from the source.
+    LeaveRowsEmpty(context_->fields, {0, 1, 2, 3, 4, 5});
+    ASSERT_TRUE(ApplyFieldChoice(Field("note"), kFillFixedValue, "x", nullptr));
+    EXPECT_EQ(LeaveMappingPage(*context_).messageId, 1633);
+
+    // Replace mode with an empty identifying field complains but goes on.
+    messages_.clear();
+    decision = LeaveIdFieldsPage(*context_, kRecordModeReplace, "id", "");
+    EXPECT_FALSE(decision.stays());
+    EXPECT_EQ(decision.messageId, 1632);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+    EXPECT_EQ(LeaveIdFieldsPage(*context_, kRecordModeAdd, "", "").messageId, 0);
+}
+
+TEST_P(AddRecords, StatementBuilders) {
+    AddRecFieldList fields;
+    auto add = [&](const char *name, int type, int mode, const char *value, bool readOnly = false) {
+        auto field = std::make_unique<AddRecField>();
+        field->destinationName = name;
+        field->destinationType = type;
+        field->mode = mode;
+        field->fixedValue = value;
+        field->sourceField = "s";
+        field->value = value;
+        field->valueIsNull = false;
+        field->readOnly = readOnly;
+        fields.push_back(std::move(field));
+        fields.push_back(nullptr);  // null slots are skipped
+    };
+    add("id", KODBC_TYPE_INTEGER, kFillSourceField, "7");
+    add("mein feld", KODBC_TYPE_VAR_TEXT, kFillFixedValue, "a'b");
+    add("leer", KODBC_TYPE_VAR_TEXT, kFillLeaveEmpty, "x");
+    add("auto", KODBC_TYPE_INTEGER, kFillSourceField, "1", true);
+    add("x", KODBC_TYPE_VAR_TEXT, kFillSourceField, "");
+    RecordStatementParts parts;
+    ASSERT_TRUE(PrepareRecordStatementParts(hdbc_, "ar_dst", fields, parts));
+    const std::string q = IdentifierQuote(), mein = q + "mein feld" + q;
+    char sql[kRecordStatementSize];
+    EXPECT_TRUE(BuildInsertStatement(parts, fields, sql, sizeof sql));
+    EXPECT_EQ(std::string(sql), "INSERT INTO ar_dst (id," + mein + ",x) VALUES (7,'a'b',NULL)");
+    BuildUpdateStatement(parts, fields, "id=7", sql, sizeof sql);
+    EXPECT_EQ(std::string(sql), "UPDATE ar_dst SET id=7," + mein + "='a'b',x=NULL WHERE id=7");
+    BuildDeleteStatement(parts, "", sql, sizeof sql);
+    EXPECT_STREQ(sql, "DELETE FROM ar_dst");
+
+    fields[8]->value.assign(40000, 'v');
+    EXPECT_FALSE(BuildInsertStatement(parts, fields, sql, sizeof sql));
+    EXPECT_EQ(std::strlen(sql), static_cast<std::size_t>(kRecordStatementSize - 1));
+}
+
+TEST_P(AddRecords, AddRun) {
+    ASSERT_TRUE(ApplyFieldChoice(Field("note"), kFillFixedValue, "fest", nullptr));
+    RecordingProgress progress;
+    AddRecordsRunCounts counts;
+    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(counts.read, 3);
+    EXPECT_EQ(counts.written, 3);
+    EXPECT_FALSE(counts.stopped || counts.cancelled);
+    EXPECT_EQ(progress.maximum_, 3);
+    EXPECT_EQ(progress.steps_, (std::vector<long>{1, 2, 3}));
+    EXPECT_TRUE(progress.finished_);
+    EXPECT_EQ(Column("SELECT name FROM ar_dst ORDER BY id"), (std::vector<std::string>{"O'Neil", "Meier", "Schulze"}));
+    EXPECT_EQ(Column("SELECT tag FROM ar_dst ORDER BY id"), (std::vector<std::string>{"01.03.2024", "", "31.12.1999"}));
+    EXPECT_EQ(Column("SELECT betrag FROM ar_dst WHERE id = 1"), std::vector<std::string>{"3.5"});
+    EXPECT_EQ(Column("SELECT note FROM ar_dst WHERE id = 3"), std::vector<std::string>{"fest"});
+    EXPECT_EQ(OdbcErrors(), 0u);
+}
+
+TEST_P(AddRecords, ReplaceRunUpdatesMatchingRecords) {
+    Exec("INSERT INTO ar_dst (id, name) VALUES (2, 'alt')");
+    LeaveIdFieldsPage(*context_, kRecordModeReplace, "id", "id");
+    RecordingProgress progress;
+    AddRecordsRunCounts counts;
+    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(counts.written, 3);
+    EXPECT_EQ(Column("SELECT name FROM ar_dst ORDER BY id"), (std::vector<std::string>{"O'Neil", "Meier", "Schulze"}));
+}
+
+TEST_P(AddRecords, EarlyEndsKeepWhatWasWritten) {
+    struct Case { const char *source; long cancelAt; const char *fixed; long read, written; bool cancelled, stopped; };
+    const Case cases[] = {
+        {"ar_src", 2, "", 2, 2, true, false},         // cancelled after the second record
+        {"ar_src", 0, "a'b", 1, 0, false, true},      // a typed quote breaks the statement
+        {"ar_src2", 0, "", 0, 0, false, false},       // an empty source runs no statement
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.source);
+        Exec("DELETE FROM ar_dst");
+        ExecQuietly("DELETE FROM ar_src2");
+        ASSERT_FALSE(LeaveSourceTablePage(*context_, c.source).stays());
+        ApplyFieldChoice(Field("note"), kFillFixedValue, c.fixed, nullptr);
+        messages_.clear();
+        RecordingProgress progress(c.cancelAt);
+        AddRecordsRunCounts counts;
+        EXPECT_EQ(Run(progress, counts), 1);
+        EXPECT_EQ(counts.read, c.read);
+        EXPECT_EQ(counts.written, c.written);
+        EXPECT_EQ(counts.cancelled, c.cancelled);
+        EXPECT_EQ(counts.stopped, c.stopped);
+        EXPECT_EQ(OdbcErrors(), c.stopped ? 1u : 0u);
+        EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "ar_dst", 0), c.written);
+    }
+}
+
+} // namespace
+} // namespace kodbc::test
