@@ -24,15 +24,17 @@ expect() { # description, expected exit code, grep pattern for stdout or '', com
 }
 
 expect "usage error"            2 ""              "$kodbc" no-such-command
-expect "info"                   0 "DBMS: *SQLite" "$kodbc" info kodbc_sqlite
+expect "info"                   0 "^Datenbank-System: *SQLite$" "$kodbc" info kodbc_sqlite
+expect "info: delimiter line"   0 '^Delimiter für Namen:  Delimiter: "  (Dezimal 34   Hex 22)$' "$kodbc" info kodbc_sqlite
 expect "unknown data source"    1 ""              "$kodbc" info kodbc_cli_missing
 checks=$((checks + 1))
 grep -q "IM002" "$out.err" || { echo "FAIL: the driver manager's diagnostics are not on stderr"; failures=$((failures + 1)); }
-expect "create"                 0 ""              "$kodbc" sql kodbc_sqlite "CREATE TABLE cli_t (id INTEGER, name VARCHAR(20))"
-expect "insert"                 0 ""              "$kodbc" sql kodbc_sqlite "INSERT INTO cli_t VALUES (1, 'Größe')"
+expect "create"                 0 ""              "$kodbc" sql kodbc_sqlite "CREATE TABLE cli_t (id INTEGER NOT NULL, name VARCHAR(20), \"Straße\" CHAR(4))"
+expect "insert"                 0 ""              "$kodbc" sql kodbc_sqlite "INSERT INTO cli_t (id, name) VALUES (1, 'Größe')"
 expect "select to stdout"       0 "1	Größe"      "$kodbc" sql kodbc_sqlite "SELECT id, name FROM cli_t"
 expect "tables"                 0 "^cli_t$"       "$kodbc" tables kodbc_sqlite
-expect "columns"                0 "^name "        "$kodbc" columns kodbc_sqlite cli_t
+expect "columns: type and length" 0 "^name    VarText (20)  *Ja" "$kodbc" columns kodbc_sqlite cli_t
+expect "columns: padded by characters" 0 "^id      Ganzzahl.*  Nein" "$kodbc" columns kodbc_sqlite cli_t
 expect "count"                  0 "^1$"           "$kodbc" count kodbc_sqlite cli_t
 expect "select to file"         0 ""              "$kodbc" select kodbc_sqlite "SELECT id, name FROM cli_t" -f "$out.txt" --header --quote --field-separator ";"
 checks=$((checks + 1))

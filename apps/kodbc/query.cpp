@@ -78,22 +78,21 @@ int ListColumns(const std::string &dsn, const Login &login, const std::string &t
     Connection connection(dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
     std::string list(kListSize, '\0');
-    if (Kodbc_GetFields(connection.hdbc(), table.c_str(), KODBC_FIELDS_WITH_TYPE, "\t", list.data(), kListSize) != 1)
+    if (Kodbc_GetColumnDescriptions(connection.hdbc(), table.c_str(), list.data(), kListSize) != KODBC_SUCCESS)
         return kExitFailed;
     list.resize(std::char_traits<char>::length(list.c_str()));
-    // name TAB type TAB name TAB type ...: one column a line.
-    std::vector<std::string> items;
-    std::size_t start = 0;
-    while (start <= list.size() && !list.empty()) {
-        std::size_t end = list.find('\t', start);
-        if (end == std::string::npos) end = list.size();
-        items.push_back(list.substr(start, end - start));
-        start = end + 1;
+    // The table administration's columns, without the remark when no column has one.
+    std::vector<std::vector<std::string>> rows{{"Spalte", "Datentyp", "Leer erlaubt", "Vorbesetzung", "Kommentar"}};
+    bool remarks = false;
+    for (const std::string &line : Split(list, '\n')) {
+        std::vector<std::string> row = Split(line, '\t');
+        row.resize(5);
+        remarks = remarks || !row[4].empty();
+        rows.push_back(std::move(row));
     }
-    for (std::size_t i = 0; i + 1 < items.size(); i += 2) {
-        int sqlType = std::atoi(items[i + 1].c_str());
-        std::printf("%-40s SQL-Typ %4d  Typ %d\n", items[i].c_str(), sqlType, Kodbc_SqlDataTypeToKodbcDataType(sqlType));
-    }
+    if (!remarks)
+        for (auto &row : rows) row.pop_back();
+    PrintAligned(rows);
     return kExitOk;
 }
 

@@ -1,6 +1,8 @@
 #include "terminal.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <cwchar>
 #include <cstring>
 #include <iostream>
 #include <unistd.h>
@@ -69,6 +71,66 @@ Connection::Connection(const std::string &dsn, const std::string &user, const st
 }
 
 Connection::~Connection() { Kodbc_DisconnectDataSource(&henv_, &hdbc_); }
+
+namespace {
+
+// Columns a text takes on the terminal; bytes the charset cannot read count one each.
+std::size_t DisplayWidth(const std::string &text) {
+    std::mbstate_t state{};
+    std::size_t width = 0;
+    const char *p = text.c_str();
+    const char *end = p + text.size();
+    while (p < end) {
+        wchar_t c;
+        std::size_t n = std::mbrtowc(&c, p, static_cast<std::size_t>(end - p), &state);
+        if (n == static_cast<std::size_t>(-1) || n == static_cast<std::size_t>(-2) || n == 0) {
+            state = std::mbstate_t{};
+            n = 1;
+            ++width;
+        } else {
+#ifdef _WIN32
+            int w = 1;  // the console's code page has no double-width letters
+#else
+            int w = wcwidth(c);
+#endif
+            width += w > 0 ? static_cast<std::size_t>(w) : 0;
+        }
+        p += n;
+    }
+    return width;
+}
+
+} // namespace
+
+void PrintAligned(const std::vector<std::vector<std::string>> &rows, const char *indent) {
+    std::vector<std::size_t> widths;
+    for (const auto &row : rows)
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            if (widths.size() <= i) widths.resize(i + 1, 0);
+            widths[i] = std::max(widths[i], DisplayWidth(row[i]));
+        }
+    for (const auto &row : rows) {
+        std::string line = indent;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            line += row[i];
+            if (i + 1 < row.size()) line.append(widths[i] - DisplayWidth(row[i]) + 2, ' ');
+        }
+        while (!line.empty() && line.back() == ' ') line.pop_back();
+        std::printf("%s\n", line.c_str());
+    }
+}
+
+std::vector<std::string> Split(const std::string &text, char separator) {
+    std::vector<std::string> pieces;
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = text.find(separator, start);
+        if (end == std::string::npos) end = text.size();
+        pieces.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return pieces;
+}
 
 void Error(const std::string &text) { std::fprintf(stderr, "kodbc: %s\n", text.c_str()); }
 

@@ -6,6 +6,7 @@
 #include <kodbc/kodbc.h>
 
 #include <string>
+#include <vector>
 
 namespace kodbc_cli {
 
@@ -33,6 +34,14 @@ private:
     SQLHENV henv_ = nullptr;
     SQLHDBC hdbc_ = nullptr;
 };
+
+// Prints rows as columns padded to their widest entry, measured in
+// characters of the terminal's charset (a "ß" is one column, not two
+// bytes); the last column is not padded.
+void PrintAligned(const std::vector<std::vector<std::string>> &rows, const char *indent = "");
+
+// Splits text at every separator (an empty text gives no piece).
+std::vector<std::string> Split(const std::string &text, char separator);
 
 // Prints "kodbc: text" on stderr.
 void Error(const std::string &text);

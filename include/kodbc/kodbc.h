@@ -18,5 +18,6 @@
 #include "kodbc_tableops.h"
 #include "kodbc_systable.h"
 #include "kodbc_wizards.h"
+#include "kodbc_tools.h"
 
 #endif /* KODBC_H */

@@ -159,6 +159,20 @@ KODBC_API int KODBC_CALL Kodbc_GetColumnProperties(SQLHDBC hdbc, const char *tab
     ColumnPropertiesRecord *record);
 
 /*
+** Kodbc_GetColumnDescriptions: the columns of table (no schema) in
+** catalogue order, one line each, lines joined by line feeds (none after
+** the last), each line five tab-separated fields: name; the data-type
+** display name with the length in parentheses where the catalogue gives
+** one ("VarText (20)"); "Ja" or "Nein" for whether empty values are
+** allowed ("Ja" when the driver does not know); the default as the
+** catalogue writes it; the remark. Defaults and remarks longer than 299
+** characters are cut; the whole text is cut to outSize-1. Returns 1 done
+** (an empty text for a blank table), 2 for a null connection, a null out,
+** outSize below 1 or an ODBC error (shown).
+*/
+KODBC_API int KODBC_CALL Kodbc_GetColumnDescriptions(SQLHDBC hdbc, const char *table, char *out, int outSize);
+
+/*
 ** Primary keys. Both return 2, without showing anything, unless the driver
 ** supports SQLPrimaryKeys; a blank table gives 1 and an empty result. The
 ** table name (at most 99 characters) is prepared for SQL-92 first on a

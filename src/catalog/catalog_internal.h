@@ -33,6 +33,21 @@ bool ListSchemata(SQLHDBC hdbc, std::vector<std::string> &schemata);
 int ForEachColumnEntry(SQLHDBC hdbc, const char *schema, const char *table, int flags,
                        const std::function<void(const char *entry)> &add);
 
+// One column of a table as the catalogue describes it.
+struct ColumnDescription {
+    const char *name;
+    const char *type;          // display name, with the length where there is one
+    bool nullable;             // empty values allowed (also when the driver does not know)
+    const char *defaultValue;  // as the catalogue writes it; empty when none
+    const char *remark;
+};
+
+// Hands every column of table to visit, in catalogue order (the texts live
+// only during the call). Returns 1 done (also for a blank table), 2 after an
+// ODBC error (shown) or for a null connection.
+int ForEachColumnDescription(SQLHDBC hdbc, const char *table,
+                             const std::function<void(const ColumnDescription &)> &visit);
+
 // Box fillers' work buffer.
 inline constexpr int kBoxListSize = 30000;
 

@@ -27,6 +27,17 @@ int DataTypeDisplayName(int code, char *buffer, int size) {
     return LoadLibraryString(LibraryInstance(), row ? row->nameId : msg::TYPE_NAME_UNKNOWN, buffer, size);
 }
 
+int DataTypeText(int code, int length, char *buffer, int size) {
+    DataTypeDisplayName(code, buffer, size);
+    auto out = korvel::BoundedText::continuing(buffer, size);
+    if (length > 0) {
+        char number[24];
+        std::snprintf(number, sizeof number, " (%d)", length);
+        out.append(number);
+    }
+    return out.int_length();
+}
+
 int FormatColumnTemplate(const DataTypeRow *row, int length, char *buffer, int size) {
     korvel::BoundedText out(buffer, size);
     if (!row || !row->columnTemplate) return 0;

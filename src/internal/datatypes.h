@@ -34,6 +34,10 @@ const DataTypeRow *FindDataType(int code);
 // table), translated, cut to size-1. Returns the length written.
 int DataTypeDisplayName(int code, char *buffer, int size);
 
+// The display name followed by " (length)" when the length is above 0
+// ("VarText (20)"), cut to size-1. Returns the length written.
+int DataTypeText(int code, int length, char *buffer, int size);
+
 // The column definition of a row: its template formatted with length, cut
 // to size-1. Returns the length written (0 for a null row).
 int FormatColumnTemplate(const DataTypeRow *row, int length, char *buffer, int size);
