@@ -45,7 +45,7 @@ SQL
 driver=$(dpkg -L libsqliteodbc | grep 'libsqlite3odbc.so$' | head -n1)
 mkdir -p "$work/odbc"
 printf '[SQLite3]\nDriver=%s\n' "$driver" >"$work/odbc/odbcinst.ini"
-printf '[bench_sqlite]\nDriver=SQLite3\nDatabase=%s\n' "$sqlite_db" >"$work/odbc/odbc.ini"
+printf '[bench_sqlite]\nDriver=SQLite3\nDatabase=%s\nStepAPI=1\n' "$sqlite_db" >"$work/odbc/odbc.ini"
 
 echo "== SQLite, $rows rows x 8 columns"
 lib=$(ODBCSYSINI=$work/odbc ODBCINI=$work/odbc/odbc.ini seconds "$kodbc" select bench_sqlite "$query" -f "$work/lib.txt" --field-separator ,)

@@ -224,6 +224,7 @@ EOF
 [kodbc_sqlite]
 Driver=SQLite3
 Database=$dir/kodbc.sqlite
+StepAPI=1
 
 [kodbc_pg]
 Driver=PostgreSQL

@@ -67,6 +67,15 @@ expect "add-records: bad --from" 2 ""             "$kodbc" add-records kodbc_sql
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_src" >/dev/null 2>&1
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_dst" >/dev/null 2>&1
 
+# The demo's data source streams its results (a private copy of the configuration).
+demo=$(mktemp -d /tmp/kodbc-cli-demo.XXXXXX)
+cp "$2/odbc.ini" "$demo/odbc.ini"
+expect "demo"                   0 "kodbc_demo"    env ODBCINI="$demo/odbc.ini" XDG_DATA_HOME="$demo" "$kodbc" demo
+checks=$((checks + 1))
+sed -n '/^\[kodbc_demo\]/,/^\[/p' "$demo/odbc.ini" | grep -q '^StepAPI *= *1' ||
+    { echo "FAIL: the demo's data source does not stream its results"; sed 's/^/  ini: /' "$demo/odbc.ini"; failures=$((failures + 1)); }
+rm -rf "$demo"
+
 "$kodbc" sql kodbc_sqlite "DROP TABLE KorvelSysTable" >/dev/null 2>&1
 echo "$((checks - failures)) passed, $failures failed"
 [ "$failures" -eq 0 ]

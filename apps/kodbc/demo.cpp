@@ -40,19 +40,34 @@ bool DataSourceExists(const std::string &wanted) {
     return found;
 }
 
+void ReportInstallerError() {
+    DWORD code = 0;
+    char text[512] = {};
+    WORD length = 0;
+    SQLInstallerError(1, &code, text, sizeof text, &length);
+    Error(std::string("Datenquelle ") + kDemoDsn + " konnte nicht angelegt werden: " + text);
+}
+
+// The driver steps through a result row by row instead of reading all of it
+// into memory first: exports of large tables stay small. Also set on a data
+// source an earlier version of the demo wrote without it.
+bool EnsureStreaming() {
+    char value[16] = {};
+    SQLGetPrivateProfileString(kDemoDsn, "StepAPI", "", value, sizeof value, "odbc.ini");
+    if (std::string(value) == "1") return true;
+    if (SQLWritePrivateProfileString(kDemoDsn, "StepAPI", "1", "odbc.ini")) return true;
+    ReportInstallerError();
+    return false;
+}
+
 // Written straight into the user's data sources: the driver's own setup
 // routine needs a window system that a terminal does not have.
 bool CreateDataSource(const std::filesystem::path &database) {
     bool ok = SQLWriteDSNToIni(kDemoDsn, kDemoDriver) &&
               SQLWritePrivateProfileString(kDemoDsn, "Description", "kodbc Beispieldaten", "odbc.ini") &&
               SQLWritePrivateProfileString(kDemoDsn, "Database", database.c_str(), "odbc.ini");
-    if (ok) return true;
-    DWORD code = 0;
-    char text[512] = {};
-    WORD length = 0;
-    SQLInstallerError(1, &code, text, sizeof text, &length);
-    Error(std::string("Datenquelle ") + kDemoDsn + " konnte nicht angelegt werden: " + text);
-    return false;
+    if (!ok) ReportInstallerError();
+    return ok && EnsureStreaming();
 }
 
 bool Execute(SQLHDBC hdbc, const std::string &sql) {
@@ -111,6 +126,8 @@ int RunDemo() {
     if (!DataSourceExists(kDemoDsn)) {
         std::printf("Lege die Datenquelle %s an (%s) …\n", kDemoDsn, database.c_str());
         if (!CreateDataSource(database)) return kExitFailed;
+    } else if (!EnsureStreaming()) {
+        return kExitFailed;
     }
     {
         Connection connection(kDemoDsn, "", "");
