@@ -187,16 +187,24 @@ TEST(WizardFrame, WalksForwardAndBackSkippingADisabledPage) {
                      Leave(P4, 1)}));
 }
 
+// Translates the title, and only for the test wizard's module.
+const char *TranslateTitle(const char *module, const char *, const char *text) {
+    return module && std::string(module) == "KODBCTEST" && std::string(text) == kTitle ? "Vier Seiten" : nullptr;
+}
+
 TEST(WizardFrame, FinishesOnTheLastEnabledPage) {
     TestWizard wizard;
     wizard.disabledAtStart = {P4};
     Walk walk{wizard, GetCurrentThreadId(), {}};
-    wintest::DialogRobot robot(kTitle, "", [&](HWND frame) {
+    Polo_InstallCatalogue(&TranslateTitle);
+    wintest::DialogRobot robot("Vier Seiten", "", [&](HWND frame) {
         walk(frame, {{Input::Next, 7, {P2, kNext, true}}, {Input::Next, 9, {P3, kFinish, true}}});
         wintest::Click(frame, KORVEL_WIZARD_NEXT);
     });
     int result = wizard.Run();
     robot.Join();
+    Polo_InstallCatalogue(nullptr);
+    ASSERT_TRUE(robot.Found()) << "no frame with the translated title";
     EXPECT_EQ(result, 1);
     ASSERT_EQ(walk.seen.size(), 3u);
     EXPECT_EQ(walk.seen[2], (Shown{P3, kFinish, true}));
