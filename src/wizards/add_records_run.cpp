@@ -106,6 +106,7 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
     char idValue[kIdentifyingValueSize];
     char condition[kIdentifyingConditionSize];
 
+    odbc::Statement statement;
     progress.Start(total);
     bool converted = true;
     for (long record = 1; record <= total && converted; ++record) {
@@ -136,8 +137,17 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
         if (update) BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
         else BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
 
-        odbc::Statement statement;
-        if (!PrepareStatement(context.destination, sql.get(), statement) ||
+        // One statement serves every record: each is offered to the dump
+        // and executed directly on it.
+        if (!statement.ok()) {
+            statement = odbc::Statement(context.destination);
+            if (!statement.ok()) {
+                Kodbc_DisplayErrorHdbc(context.destination);
+                result.stopped = true;
+                break;
+            }
+        }
+        if (Korvel_DumpSqlStatement(sql.get(), 0) != 1 ||
             ExecuteStatement(statement, sql.get(), nullptr) == ExecOutcome::Failed) {
             result.stopped = true;
             break;

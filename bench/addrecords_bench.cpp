@@ -1,0 +1,212 @@
+// Add records: Kodbc_AddRecords against a raw loop that reads the same
+// source rows with SQLFetch + SQLGetData and sends the identical INSERT
+// statements through SQLExecDirect on one reused statement handle. Both
+// copy a table of N rows of 6 mixed columns into an empty table of the
+// same layout on the same connection. Each measurement runs in a child
+// process of its own, so the peak resident size is that run's alone.
+//
+//   kodbc_bench_addrecords [rows ...]      (default: 10000 100000)
+//
+// KODBC_BENCH_DSNS names the data sources, comma-separated (for example
+// kodbc_sqlite,kodbc_pg,kodbc_maria with the test servers' ODBCINI);
+// without it a SQLite database file of the build is used (no sync per
+// commit, so that the disk does not hide the difference).
+#include <kodbc/kodbc.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr const char *kColumns = "id, qty, price, name, stamp, note";
+constexpr const char *kLayout =
+    " (id INTEGER, qty INTEGER, price FLOAT, name VARCHAR(40), stamp DATE, note VARCHAR(100))";
+constexpr int kRuns = 2;
+
+int Silent(const KodbcMessage *message, void *) {
+    std::fprintf(stderr, "message: %s\n", message->odbc ? message->odbc->description : message->text);
+    return KODBC_ANSWER_OK;
+}
+
+struct Connection {
+    SQLHENV henv = nullptr;
+    SQLHDBC hdbc = nullptr;
+    explicit Connection(const std::string &dsn) {
+        DataSourceRecord source{};
+        std::strncpy(source.DataSourceName, dsn.c_str(), sizeof source.DataSourceName - 1);
+        if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != KODBC_CONNECTED) {
+            std::fprintf(stderr, "cannot connect to %s\n", dsn.c_str());
+            std::exit(1);
+        }
+    }
+    ~Connection() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
+    bool Run(const std::string &sql, const char *tolerated = nullptr) const {
+        return OdbcEh_PerformSqlStatement(nullptr, hdbc, sql.c_str(), tolerated) == KODBC_SUCCESS;
+    }
+};
+
+// The source through a cross join of digits, which all three databases
+// understand; every fifth note is NULL and every name carries a quote.
+void Fill(const std::string &dsn, long rows) {
+    Connection c(dsn);
+    for (const char *table : {"ab_digits", "ab_src", "ab_dst"}) c.Run(std::string("DROP TABLE ") + table, "*");
+    bool ok = c.Run("CREATE TABLE ab_digits (d INTEGER)") && c.Run(std::string("CREATE TABLE ab_src") + kLayout) &&
+              c.Run(std::string("CREATE TABLE ab_dst") + kLayout) &&
+              c.Run("INSERT INTO ab_digits VALUES (0),(1),(2),(3),(4),(5),(6),(7),(8),(9)");
+    std::string id = "(a.d + 10 * b.d + 100 * c.d + 1000 * d.d + 10000 * e.d + 100000 * f.d + 1)";
+    ok = ok && c.Run("INSERT INTO ab_src (" + std::string(kColumns) + ") SELECT " + id + ", " + id + " % 1000, " + id +
+                         " * 0.25, 'O''Neil und Partner', '2024-03-01', CASE WHEN " + id +
+                         " % 5 = 0 THEN NULL ELSE 'a note of moderate length for every record' END"
+                         " FROM ab_digits a, ab_digits b, ab_digits c, ab_digits d, ab_digits e, ab_digits f"
+                         " WHERE " + id + " <= " + std::to_string(rows));
+    if (!ok || Kodbc_GetRecordCount(c.hdbc, "ab_src", 0) != rows) {
+        std::fprintf(stderr, "cannot fill the source on %s\n", dsn.c_str());
+        std::exit(1);
+    }
+}
+
+void AppendLiteral(std::string &sql, const char *value, SQLLEN indicator, bool number) {
+    if (indicator == SQL_NULL_DATA || !*value) {
+        sql += "NULL";
+        return;
+    }
+    if (number) {
+        sql += value;
+        return;
+    }
+    sql += '\'';
+    for (const char *p = value; *p; ++p) {
+        if (*p == '\'') sql += '\'';
+        sql += *p;
+    }
+    sql += '\'';
+}
+
+// The baseline: what a hand-written copy does.
+long RawCopy(SQLHDBC hdbc) {
+    SQLHSTMT select = nullptr, insert = nullptr;
+    SQLAllocStmt(hdbc, &select);
+    SQLAllocStmt(hdbc, &insert);
+    std::string query = std::string("SELECT ") + kColumns + " FROM ab_src";
+    if (!SQL_SUCCEEDED(SQLExecDirect(select, (SQLCHAR *)query.c_str(), SQL_NTS))) return -1;
+    const bool number[] = {true, true, true, false, false, false};
+    std::string sql;
+    char value[30000];
+    long written = 0;
+    while (SQL_SUCCEEDED(SQLFetch(select))) {
+        sql.assign("INSERT INTO ab_dst (id,qty,price,name,stamp,note) VALUES (");
+        for (SQLUSMALLINT c = 1; c <= 6; ++c) {
+            if (c > 1) sql += ',';
+            SQLLEN indicator = 0;
+            value[0] = '\0';
+            SQLGetData(select, c, SQL_C_CHAR, value, sizeof value, &indicator);
+            AppendLiteral(sql, value, indicator, number[c - 1]);
+        }
+        sql += ')';
+        if (!SQL_SUCCEEDED(SQLExecDirect(insert, (SQLCHAR *)sql.c_str(), SQL_NTS))) break;
+        ++written;
+    }
+    SQLFreeStmt(insert, SQL_DROP);
+    SQLFreeStmt(select, SQL_DROP);
+    return written;
+}
+
+long LibraryCopy(SQLHDBC hdbc) {
+    KodbcAddRecordsResult result{};
+    if (Kodbc_AddRecords(hdbc, "ab_dst", hdbc, "ab_src", nullptr, &result) != KODBC_SUCCESS ||
+        result.Ended != KODBC_ADDREC_COMPLETE)
+        return -1;
+    return result.RecordsWritten;
+}
+
+struct Measurement {
+    double seconds = 0;
+    long written = 0;
+    long peakKiB = 0;
+};
+
+Measurement Measure(const std::string &dsn, bool library) {
+    {
+        Connection c(dsn);
+        c.Run("DELETE FROM ab_dst");
+    }
+    int pipeFds[2];
+    if (pipe(pipeFds) != 0) std::exit(1);
+    pid_t child = fork();
+    if (child == 0) {
+        close(pipeFds[0]);
+        Measurement m;
+        Connection c(dsn);
+        auto start = std::chrono::steady_clock::now();
+        m.written = library ? LibraryCopy(c.hdbc) : RawCopy(c.hdbc);
+        m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        if (write(pipeFds[1], &m, sizeof m) != sizeof m) _exit(1);
+        _exit(0);
+    }
+    close(pipeFds[1]);
+    Measurement m;
+    if (read(pipeFds[0], &m, sizeof m) != sizeof m) m.written = -1;
+    close(pipeFds[0]);
+    int status = 0;
+    struct rusage usage {};
+    wait4(child, &status, 0, &usage);
+    m.peakKiB = usage.ru_maxrss;
+    return m;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    std::vector<std::string> dsns;
+    if (const char *list = std::getenv("KODBC_BENCH_DSNS"); list && *list) {
+        std::string text = list;
+        for (std::size_t start = 0, end; start <= text.size(); start = end + 1) {
+            end = text.find(',', start);
+            if (end == std::string::npos) end = text.size();
+            if (end > start) dsns.push_back(text.substr(start, end - start));
+        }
+    } else {
+        setenv("ODBCSYSINI", KODBC_BENCH_ODBC_DIR, 1);
+        setenv("ODBCINI", KODBC_BENCH_ODBC_DIR "/odbc.ini", 1);
+        dsns.push_back("kodbc_bench_sqlite");
+    }
+    Kodbc_SetMessageHandler(Silent, nullptr);
+    std::vector<long> sizes;
+    for (int i = 1; i < argc; ++i) sizes.push_back(std::atol(argv[i]));
+    if (sizes.empty()) sizes = {10000, 100000};
+
+    std::printf("%-14s %8s %12s %12s %7s %13s %13s\n", "data source", "records", "raw rec/s", "kodbc rec/s", "ratio",
+                "raw peak KiB", "kodbc peak KiB");
+    for (const std::string &dsn : dsns) {
+        for (long rows : sizes) {
+            Fill(dsn, rows);
+            // Best of a few runs each, alternating, so both see the same caches.
+            Measurement raw, lib;
+            for (int run = 0; run < kRuns; ++run) {
+                Measurement r = Measure(dsn, false);
+                Measurement l = Measure(dsn, true);
+                if (r.written != rows || l.written != rows) {
+                    std::fprintf(stderr, "%s: copy failed (%ld / %ld of %ld)\n", dsn.c_str(), r.written, l.written,
+                                 rows);
+                    return 1;
+                }
+                if (run == 0 || r.seconds < raw.seconds) raw = r;
+                if (run == 0 || l.seconds < lib.seconds) lib = l;
+            }
+            double rawRate = rows / raw.seconds, libRate = rows / lib.seconds;
+            std::printf("%-14s %8ld %12.0f %12.0f %7.3f %13ld %13ld\n", dsn.c_str(), rows, rawRate, libRate,
+                        libRate / rawRate, raw.peakKiB, lib.peakKiB);
+            std::fflush(stdout);
+        }
+        Connection c(dsn);
+        for (const char *table : {"ab_digits", "ab_src", "ab_dst"}) c.Run(std::string("DROP TABLE ") + table, "*");
+    }
+    return 0;
+}
