@@ -50,6 +50,23 @@ expect "table still there"      0 "^cli_t$"       "$kodbc" tables kodbc_sqlite
 expect "drop with --yes"        0 ""              "$kodbc" drop kodbc_sqlite cli_t --yes
 expect "drop of a missing table" 1 ""             "$kodbc" drop kodbc_sqlite cli_t --yes
 
+# delete and update with descriptor files
+printf 'ort\tBW\tB\t12\n' >"$out.where"
+printf 'ort\tSCO\tHamburg\t12\n' >"$out.set"
+expect "create for delete"      0 ""              "$kodbc" sql kodbc_sqlite "CREATE TABLE cli_d (nr INTEGER, ort VARCHAR(20))"
+expect "insert for delete"      0 ""              "$kodbc" sql kodbc_sqlite "INSERT INTO cli_d VALUES (1, 'Berlin'), (2, 'Bonn'), (3, 'Essen')"
+expect "delete refused without a terminal" 1 "insgesamt  2  " "$kodbc" delete kodbc_sqlite cli_d --where-file "$out.where"
+expect "delete with --yes"      0 ""              "$kodbc" delete kodbc_sqlite cli_d --where-file "$out.where" --yes
+expect "one record left"        0 "^1$"           "$kodbc" count kodbc_sqlite cli_d
+expect "update prints the count" 0 "^1$"          "$kodbc" update kodbc_sqlite cli_d --set-file "$out.set"
+expect "updated"                0 "^3	Hamburg$"  "$kodbc" sql kodbc_sqlite "SELECT nr, ort FROM cli_d"
+expect "update matching nothing" 1 ""             "$kodbc" update kodbc_sqlite cli_d --set-file "$out.set" --where-file "$out.where"
+expect "update without SET file" 2 ""             "$kodbc" update kodbc_sqlite cli_d
+expect "delete all"             0 ""              "$kodbc" delete kodbc_sqlite cli_d --yes
+expect "no record left"         0 "^0$"           "$kodbc" count kodbc_sqlite cli_d
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_d" >/dev/null 2>&1
+rm -f "$out.where" "$out.set"
+
 # add records from another table
 "$kodbc" sql kodbc_sqlite "CREATE TABLE cli_ar_src (id INTEGER, name VARCHAR(20), tag DATE)" >/dev/null 2>&1
 "$kodbc" sql kodbc_sqlite "INSERT INTO cli_ar_src VALUES (1, 'O''Neil', '2024-03-01'), (2, 'Meier', NULL)" >/dev/null 2>&1

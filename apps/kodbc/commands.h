@@ -38,6 +38,10 @@ struct SystemTableRequest {
 int CountRecords(const std::string &dsn, const Login &login, const std::string &table, const std::string &whereFile);
 int PrintWhere(const std::string &dsn, const Login &login, const std::string &descriptorFile);
 int SystemTable(const std::string &dsn, const Login &login, const SystemTableRequest &request);
+int DeleteRecords(const std::string &dsn, const Login &login, const std::string &table,
+                  const std::string &whereFile, bool assumeYes);
+int UpdateRecords(const std::string &dsn, const Login &login, const std::string &table, const std::string &setFile,
+                  const std::string &whereFile);
 int DropTable(const std::string &dsn, const Login &login, const std::string &table, bool assumeYes);
 int RenameTable(const std::string &dsn, const Login &login, const std::string &oldName, const std::string &newName);
 // kodbc add-records DSN TABLE --from SOURCE_DSN:SOURCE_TABLE …

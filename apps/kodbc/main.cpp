@@ -103,6 +103,19 @@ int main(int argc, char **argv) {
     systable->add_option("ITEM", sys.item, "Eintrag (delete: leer für alle)")->required();
     systable->add_option("VALUE", sys.value, "Wert (set)");
 
+    std::string setFile;
+    auto *deleteCmd =
+        app.add_subcommand("delete", "Datensätze löschen, die einer Bedingung genügen (fragt nach, außer mit --yes)");
+    deleteCmd->add_option("DSN", dsn, "Datenquelle")->required();
+    deleteCmd->add_option("TABLE", table, "Tabelle")->required();
+    deleteCmd->add_option("--where-file", whereFile, "Datei mit einer Selektionsbeschreibung (ohne: alle Datensätze)");
+
+    auto *update = app.add_subcommand("update", "Felder in den Datensätzen ändern, die einer Bedingung genügen");
+    update->add_option("DSN", dsn, "Datenquelle")->required();
+    update->add_option("TABLE", table, "Tabelle")->required();
+    update->add_option("--set-file", setFile, "Datei mit den Zuweisungen (SET-Beschreibung)")->required();
+    update->add_option("--where-file", whereFile, "Datei mit einer Selektionsbeschreibung (ohne: alle Datensätze)");
+
     auto *drop = app.add_subcommand("drop", "Tabelle löschen (fragt nach, außer mit --yes)");
     drop->add_option("DSN", dsn, "Datenquelle")->required();
     drop->add_option("TABLE", table, "Tabelle")->required();
@@ -155,6 +168,8 @@ int main(int argc, char **argv) {
     if (*count) return CountRecords(dsn, login, table, whereFile);
     if (*where) return PrintWhere(dsn, login, whereFile);
     if (*systable) return SystemTable(dsn, login, sys);
+    if (*deleteCmd) return DeleteRecords(dsn, login, table, whereFile, assumeYes);
+    if (*update) return UpdateRecords(dsn, login, table, setFile, whereFile);
     if (*drop) return DropTable(dsn, login, table, assumeYes);
     if (*rename) return RenameTable(dsn, login, table, newName);
     if (*addRecordsCmd) return AddRecords(login, addRecords);

@@ -1,32 +1,15 @@
 // Table operations, selection descriptors and the system table.
 #include "commands.h"
+#include "descriptor_file.h"
 #include "terminal.h"
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 namespace kodbc_cli {
 namespace {
 
 constexpr int kWhereSize = 30000;
-
-// A descriptor file holds the descriptor text as it stands: lines end with
-// a line feed (code 10), groups are separated by a vertical tab (code 11),
-// fields by tabs. A final line feed is the file's, not the descriptor's.
-bool ReadDescriptor(const std::string &path, std::string &descriptor) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        Error("Die Datei  " + path + "  kann nicht gelesen werden.");
-        return false;
-    }
-    std::ostringstream text;
-    text << in.rdbuf();
-    descriptor = text.str();
-    while (!descriptor.empty() && (descriptor.back() == '\n' || descriptor.back() == '\r')) descriptor.pop_back();
-    return true;
-}
 
 bool WhereFromDescriptor(SQLHDBC hdbc, const std::string &path, std::string &where) {
     std::string descriptor;

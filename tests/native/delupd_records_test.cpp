@@ -1,0 +1,248 @@
+// The delete-records and update-records wizards' cores on real tables:
+// what the pages decide, the texts they show, and the statements that run.
+#include "test_support.h"
+
+#include "wizards/delete_records.h"
+#include "wizards/update_records.h"
+
+#include <kodbc/kodbc_wizards.h>
+#include <korvel/korvel32.h>
+
+#include <string>
+#include <vector>
+
+namespace kodbc::test {
+namespace {
+
+using namespace kodbc::wizards;
+
+constexpr unsigned kForwards = 1;
+
+std::string Line(const char *field, const char *keyword, const std::string &value, int type) {
+    return std::string(field) + "\t" + keyword + "\t" + value + "\t" + std::to_string(type) + "\n";
+}
+
+class RecordWizards : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        ExecQuietly("DROP TABLE kc_delupd");
+        ExecQuietly("DROP TABLE kc_delupd_b");
+        Exec("CREATE TABLE kc_delupd (nr INTEGER, ort VARCHAR(40), umsatz NUMERIC(12,2), zahl INTEGER)");
+        Exec("INSERT INTO kc_delupd VALUES (1, 'Berlin', 100, 1)");
+        Exec("INSERT INTO kc_delupd VALUES (2, 'Bonn', 200, 2)");
+        Exec("INSERT INTO kc_delupd VALUES (3, 'Bremen', 300, 3)");
+        Exec("CREATE TABLE kc_delupd_b (kennung INTEGER)");
+        messages_.clear();
+    }
+    void TearDown() override {
+        if (hdbc_) {
+            ExecQuietly("DROP TABLE kc_delupd");
+            ExecQuietly("DROP TABLE kc_delupd_b");
+        }
+        DataSourceTest::TearDown();
+    }
+
+    // The rows of "SELECT <columns> FROM kc_delupd ORDER BY nr", each row's
+    // values joined by "|", NULL as "-".
+    std::vector<std::string> Rows(const std::string &columns) {
+        std::vector<std::string> rows;
+        std::string sql = "SELECT " + columns + " FROM kc_delupd ORDER BY nr";
+        SQLHSTMT stmt = nullptr;
+        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+        EXPECT_TRUE(SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(sql.data()), SQL_NTS))) << sql;
+        SQLSMALLINT columnCount = 0;
+        SQLNumResultCols(stmt, &columnCount);
+        while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+            std::string row;
+            for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
+                char value[100];
+                SQLLEN indicator = 0;
+                SQLGetData(stmt, c, SQL_C_CHAR, value, sizeof value, &indicator);
+                row += (c > 1 ? "|" : "") + (indicator == SQL_NULL_DATA ? std::string("-") : std::string(value));
+            }
+            rows.push_back(row);
+        }
+        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        return rows;
+    }
+
+    std::string LastMessage() const { return messages_.entries().empty() ? "" : messages_.entries().back().text; }
+};
+KODBC_DATA_SOURCE_TEST_SUITE(RecordWizards);
+
+TEST_P(RecordWizards, DeleteCountsShowsAndDeletes) {
+    struct Case {
+        const char *what;
+        std::string selDesc;
+        long count;
+        const char *summary;
+        std::vector<std::string> left;
+    };
+    const Case cases[] = {
+        {"a condition", Line("ort", "BW", "Br", 12), 1, "insgesamt  1  Datens", {"1", "2"}},
+        {"a condition matching nothing still runs", Line("nr", "GT", "99", 4), 0, "Es befinden sich keine",
+         {"1", "2"}},
+        {"two groups", Line("nr", "EQ", "1", 4) + "\v" + Line("ort", "EQ", "Bonn", 12) + "\v", 2,
+         "insgesamt  2  Datens", {}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        char text[kPageTextSize];
+        EXPECT_EQ(Kodbc_DeleteRecordsSummary(hdbc_, "kc_delupd", c.selDesc.c_str(), text, sizeof text), c.count);
+        EXPECT_NE(std::string(text).find(c.summary), std::string::npos) << text;
+        EXPECT_EQ(Kodbc_DeleteRecords(hdbc_, "kc_delupd", c.selDesc.c_str()), KODBC_SUCCESS);
+        EXPECT_EQ(Rows("nr"), c.left);
+    }
+    Exec("INSERT INTO kc_delupd VALUES (4, 'Essen', 1, 1)");
+    EXPECT_EQ(Kodbc_DeleteRecords(hdbc_, "kc_delupd", nullptr), KODBC_SUCCESS) << "no condition deletes all";
+    EXPECT_TRUE(Rows("nr").empty());
+    EXPECT_EQ(Kodbc_DeleteRecords(hdbc_, "", nullptr), KODBC_FAILURE);
+    EXPECT_TRUE(messages_.entries().empty()) << LastMessage();
+}
+
+TEST_P(RecordWizards, LongConditionsAreCountedWholeButCutForTheStatement) {
+    std::string cities = "Berlin;Bonn", numbers = "1;2";
+    for (int i = 0; i < 19; ++i) cities += ";Xxxxxxxxx";
+    for (int i = 0; i < 140; ++i) numbers += ";0";
+    // One group of two long conditions: more than the statement's 500 bytes.
+    const std::string longGroup = Line("ort", "IL", cities, 12) + Line("nr", "IL", numbers, 4);
+    const std::string twoGroups = Line("nr", "EQ", "3", 4) + "\v" + longGroup + "\v";
+
+    EXPECT_EQ(CountSelectedRecords(hdbc_, "kc_delupd", twoGroups.c_str()), 3);
+    char statement[kStatementSize];
+    ASSERT_TRUE(BuildRecordStatement(hdbc_, "DELETE from %t", "kc_delupd", nullptr, twoGroups.c_str(), statement));
+    const std::string cut = statement;
+    EXPECT_EQ(cut.substr(cut.size() - 5), " OR )") << "the separator stays, the group that does not fit goes";
+    ASSERT_TRUE(BuildRecordStatement(hdbc_, "DELETE from %t", "kc_delupd", nullptr, longGroup.c_str(), statement));
+    EXPECT_EQ(std::string(statement).find("WHERE"), std::string::npos) << statement;
+
+    // The cut statement fails on the data source and deletes nothing.
+    EXPECT_FALSE(DeleteSelectedRecords(hdbc_, "kc_delupd", twoGroups.c_str()));
+    EXPECT_EQ(Rows("nr").size(), 3u);
+    ASSERT_FALSE(messages_.entries().empty());
+    EXPECT_EQ(messages_.entries().back().kind, KODBC_MESSAGE_ODBC_ERROR);
+}
+
+TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKeepsThem) {
+    TableRecord record{};
+    record.Object.DbObjectType = KODBC_OBJECT_TABLE;
+    auto del = CreateDeleteRecordsContext(hdbc_, &record, 7);
+    ASSERT_TRUE(del);
+    PageDecision refused = LeaveTablePage(*del, kForwards, nullptr);
+    EXPECT_FALSE(refused.goOn);
+    EXPECT_EQ(refused.messageId, 1625);
+    EXPECT_EQ(refused.focus, PageFocus::TableList);
+    EXPECT_NE(LastMessage().find("Tabelle ausgew"), std::string::npos) << LastMessage();
+    EXPECT_TRUE(LeaveTablePage(*del, kLeaveBackwards, nullptr).goOn);
+
+    const std::string condition = Line("nr", "EQ", "2", 4);
+    struct Step {
+        const char *table;
+        bool keeps;
+        const char *field;
+    };
+    const Step steps[] = {{"kc_delupd", false, "umsatz"}, {"KC_DELUPD", true, "umsatz"},
+                          {"kc_delupd_b", false, "kennung"}};
+    for (const Step &s : steps) {
+        SCOPED_TRACE(s.table);
+        KorvelCopyString(del->selDesc.get(), condition.c_str(), del->selDesc.capacity);
+        SelectTable(*del, s.table);
+        ASSERT_TRUE(LeaveTablePage(*del, kForwards, s.table).goOn);
+        ActivateConditionPage(*del);
+        EXPECT_EQ(del->selDesc.get(), s.keeps ? condition : std::string());
+        EXPECT_NE(std::string(del->fieldList.get()).find(s.field), std::string::npos) << del->fieldList.get();
+    }
+
+    auto upd = CreateUpdateRecordsContext(hdbc_, &record, 7);
+    ASSERT_TRUE(upd);
+    ASSERT_TRUE(LeaveTablePage(*upd, kForwards, "kc_delupd").goOn);
+    EXPECT_NE(std::string(upd->fieldList.get()).find("zahl"), std::string::npos);
+    KorvelCopyString(upd->selDesc.get(), condition.c_str(), upd->selDesc.capacity);
+    KorvelCopyString(upd->setDesc.get(), Line("ort", "SNU", "", 12).c_str(), upd->setDesc.capacity);
+    ASSERT_TRUE(LeaveTablePage(*upd, kForwards, "kc_delupd").goOn);
+    EXPECT_STREQ(upd->selDesc.get(), condition.c_str()) << "leaving with the same table keeps the conditions";
+    SelectTable(*upd, "kc_delupd");
+    EXPECT_STREQ(upd->selDesc.get(), "");
+    EXPECT_STREQ(upd->setDesc.get(), "");
+}
+
+TEST_P(RecordWizards, UpdatePagesRefuseNothingToDoAndRunTheStatementEachTimeTheyAreLeft) {
+    auto upd = CreateUpdateRecordsContext(hdbc_, nullptr, 0);
+    ASSERT_TRUE(upd);
+    ASSERT_TRUE(LeaveTablePage(*upd, kForwards, "kc_delupd").goOn);
+
+    KorvelCopyString(upd->selDesc.get(), Line("nr", "GT", "99", 4).c_str(), upd->selDesc.capacity);
+    PageDecision none = LeaveConditionPage(*upd, kForwards);
+    EXPECT_FALSE(none.goOn);
+    EXPECT_EQ(none.messageId, 1626);
+    EXPECT_TRUE(LeaveConditionPage(*upd, kLeaveBackwards).goOn);
+
+    KorvelCopyString(upd->selDesc.get(), Line("nr", "GE", "2", 4).c_str(), upd->selDesc.capacity);
+    ASSERT_TRUE(LeaveConditionPage(*upd, kForwards).goOn);
+    EXPECT_EQ(upd->recordCount, 2);
+
+    // A line with an empty value gives no assignment.
+    KorvelCopyString(upd->setDesc.get(), Line("ort", "SCO", "", 12).c_str(), upd->setDesc.capacity);
+    PageDecision empty = LeaveAssignmentPage(*upd, kForwards);
+    EXPECT_FALSE(empty.goOn);
+    EXPECT_EQ(empty.messageId, 1635);
+    EXPECT_NE(LastMessage().find("mindestens ein Feld"), std::string::npos) << LastMessage();
+
+    KorvelCopyString(upd->setDesc.get(), Line("zahl", "SFO", "zahl+10", 4).c_str(), upd->setDesc.capacity);
+    ASSERT_TRUE(LeaveAssignmentPage(*upd, kForwards).goOn);
+    char text[kPageTextSize];
+    ConfirmationText(*upd, text, sizeof text);
+    EXPECT_EQ(std::string(text).rfind("Es werden  2  Datens", 0), 0u) << text;
+
+    messages_.clear();
+    ASSERT_TRUE(LeaveConfirmationPage(*upd, kForwards).goOn);
+    EXPECT_TRUE(LeaveConfirmationPage(*upd, kLeaveBackwards).goOn) << "going back runs nothing";
+    ASSERT_TRUE(LeaveConfirmationPage(*upd, kForwards).goOn);
+    EXPECT_EQ(Rows("zahl"), (std::vector<std::string>{"1", "22", "23"}));
+    ResultText(*upd, text, sizeof text);
+    EXPECT_NE(std::string(text).find("allen  2  Datens"), std::string::npos) << text;
+
+    KorvelCopyString(upd->setDesc.get(), Line("zahl", "SFO", "nosuchfield+1", 4).c_str(), upd->setDesc.capacity);
+    PageDecision failed = LeaveConfirmationPage(*upd, kForwards);
+    EXPECT_FALSE(failed.goOn);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+}
+
+TEST_P(RecordWizards, SetClauseKindsChangeTheSelectedRows) {
+    const std::string second = Line("nr", "EQ", "2", 4);
+    struct Case {
+        const char *what;
+        std::string setDesc;
+        const char *column;
+        std::vector<std::string> rows;
+    };
+    const Case cases[] = {
+        {"clear", Line("ort", "SNU", "", 12), "ort", {"Berlin", "-", "Bremen"}},
+        {"fixed value", Line("ort", "SCO", "Hamburg", 12), "ort", {"Berlin", "Hamburg", "Bremen"}},
+        {"field content", Line("zahl", "SFI", "nr", 4), "zahl", {"1", "2", "3"}},
+        {"formula", Line("zahl", "SFO", "nr*100+zahl", 4), "zahl", {"1", "202", "3"}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        long count = -1;
+        EXPECT_EQ(Kodbc_UpdateRecords(hdbc_, "kc_delupd", second.c_str(), c.setDesc.c_str(), &count), KODBC_SUCCESS);
+        EXPECT_EQ(count, 1);
+        EXPECT_EQ(Rows(c.column), c.rows);
+    }
+    EXPECT_TRUE(messages_.entries().empty()) << LastMessage();
+
+    long count = -1;
+    EXPECT_EQ(Kodbc_UpdateRecords(hdbc_, "kc_delupd", Line("nr", "EQ", "9", 4).c_str(), cases[0].setDesc.c_str(),
+                                  &count),
+              KODBC_FAILURE);
+    EXPECT_EQ(count, 0);
+    EXPECT_NE(LastMessage().find("keine Datens"), std::string::npos) << LastMessage();
+    EXPECT_EQ(Kodbc_UpdateRecords(hdbc_, "kc_delupd", nullptr, "", &count), KODBC_FAILURE);
+    EXPECT_EQ(count, 3);
+    EXPECT_NE(LastMessage().find("mindestens ein Feld"), std::string::npos) << LastMessage();
+}
+
+} // namespace
+} // namespace kodbc::test
