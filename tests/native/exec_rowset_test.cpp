@@ -12,7 +12,6 @@
 #include <fstream>
 #include <korvel/korvel32.h>
 #include <sys/file.h>
-#include <sstream>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -48,76 +47,52 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(ExecRowSetTest);
 
-TEST_P(ExecRowSetTest, DefaultSeparatorsSeparateAndDoNotTerminate) {
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'a')");
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (2, 'b')");
-    long lines = 99;
-    ASSERT_EQ(ToFile("SELECT name, id FROM h7_rows_t ORDER BY id", 0, lines), 1);
-    EXPECT_EQ(Written(), "a\t1\nb\t2");
-    EXPECT_EQ(lines, 2);
-    ASSERT_EQ(ToFile("SELECT name, id FROM h7_rows_t ORDER BY id", 0, lines, "", ""), 1);
-    EXPECT_EQ(Written(), "a\t1\nb\t2");
-    ASSERT_EQ(ToFile("SELECT name, id FROM h7_rows_t ORDER BY id", 2, lines, ";", "\r\n"), 1);
-    EXPECT_EQ(Written(), "name;id\r\na;1\r\nb;2");
-    EXPECT_EQ(lines, 3);
-    EXPECT_TRUE(messages_.entries().empty());
-}
-
-TEST_P(ExecRowSetTest, EmptyResultWritesOnlyTheHeader) {
-    long lines = 500;
-    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t", KODBC_ROWSET_HEADER, lines), 1);
-    EXPECT_EQ(Written(), "id\tname");
-    EXPECT_EQ(lines, 1);
-    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t", 0, lines), 1);
-    EXPECT_EQ(Written(), "");
-    EXPECT_EQ(lines, 0);
-}
-
-TEST_P(ExecRowSetTest, QuotesDoubleAndNullTextIsAnEmptyQuotedValue) {
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'O''Neil')");
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (2, NULL)");
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (3, '''x''')");
+// Every flag's exact output over the same three rows: NULL text, NULL
+// number, a quote, a tab and a double quote, a timestamp.
+TEST_P(ExecRowSetTest, FlagsGiveTheirExactOutput) {
+    Exec("INSERT INTO h7_rows_t VALUES (1, 'a', NULL, '2001-02-03 04:05:06')");
+    Exec("INSERT INTO h7_rows_t VALUES (2, NULL, 42, NULL)");
+    Exec("INSERT INTO h7_rows_t VALUES (3, 'O''N\t\"x', 7, NULL)");
+    const char *names = "SELECT name, id FROM h7_rows_t WHERE id < 3 ORDER BY id";
+    const char *texts = "SELECT id, name FROM h7_rows_t ORDER BY id";
+    const char *born = "SELECT born FROM h7_rows_t WHERE id < 3 ORDER BY id";
+    const struct {
+        const char *sql;
+        unsigned flags;
+        const char *fieldSep, *recordSep, *expected;
+        long lines;
+    } cases[] = {
+        // The default separators separate, they do not terminate; empty ones are the defaults.
+        {names, 0, nullptr, nullptr, "a\t1\n\t2", 2},
+        {names, 0, "", "", "a\t1\n\t2", 2},
+        {names, KODBC_ROWSET_HEADER, ";", "\r\n", "name;id\r\na;1\r\n;2", 3},
+        {"SELECT id, name FROM h7_rows_t WHERE id > 9", KODBC_ROWSET_HEADER, nullptr, nullptr, "id\tname", 1},
+        {"SELECT id, name FROM h7_rows_t WHERE id > 9", 0, nullptr, nullptr, "", 0},
+        // Quotes are doubled; NULL text is an empty quoted value.
+        {texts, KODBC_ROWSET_QUOTE_TEXT, ",", nullptr, "1,'a'\n2,''\n3,'O''N\t\"x'", 3},
+        {texts, 0, ",", nullptr, "1,a\n2,\n3,O'N\t\"x", 3},
+        // Encoded text carries no separators or quotes.
+        {texts, KODBC_ROWSET_ENCODE_TEXT, nullptr, nullptr, "1\ta\n2\t\n3\tO\\QN\\t\\qx", 3},
+        {texts, KODBC_ROWSET_ENCODE_TEXT | KODBC_ROWSET_QUOTE_TEXT, ",", nullptr, "1,'a'\n2,''\n3,'O\\QN\\t\\qx'", 3},
+        // NULL numbers are 0 only with the flag.
+        {"SELECT amount, id FROM h7_rows_t ORDER BY id", KODBC_ROWSET_NUMERIC_ZERO, nullptr, nullptr,
+         "0\t1\n42\t2\n7\t3", 3},
+        {"SELECT amount, id FROM h7_rows_t ORDER BY id", 0, nullptr, nullptr, "\t1\n42\t2\n7\t3", 3},
+        {born, KODBC_ROWSET_COMPACT_DATES | KODBC_ROWSET_QUOTE_TEXT, nullptr, nullptr, "'20010203040506'\n''", 2},
+        {born, KODBC_ROWSET_COMPACT_DATES, nullptr, nullptr, "20010203040506\n", 2},
+    };
+    for (const auto &c : cases) {
+        long lines = 99;
+        ASSERT_EQ(ToFile(c.sql, c.flags, lines, c.fieldSep, c.recordSep), 1) << c.sql << " flags " << c.flags;
+        EXPECT_EQ(Written(), c.expected) << c.sql << " flags " << c.flags;
+        EXPECT_EQ(lines, c.lines) << c.sql << " flags " << c.flags;
+    }
+    // Without the flag the driver's own date text stands, unquoted.
     long lines = 0;
-    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t ORDER BY id", KODBC_ROWSET_QUOTE_TEXT, lines, ","), 1);
-    EXPECT_EQ(Written(), "1,'O''Neil'\n2,''\n3,'''x'''");
-    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t ORDER BY id", 0, lines, ","), 1);
-    EXPECT_EQ(Written(), "1,O'Neil\n2,\n3,'x'");
-}
-
-TEST_P(ExecRowSetTest, EncodedTextCarriesNoSeparatorsOrQuotes) {
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'O''N\t\"x')");
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (2, NULL)");
-    long lines = 0;
-    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t ORDER BY id", KODBC_ROWSET_ENCODE_TEXT, lines), 1);
-    EXPECT_EQ(Written(), "1\tO\\QN\\t\\qx\n2\t");
-    ASSERT_EQ(ToFile("SELECT id, name FROM h7_rows_t ORDER BY id",
-                     KODBC_ROWSET_ENCODE_TEXT | KODBC_ROWSET_QUOTE_TEXT, lines, ","), 1);
-    EXPECT_EQ(Written(), "1,'O\\QN\\t\\qx'\n2,''");
-}
-
-TEST_P(ExecRowSetTest, NullNumbersAreZeroOnlyWithTheFlag) {
-    Exec("INSERT INTO h7_rows_t (id, name, amount) VALUES (1, 'a', NULL)");
-    Exec("INSERT INTO h7_rows_t (id, name, amount) VALUES (2, 'b', 42)");
-    long lines = 0;
-    ASSERT_EQ(ToFile("SELECT amount, name FROM h7_rows_t ORDER BY id", KODBC_ROWSET_NUMERIC_ZERO, lines), 1);
-    EXPECT_EQ(Written(), "0\ta\n42\tb");
-    ASSERT_EQ(ToFile("SELECT amount, name FROM h7_rows_t ORDER BY id", 0, lines), 1);
-    EXPECT_EQ(Written(), "\ta\n42\tb");
-}
-
-TEST_P(ExecRowSetTest, CompactDatesWithAndWithoutQuotes) {
-    Exec("INSERT INTO h7_rows_t (id, born) VALUES (1, '2001-02-03 04:05:06')");
-    Exec("INSERT INTO h7_rows_t (id, born) VALUES (2, NULL)");
-    long lines = 0;
-    const char *sql = "SELECT born FROM h7_rows_t ORDER BY id";
-    ASSERT_EQ(ToFile(sql, KODBC_ROWSET_COMPACT_DATES | KODBC_ROWSET_QUOTE_TEXT, lines), 1);
-    EXPECT_EQ(Written(), "'20010203040506'\n''");
-    ASSERT_EQ(ToFile(sql, KODBC_ROWSET_COMPACT_DATES, lines), 1);
-    EXPECT_EQ(Written(), "20010203040506\n");
-    // Without the flag the driver's own text stands, unquoted.
-    ASSERT_EQ(ToFile(sql, KODBC_ROWSET_QUOTE_TEXT, lines), 1);
+    ASSERT_EQ(ToFile(born, KODBC_ROWSET_QUOTE_TEXT, lines), 1);
     EXPECT_EQ(Written().substr(0, 19), "2001-02-03 04:05:06");
     EXPECT_EQ(Written().back(), '\n');
+    EXPECT_TRUE(messages_.entries().empty());
 }
 
 TEST_P(ExecRowSetTest, LinesAreCountedPastTheProgressSteps) {
