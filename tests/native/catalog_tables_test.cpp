@@ -79,18 +79,18 @@ protected:
 KODBC_DATA_SOURCE_TEST_SUITE(CatalogTables);
 
 TEST_P(CatalogTables, TypeFlagsChooseTablesOrViews) {
-    auto tables = List(KODBC_OBJECT_TABLE);
-    EXPECT_TRUE(Contains(tables, "kc_h6_alpha"));
-    EXPECT_FALSE(Contains(tables, "kc_h6_view"));
-    auto views = List(KODBC_OBJECT_VIEW);
-    EXPECT_TRUE(Contains(views, "kc_h6_view"));
-    EXPECT_FALSE(Contains(views, "kc_h6_alpha"));
-    auto both = List(KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW);
-    EXPECT_TRUE(Contains(both, "kc_h6_alpha"));
-    EXPECT_TRUE(Contains(both, "kc_h6_view"));
-    auto all = List(KODBC_OBJECT_ALL);
-    EXPECT_TRUE(Contains(all, "kc_h6_alpha"));
-    EXPECT_TRUE(Contains(all, "kc_h6_view"));
+    const struct {
+        int flags;
+        bool table, view;
+    } cases[] = {{KODBC_OBJECT_TABLE, true, false},
+                 {KODBC_OBJECT_VIEW, false, true},
+                 {KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, true, true},
+                 {KODBC_OBJECT_ALL, true, true}};
+    for (const auto &c : cases) {
+        auto items = List(c.flags);
+        EXPECT_EQ(Contains(items, "kc_h6_alpha"), c.table) << c.flags;
+        EXPECT_EQ(Contains(items, "kc_h6_view"), c.view) << c.flags;
+    }
     EXPECT_TRUE(messages_.entries().empty());
 }
 

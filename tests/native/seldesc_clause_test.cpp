@@ -25,18 +25,12 @@ std::string Where(const std::string &descriptor, int size = 4000, const char *pa
     sqltext::QuoteText quote = sqltext::QuoteText::Fixed(quoteText);
     char chars[4];
     ReadPatternChars(pattern, chars);
-    GuardedBuffer out(size);
-    BuildWhereClause(quote, descriptor.c_str(), out.data(), size, chars);
-    EXPECT_TRUE(out.guards_intact()) << descriptor;
-    return out.text();
+    return Guarded(size, [&](char *out, int n) { BuildWhereClause(quote, descriptor.c_str(), out, n, chars); });
 }
 
 std::string Set(const std::string &descriptor, int size = 4000) {
     sqltext::QuoteText quote = sqltext::QuoteText::Fixed("\"");
-    GuardedBuffer out(size);
-    BuildSetClause(quote, descriptor.c_str(), out.data(), size);
-    EXPECT_TRUE(out.guards_intact()) << descriptor;
-    return out.text();
+    return Guarded(size, [&](char *out, int n) { BuildSetClause(quote, descriptor.c_str(), out, n); });
 }
 
 std::string Typed(const std::string &value, int type) {
@@ -129,14 +123,13 @@ TEST(SelDescWhere, EverySelectionOperator) {
 }
 
 TEST(SelDescWhere, LinesThatGiveNoCondition) {
-    EXPECT_EQ(Where(Line("Ort", "EQ", "", 12)), "");    // value needed
-    EXPECT_EQ(Where(Line("Ort", "IL", "", 12)), "");
-    EXPECT_EQ(Where(Line("Ort", "EQF", "", 12)), "");
-    EXPECT_EQ(Where(Line("Ort", "BW", "", 12)), "");
-    EXPECT_EQ(Where(Line("", "IN", "", 12)), "");       // no field
-    EXPECT_EQ(Where(Line("Ort", "eq", "x", 12)), "");   // unknown keyword
-    EXPECT_EQ(Where(Line("Ort", "SCO", "x", 12)), "");  // assignment keyword
-    EXPECT_EQ(Where("Ort\tEQ"), "");                     // value missing altogether
+    const std::string none[] = {
+        Line("Ort", "EQ", "", 12),  Line("Ort", "IL", "", 12), Line("Ort", "EQF", "", 12),  // value needed
+        Line("Ort", "BW", "", 12),  Line("", "IN", "", 12),                                  // no field
+        Line("Ort", "eq", "x", 12), Line("Ort", "SCO", "x", 12),  // unknown or assignment keyword
+        "Ort\tEQ",                                                  // value missing altogether
+    };
+    for (const std::string &line : none) EXPECT_EQ(Where(line), "") << line;
     // A line without a type or line end still counts; the type is 0 (text).
     EXPECT_EQ(Where("Ort\tEQ\t5"), "(Ort='5')");
     EXPECT_EQ(Where("Ort\tEQ\t5\t-5xyz\n"), "(Ort=5)");

@@ -11,23 +11,18 @@ const char *const kSample = "select a, b as x from t1, OUTER t2 order by a desc,
 
 class SelectScanner : public ::testing::Test {
 protected:
-    std::string Clause(const char *statement, const char *keyword, const char *second = nullptr,
-                       int size = 300, int *result = nullptr) {
-        GuardedBuffer out(size);
-        int rc = Kodbc_Select_Get_Clause(statement, keyword, second, out.data(), size);
-        EXPECT_TRUE(out.guards_intact()) << statement;
-        EXPECT_EQ(rc, 0);
-        if (result) *result = rc;
-        return out.text();
+    std::string Clause(const char *statement, const char *keyword, const char *second = nullptr, int size = 300) {
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(Kodbc_Select_Get_Clause(statement, keyword, second, out, n), 0);
+        });
     }
 
     using ScanFunction = int(KODBC_CALL *)(const char *, const char *, int, char *, int);
     std::string Scan(ScanFunction scan, const char *statement, const char *separator, int expectedResult = 0,
                      int size = 300) {
-        GuardedBuffer out(size);
-        EXPECT_EQ(scan(statement, separator, 0, out.data(), size), expectedResult) << statement;
-        EXPECT_TRUE(out.guards_intact()) << statement;
-        return out.text();
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(scan(statement, separator, 0, out, n), expectedResult) << statement;
+        });
     }
     std::string Fields(const char *statement, const char *separator = ";", int expectedResult = 0, int size = 300) {
         return Scan(Kodbc_Select_Scan_FieldsClause, statement, separator, expectedResult, size);
@@ -36,20 +31,18 @@ protected:
         return Scan(Kodbc_Select_Scan_TablesClause, statement, separator, expectedResult);
     }
     std::string SortKeys(const char *statement, int flags = 0, const char *separator = ";", int size = 300) {
-        GuardedBuffer out(size);
-        EXPECT_EQ(Kodbc_SelectScanOrderByClause(nullptr, statement, separator, flags, out.data(), size), 0);
-        EXPECT_TRUE(out.guards_intact()) << statement;
-        return out.text();
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(Kodbc_SelectScanOrderByClause(nullptr, statement, separator, flags, out, n), 0) << statement;
+        });
     }
 
     using ReplaceFunction = int(KODBC_CALL *)(char *, int, const char *, int);
     std::string Replace(ReplaceFunction replace, const std::string &statement, const char *clause,
                         int size = 300) {
-        GuardedBuffer buffer(size);
-        std::snprintf(buffer.data(), size, "%s", statement.c_str());
-        EXPECT_EQ(replace(buffer.data(), size, clause, 0), 0) << statement;
-        EXPECT_TRUE(buffer.guards_intact()) << statement;
-        return buffer.text();
+        return Guarded(size, [&](char *buffer, int n) {
+            std::snprintf(buffer, static_cast<std::size_t>(n), "%s", statement.c_str());
+            EXPECT_EQ(replace(buffer, n, clause, 0), 0) << statement;
+        });
     }
     static int KODBC_CALL Where(char *statement, int size, const char *clause, int) {
         return Kodbc_Select_Replace_WhereClause(statement, size, clause);
@@ -65,56 +58,59 @@ protected:
     MessageRecorder messages_;
 };
 
-TEST_F(SelectScanner, FindsClausesByKeywordInAnyCase) {
-    EXPECT_EQ(Clause(kSample, "SELECT"), "a, b as x");
-    EXPECT_EQ(Clause(kSample, "from"), "t1, OUTER t2");
-    EXPECT_EQ(Clause(kSample, "ORDER", "BY"), "a desc, b");
-    // GROUP is a clause of its own, ended at once by the keyword BY; the
-    // grouping columns are read as the two-word clause.
-    EXPECT_EQ(Clause("SELECT a FROM t GROUP BY a HAVING Count(*) > 1", "GROUP"), "");
-    EXPECT_EQ(Clause("SELECT a FROM t GROUP BY a HAVING Count(*) > 1", "GROUP", "BY"), "a");
-    EXPECT_EQ(Clause("SELECT a FROM t WHERE x = 1 GROUP BY a", "WHERE"), "x = 1");
-    EXPECT_EQ(Clause("SELECT a FROM t GROUP BY a HAVING Count(*) > 1", "HAVING"), "Count(*) > 1");
-    // Keywords and their second word may be separated by any white space;
-    // trailing white space is not part of the text.
-    EXPECT_EQ(Clause("SELECT a\r\nFROM\tt \r\n ORDER \n BY  b  \r\n", "ORDER", "BY"), "b");
-    EXPECT_EQ(Clause("SELECT a\r\nFROM\tt \r\n ORDER \n BY  b", "FROM"), "t");
-    EXPECT_EQ(Clause(kSample, "WHERE"), "");
-    EXPECT_EQ(Clause("SELECT a FROM t INTO TEMP x", "INTO"), "");  // ends at TEMP at once
-    EXPECT_EQ(Clause("SELECT a FROM t INTO TEMP x", "TEMP"), "x");
-}
-
-TEST_F(SelectScanner, SecondKeywordMustFollowTheFirst) {
-    // "order" as a column is passed over; the clause is the later ORDER BY.
-    EXPECT_EQ(Clause("SELECT order FROM t ORDER BY a", "ORDER", "BY"), "a");
-    EXPECT_EQ(Clause("SELECT a FROM t ORDER x BY a", "ORDER", "BY"), "");
-    EXPECT_EQ(Clause("SELECT a FROM t ORDER", "ORDER", "BY"), "");
-}
-
-TEST_F(SelectScanner, QuotesAndParenthesesHideKeywords) {
-    EXPECT_EQ(Clause("SELECT 'from x', \"where\" FROM t", "SELECT"), "'from x', \"where\"");
-    EXPECT_EQ(Clause("SELECT 'from x', \"where\" FROM t", "WHERE"), "");
+TEST_F(SelectScanner, FindsClauses) {
+    const char *grouped = "SELECT a FROM t GROUP BY a HAVING Count(*) > 1";
     const char *nested = "SELECT (SELECT Max(x) FROM u) m FROM t WHERE y IN (SELECT z FROM w ORDER BY z) ORDER BY m";
-    EXPECT_EQ(Clause(nested, "SELECT"), "(SELECT Max(x) FROM u) m");
-    EXPECT_EQ(Clause(nested, "FROM"), "t");
-    EXPECT_EQ(Clause(nested, "WHERE"), "y IN (SELECT z FROM w ORDER BY z)");
-    EXPECT_EQ(Clause(nested, "ORDER", "BY"), "m");
-    // An unterminated quote runs to the end.
-    EXPECT_EQ(Clause("SELECT 'abc FROM t", "FROM"), "");
-    // A parenthesis inside quotes counts for nothing.
-    EXPECT_EQ(Clause("SELECT ')' FROM t", "FROM"), "t");
+    const std::string tooLong(120, 'F');
+    const struct {
+        const char *statement, *keyword, *second, *clause;
+    } cases[] = {
+        // Keywords in any case.
+        {kSample, "SELECT", nullptr, "a, b as x"},
+        {kSample, "from", nullptr, "t1, OUTER t2"},
+        {kSample, "ORDER", "BY", "a desc, b"},
+        {kSample, "WHERE", nullptr, ""},
+        // GROUP is a clause of its own, ended at once by the keyword BY; the
+        // grouping columns are read as the two-word clause.
+        {grouped, "GROUP", nullptr, ""},
+        {grouped, "GROUP", "BY", "a"},
+        {grouped, "HAVING", nullptr, "Count(*) > 1"},
+        {"SELECT a FROM t WHERE x = 1 GROUP BY a", "WHERE", nullptr, "x = 1"},
+        // Any white space between the words; trailing white space is no part.
+        {"SELECT a\r\nFROM\tt \r\n ORDER \n BY  b  \r\n", "ORDER", "BY", "b"},
+        {"SELECT a\r\nFROM\tt \r\n ORDER \n BY  b", "FROM", nullptr, "t"},
+        {"SELECT a FROM t INTO TEMP x", "INTO", nullptr, ""},  // ends at TEMP at once
+        {"SELECT a FROM t INTO TEMP x", "TEMP", nullptr, "x"},
+        // The second keyword must follow the first: "order" as a column is passed over.
+        {"SELECT order FROM t ORDER BY a", "ORDER", "BY", "a"},
+        {"SELECT a FROM t ORDER x BY a", "ORDER", "BY", ""},
+        {"SELECT a FROM t ORDER", "ORDER", "BY", ""},
+        // Quotes and parentheses hide keywords; an unterminated quote runs to the end.
+        {"SELECT 'from x', \"where\" FROM t", "SELECT", nullptr, "'from x', \"where\""},
+        {"SELECT 'from x', \"where\" FROM t", "WHERE", nullptr, ""},
+        {nested, "SELECT", nullptr, "(SELECT Max(x) FROM u) m"},
+        {nested, "FROM", nullptr, "t"},
+        {nested, "WHERE", nullptr, "y IN (SELECT z FROM w ORDER BY z)"},
+        {nested, "ORDER", "BY", "m"},
+        {"SELECT 'abc FROM t", "FROM", nullptr, ""},
+        {"SELECT ')' FROM t", "FROM", nullptr, "t"},
+        // Words are runs of letters: "_" ends ORDER, which then ends the column list.
+        {"SELECT ORDER_NR FROM t", "SELECT", nullptr, ""},
+        {"SELECT ORDER_NR FROM t", "ORDER", nullptr, "_NR"},
+        {"SELECT x1from FROM t", "SELECT", nullptr, "x1"},
+        {"SELECT fromage FROM t", "SELECT", nullptr, "fromage"},
+        {"SELECT Kunde\xe4nderung FROM t", "SELECT", nullptr, "Kunde\xe4nderung"},
+        {"SELECT a FROM t", tooLong.c_str(), nullptr, ""},
+        // Cut to the buffer; no statement or keyword gives nothing.
+        {nullptr, "FROM", nullptr, ""},
+        {kSample, nullptr, nullptr, ""},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(Clause(c.statement, c.keyword, c.second), c.clause)
+            << (c.statement ? c.statement : "(null)") << " / " << (c.keyword ? c.keyword : "(null)");
+    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 7), "t1, OU");
+    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 1), "");
     EXPECT_EQ(BracketMessages(), 0);
-}
-
-TEST_F(SelectScanner, WordsAreRunsOfLettersOnly) {
-    // ORDER_NR: "_" ends the word ORDER, which then ends the column list.
-    EXPECT_EQ(Clause("SELECT ORDER_NR FROM t", "SELECT"), "");
-    EXPECT_EQ(Clause("SELECT ORDER_NR FROM t", "ORDER"), "_NR");
-    EXPECT_EQ(Clause("SELECT x1from FROM t", "SELECT"), "x1");
-    // Letters joined to a keyword make a longer word: no clause.
-    EXPECT_EQ(Clause("SELECT fromage FROM t", "SELECT"), "fromage");
-    EXPECT_EQ(Clause("SELECT Kunde\xe4nderung FROM t", "SELECT"), "Kunde\xe4nderung");
-    EXPECT_EQ(Clause("SELECT a FROM t", std::string(120, 'F').c_str()), "");
 }
 
 TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
@@ -137,12 +133,7 @@ TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
     EXPECT_EQ(BracketMessages(), 1);
 }
 
-TEST_F(SelectScanner, GetClauseBuffersAndNulls) {
-    int rc = 0;
-    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 7, &rc), "t1, OU");
-    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 1, &rc), "");
-    EXPECT_EQ(Clause(nullptr, "FROM"), "");
-    EXPECT_EQ(Clause(kSample, nullptr), "");
+TEST_F(SelectScanner, GetClauseWithoutBuffer) {
     EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
     char one = 'x';
     EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, &one, 0), -1);

@@ -20,29 +20,22 @@ protected:
     }
 
     std::string Sql92(const char *name, int size = 200) {
-        GuardedBuffer out(size);
-        Kodbc_PrepareNameForSql92(hdbc_, name, out.data(), size);
-        EXPECT_TRUE(out.guards_intact()) << name;
-        return out.text();
+        return Guarded(size, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc_, name, out, n); });
     }
     std::string Format(const char *pattern, const char *a1 = nullptr, const char *a2 = nullptr,
                        const char *a3 = nullptr, const char *a4 = nullptr) {
-        GuardedBuffer out(400);
-        Kodbc_SprintfSqlStatement(hdbc_, out.data(), out.size(), pattern, a1, a2, a3, a4, nullptr, nullptr, nullptr,
-                                  nullptr);
-        EXPECT_TRUE(out.guards_intact()) << pattern;
-        return out.text();
+        return Guarded(400, [&](char *out, int n) {
+            Kodbc_SprintfSqlStatement(hdbc_, out, n, pattern, a1, a2, a3, a4, nullptr, nullptr, nullptr, nullptr);
+        });
     }
     std::string q_;
 };
 
 TEST_P(SqlTextDriver, QuotesWithTheDriversCharacter) {
     ASSERT_TRUE(q_ == "\"" || q_ == "`") << "quote character " << q_;
+    // The text rules themselves are the name preparation's own tests.
     EXPECT_EQ(Sql92("Meine Tabelle"), q_ + "Meine Tabelle" + q_);
     EXPECT_EQ(Sql92((q_ + "Kunden" + q_).c_str()), "Kunden");
-    EXPECT_EQ(Sql92("dbo . Kunden"), "dbo.Kunden");
-    EXPECT_EQ(Sql92("a.b.c"), "a.b.c");
-    EXPECT_EQ(Sql92(" \t "), "");
 
     GuardedBuffer same(40);
     std::strcpy(same.data(), "dbo.Meine Tabelle");

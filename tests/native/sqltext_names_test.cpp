@@ -29,36 +29,38 @@ std::string Sql92(const char *quote, const char *name, int size = 300) {
 }
 
 TEST(SqlTextIdentifier, PlainIdentifierRules) {
-    EXPECT_TRUE(IsPlainSqlIdentifier("Kunden"));
-    EXPECT_TRUE(IsPlainSqlIdentifier("Umsatz$"));
-    EXPECT_TRUE(IsPlainSqlIdentifier("a_1"));
-    EXPECT_FALSE(IsPlainSqlIdentifier(""));
-    EXPECT_FALSE(IsPlainSqlIdentifier("2010"));
-    EXPECT_FALSE(IsPlainSqlIdentifier("_x"));
-    EXPECT_FALSE(IsPlainSqlIdentifier("Meine Tabelle"));
-    EXPECT_FALSE(IsPlainSqlIdentifier("Gr\xf6\xdf" "e"));  // umlaut, ANSI
-    EXPECT_FALSE(IsPlainSqlIdentifier("a.b"));
-    EXPECT_FALSE(IsPlainSqlIdentifier("\"a\""));
+    const std::pair<const char *, bool> cases[] = {
+        {"Kunden", true}, {"Umsatz$", true},  {"a_1", true},           {"", false},
+        {"2010", false},  {"_x", false},      {"Meine Tabelle", false}, {"Gr\xf6\xdf" "e", false},  // ANSI umlaut
+        {"a.b", false},   {"\"a\"", false}};
+    for (const auto &[name, plain] : cases) EXPECT_EQ(IsPlainSqlIdentifier(name), plain) << name;
 }
 
 TEST(SqlTextBracket, QuotesPartsByFlag) {
-    EXPECT_EQ(Bracket("Kunden", 0), "[Kunden]");
-    EXPECT_EQ(Bracket("Kunden", KODBC_PREPARE_KEEP_PLAIN), "Kunden");
-    EXPECT_EQ(Bracket("dbo.Meine Tabelle", 0), "[dbo].[Meine Tabelle]");
-    EXPECT_EQ(Bracket("dbo.Meine Tabelle", 1), "dbo.[Meine Tabelle]");
-    EXPECT_EQ(Bracket("Kunden.*", 0), "[Kunden].*");
-    EXPECT_EQ(Bracket("a.b.c", 0), "[a].[b]");
-    EXPECT_EQ(Bracket("[a]", 1), "[[a]]");
-    EXPECT_EQ(Bracket("2010", 1), "[2010]");
-    EXPECT_EQ(Bracket("_x", 1), "[_x]");
-    EXPECT_EQ(Bracket("Umsatz$", 1), "Umsatz$");
-    EXPECT_EQ(Bracket("a.", 0), "[a]");       // empty second part: no dot
-    EXPECT_EQ(Bracket("a. ", 0), "[a]. ");    // blank part kept as it is
+    const struct {
+        const char *name;
+        int flags;
+        const char *expected;
+    } cases[] = {
+        {"Kunden", 0, "[Kunden]"},
+        {"Kunden", KODBC_PREPARE_KEEP_PLAIN, "Kunden"},
+        {"dbo.Meine Tabelle", 0, "[dbo].[Meine Tabelle]"},
+        {"dbo.Meine Tabelle", 1, "dbo.[Meine Tabelle]"},
+        {"Kunden.*", 0, "[Kunden].*"},
+        {"a.b.c", 0, "[a].[b]"},
+        {"[a]", 1, "[[a]]"},
+        {"2010", 1, "[2010]"},
+        {"_x", 1, "[_x]"},
+        {"Umsatz$", 1, "Umsatz$"},
+        {"a.", 0, "[a]"},      // empty second part: no dot
+        {"a. ", 0, "[a]. "},   // blank part kept as it is
+        {"   ", 0, "   "},     // blank input is left alone
+        {"", 0, ""},
+    };
+    for (const auto &c : cases) EXPECT_EQ(Bracket(c.name, c.flags), c.expected) << c.name << " flags " << c.flags;
 }
 
-TEST(SqlTextBracket, BlankOrTinyInputIsLeftAlone) {
-    EXPECT_EQ(Bracket("   ", 0), "   ");
-    EXPECT_EQ(Bracket("", 0), "");
+TEST(SqlTextBracket, TinyInputIsLeftAlone) {
     PrepareBracketName(nullptr, 10, 0);
     char one[2] = "x";
     PrepareBracketName(one, 0, 0);
@@ -196,35 +198,28 @@ TEST(SqlTextQuoteText, AsksTheDriverAtMostOnceAndOnlyWhenNeeded) {
 }
 
 TEST(SqlTextQuoteIfNotPlain, EnclosesWholeName) {
-    GuardedBuffer name(20);
-    QuoteText dq = QuoteText::Fixed("\"");
-    std::strcpy(name.data(), "dbo.Kunden");
-    QuoteIfNotPlain(dq, name.data(), name.size());
-    EXPECT_EQ(name.text(), "\"dbo.Kunden\"");
-    std::strcpy(name.data(), "Kunden");
-    QuoteIfNotPlain(dq, name.data(), name.size());
-    EXPECT_EQ(name.text(), "Kunden");
-
-    QuoteText blank = QuoteText::Fixed(" ");
-    std::strcpy(name.data(), "Meine Tabelle");
-    QuoteIfNotPlain(blank, name.data(), name.size());
-    EXPECT_EQ(name.text(), " Meine Tabelle ");
-
-    QuoteText none = QuoteText::Fixed("");
-    std::strcpy(name.data(), "Meine Tabelle");
-    QuoteIfNotPlain(none, name.data(), name.size());
-    EXPECT_EQ(name.text(), "Meine Tabelle");
-    EXPECT_TRUE(name.guards_intact());
-
-    GuardedBuffer tight(8);
-    std::strcpy(tight.data(), "a b c");
-    QuoteText bt = QuoteText::Fixed("`");
-    QuoteIfNotPlain(bt, tight.data(), tight.size());
-    EXPECT_EQ(tight.text(), "`a b c`");
-    std::strcpy(tight.data(), "a b c d");
-    QuoteIfNotPlain(bt, tight.data(), tight.size());
-    EXPECT_EQ(tight.text(), "`a b c ");
-    EXPECT_TRUE(tight.guards_intact());
+    const struct {
+        const char *quote, *name;
+        int size;
+        const char *expected;
+    } cases[] = {
+        {"\"", "dbo.Kunden", 20, "\"dbo.Kunden\""},
+        {"\"", "Kunden", 20, "Kunden"},
+        {" ", "Meine Tabelle", 20, " Meine Tabelle "},
+        {"", "Meine Tabelle", 20, "Meine Tabelle"},
+        {"`", "a b c", 8, "`a b c`"},
+        {"`", "a b c d", 8, "`a b c "},  // cut to the buffer
+    };
+    for (const auto &c : cases) {
+        QuoteText quote = QuoteText::Fixed(c.quote);
+        EXPECT_EQ(Guarded(c.size,
+                          [&](char *name, int size) {
+                              std::strcpy(name, c.name);
+                              QuoteIfNotPlain(quote, name, size);
+                          }),
+                  c.expected)
+            << c.name << " with " << c.quote;
+    }
 }
 
 TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
