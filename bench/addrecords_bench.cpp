@@ -28,7 +28,7 @@ namespace {
 constexpr const char *kColumns = "id, qty, price, name, stamp, note";
 constexpr const char *kLayout =
     " (id INTEGER, qty INTEGER, price FLOAT, name VARCHAR(40), stamp DATE, note VARCHAR(100))";
-constexpr int kRuns = 2;
+constexpr int kRuns = 3;
 
 int Silent(const KodbcMessage *message, void *) {
     std::fprintf(stderr, "message: %s\n", message->odbc ? message->odbc->description : message->text);

@@ -173,8 +173,13 @@ AddRecordsDecision LeaveSourceTablePage(AddRecordsContext &context, const char *
     text.append(context.source.DataSourceName);
     text.append('.');
     text.append(context.sourceTable);
-    // Coming back with the same source keeps the user's choices.
-    if (strcasecmp(key, context.analysedKey) == 0) return {};
+    // Coming back with the same source keeps the user's choices; the
+    // connection may have been made anew on the data-source page meanwhile.
+    if (strcasecmp(key, context.analysedKey) == 0) {
+        for (const auto &field : context.fields)
+            if (field) field->sourceConnection = context.sourceDbc;
+        return {};
+    }
     if (!BuildMapping(context)) return StayOnPage();
     CopyName(context.analysedKey, sizeof context.analysedKey, key);
     return {};

@@ -135,6 +135,7 @@ TEST_P(AddRecords, PageChecks) {
     EXPECT_EQ(decision.messageId, 1632);
     EXPECT_EQ(messages_.entries().size(), 1u);
     EXPECT_EQ(LeaveIdFieldsPage(*context_, kRecordModeAdd, "", "").messageId, 0);
+    EXPECT_EQ(SummaryText(*context_), "Es werden 3 Datensätze aus der Quelltabelle importiert.");
 }
 
 TEST_P(AddRecords, StatementBuilders) {
