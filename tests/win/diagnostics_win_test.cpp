@@ -3,12 +3,8 @@
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
+#include "win_support.h"
 
-#include <kodbc/kodbc.h>
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
 #include <string>
 
 namespace {
@@ -19,11 +15,6 @@ using wintest::DialogRobot;
 
 constexpr char kTitle[] = "Fehler beim ODBC-Datenbankzugriff";
 constexpr char kBadStatement[] = "SELECT * FROM kodbc_missing_table";
-
-const char *DataSource() {
-    const char *dsn = std::getenv("KODBC_TEST_DSN");
-    return dsn && *dsn ? dsn : "kodbc_sqlite";
-}
 
 struct Fields {
     std::string statement, description, state, vendor, component, dataSource, close, hint;
@@ -44,25 +35,21 @@ Fields ReadFields(HWND dialog) {
     return f;
 }
 
-class DiagnosticsDialog : public ::testing::Test {
+class DiagnosticsDialog : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
-        DataSourceRecord record = {};
-        lstrcpynA(record.DataSourceName, DataSource(), sizeof record.DataSourceName);
-        ASSERT_EQ(Kodbc_ConnectDataSource(&record, &henv_, &hdbc_), 0) << "data source " << DataSource();
-        ASSERT_EQ(SQLAllocStmt(hdbc_, &hstmt_), SQL_SUCCESS);
+        ConnectedTest::SetUp();
+        if (!HasFatalFailure()) ASSERT_EQ(SQLAllocStmt(hdbc_, &hstmt_), SQL_SUCCESS);
     }
     void TearDown() override {
         if (hstmt_) SQLFreeStmt(hstmt_, SQL_DROP);
-        Kodbc_DisconnectDataSource(&henv_, &hdbc_);
+        ConnectedTest::TearDown();
     }
     void FailStatement() {
         ASSERT_EQ(SQLExecDirect(hstmt_, reinterpret_cast<SQLCHAR *>(const_cast<char *>(kBadStatement)), SQL_NTS),
                   SQL_ERROR);
     }
 
-    SQLHENV henv_ = nullptr;
-    SQLHDBC hdbc_ = nullptr;
     SQLHSTMT hstmt_ = nullptr;
 };
 

@@ -2,17 +2,12 @@
 // message boxes, the statement question of the dump gate, the data-source
 // box, and the registry records on the real registry.
 #include "robot.h"
+#include "win_support.h"
 
-#include <kodbc/kodbc.h>
 #include <kodbc/kodbc_exec.h>
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -20,39 +15,25 @@ using wintest::MessageBoxAnswerer;
 
 constexpr char kLibraryKey[] = "Software\\Korvel Software\\Kodbc";
 
-const char *DataSource() {
-    const char *dsn = std::getenv("KODBC_TEST_DSN");
-    return dsn && *dsn ? dsn : "kodbc_sqlite";
-}
+using wintest::DataSource;
 
 // ---------------------------------------------------------------------------
 // Identity
 
-TEST(Identity, VersionComesFromTheVersionResource) {
+TEST(Identity, VersionAndModuleNameFromTheLoadedModuleCutToTheBuffer) {
+    EXPECT_EQ(Kodbc_GetInstance(), reinterpret_cast<HINSTANCE>(GetModuleHandleA("kodbc.dll")));
     char buffer[32];
     EXPECT_EQ(Kodbc_GetVersion(buffer, sizeof buffer), 7);
     EXPECT_STREQ(buffer, "5.2.0.0");
-}
-
-TEST(Identity, VersionIsCutToTheBuffer) {
-    char buffer[8];
     std::memset(buffer, '#', sizeof buffer);
     EXPECT_EQ(Kodbc_GetVersion(buffer, 4), 3);
     EXPECT_STREQ(buffer, "5.2");
     EXPECT_EQ(buffer[4], '#') << "written past the size";
     EXPECT_EQ(Kodbc_GetVersion(nullptr, 10), 0);
-}
-
-TEST(Identity, ModuleNameIsCutToSizeMinusOne) {
-    char buffer[8];
     std::memset(buffer, '#', sizeof buffer);
     EXPECT_EQ(Kodbc_GetPoloModuleName(buffer, 5), 4);
     EXPECT_STREQ(buffer, "KODB");
     EXPECT_EQ(buffer[5], '#');
-}
-
-TEST(Identity, InstanceIsTheLoadedModule) {
-    EXPECT_EQ(Kodbc_GetInstance(), reinterpret_cast<HINSTANCE>(GetModuleHandleA("kodbc.dll")));
 }
 
 // ---------------------------------------------------------------------------
@@ -72,18 +53,16 @@ TEST(Messages, MissingDataSourceNameIsAStopMessage) {
 }
 
 // The dump gate's question before each statement (dump state bit 4).
-class StatementQuestion : public ::testing::Test {
+class StatementQuestion : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
-        DataSourceRecord record = {};
-        lstrcpynA(record.DataSourceName, DataSource(), sizeof record.DataSourceName);
-        ASSERT_EQ(Kodbc_ConnectDataSource(&record, &henv_, &hdbc_), 0);
+        ConnectedTest::SetUp();
         SetDumpState(4);
     }
     void TearDown() override {
         SetDumpState(0);
-        Exec("DROP TABLE kodbc_win_probe");
-        Kodbc_DisconnectDataSource(&henv_, &hdbc_);
+        Run("DROP TABLE kodbc_win_probe");
+        ConnectedTest::TearDown();
     }
     static void SetDumpState(DWORD state) {
         HKEY key;
@@ -91,14 +70,6 @@ protected:
                   ERROR_SUCCESS);
         RegSetValueExA(key, "SqlDumpState", 0, REG_DWORD, reinterpret_cast<const BYTE *>(&state), sizeof state);
         RegCloseKey(key);
-    }
-    // Runs a statement past the library; true when it succeeded.
-    bool Exec(const char *sql) {
-        SQLHSTMT stmt = nullptr;
-        if (SQLAllocStmt(hdbc_, &stmt) != SQL_SUCCESS) return false;
-        SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql)), SQL_NTS);
-        SQLFreeStmt(stmt, SQL_DROP);
-        return SQL_SUCCEEDED(rc);
     }
     int Perform(int answer, std::vector<wintest::MessageBoxSeen> &seen) {
         MessageBoxAnswerer answerer("SQL-Befehl", answer);
@@ -108,8 +79,6 @@ protected:
     }
 
     static constexpr const char *kCreate = "CREATE TABLE kodbc_win_probe (a INTEGER)";
-    SQLHENV henv_ = nullptr;
-    SQLHDBC hdbc_ = nullptr;
 };
 
 TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatement) {
@@ -118,16 +87,16 @@ TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatement) {
     ASSERT_EQ(seen.size(), 1u);
     EXPECT_EQ(seen[0].text, kCreate);
     EXPECT_TRUE(seen[0].yes && seen[0].no && seen[0].cancel) << "yes/no/cancel expected";
-    EXPECT_FALSE(Exec("SELECT * FROM kodbc_win_probe")) << "cancelled statement ran";
+    EXPECT_FALSE(Run("SELECT * FROM kodbc_win_probe")) << "cancelled statement ran";
 }
 
 TEST_F(StatementQuestion, NoRefusesYesRuns) {
     std::vector<wintest::MessageBoxSeen> seen;
     EXPECT_EQ(Perform(IDNO, seen), 2);
-    EXPECT_FALSE(Exec("SELECT * FROM kodbc_win_probe")) << "refused statement ran";
+    EXPECT_FALSE(Run("SELECT * FROM kodbc_win_probe")) << "refused statement ran";
     EXPECT_EQ(Perform(IDYES, seen), 1);
     ASSERT_EQ(seen.size(), 1u);
-    EXPECT_TRUE(Exec("SELECT * FROM kodbc_win_probe")) << "accepted statement did not run";
+    EXPECT_TRUE(Run("SELECT * FROM kodbc_win_probe")) << "accepted statement did not run";
 }
 
 // ---------------------------------------------------------------------------
@@ -188,17 +157,6 @@ std::vector<std::string> DriverManagerNames() {
     return names;
 }
 
-std::vector<std::string> BoxEntries(HWND box, bool combo) {
-    std::vector<std::string> entries;
-    int count = static_cast<int>(SendMessageA(box, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
-    for (int i = 0; i < count; ++i) {
-        char text[256] = {};
-        SendMessageA(box, combo ? CB_GETLBTEXT : LB_GETTEXT, i, reinterpret_cast<LPARAM>(text));
-        entries.emplace_back(text);
-    }
-    return entries;
-}
-
 TEST(DataSourcesBox, FillsListAndComboBoxWithEveryDataSource) {
     HWND dialog = CreateBoxDialog();
     ASSERT_NE(dialog, nullptr);
@@ -218,8 +176,8 @@ TEST(DataSourcesBox, FillsListAndComboBoxWithEveryDataSource) {
     std::vector<std::string> expected = DriverManagerNames();
     ASSERT_FALSE(expected.empty());
     EXPECT_NE(std::find(expected.begin(), expected.end(), DataSource()), expected.end());
-    EXPECT_EQ(BoxEntries(list, false), expected);
-    EXPECT_EQ(BoxEntries(combo, true), expected);
+    EXPECT_EQ(wintest::BoxTexts(list), expected);
+    EXPECT_EQ(wintest::BoxTexts(combo), expected);
     DestroyWindow(dialog);
 }
 

@@ -2,6 +2,7 @@
 // links the platform library too): boxes, registry, code pages, files,
 // progress window and temporary notice.
 #include "robot.h"
+#include "win_support.h"
 
 #include <korvel/korvel32.h>
 
@@ -15,24 +16,12 @@ namespace {
 constexpr char kKey[] = "Software\\Korvel Software\\KodbcWinTest";
 
 // A hidden list box and combo box to work on.
-class Boxes : public ::testing::Test {
+class Boxes : public wintest::BoxesTest {
 protected:
-    void SetUp() override {
-        list_ = CreateWindowExA(0, "LISTBOX", "", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
-        combo_ = CreateWindowExA(0, "COMBOBOX", "", WS_POPUP | CBS_DROPDOWNLIST, 0, 0, 100, 100, nullptr, nullptr,
-                                 nullptr, nullptr);
-        ASSERT_TRUE(list_ && combo_);
-    }
-    void TearDown() override {
-        DestroyWindow(list_);
-        DestroyWindow(combo_);
-    }
     static std::string Entry(HWND box, int index) {
         char text[64];
         return Korvel_GetBoxEntry(box, index, text, sizeof text) >= 0 ? text : "<none>";
     }
-    HWND list_ = nullptr;
-    HWND combo_ = nullptr;
 };
 
 TEST_F(Boxes, TellsListFromComboBox) {

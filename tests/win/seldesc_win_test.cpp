@@ -1,13 +1,9 @@
 // Descriptors into and out of real condition rows: a window with the
 // selection editor's rows (five in the first group, one in each of three
 // more), read back and driven with messages.
-#include <kodbc/kodbc.h>
-
-#include <gtest/gtest.h>
+#include "win_support.h"
 
 #include <cstring>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -27,29 +23,10 @@ const OpDescDialogItem kRows[] = {
 
 const char *kFieldList = "Ort\t12\tUmsatz\t8\tDatum\t9\tKunden Nr\t4";
 
-struct Entry {
-    std::string text;
-    LPARAM data;
-    bool operator==(const Entry &other) const { return text == other.text && data == other.data; }
-};
+using wintest::IsCombo;
+using Entry = wintest::BoxLine;
 
-bool IsCombo(HWND box) {
-    char cls[32] = {};
-    GetClassNameA(box, cls, sizeof cls);
-    return _stricmp(cls, "ComboBox") == 0;
-}
-
-std::vector<Entry> Entries(HWND box) {
-    const bool combo = IsCombo(box);
-    int count = static_cast<int>(SendMessageA(box, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
-    std::vector<Entry> out;
-    for (int i = 0; i < count; ++i) {
-        char text[300] = {};
-        SendMessageA(box, combo ? CB_GETLBTEXT : LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
-        out.push_back({text, SendMessageA(box, combo ? CB_GETITEMDATA : LB_GETITEMDATA, static_cast<WPARAM>(i), 0)});
-    }
-    return out;
-}
+std::vector<Entry> Entries(HWND box) { return wintest::BoxLines(box); }
 
 class SelDescRows : public ::testing::Test {
 protected:

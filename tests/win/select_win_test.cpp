@@ -1,16 +1,10 @@
 // SELECT clauses in real list and combo boxes, read back with messages, and
 // the alias dialog driven by the robot.
-#include <kodbc/kodbc.h>
-
 #include "robot.h"
 #include "select/alias_dialog_ids.h"
+#include "win_support.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
 #include <cstring>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -19,37 +13,10 @@ using wintest::MessageBoxAnswerer;
 
 const char kAliasTitle[] = "Eingabe eines neuen Verwendungs-Namens";
 
-const char *DataSource() {
-    const char *dsn = std::getenv("KODBC_TEST_DSN");
-    return dsn && *dsn ? dsn : "kodbc_sqlite";
-}
+using wintest::IsCombo;
+using Line = wintest::BoxLine;
 
-bool IsCombo(HWND box) {
-    char cls[32] = {};
-    GetClassNameA(box, cls, sizeof cls);
-    return _stricmp(cls, "ComboBox") == 0;
-}
-
-// One box line as the box holds it.
-struct Line {
-    std::string text;
-    LPARAM data;
-    bool operator==(const Line &other) const { return text == other.text && data == other.data; }
-};
-std::ostream &operator<<(std::ostream &os, const Line &line) { return os << '"' << line.text << "\"/" << line.data; }
-
-std::vector<Line> Lines(HWND box) {
-    const bool combo = IsCombo(box);
-    int count = static_cast<int>(SendMessageA(box, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
-    std::vector<Line> out;
-    for (int i = 0; i < count; ++i) {
-        char text[300] = {};
-        SendMessageA(box, combo ? CB_GETLBTEXT : LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
-        LPARAM data = SendMessageA(box, combo ? CB_GETITEMDATA : LB_GETITEMDATA, static_cast<WPARAM>(i), 0);
-        out.push_back({text, data});
-    }
-    return out;
-}
+std::vector<Line> Lines(HWND box) { return wintest::BoxLines(box); }
 
 int Selected(HWND box) {
     return static_cast<int>(SendMessageA(box, IsCombo(box) ? CB_GETCURSEL : LB_GETCURSEL, 0, 0));
@@ -65,29 +32,13 @@ void Put(HWND box, const std::vector<Line> &lines) {
     }
 }
 
-class SelectBoxes : public ::testing::Test {
+class SelectBoxes : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
-        DataSourceRecord source{};
-        std::strncpy(source.DataSourceName, DataSource(), sizeof source.DataSourceName - 1);
-        ASSERT_EQ(Kodbc_ConnectDataSource(&source, &henv_, &hdbc_), KODBC_CONNECTED);
-        q_ = std::string(1, Kodbc_GetDelimiter(hdbc_));
-        // Unsorted boxes: the lines stay where the library puts them.
-        list_ = CreateWindowA("LISTBOX", "", WS_POPUP | LBS_NOTIFY, 0, 0, 200, 200, nullptr, nullptr, nullptr, nullptr);
-        combo_ = CreateWindowA("COMBOBOX", "", WS_POPUP | CBS_DROPDOWNLIST, 0, 0, 200, 200, nullptr, nullptr, nullptr,
-                               nullptr);
-        ASSERT_TRUE(list_ && combo_);
-    }
-    void TearDown() override {
-        if (list_) DestroyWindow(list_);
-        if (combo_) DestroyWindow(combo_);
-        Kodbc_DisconnectDataSource(&henv_, &hdbc_);
+        ConnectedTest::SetUp();
+        if (!HasFatalFailure()) q_ = std::string(1, Kodbc_GetDelimiter(hdbc_));
     }
     std::string Q(const std::string &name) const { return q_ + name + q_; }
-
-    SQLHENV henv_ = nullptr;
-    SQLHDBC hdbc_ = nullptr;
-    HWND list_ = nullptr, combo_ = nullptr;
     std::string q_;
 };
 
