@@ -24,23 +24,17 @@ protected:
 KODBC_DATA_SOURCE_TEST_SUITE(ExecNamesTest);
 
 TEST_P(ExecNamesTest, ColumnNamesOfATable) {
-    GuardedBuffer out(100);
-    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_t", nullptr, 0, nullptr, nullptr, out.data(),
-                                    out.size()), 1);
-    EXPECT_EQ(out.text(), "id\tname\tamount");
-    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_t", "", 0, ", ", nullptr, out.data(), out.size()), 1);
-    EXPECT_EQ(out.text(), "id, name, amount");
-    EXPECT_TRUE(out.guards_intact());
-    GuardedBuffer small(9);
-    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_t", nullptr, 0, nullptr, nullptr, small.data(),
-                                    small.size()), 1);
-    EXPECT_EQ(small.text(), "id\tname\t");
-    EXPECT_TRUE(small.guards_intact());
-    // An unknown table simply has no columns.
-    ASSERT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "h7_names_missing", nullptr, 0, nullptr, nullptr, out.data(),
-                                    out.size()), 1);
-    EXPECT_EQ(out.text(), "");
-    EXPECT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, "", nullptr, 0, nullptr, nullptr, out.data(), out.size()), 2);
+    auto names = [&](const char *table, const char *schema, const char *separator, int size, int result = 1) {
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, table, schema, 0, separator, nullptr, out, n), result)
+                << table;
+        });
+    };
+    EXPECT_EQ(names("h7_names_t", nullptr, nullptr, 100), "id\tname\tamount");
+    EXPECT_EQ(names("h7_names_t", "", ", ", 100), "id, name, amount");
+    EXPECT_EQ(names("h7_names_t", nullptr, nullptr, 9), "id\tname\t");
+    EXPECT_EQ(names("h7_names_missing", nullptr, nullptr, 100), "");  // an unknown table simply has no columns
+    names("", nullptr, nullptr, 100, 2);
     EXPECT_TRUE(messages_.entries().empty());
 }
 

@@ -5,24 +5,21 @@
 
 #include <cstring>
 
+using kodbc::test::Guarded;
 using kodbc::test::GuardedBuffer;
 
 TEST(PlatformStrings, CopyCutsToSizeAndKeepsGuards) {
-    GuardedBuffer buf(5);
-    EXPECT_EQ(KorvelCopyString(buf.data(), "KODBCDLL", buf.size()), 4);
-    EXPECT_EQ(buf.text(), "KODB");
-    EXPECT_TRUE(buf.guards_intact());
-
-    GuardedBuffer exact(9);
-    EXPECT_EQ(KorvelCopyString(exact.data(), "KODBCDLL", exact.size()), 8);
-    EXPECT_EQ(exact.text(), "KODBCDLL");
-    EXPECT_TRUE(exact.guards_intact());
-
-    GuardedBuffer one(1);
-    EXPECT_EQ(KorvelCopyString(one.data(), "abc", one.size()), 0);
-    EXPECT_EQ(one.text(), "");
-    EXPECT_TRUE(one.guards_intact());
-
+    const struct {
+        const char *text;
+        int size, length;
+        const char *copied;
+    } cases[] = {{"KODBCDLL", 5, 4, "KODB"}, {"KODBCDLL", 9, 8, "KODBCDLL"}, {"abc", 1, 0, ""}};
+    for (const auto &c : cases) {
+        int length = -1;
+        EXPECT_EQ(Guarded(c.size, [&](char *out, int n) { length = KorvelCopyString(out, c.text, n); }), c.copied)
+            << c.size;
+        EXPECT_EQ(length, c.length) << c.size;
+    }
     GuardedBuffer none(4);
     EXPECT_EQ(KorvelCopyString(none.data(), "abc", 0), 0);
     EXPECT_EQ(none.data()[0], '\x7f') << "size 0 must not write at all";

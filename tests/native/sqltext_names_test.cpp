@@ -12,20 +12,16 @@ namespace {
 using namespace kodbc::sqltext;
 
 std::string Bracket(const std::string &name, int flags, int size = 200) {
-    GuardedBuffer buffer(size);
     EXPECT_LT(name.size(), static_cast<std::size_t>(size));
-    std::memcpy(buffer.data(), name.c_str(), name.size() + 1);
-    PrepareBracketName(buffer.data(), size, flags);
-    EXPECT_TRUE(buffer.guards_intact()) << name;
-    return buffer.text();
+    return Guarded(size, [&](char *buffer, int n) {
+        std::memcpy(buffer, name.c_str(), name.size() + 1);
+        PrepareBracketName(buffer, n, flags);
+    });
 }
 
 std::string Sql92(const char *quote, const char *name, int size = 300) {
     QuoteText q = QuoteText::Fixed(quote);
-    GuardedBuffer out(size);
-    EXPECT_TRUE(PrepareSql92Name(q, name, out.data(), size));
-    EXPECT_TRUE(out.guards_intact()) << name;
-    return out.text();
+    return Guarded(size, [&](char *out, int n) { EXPECT_TRUE(PrepareSql92Name(q, name, out, n)) << name; });
 }
 
 TEST(SqlTextIdentifier, PlainIdentifierRules) {
@@ -77,27 +73,28 @@ TEST(SqlTextBracket, CutsPartsAndResult) {
 }
 
 TEST(SqlTextBracket, ListIsTabSeparatedAndCommaJoined) {
-    GuardedBuffer out(100);
-    PrepareBracketNameList("A B\tC", ',', out.data(), out.size(), 0);
-    EXPECT_EQ(out.text(), "[A B],[C]");
-    PrepareBracketNameList("A B\tC", ';', out.data(), out.size(), 1);
-    EXPECT_EQ(out.text(), "[A B],C");
-    // The separator argument does not choose the cut.
-    PrepareBracketNameList("A,B", ',', out.data(), out.size(), 0);
-    EXPECT_EQ(out.text(), "[A,B]");
-    EXPECT_TRUE(out.guards_intact());
-
-    GuardedBuffer small(6);
-    PrepareBracketNameList("Alpha\tBeta", ',', small.data(), small.size(), 0);
-    EXPECT_EQ(small.text(), "[Alph");
-    EXPECT_TRUE(small.guards_intact());
-
-    std::strcpy(out.data(), "old");
-    PrepareBracketNameList(nullptr, ',', out.data(), out.size(), 0);
-    EXPECT_EQ(out.text(), "");
-    std::strcpy(out.data(), "old");
-    PrepareBracketNameList("a", '\0', out.data(), out.size(), 0);
-    EXPECT_EQ(out.text(), "");
+    const struct {
+        const char *names;
+        char separator;
+        int flags, size;
+        const char *expected;
+    } cases[] = {
+        {"A B\tC", ',', 0, 100, "[A B],[C]"},
+        {"A B\tC", ';', 1, 100, "[A B],C"},
+        {"A,B", ',', 0, 100, "[A,B]"},  // the separator argument does not choose the cut
+        {"Alpha\tBeta", ',', 0, 6, "[Alph"},
+        {nullptr, ',', 0, 100, ""},
+        {"a", '\0', 0, 100, ""},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(Guarded(c.size,
+                          [&](char *out, int n) {
+                              std::strcpy(out, "old");
+                              PrepareBracketNameList(c.names, c.separator, out, n, c.flags);
+                          }),
+                  c.expected)
+            << (c.names ? c.names : "(null)");
+    }
 }
 
 class SqlTextSql92 : public ::testing::TestWithParam<const char *> {};
