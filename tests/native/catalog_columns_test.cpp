@@ -83,21 +83,16 @@ TEST_P(CatalogColumns, MissingColumnShowsTheDriversError) {
 }
 
 TEST_P(CatalogColumns, PrimaryKeyColumnsInKeyOrder) {
-    GuardedBuffer tab(100), comma(100), tight(2);
-    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", 0, nullptr, tab.data(), tab.size()), KODBC_SUCCESS);
-    EXPECT_EQ(tab.text(), "a\tb");
-    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", KODBC_PK_QUOTE, ",", comma.data(), comma.size()),
-              KODBC_SUCCESS);
-    EXPECT_EQ(comma.text(), "a,b");
-    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", 0, ",", tight.data(), tight.size()), KODBC_SUCCESS);
-    EXPECT_EQ(tight.text(), "a");
-    EXPECT_TRUE(tab.guards_intact() && comma.guards_intact() && tight.guards_intact());
-
-    GuardedBuffer none(100);
-    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_cols", 0, nullptr, none.data(), none.size()), KODBC_SUCCESS);
-    EXPECT_EQ(none.text(), "");
-    EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "  ", 0, nullptr, none.data(), none.size()), KODBC_SUCCESS);
-    EXPECT_EQ(none.text(), "");
+    auto keys = [&](const char *table, int flags, const char *separator, int size) {
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, table, flags, separator, out, n), KODBC_SUCCESS) << table;
+        });
+    };
+    EXPECT_EQ(keys("kc_h6_pk", 0, nullptr, 100), "a\tb");
+    EXPECT_EQ(keys("kc_h6_pk", KODBC_PK_QUOTE, ",", 100), "a,b");
+    EXPECT_EQ(keys("kc_h6_pk", 0, ",", 2), "a");
+    EXPECT_EQ(keys("kc_h6_cols", 0, nullptr, 100), "");
+    EXPECT_EQ(keys("  ", 0, nullptr, 100), "");
     EXPECT_EQ(Kodbc_GetPrimaryKeyColumns(hdbc_, "kc_h6_pk", 0, nullptr, nullptr, 100), KODBC_FAILURE);
     EXPECT_TRUE(messages_.entries().empty());
 }

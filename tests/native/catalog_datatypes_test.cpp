@@ -39,31 +39,31 @@ TEST(CatalogDataTypes, TableRowsInOfferOrder) {
 }
 
 TEST(CatalogDataTypes, ColumnTemplatesAndDisplayNames) {
+    const struct {
+        int code, length, size;
+        const char *columnTemplate;
+    } templates[] = {{KODBC_TYPE_FIXED_TEXT, 20, 40, "CHAR (20)"},
+                     {KODBC_TYPE_DATETIME, 20, 40, "DATETIME"},
+                     {KODBC_TYPE_VAR_TEXT, 255, 8, "VARCHAR"}};  // cut to the buffer
+    for (const auto &t : templates)
+        EXPECT_EQ(Guarded(t.size, [&](char *out, int n) { FormatColumnTemplate(FindDataType(t.code), t.length, out, n); }),
+                  t.columnTemplate);
     char text[40];
     EXPECT_EQ(FormatColumnTemplate(FindDataType(KODBC_TYPE_FIXED_TEXT), 20, text, sizeof text), 9);
-    EXPECT_STREQ(text, "CHAR (20)");
-    FormatColumnTemplate(FindDataType(KODBC_TYPE_DATETIME), 20, text, sizeof text);
-    EXPECT_STREQ(text, "DATETIME");
-    GuardedBuffer cut(8);
-    FormatColumnTemplate(FindDataType(KODBC_TYPE_VAR_TEXT), 255, cut.data(), cut.size());
-    EXPECT_EQ(cut.text(), "VARCHAR");
-    EXPECT_TRUE(cut.guards_intact());
-
-    DataTypeDisplayName(KODBC_TYPE_DATETIME, text, sizeof text);
-    EXPECT_STREQ(text, "Datum/Zeit");
-    DataTypeDisplayName(KODBC_TYPE_VAR_TEXT, text, sizeof text);
-    EXPECT_STREQ(text, "VarText");
-    DataTypeDisplayName(6, text, sizeof text);
-    EXPECT_STREQ(text, "Unbekannter Typ");
+    const std::pair<int, const char *> names[] = {
+        {KODBC_TYPE_DATETIME, "Datum/Zeit"}, {KODBC_TYPE_VAR_TEXT, "VarText"}, {6, "Unbekannter Typ"}};
+    for (const auto &[code, name] : names) {
+        DataTypeDisplayName(code, text, sizeof text);
+        EXPECT_STREQ(text, name) << code;
+    }
 }
 
 std::string Converted(const char *value, int sqlType, int size = 64, char mark = ',') {
-    GuardedBuffer buffer(size);
-    std::strncpy(buffer.data(), value, static_cast<std::size_t>(size) - 1);
-    buffer.data()[size - 1] = '\0';
-    Kodbc_OdbcDataToString(buffer.data(), buffer.size(), sqlType, mark);
-    EXPECT_TRUE(buffer.guards_intact());
-    return buffer.text();
+    return Guarded(size, [&](char *buffer, int n) {
+        std::strncpy(buffer, value, static_cast<std::size_t>(n) - 1);
+        buffer[n - 1] = '\0';
+        Kodbc_OdbcDataToString(buffer, n, sqlType, mark);
+    });
 }
 
 TEST(CatalogOdbcDataToString, DecimalMarkOnlyForDecimalTypes) {
