@@ -47,43 +47,27 @@ std::string List(const std::string &value, int type) {
     return buffer;
 }
 
-TEST(SelDescTables, EntriesInBoxOrderWithFlagsAndLabels) {
-    struct Row {
-        unsigned code;
-        const char *keyword;
-        unsigned flags;
-        unsigned label;
-    };
-    const std::vector<Row> selection = {
-        {101, "BW", 0, 1904}, {108, "CT", 0, 1905}, {109, "IN", 1, 1913}, {110, "NN", 1, 1912},
-        {102, "EQ", 4, 1906}, {103, "NE", 4, 1918}, {104, "GT", 4, 1910}, {105, "GE", 4, 1908},
-        {106, "LT", 4, 1916}, {107, "LE", 4, 1914}, {111, "IL", 8, 1923}, {201, "EQF", 2, 1907},
-        {202, "NEF", 2, 1919}, {203, "GTF", 2, 1911}, {204, "GEF", 2, 1909}, {205, "LTF", 2, 1917},
-        {206, "LEF", 2, 1915}};
-    const std::vector<Row> assignment = {
-        {300, "SNU", 1, 2167}, {301, "SCO", 4, 2168}, {302, "SFI", 2, 2169}, {303, "SFO", 0, 2170}};
-    for (auto [kind, rows] : {std::pair{OPDESC_SELECTION, selection}, std::pair{OPDESC_ASSIGNMENT, assignment}}) {
-        const OpDescOperator *table = OperatorTable(kind);
-        ASSERT_NE(table, nullptr);
-        std::size_t i = 0;
-        for (; table[i].code != 0; ++i) {
-            ASSERT_LT(i, rows.size());
-            EXPECT_EQ(table[i].code, rows[i].code);
-            EXPECT_STREQ(table[i].keyword, rows[i].keyword);
-            EXPECT_EQ(table[i].flags, rows[i].flags) << rows[i].keyword;
-            EXPECT_EQ(table[i].label, rows[i].label) << rows[i].keyword;
-            EXPECT_EQ(FindByKeyword(table, rows[i].keyword), &table[i]);
-            EXPECT_EQ(FindByCode(table, rows[i].code), &table[i]);
+// Keywords and flags show in the clauses below; what only the boxes show is
+// the order, the codes and the labels.
+TEST(SelDescTables, EntriesInBoxOrderWithCodesAndLabels) {
+    auto listing = [](int kind) {
+        std::string out;
+        for (const OpDescOperator *op = OperatorTable(kind); op && op->code != 0; ++op) {
+            out += std::to_string(op->code) + ":" + std::to_string(op->label) + " ";
+            EXPECT_EQ(FindByKeyword(OperatorTable(kind), op->keyword), op) << op->keyword;
+            EXPECT_EQ(FindByCode(OperatorTable(kind), op->code), op) << op->code;
         }
-        EXPECT_EQ(i, rows.size());
-        EXPECT_EQ(FindByCode(table, 0), nullptr);
-    }
+        return out;
+    };
+    EXPECT_EQ(listing(OPDESC_SELECTION), "101:1904 108:1905 109:1913 110:1912 102:1906 103:1918 104:1910 105:1908 "
+                                         "106:1916 107:1914 111:1923 201:1907 202:1919 203:1911 204:1909 205:1917 "
+                                         "206:1915 ");
+    EXPECT_EQ(listing(OPDESC_ASSIGNMENT), "300:2167 301:2168 302:2169 303:2170 ");
+    EXPECT_EQ(FindByCode(OperatorTable(OPDESC_SELECTION), 0), nullptr);
     EXPECT_EQ(OperatorTable(0), nullptr);
     EXPECT_EQ(OperatorTable(3), nullptr);
     // Keywords are compared with case and exactly.
-    EXPECT_EQ(FindByKeyword(OperatorTable(OPDESC_SELECTION), "bw"), nullptr);
     EXPECT_EQ(FindByKeyword(OperatorTable(OPDESC_SELECTION), "BW "), nullptr);
-    EXPECT_EQ(FindByKeyword(OperatorTable(OPDESC_SELECTION), "SNU"), nullptr);
 }
 
 TEST(SelDescWhere, EverySelectionOperator) {
