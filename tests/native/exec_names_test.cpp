@@ -96,26 +96,23 @@ TEST_P(ExecNamesTest, UniqueTableNames) {
     Exec("CREATE TABLE h7_kunden (id INTEGER)");
     Exec("CREATE TABLE h7_kunden_1 (id INTEGER)");
     Exec("CREATE TABLE h7_kunden_3 (id INTEGER)");
-    GuardedBuffer name(40);
-    std::strcpy(name.data(), "h7_kunden");
-    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
-    EXPECT_EQ(name.text(), "h7_kunden_2");
-    std::strcpy(name.data(), "H7_KUNDEN_1");
-    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
-    EXPECT_EQ(name.text(), "H7_KUNDEN_1_1");
-    std::strcpy(name.data(), "h7_kunden_free");
-    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
-    EXPECT_EQ(name.text(), "h7_kunden_free");
-    name.data()[0] = '\0';
-    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name.data(), name.size(), 0), 1);
-    EXPECT_EQ(name.text(), "_1");
-    EXPECT_TRUE(name.guards_intact());
-    // The result is cut to the caller's size.
-    GuardedBuffer cut(10);
-    std::strcpy(cut.data(), "h7_kunden");
-    ASSERT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, cut.data(), cut.size(), 0), 1);
-    EXPECT_EQ(cut.text(), "h7_kunden");
-    EXPECT_TRUE(cut.guards_intact());
+    const struct {
+        const char *name;
+        int size;
+        const char *unique;
+    } cases[] = {{"h7_kunden", 40, "h7_kunden_2"},
+                 {"H7_KUNDEN_1", 40, "H7_KUNDEN_1_1"},
+                 {"h7_kunden_free", 40, "h7_kunden_free"},
+                 {"", 40, "_1"},
+                 {"h7_kunden", 10, "h7_kunden"}};  // cut to the caller's size
+    for (const auto &c : cases)
+        EXPECT_EQ(Guarded(c.size,
+                          [&](char *name, int n) {
+                              std::strcpy(name, c.name);
+                              EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name, n, 0), 1);
+                          }),
+                  c.unique)
+            << c.name << " in " << c.size;
     EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, nullptr, 10, 0), 2);
     EXPECT_TRUE(messages_.entries().empty());
 }

@@ -121,26 +121,26 @@ TEST_P(TableOps, RenameOntoAnExistingNameCopiesNothingAndSaysNothing) {
 
 TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
     Exec("CREATE TABLE kc_h9_adr_1 (id INTEGER)");
-    GuardedBuffer name(40);
-    std::strcpy(name.data(), "kc_h9_adr");
-    Kodbc_CreateUniqueTableName(hdbc_, name.data(), name.size());
-    EXPECT_EQ(name.text(), "kc_h9_adr_2");
-    // A free name stays, an empty one becomes _1 (free here).
-    std::strcpy(name.data(), "kc_h9_free");
-    Kodbc_CreateUniqueTableName(hdbc_, name.data(), name.size());
-    EXPECT_EQ(name.text(), "kc_h9_free");
-    name.data()[0] = '\0';
-    Kodbc_CreateUniqueTableName(hdbc_, name.data(), name.size());
-    EXPECT_EQ(name.text(), "_1");
-    EXPECT_TRUE(name.guards_intact());
-
-    // Each candidate is cut to the buffer: with room for "kc_h9_adr_" only
-    // the number never shows, and the search ends instead of running on.
-    GuardedBuffer small(11);
-    std::strcpy(small.data(), "kc_h9_adr");
-    Kodbc_CreateUniqueTableName(hdbc_, small.data(), small.size());
-    EXPECT_EQ(small.text(), "kc_h9_adr_");
-    EXPECT_TRUE(small.guards_intact());
+    const struct {
+        const char *name;
+        int size;
+        const char *unique;
+    } cases[] = {
+        {"kc_h9_adr", 40, "kc_h9_adr_2"},
+        {"kc_h9_free", 40, "kc_h9_free"},  // a free name stays
+        {"", 40, "_1"},                    // an empty one becomes _1 (free here)
+        // Each candidate is cut to the buffer: with room for "kc_h9_adr_" only
+        // the number never shows, and the search ends instead of running on.
+        {"kc_h9_adr", 11, "kc_h9_adr_"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(Guarded(c.size,
+                          [&](char *name, int n) {
+                              std::strcpy(name, c.name);
+                              Kodbc_CreateUniqueTableName(hdbc_, name, n);
+                          }),
+                  c.unique)
+            << c.name << " in " << c.size;
     EXPECT_TRUE(messages_.entries().empty());
 }
 
