@@ -7,7 +7,6 @@
 
 #include <kodbc/kodbc_wizards.h>
 
-#include <cstring>
 #include <new>
 #include <strings.h>
 
@@ -22,7 +21,7 @@ std::unique_ptr<DeleteRecordsContext> CreateDeleteRecordsContext(SQLHDBC hdbc, c
         return nullptr;
     }
     context->hdbc = hdbc;
-    if (table) std::memcpy(&context->table, table, sizeof context->table);
+    CopyTableRecord(context->table, table);
     context->reserved = reserved;
     return context;
 }

@@ -14,6 +14,7 @@
 #include <kodbc/kodbc_tableops.h>
 
 #include <cstdio>
+#include <cstring>
 #include <new>
 
 namespace kodbc::wizards {
@@ -30,6 +31,12 @@ bool OwnedText::allocate(int size) noexcept {
     capacity = text ? size : 0;
     clear();
     return text != nullptr;
+}
+
+void CopyTableRecord(TableRecord &to, const TableRecord *from) noexcept {
+    if (from) std::memcpy(&to, from, sizeof to);
+    else std::memset(&to, 0, sizeof to);
+    to.Object.DbObjectName[sizeof to.Object.DbObjectName - 1] = '\0';
 }
 
 void StoreTableName(TableRecord &table, const char *name) noexcept {

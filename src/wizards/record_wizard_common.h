@@ -62,6 +62,10 @@ struct OwnedText {
     char *get() const noexcept { return text.get(); }
 };
 
+// The caller's record into a context (zeros for null), its name
+// terminated within its 50 bytes.
+void CopyTableRecord(TableRecord &to, const TableRecord *from) noexcept;
+
 // The chosen table into the record's name (cut to 49 characters).
 void StoreTableName(TableRecord &table, const char *name) noexcept;
 

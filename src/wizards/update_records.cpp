@@ -8,7 +8,6 @@
 #include <kodbc/kodbc_seldesc.h>
 #include <kodbc/kodbc_wizards.h>
 
-#include <cstring>
 #include <new>
 
 namespace kodbc::wizards {
@@ -31,7 +30,7 @@ std::unique_ptr<UpdateRecordsContext> CreateUpdateRecordsContext(SQLHDBC hdbc, c
         return nullptr;
     }
     context->hdbc = hdbc;
-    if (table) std::memcpy(&context->table, table, sizeof context->table);
+    CopyTableRecord(context->table, table);
     context->reserved = reserved;
     return context;
 }
