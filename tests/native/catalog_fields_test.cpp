@@ -19,10 +19,9 @@ protected:
              " INTEGER)");
     }
     std::string Fields(const char *tables, int flags, const char *separator = nullptr, int size = 2000) {
-        GuardedBuffer out(size);
-        EXPECT_EQ(Kodbc_GetFields(hdbc_, tables, flags, separator, out.data(), out.size()), KODBC_SUCCESS);
-        EXPECT_TRUE(out.guards_intact());
-        return out.text();
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(Kodbc_GetFields(hdbc_, tables, flags, separator, out, n), KODBC_SUCCESS);
+        });
     }
     std::string quote_;
 };

@@ -33,14 +33,9 @@ protected:
         char list[2000];
         ASSERT_EQ(Kodbc_GetFields(hdbc_, "kc_h10_sel", KODBC_FIELDS_WITH_TYPE, "\t", list, sizeof list),
                   KODBC_SUCCESS);
-        std::string rest = list;
-        while (!rest.empty()) {
-            std::size_t a = rest.find('\t');
-            ASSERT_NE(a, std::string::npos) << list;
-            std::size_t b = rest.find('\t', a + 1);
-            types_[rest.substr(0, a)] = std::stoi(rest.substr(a + 1, b == std::string::npos ? b : b - a - 1));
-            rest = b == std::string::npos ? "" : rest.substr(b + 1);
-        }
+        const std::vector<std::string> items = Split(list, "\t");  // name, type, name, type, ...
+        ASSERT_EQ(items.size() % 2, 0u) << list;
+        for (std::size_t i = 0; i < items.size(); i += 2) types_[items[i]] = std::stoi(items[i + 1]);
     }
 
     std::string Line(const std::string &field, const char *keyword, const std::string &value) {
@@ -48,26 +43,16 @@ protected:
     }
 
     std::string Where(const std::string &descriptor) {
-        GuardedBuffer where(2000);
-        EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(hdbc_, descriptor.c_str(), where.data(), where.size()), 0);
-        EXPECT_TRUE(where.guards_intact());
-        return where.text();
+        return Guarded(2000, [&](char *where, int n) {
+            EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(hdbc_, descriptor.c_str(), where, n), 0) << descriptor;
+        });
     }
 
     long Count(const std::string &descriptor) {
         std::string where = Where(descriptor);
-        std::string sql = "SELECT COUNT(*) FROM kc_h10_sel";
-        if (!where.empty()) sql += " WHERE " + where;
-        SQLHSTMT stmt = nullptr;
-        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
-        SQLINTEGER count = -1;
-        SQLLEN indicator = 0;
-        bool ran = SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(sql.data()), SQL_NTS)) &&
-                   SQL_SUCCEEDED(SQLFetch(stmt)) &&
-                   SQL_SUCCEEDED(SQLGetData(stmt, 1, SQL_C_SLONG, &count, 0, &indicator));
-        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-        EXPECT_TRUE(ran) << sql;
-        return ran ? count : -1;
+        const std::vector<std::string> count =
+            Column("SELECT COUNT(*) FROM kc_h10_sel" + (where.empty() ? "" : " WHERE " + where));
+        return count.size() == 1 ? std::stol(count[0]) : -1;
     }
 
     std::string quote_;

@@ -25,10 +25,9 @@ protected:
 
     using ConnectedScan = int(KODBC_CALL *)(SQLHDBC, const char *, const char *, int, char *, int);
     std::string Scan(ConnectedScan scan, const std::string &statement, int flags = 0, int size = 300) {
-        GuardedBuffer out(size);
-        EXPECT_EQ(scan(hdbc_, statement.c_str(), ";", flags, out.data(), size), 0) << statement;
-        EXPECT_TRUE(out.guards_intact()) << statement;
-        return out.text();
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(scan(hdbc_, statement.c_str(), ";", flags, out, n), 0) << statement;
+        });
     }
 
     std::string q_;
