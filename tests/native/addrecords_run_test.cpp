@@ -138,6 +138,23 @@ TEST_P(AddRecords, PageChecks) {
     EXPECT_EQ(SummaryText(*context_), "Es werden 3 Datensätze aus der Quelltabelle importiert.");
 }
 
+TEST_P(AddRecords, SourcePagesRememberTheirChoices) {
+    DataSourceRecord entered{};
+    EXPECT_EQ(LeaveSourceDataSourcePage(*context_, entered).messageId, 1608);
+    std::strcpy(entered.DataSourceName, GetParam().c_str());
+    context_->sourceDbc = nullptr;  // from here on the context connects by itself
+    EXPECT_FALSE(LeaveSourceDataSourcePage(*context_, entered).stays());
+    EXPECT_NE(context_->sourceDbc, nullptr);
+    LeaveIdFieldsPage(*context_, kRecordModeAdd, "nr", "id2");
+    auto reloaded = CreateAddRecordsContext(hdbc_, nullptr);
+    EXPECT_STREQ(reloaded->source.DataSourceName, GetParam().c_str());
+    EXPECT_STREQ(reloaded->sourceTable, "ar_src");
+    EXPECT_STREQ(reloaded->sourceIdField, "nr");
+    EXPECT_STREQ(reloaded->destIdField, "id2");
+    ActivateSourceDataSourcePage(*context_);
+    EXPECT_EQ(context_->sourceDbc, nullptr);
+}
+
 TEST_P(AddRecords, StatementBuilders) {
     AddRecFieldList fields;
     auto add = [&](const char *name, int type, int mode, const char *value, bool readOnly = false) {
