@@ -43,20 +43,6 @@ bool ReadOptionalDescriptor(const std::string &path, std::string &descriptor) {
     return path.empty() || ReadDescriptor(path, descriptor);
 }
 
-// Asks the way the library asks: through the message handler the tool has
-// installed (a terminal answers, anything else gets No).
-bool Confirm(const char *question) {
-#ifdef _WIN32
-    return MessageBoxA(nullptr, question, "kodbc", MB_YESNO | MB_ICONQUESTION) == IDYES;
-#else
-    KodbcMessageHandler handler = Kodbc_SetMessageHandler(nullptr, nullptr);
-    Kodbc_SetMessageHandler(handler, nullptr);
-    if (!handler) return false;
-    KodbcMessage message{KODBC_MESSAGE_YESNO, "kodbc", question, nullptr};
-    return handler(&message, nullptr) == KODBC_ANSWER_YES;
-#endif
-}
-
 } // namespace
 
 int DeleteRecords(const std::string &dsn, const Login &login, const std::string &table,

@@ -57,6 +57,16 @@ int Handle(const KodbcMessage *message, void *) {
 
 } // namespace
 
+bool Confirm(const std::string &question) {
+#ifdef _WIN32
+    if (g_assumeYes) return true;
+    return MessageBoxA(nullptr, question.c_str(), "kodbc", MB_YESNO | MB_ICONQUESTION) == IDYES;
+#else
+    KodbcMessage message{KODBC_MESSAGE_YESNO, "kodbc", question.c_str(), nullptr};
+    return Ask(message) == KODBC_ANSWER_YES;
+#endif
+}
+
 void InstallMessageHandler(bool assumeYes) {
     g_assumeYes = assumeYes;
     Kodbc_SetMessageHandler(&Handle, nullptr);

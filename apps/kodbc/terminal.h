@@ -20,6 +20,10 @@ inline constexpr int kExitUsage = 2;
 // get the safe answer.
 void InstallMessageHandler(bool assumeYes);
 
+// Asks a yes/no question the way the library's questions are asked (on the
+// terminal, Yes under --yes, No without a terminal). True for Yes.
+bool Confirm(const std::string &question);
+
 // A connection that disconnects when it goes out of scope.
 class Connection {
 public:
