@@ -151,6 +151,55 @@ KODBC_API int KODBC_CALL Kodbc_AddRecords(SQLHDBC destination, const char *desti
                                           const char *sourceTable, const KodbcAddRecordsOptions *options,
                                           KodbcAddRecordsResult *result);
 
+#ifdef _WIN32
+/*
+** The add-records wizard (Windows). Six pages in the wizard frame: the
+** destination table, the source data source, the source table, the field
+** mapping (a list of the destination fields with what each is filled
+** with; the dialog "Eigenschaften Importiertes Feld" and a pop-up menu
+** change it), the identifying fields and a summary. Nothing is written
+** before "Fertigstellen"; then the records are copied as Kodbc_AddRecords
+** does it, under a progress indicator that can be cancelled.
+**
+** Kodbc_AddRecordsWizzard: destination is the open connection of the
+** destination table; table (may be null) names the preselected destination
+** table and, in its object type, the kinds of tables listed; its last 40
+** bytes are kept. The source data source, source table and identifying
+** fields are preset from the registry (HKEY_CURRENT_USER, the library's key,
+** subkey "AddRecords") and written back there as the pages are left.
+** Returns 1 when the wizard was finished and the records were processed
+** (also when the run was cancelled or stopped by a failed statement: what
+** was written stays), and then writes the whole table record back with the
+** chosen destination table; 2 when it was cancelled, could not be run, ran
+** out of memory (1600) or the source query failed (shown). The source
+** connection the wizard opened is closed on every path.
+*/
+KODBC_API int KODBC_CALL Kodbc_AddRecordsWizzard(SQLHDBC destination, TableRecord *table);
+
+/*
+** AddRecsWizzCallback: the wizard's step callback, called by the wizard
+** frame for every message of every page (wizard: the frame's handle, page:
+** the page's template number, then the page window's message). Returns 0
+** when the handle names no running add-records wizard or the message was
+** not handled, 1 when it was. A page-leave message (WM_USER+2) answers
+** through the 32-bit value lParam points to (nothing when lParam is null):
+** 1 the page may be left, 2 it stays; backwards (wParam 2) is always 1.
+*/
+KODBC_API int KODBC_CALL AddRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                             LPARAM lParam);
+
+/*
+** EditAddRecFieldDialogCallback: the dialog procedure of dialog 10035
+** ("Eigenschaften Importiertes Feld"); WM_INITDIALOG's lParam is the
+** wizard's field entry the dialog edits (null: the dialog shows nothing and
+** only closes). The dialog ends with 1 after "OK" stored the choice in the
+** entry, 0 when cancelled or when the choice could not be stored (a
+** read-only field, a source field whose properties cannot be read).
+** Returns TRUE for the messages it handled, FALSE otherwise.
+*/
+KODBC_API INT_PTR KODBC_CALL EditAddRecFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+#endif
+
 #ifdef __cplusplus
 }
 #endif

@@ -12,6 +12,9 @@ namespace {
 
 constexpr int kPollMs = 50;
 constexpr int kPaintMs = 400;
+// Robots whose action is running: the windows they drive may stay open as
+// long as the action needs (its waits are bounded), so the watchdog waits.
+std::atomic<int> g_acting{0};
 
 struct Search {
     const std::string *title;
@@ -163,7 +166,11 @@ void DialogRobot::Run() {
                 Sleep(kPaintMs);
                 if (!shot_.empty()) SaveScreenshot(search.found, shot_);
                 found_ = true;
-                if (action_) action_(search.found);
+                if (action_) {
+                    ++g_acting;
+                    action_(search.found);
+                    --g_acting;
+                }
                 start = std::chrono::steady_clock::now();  // the action gets its own time to close it
             } else if (elapsed.count() >= timeoutMs_) {
                 // Unexpected, or left open by the action: never let the test hang.
@@ -274,6 +281,11 @@ private:
     void Run() {
         std::vector<std::pair<HWND, int>> ages;
         while (!stop_) {
+            if (g_acting > 0) {
+                ages.clear();
+                Sleep(250);
+                continue;
+            }
             std::vector<HWND> open;
             EnumWindows(Collect, reinterpret_cast<LPARAM>(&open));
             std::vector<std::pair<HWND, int>> next;

@@ -1,0 +1,549 @@
+// The add-records wizard's windows: six pages in the wizard frame, the
+// field properties dialog and the mapping list's pop-up menu. They move
+// data between their controls and the wizard's context; what is allowed,
+// what a row says and what the run does is decided in add_records.cpp and
+// add_records_run.cpp.
+#include "wizards/add_records.h"
+#include "wizards/add_records_run.h"
+#include "wizards/add_records_wizard_ids.h"
+#include "wizards/record_wizard_common.h"
+
+#include "internal/library.h"
+
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_catalog.h>
+#include <kodbc/kodbc_connect.h>
+#include <kodbc/kodbc_wizards.h>
+
+#include <commctrl.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace kodbc;
+using namespace kodbc::wizards;
+
+namespace {
+
+constexpr UINT kActivate = WM_USER + 1;
+constexpr UINT kLeave = WM_USER + 2;
+constexpr int kReserved15 = 15;
+constexpr int kBoxTextSize = 300;
+constexpr int kMenuTextSize = 100;
+constexpr int kHeaderSize = 200;
+
+constexpr KorvelWizardPage kPages[] = {
+    {IDD_ADDREC_DEST_TABLE, {0, 0}}, {IDD_ADDREC_SOURCE_DSN, {0, 0}}, {IDD_ADDREC_SOURCE_TABLE, {0, 0}},
+    {IDD_ADDREC_MAPPING, {0, 0}},    {IDD_ADDREC_ID_FIELDS, {0, 0}},  {IDD_ADDREC_SUMMARY, {0, 0}},
+    {0, {0, 0}},
+};
+
+// ---------------------------------------------------------------------------
+// Controls
+
+HWND Item(HWND page, int id) { return GetDlgItem(page, id); }
+
+std::string ItemText(HWND page, int id) {
+    char text[kBoxTextSize] = {};
+    GetDlgItemTextA(page, id, text, sizeof text);
+    return text;
+}
+
+// The selected entry of a list or combo box; empty for none.
+std::string BoxSelection(HWND box) {
+    char text[kBoxTextSize] = {};
+    const int index = Korvel_GetBoxIndex(box);
+    if (index < 0 || Korvel_GetBoxEntry(box, index, text, sizeof text) < 0) return {};
+    return text;
+}
+
+// Selects the entry that is exactly name, else the first.
+void SelectExactOrFirst(HWND box, const char *name) {
+    const int count = Korvel_GetBoxCount(box);
+    for (int i = 0; i < count; ++i) {
+        char text[kBoxTextSize] = {};
+        Korvel_GetBoxEntry(box, i, text, sizeof text);
+        if (name && std::strcmp(text, name) == 0) {
+            Korvel_SetBoxIndex(box, i);
+            return;
+        }
+    }
+    if (count > 0) Korvel_SetBoxIndex(box, 0);
+}
+
+// The focus goes through the frame, the dialog that owns the page.
+void Focus(HWND page, int id) {
+    SendMessageA(GetParent(page), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(page, id)), TRUE);
+}
+
+void Answer(LPARAM lParam, int answer) {
+    if (lParam) *reinterpret_cast<int32_t *>(lParam) = answer;
+}
+
+// The destination table's name as a terminated string (the record's name
+// field need not carry a terminator).
+std::string DestinationTable(const AddRecordsContext &context) {
+    const char *name = context.table.Object.DbObjectName;
+    return std::string(name, strnlen(name, sizeof context.table.Object.DbObjectName));
+}
+
+// ---------------------------------------------------------------------------
+// Mapping list
+
+int SelectedRowCount(HWND list) { return static_cast<int>(SendMessageA(list, LVM_GETSELECTEDCOUNT, 0, 0)); }
+
+int FirstSelectedRow(HWND list) {
+    return static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+}
+
+std::vector<int> SelectedRows(HWND list) {
+    std::vector<int> rows;
+    for (int row = FirstSelectedRow(list); row >= 0;
+         row = static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED)))
+        rows.push_back(row);
+    return rows;
+}
+
+void SetRowSelected(HWND list, int row, bool selected) {
+    LVITEMA item = {};
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    item.state = selected ? LVIS_SELECTED | LVIS_FOCUSED : 0;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
+void ShowRowTexts(HWND list, int row, const AddRecField &field) {
+    const MappingRowTexts texts = MappingRowText(field);
+    Korvel_ListView_SetItemText(list, row, 0, texts.destination.c_str());
+    Korvel_ListView_SetItemText(list, row, 1, texts.destinationType.c_str());
+    Korvel_ListView_SetItemText(list, row, 2, texts.source.c_str());
+    Korvel_ListView_SetItemText(list, row, 3, texts.sourceType.c_str());
+}
+
+// Columns from string 1974: caption and width, alternating, split by "|".
+void AddMappingColumns(HWND list) {
+    char header[kHeaderSize];
+    LoadLibraryString(LibraryInstance(), msg::HEADER_FIELD_MAPPING, header, sizeof header);
+    int column = 0;
+    char *rest = header;
+    while (rest && *rest) {
+        char *bar = std::strchr(rest, '|');
+        if (bar) *bar = '\0';
+        const char *caption = rest;
+        int width = 100;
+        rest = bar ? bar + 1 : nullptr;
+        if (rest) {
+            width = std::atoi(rest);
+            bar = std::strchr(rest, '|');
+            rest = bar ? bar + 1 : nullptr;
+        }
+        Korvel_ListView_AddColumn(list, column++, caption, width);
+    }
+    SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+}
+
+void UpdatePropertiesButton(HWND page) {
+    EnableWindow(Item(page, IDC_ADDREC_PROPERTIES), SelectedRowCount(Item(page, IDC_ADDREC_MAPPING_LIST)) > 0);
+}
+
+void FillMappingList(AddRecordsContext &context, HWND page) {
+    HWND list = Item(page, IDC_ADDREC_MAPPING_LIST);
+    SendMessageA(list, LVM_DELETEALLITEMS, 0, 0);
+    const int rows = MappingRowCount(context.fields);
+    for (int row = 0; row < rows; ++row) {
+        const AddRecField *field = MappingRowEntry(context.fields, row);
+        if (Korvel_ListView_AddItem(list, row, field->destinationName.c_str()) < 0) break;
+        ShowRowTexts(list, row, *field);
+    }
+}
+
+// The properties dialog for the first selected row; the row shows the
+// choice afterwards.
+void EditFirstSelectedRow(AddRecordsContext &context, HWND page) {
+    HWND list = Item(page, IDC_ADDREC_MAPPING_LIST);
+    const int row = FirstSelectedRow(list);
+    AddRecField *field = MappingRowEntry(context.fields, row);
+    if (!field) return;
+    if (LibraryDialogBox(&EditAddRecFieldDialogCallback, IDD_ADDREC_FIELD, GetAncestor(page, GA_ROOT),
+                         reinterpret_cast<LPARAM>(field)) == 1)
+        ShowRowTexts(list, row, *field);
+}
+
+void LeaveSelectedRowsEmpty(AddRecordsContext &context, HWND page) {
+    HWND list = Item(page, IDC_ADDREC_MAPPING_LIST);
+    const std::vector<int> rows = SelectedRows(list);
+    LeaveRowsEmpty(context.fields, rows);
+    for (int row : rows)
+        if (const AddRecField *field = MappingRowEntry(context.fields, row)) ShowRowTexts(list, row, *field);
+}
+
+// Menu 114 at the point of the click; what is chosen arrives as the page's
+// WM_COMMAND, as it would from the menu's owner.
+void ShowFieldMenu(HWND page, POINT at) {
+    HMENU menu = LoadMenuA(LibraryInstance(), MAKEINTRESOURCEA(IDM_ADDREC_FIELD_MENU));
+    if (!menu) return;
+    HMENU popup = GetSubMenu(menu, 0);
+    for (int id : {IDM_ADDREC_LEAVE_EMPTY, IDM_ADDREC_PROPERTIES}) {
+        char text[kMenuTextSize] = {};
+        GetMenuStringA(popup, static_cast<UINT>(id), text, sizeof text, MF_BYCOMMAND);
+        Polo_TranslateString(kModuleName, nullptr, text, sizeof text);
+        ModifyMenuA(popup, static_cast<UINT>(id), MF_BYCOMMAND | MF_STRING, static_cast<UINT_PTR>(id), text);
+    }
+    const bool one = SelectedRowCount(Item(page, IDC_ADDREC_MAPPING_LIST)) == 1;
+    EnableMenuItem(popup, IDM_ADDREC_PROPERTIES, MF_BYCOMMAND | (one ? MF_ENABLED : MF_GRAYED));
+    const int chosen = static_cast<int>(TrackPopupMenu(popup, TPM_LEFTALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD,
+                                                       at.x, at.y, 0, page, nullptr));
+    DestroyMenu(menu);
+    if (chosen) PostMessageA(page, WM_COMMAND, MAKEWPARAM(chosen, 0), 0);
+}
+
+// ---------------------------------------------------------------------------
+// Pages. Each returns 1 for a message it handled.
+
+int DestinationTablePage(AddRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND list = Item(page, IDC_ADDREC_DEST_LIST);
+    switch (message) {
+    case kActivate:
+        Kodbc_FillTablesBox(context.destination, context.table.Object.DbObjectType, list);
+        SelectExactOrFirst(list, DestinationTable(context).c_str());
+        return 1;
+    case WM_COMMAND:
+        if (LOWORD(wParam) != IDC_ADDREC_DEST_LIST || HIWORD(wParam) != LBN_SELCHANGE) return 0;
+        StoreTableName(context.table, BoxSelection(list).c_str());
+        return 1;
+    case kLeave:
+        if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
+            const AddRecordsDecision decision = LeaveDestinationTablePage(context, BoxSelection(list).c_str());
+            if (decision.stays()) Focus(page, IDC_ADDREC_DEST_LIST);
+            Answer(lParam, decision.answer);
+        }
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+int SourceDataSourcePage(AddRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND list = Item(page, IDC_ADDREC_DSN_LIST);
+    switch (message) {
+    case kActivate:
+        Kodbc_FillDataSourcesBox(list);
+        SelectExactOrFirst(list, context.source.DataSourceName);
+        SetItemText(page, IDC_ADDREC_USER, context.source.UserId);
+        SetItemText(page, IDC_ADDREC_PASSWORD, context.source.Password);
+        ActivateSourceDataSourcePage(context);
+        return 1;
+    case kLeave:
+        if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
+            DataSourceRecord entered = context.source;
+            KorvelCopyString(entered.DataSourceName, BoxSelection(list).c_str(), sizeof entered.DataSourceName);
+            GetDlgItemTextA(page, IDC_ADDREC_USER, entered.UserId, sizeof entered.UserId);
+            GetDlgItemTextA(page, IDC_ADDREC_PASSWORD, entered.Password, sizeof entered.Password);
+            const AddRecordsDecision decision = LeaveSourceDataSourcePage(context, entered);
+            if (decision.messageId) Focus(page, IDC_ADDREC_DSN_LIST);
+            Answer(lParam, decision.answer);
+        }
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+void FillSourceTables(AddRecordsContext &context, HWND page) {
+    HWND list = Item(page, IDC_ADDREC_SOURCE_LIST);
+    Kodbc_FillTablesBox(context.sourceDbc, context.sourceFilter, list);
+    SelectExactOrFirst(list, context.sourceTable);
+}
+
+int SourceTablePage(AddRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case kActivate:
+        CheckDlgButton(page, IDC_ADDREC_FILTER_TABLES, (context.sourceFilter & kSourceFilterTables) != 0);
+        CheckDlgButton(page, IDC_ADDREC_FILTER_QUERIES, (context.sourceFilter & kSourceFilterQueries) != 0);
+        CheckDlgButton(page, IDC_ADDREC_FILTER_ALL, (context.sourceFilter & kSourceFilterAll) != 0);
+        FillSourceTables(context, page);
+        return 1;
+    case WM_COMMAND:
+        switch (LOWORD(wParam)) {
+        case IDC_ADDREC_FILTER_TABLES:
+        case IDC_ADDREC_FILTER_QUERIES:
+        case IDC_ADDREC_FILTER_ALL:
+            if (HIWORD(wParam) != BN_CLICKED) return 0;
+            context.sourceFilter = SourceFilterFromChecks(IsDlgButtonChecked(page, IDC_ADDREC_FILTER_TABLES) != 0,
+                                                          IsDlgButtonChecked(page, IDC_ADDREC_FILTER_QUERIES) != 0,
+                                                          IsDlgButtonChecked(page, IDC_ADDREC_FILTER_ALL) != 0);
+            FillSourceTables(context, page);
+            return 1;
+        default:
+            return 0;
+        }
+    case kLeave:
+        if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
+            const AddRecordsDecision decision =
+                LeaveSourceTablePage(context, BoxSelection(Item(page, IDC_ADDREC_SOURCE_LIST)).c_str());
+            if (decision.messageId) Focus(page, IDC_ADDREC_SOURCE_LIST);
+            Answer(lParam, decision.answer);
+        }
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+int MappingPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND list = Item(page, IDC_ADDREC_MAPPING_LIST);
+    switch (message) {
+    case WM_INITDIALOG:
+        AddMappingColumns(list);
+        return 1;
+    case kActivate:
+        FillMappingList(context, page);
+        Focus(page, IDC_ADDREC_MAPPING_LIST);
+        UpdatePropertiesButton(page);
+        return 1;
+    case WM_NOTIFY: {
+        const auto *header = reinterpret_cast<const NMHDR *>(lParam);
+        if (!header || header->idFrom != IDC_ADDREC_MAPPING_LIST) return 0;
+        switch (header->code) {
+        case LVN_ITEMCHANGED:
+            UpdatePropertiesButton(page);
+            return 1;
+        case NM_DBLCLK:
+            EditFirstSelectedRow(context, page);
+            return 1;
+        case NM_RCLICK: {
+            POINT at = reinterpret_cast<const NMITEMACTIVATE *>(lParam)->ptAction;
+            ClientToScreen(list, &at);
+            ShowFieldMenu(page, at);
+            return 1;
+        }
+        default:
+            return 0;
+        }
+    }
+    case WM_COMMAND:
+        switch (LOWORD(wParam)) {
+        case IDC_ADDREC_PROPERTIES:
+        case IDM_ADDREC_PROPERTIES:
+            EditFirstSelectedRow(context, page);
+            return 1;
+        case IDM_ADDREC_LEAVE_EMPTY:
+            LeaveSelectedRowsEmpty(context, page);
+            return 1;
+        default:
+            return 0;
+        }
+    case kLeave:
+        if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
+            const AddRecordsDecision decision = LeaveMappingPage(context);
+            if (decision.focusRow >= 0) {
+                SetRowSelected(list, -1, false);  // -1: every row
+                SetRowSelected(list, decision.focusRow, true);
+                Focus(page, IDC_ADDREC_MAPPING_LIST);
+            }
+            Answer(lParam, decision.answer);
+        }
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+void EnableIdFieldLists(const AddRecordsContext &context, HWND page) {
+    const bool enabled = IdFieldListsEnabled(context.recordMode);
+    for (int id : {IDC_ADDREC_DEST_ID_LABEL, IDC_ADDREC_DEST_ID, IDC_ADDREC_SOURCE_ID_LABEL, IDC_ADDREC_SOURCE_ID})
+        EnableWindow(Item(page, id), enabled);
+}
+
+int IdFieldsPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case kActivate: {
+        HWND source = Item(page, IDC_ADDREC_SOURCE_ID), destination = Item(page, IDC_ADDREC_DEST_ID);
+        Kodbc_FillFieldsBox(context.sourceDbc, context.sourceTable, 0, source);
+        Kodbc_FillFieldsBox(context.destination, DestinationTable(context).c_str(), 0, destination);
+        SelectExactOrFirst(source, context.sourceIdField);
+        SelectExactOrFirst(destination, context.destIdField);
+        CheckRadioButton(page, IDC_ADDREC_MODE_ADD, IDC_ADDREC_MODE_REPLACE, context.recordMode);
+        EnableIdFieldLists(context, page);
+        return 1;
+    }
+    case WM_COMMAND:
+        if ((LOWORD(wParam) != IDC_ADDREC_MODE_ADD && LOWORD(wParam) != IDC_ADDREC_MODE_REPLACE) ||
+            HIWORD(wParam) != BN_CLICKED)
+            return 0;
+        context.recordMode = LOWORD(wParam);
+        CheckRadioButton(page, IDC_ADDREC_MODE_ADD, IDC_ADDREC_MODE_REPLACE, context.recordMode);
+        EnableIdFieldLists(context, page);
+        return 1;
+    case kLeave:
+        if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
+            const AddRecordsDecision decision =
+                LeaveIdFieldsPage(context, context.recordMode, BoxSelection(Item(page, IDC_ADDREC_SOURCE_ID)).c_str(),
+                                  BoxSelection(Item(page, IDC_ADDREC_DEST_ID)).c_str());
+            Answer(lParam, decision.answer);
+        }
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+int SummaryPage(AddRecordsContext &context, HWND page, UINT message, WPARAM, LPARAM lParam) {
+    switch (message) {
+    case kActivate:
+        SetItemText(page, IDC_ADDREC_FINISH_TEXT, SummaryText(context).c_str());
+        return 1;
+    case kLeave:
+        Answer(lParam, kPageLeave);
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+int DispatchPage(AddRecordsContext &context, int page, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == kLeave && !IsLeavingForwards(static_cast<unsigned>(wParam))) {
+        Answer(lParam, kPageLeave);
+        return 1;
+    }
+    int handled = 0;
+    switch (page) {
+    case IDD_ADDREC_DEST_TABLE: handled = DestinationTablePage(context, window, message, wParam, lParam); break;
+    case IDD_ADDREC_SOURCE_DSN: handled = SourceDataSourcePage(context, window, message, wParam, lParam); break;
+    case IDD_ADDREC_SOURCE_TABLE: handled = SourceTablePage(context, window, message, wParam, lParam); break;
+    case IDD_ADDREC_MAPPING: handled = MappingPage(context, window, message, wParam, lParam); break;
+    case IDD_ADDREC_ID_FIELDS: handled = IdFieldsPage(context, window, message, wParam, lParam); break;
+    case IDD_ADDREC_SUMMARY: handled = SummaryPage(context, window, message, wParam, lParam); break;
+    default: return 0;
+    }
+    return message == WM_INITDIALOG ? 1 : handled;
+}
+
+// ---------------------------------------------------------------------------
+// Field properties dialog 10035
+
+struct FieldDialogControl {
+    int id;
+    int mode;  // the fill mode whose radio button enables the control
+};
+constexpr FieldDialogControl kFillControls[] = {
+    {IDC_ADDREC_FIELD_FIXED, kFillFixedValue},
+    {IDC_ADDREC_FIELD_SOURCE_LABEL, kFillSourceField},
+    {IDC_ADDREC_FIELD_SOURCE, kFillSourceField},
+};
+
+int CheckedFillMode(HWND dialog) {
+    for (int mode : {kFillLeaveEmpty, kFillFixedValue, kFillSourceField})
+        if (IsDlgButtonChecked(dialog, mode) == BST_CHECKED) return mode;
+    return kFillLeaveEmpty;
+}
+
+void EnableFillControls(HWND dialog, const AddRecField &field) {
+    const int checked = CheckedFillMode(dialog);
+    for (const FieldDialogControl &control : kFillControls)
+        EnableWindow(Item(dialog, control.id), IsFillChoiceEnabled(field, checked, control.mode));
+    for (int mode : {kFillLeaveEmpty, kFillFixedValue, kFillSourceField})
+        EnableWindow(Item(dialog, mode), !field.readOnly);
+}
+
+void InitFieldDialog(HWND dialog, const AddRecField &field) {
+    SetItemText(dialog, IDC_ADDREC_FIELD_NAME, field.destinationName.c_str());
+    SetItemText(dialog, IDC_ADDREC_FIELD_TYPE, TypeText(field.destinationType, 0).c_str());
+    const bool hasLength = field.destinationLength > 0;
+    SetItemText(dialog, IDC_ADDREC_FIELD_LENGTH, hasLength ? std::to_string(field.destinationLength).c_str() : "");
+    ShowWindow(Item(dialog, IDC_ADDREC_FIELD_LENGTH_LABEL), hasLength ? SW_SHOW : SW_HIDE);
+    ShowWindow(Item(dialog, IDC_ADDREC_FIELD_LENGTH), hasLength ? SW_SHOW : SW_HIDE);
+    SetItemText(dialog, IDC_ADDREC_FIELD_FIXED, field.fixedValue.c_str());
+    HWND source = Item(dialog, IDC_ADDREC_FIELD_SOURCE);
+    Kodbc_FillFieldsBox(field.sourceConnection, field.sourceTable.c_str(), 0, source);
+    SelectExactOrFirst(source, field.sourceField.c_str());
+    CheckRadioButton(dialog, kFillLeaveEmpty, kFillSourceField, field.mode);
+    ShowWindow(Item(dialog, IDC_ADDREC_FIELD_READ_ONLY), field.readOnly ? SW_SHOW : SW_HIDE);
+    EnableFillControls(dialog, field);
+}
+
+INT_PTR FieldDialogCommand(HWND dialog, AddRecField &field, int id, int notification) {
+    switch (id) {
+    case kFillLeaveEmpty:
+    case kFillFixedValue:
+    case kFillSourceField:
+        if (notification != BN_CLICKED) return FALSE;
+        CheckRadioButton(dialog, kFillLeaveEmpty, kFillSourceField, id);
+        EnableFillControls(dialog, field);
+        return TRUE;
+    case IDOK: {
+        const bool stored = ApplyFieldChoice(field, CheckedFillMode(dialog), ItemText(dialog, IDC_ADDREC_FIELD_FIXED).c_str(),
+                                             BoxSelection(Item(dialog, IDC_ADDREC_FIELD_SOURCE)).c_str());
+        EndDialog(dialog, stored ? 1 : 0);
+        return TRUE;
+    }
+    case IDCANCEL:
+        EndDialog(dialog, 0);
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+} // namespace
+
+extern "C" {
+
+KODBC_API INT_PTR KODBC_CALL EditAddRecFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        if (message == WM_INITDIALOG) {
+            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
+            TranslateDialog(dialog);
+            if (auto *field = reinterpret_cast<AddRecField *>(lParam)) InitFieldDialog(dialog, *field);
+            return TRUE;
+        }
+        auto *field = reinterpret_cast<AddRecField *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
+        if (message != WM_COMMAND) return FALSE;
+        if (!field) {
+            if (LOWORD(wParam) != IDCANCEL && LOWORD(wParam) != IDOK) return FALSE;
+            EndDialog(dialog, 0);
+            return TRUE;
+        }
+        return FieldDialogCommand(dialog, *field, LOWORD(wParam), HIWORD(wParam));
+    } catch (...) {
+        EndDialog(dialog, 0);
+        return FALSE;
+    }
+}
+
+KODBC_API int KODBC_CALL AddRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                             LPARAM lParam) {
+    try {
+        auto *context = static_cast<AddRecordsContext *>(Wizzard_GetParam(wizard));
+        if (!context) return 0;
+        context->wizard = wizard;
+        if (message == WM_INITDIALOG) TranslateDialog(window);
+        return DispatchPage(*context, page, window, message, wParam, lParam);
+    } catch (...) {
+        return 0;
+    }
+}
+
+KODBC_API int KODBC_CALL Kodbc_AddRecordsWizzard(SQLHDBC destination, TableRecord *table) {
+    try {
+        std::unique_ptr<AddRecordsContext> context = CreateAddRecordsContext(destination, table);
+        if (!context) return KODBC_FAILURE;
+        INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_LISTVIEW_CLASSES};
+        InitCommonControlsEx(&controls);
+        if (Wizzard_Perform(kPages, &AddRecsWizzCallback, kActivate, kLeave, context.get(), IDB_ADDREC_WIZARD,
+                            IDS_ADDREC_WIZARD_TITLE, LibraryInstance(), kModuleName, kReserved15, 0) != 1)
+            return KODBC_FAILURE;
+        PlatformProgress progress(msg::CAPTION_RECORD_PROGRESS);
+        if (RunAddRecords(*context, progress) != KODBC_SUCCESS) return KODBC_FAILURE;
+        if (table) std::memcpy(table, &context->table, sizeof *table);
+        return KODBC_SUCCESS;
+    } catch (...) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+        return KODBC_FAILURE;
+    }
+}
+
+} // extern "C"

@@ -1,0 +1,371 @@
+// The add-records wizard driven page by page on the SQLite data source:
+// refusals, the mapping list with its menu and field dialog, the kept and
+// the reset mapping, the summary, and the rows the run wrote, first adding
+// and then replacing.
+#include "robot.h"
+#include "win_support.h"
+#include "wizards/add_records_wizard_ids.h"
+
+#include <kodbc/kodbc_wizards.h>
+#include <korvel/korvel32.h>
+
+#include <commctrl.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using wintest::Click;
+using wintest::WaitFor;
+
+constexpr char kTitle[] = "SQL-Befehl aus einer Datei lesen";
+constexpr char kMessageCaption[] = "Datenbank";
+
+// ---------------------------------------------------------------------------
+// Robot helpers: everything here runs on the robot's thread.
+
+struct Found {
+    const char *cls;
+    const char *text;  // null: any
+    HWND window = nullptr;
+};
+
+BOOL CALLBACK FindVisible(HWND window, LPARAM param) {
+    auto *found = reinterpret_cast<Found *>(param);
+    char cls[64] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    if (!IsWindowVisible(window) || lstrcmpA(cls, found->cls) != 0) return TRUE;
+    if (found->text && wintest::WindowText(window) != found->text) return TRUE;
+    found->window = window;
+    return FALSE;
+}
+
+HWND Visible(DWORD thread, const char *cls, const char *text = nullptr) {
+    Found found{cls, text};
+    EnumThreadWindows(thread, FindVisible, reinterpret_cast<LPARAM>(&found));
+    return found.window;
+}
+
+// A message box came up (the answerer clicks it away) and is gone again.
+bool AwaitMessageBox(DWORD thread) {
+    bool shown = WaitFor([&] { return Visible(thread, "#32770", kMessageCaption) != nullptr; });
+    return WaitFor([&] { return Visible(thread, "#32770", kMessageCaption) == nullptr; }) && shown;
+}
+
+struct Walker {
+    HWND frame;
+    DWORD thread;
+    std::vector<std::string> failures;
+
+    HWND Page(int id) const { return GetDlgItem(frame, id); }
+    HWND Control(int page, int id) const { return GetDlgItem(Page(page), id); }
+    bool Showing(int page) const { return wintest::ControlVisible(frame, page); }
+
+    void Expect(bool condition, const std::string &what) {
+        if (!condition) failures.push_back(what);
+    }
+    // Presses a frame button and waits for page `then` (0: the frame to close).
+    void Press(int button, int then) {
+        Click(frame, button);
+        bool ok = WaitFor([&] { return then ? Showing(then) : !IsWindow(frame); }, 10000);
+        Expect(ok, "page " + std::to_string(then) + " after button " + std::to_string(button));
+        Sleep(200);
+    }
+    // "Weiter" that is refused with a message: the page stays.
+    void Refused(int page) {
+        Click(frame, KORVEL_WIZARD_NEXT);
+        Expect(AwaitMessageBox(thread), "no message box on page " + std::to_string(page));
+        Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
+    }
+    void Shot(int page) { wintest::SaveScreenshot(frame, "addrecords-" + std::to_string(page)); }
+
+    // Selects the list or combo box entry `text` (empty: no entry).
+    void Choose(int page, int id, const std::string &text) {
+        HWND box = Control(page, id);
+        const bool combo = wintest::IsCombo(box);
+        LRESULT index = -1;
+        if (!text.empty())
+            index = SendMessageA(box, combo ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                 reinterpret_cast<LPARAM>(text.c_str()));
+        Expect(text.empty() || index >= 0, "no entry " + text);
+        SendMessageA(box, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    }
+
+    // The mapping list: rows as "destination|source|source type".
+    HWND Mapping() const { return Control(IDD_ADDREC_MAPPING, IDC_ADDREC_MAPPING_LIST); }
+    std::string Cell(int row, int column) const {
+        char text[200] = {};
+        LVITEMA item = {};
+        item.iSubItem = column;
+        item.pszText = text;
+        item.cchTextMax = sizeof text;
+        SendMessageA(Mapping(), LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+        return text;
+    }
+    std::vector<std::string> Rows() const {
+        std::vector<std::string> rows;
+        const int count = static_cast<int>(SendMessageA(Mapping(), LVM_GETITEMCOUNT, 0, 0));
+        for (int row = 0; row < count; ++row) rows.push_back(Cell(row, 0) + "|" + Cell(row, 2));
+        return rows;
+    }
+    // Selects `row` alone (-1: no row, -2: every row).
+    void Select(int row) {
+        LVITEMA item = {};
+        item.stateMask = LVIS_SELECTED;
+        item.state = row == -2 ? LVIS_SELECTED : 0;
+        SendMessageA(Mapping(), LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+        item.state = LVIS_SELECTED;
+        if (row >= 0) SendMessageA(Mapping(), LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    }
+    LPARAM RowPoint(int row) const {
+        RECT rect = {};
+        rect.left = LVIR_LABEL;
+        SendMessageA(Mapping(), LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&rect));
+        return MAKELPARAM(rect.left + 5, (rect.top + rect.bottom) / 2);
+    }
+
+    // The field dialog, opened by `open`: photographed, a fixed value set, OK.
+    void SetFixedValue(const std::function<void()> &open, const char *value, bool photograph) {
+        open();
+        HWND dialog = nullptr;
+        bool shown = WaitFor([&] { return (dialog = Visible(thread, "#32770", "Eigenschaften Importiertes Feld")); });
+        Expect(shown, "the field dialog did not open");
+        if (!shown) return;
+        Sleep(300);
+        if (photograph) wintest::SaveScreenshot(dialog, "addrecords-10035");
+        Click(dialog, IDC_ADDREC_FILL_FIXED);
+        WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_FIXED)) != FALSE; });
+        Expect(!IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_SOURCE)), "source list enabled for a fixed value");
+        SetDlgItemTextA(dialog, IDC_ADDREC_FIELD_FIXED, value);
+        Click(dialog, IDOK);
+        Expect(WaitFor([&] { return !IsWindow(dialog); }), "the field dialog did not close");
+    }
+};
+
+// ---------------------------------------------------------------------------
+
+class AddRecordsWizard : public wintest::ConnectedTest {
+protected:
+    void SetUp() override {
+        ConnectedTest::SetUp();
+        // The wizard reads the source on a connection of its own while it
+        // writes on this one: readers must not hold the writer off.
+        ASSERT_EQ(Query("PRAGMA journal_mode=WAL"), std::vector<std::string>{"wal"});
+        DropTables();
+        ASSERT_TRUE(Run("CREATE TABLE ar_src (id INTEGER, name VARCHAR(30), price FLOAT, born VARCHAR(20), "
+                        "other VARCHAR(10), code INTEGER)"));
+        ASSERT_TRUE(Run("CREATE TABLE ar_dst (id INTEGER, name VARCHAR(30), price VARCHAR(10), born DATE, "
+                        "label VARCHAR(20), code DATE)"));
+        ASSERT_TRUE(Run("CREATE TABLE ar_other (name VARCHAR(30))"));
+        ASSERT_TRUE(Run("INSERT INTO ar_src VALUES (1, 'Anna', '3,5', '24.12.2025', 'x', 7)"));
+        ASSERT_TRUE(Run("INSERT INTO ar_src VALUES (2, 'Bernd', 2.25, '1.2.2003', 'y', 8)"));
+    }
+    void TearDown() override {
+        DropTables();
+        ConnectedTest::TearDown();
+    }
+    void DropTables() {
+        for (const char *table : {"ar_src", "ar_dst", "ar_other"}) Run(std::string("DROP TABLE ") + table);
+    }
+    // The rows of a query, columns joined by "|", NULL as "-".
+    std::vector<std::string> Query(const char *sql) {
+        std::vector<std::string> rows;
+        SQLHSTMT stmt = nullptr;
+        if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc_, &stmt))) return rows;
+        SQLSMALLINT columns = 0;
+        if (SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql)), SQL_NTS)) &&
+            SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) {
+            while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+                std::string row;
+                for (SQLUSMALLINT column = 1; column <= columns; ++column) {
+                    char text[100] = {};
+                    SQLLEN indicator = 0;
+                    SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
+                    row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
+                }
+                rows.push_back(row);
+            }
+        }
+        SQLFreeStmt(stmt, SQL_DROP);
+        return rows;
+    }
+    std::vector<std::string> DestinationRows() {
+        return Query("SELECT id, name, price, born, label, code FROM ar_dst ORDER BY id");
+    }
+    // Runs the wizard with `walk` as the robot; returns its result and
+    // the texts of the messages it showed.
+    int RunWizard(TableRecord &table, const std::function<void(Walker &)> &walk, std::vector<std::string> &messages) {
+        wintest::MessageBoxAnswerer answerer(kMessageCaption, IDOK);
+        std::vector<std::string> failures;
+        const DWORD thread = GetCurrentThreadId();
+        wintest::DialogRobot robot(kTitle, "addrecords-10034", [&](HWND frame) {
+            Walker walker{frame, thread, {}};
+            walk(walker);
+            failures = walker.failures;
+        }, 30000);
+        const int result = Kodbc_AddRecordsWizzard(hdbc_, &table);
+        robot.Join();
+        EXPECT_TRUE(robot.Found()) << "the wizard never appeared";
+        for (const std::string &failure : failures) ADD_FAILURE() << failure;
+        for (const wintest::MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
+        return result;
+    }
+};
+
+const std::vector<std::string> kAutomaticMapping = {"id|id",       "name|name", "price|price",
+                                                    "born|born",   "label|",    "code|code"};
+
+TEST_F(AddRecordsWizard, WalksEveryPageAddsThenReplaces) {
+    TableRecord table{};
+    std::strcpy(table.Object.DbObjectName, "ar_dst");
+    table.Object.DbObjectType = KODBC_OBJECT_TABLE;
+    std::memset(table.Reserved, 0x5A, sizeof table.Reserved);
+
+    std::vector<std::string> rowsSeen[6];
+    std::string summary, menuShown;
+    std::vector<std::string> messages;
+    int result = RunWizard(table, [&](Walker &w) {
+        // Destination table: none chosen is refused.
+        w.Choose(IDD_ADDREC_DEST_TABLE, IDC_ADDREC_DEST_LIST, "");
+        w.Refused(IDD_ADDREC_DEST_TABLE);
+        w.Choose(IDD_ADDREC_DEST_TABLE, IDC_ADDREC_DEST_LIST, "ar_dst");
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SOURCE_DSN);
+        // Source data source: none chosen is refused.
+        w.Shot(IDD_ADDREC_SOURCE_DSN);
+        w.Choose(IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, "");
+        w.Refused(IDD_ADDREC_SOURCE_DSN);
+        w.Choose(IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, wintest::DataSource());
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SOURCE_TABLE);
+        w.Shot(IDD_ADDREC_SOURCE_TABLE);
+        w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_src");
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
+        w.Shot(IDD_ADDREC_MAPPING);
+        rowsSeen[0] = w.Rows();
+
+        // Right click on "name": menu 114, "Feld leer lassen" chosen by keys.
+        w.Select(-1);
+        const LPARAM at = w.RowPoint(1);
+        PostMessageA(w.Mapping(), WM_RBUTTONDOWN, MK_RBUTTON, at);
+        PostMessageA(w.Mapping(), WM_RBUTTONUP, 0, at);
+        HWND menu = nullptr;
+        if (WaitFor([&] { return (menu = Visible(w.thread, "#32768")) != nullptr; })) {
+            Sleep(300);
+            wintest::SaveScreenshot(menu, "addrecords-114");
+            menuShown = "shown";
+            PostMessageA(menu, WM_KEYDOWN, VK_DOWN, 0);
+            PostMessageA(menu, WM_KEYDOWN, VK_RETURN, 0);
+            WaitFor([&] { return Visible(w.thread, "#32768") == nullptr; });
+        }
+        WaitFor([&] { return w.Cell(1, 2).empty(); }, 2000);
+        // Double click on "label": a fixed value.
+        w.Select(4);
+        w.SetFixedValue([&] { PostMessageA(w.Mapping(), WM_LBUTTONDBLCLK, MK_LBUTTON, w.RowPoint(4)); }, "fest", true);
+        WaitFor([&] { return !w.Cell(4, 2).empty(); }, 2000);
+        rowsSeen[1] = w.Rows();
+        rowsSeen[1].push_back(w.Cell(4, 3));
+
+        // Back and forth with the same source table keeps the choices.
+        w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
+        rowsSeen[2] = w.Rows();
+        // Nothing from the source: refused.
+        w.Select(-2);
+        PostMessageA(w.Page(IDD_ADDREC_MAPPING), WM_COMMAND, IDM_ADDREC_LEAVE_EMPTY, 0);
+        WaitFor([&] { return w.Cell(0, 2).empty(); }, 2000);
+        w.Refused(IDD_ADDREC_MAPPING);
+        // Another source table builds the mapping anew, and so does coming back.
+        w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
+        w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_other");
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
+        rowsSeen[3] = w.Rows();
+        w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
+        w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_src");
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
+        rowsSeen[4] = w.Rows();
+        // "name" left empty through the menu's command, "label" fixed through the button.
+        w.Select(1);
+        PostMessageA(w.Page(IDD_ADDREC_MAPPING), WM_COMMAND, IDM_ADDREC_LEAVE_EMPTY, 0);
+        WaitFor([&] { return w.Cell(1, 2).empty(); }, 2000);
+        w.Select(4);
+        WaitFor([&] { return IsWindowEnabled(w.Control(IDD_ADDREC_MAPPING, IDC_ADDREC_PROPERTIES)) != FALSE; });
+        w.SetFixedValue([&] { Click(w.Page(IDD_ADDREC_MAPPING), IDC_ADDREC_PROPERTIES); }, "fest", false);
+        WaitFor([&] { return !w.Cell(4, 2).empty(); }, 2000);
+        rowsSeen[5] = w.Rows();
+        // The last column maps an integer into a date and still passes.
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_ID_FIELDS);
+        w.Shot(IDD_ADDREC_ID_FIELDS);
+        w.Expect(!IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID)), "id lists enabled in add mode");
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SUMMARY);
+        w.Shot(IDD_ADDREC_SUMMARY);
+        summary = wintest::ControlText(w.Page(IDD_ADDREC_SUMMARY), IDC_ADDREC_FINISH_TEXT);
+        w.Press(KORVEL_WIZARD_NEXT, 0);
+    }, messages);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_STREQ(table.Object.DbObjectName, "ar_dst");
+    EXPECT_EQ(table.Reserved[39], 0x5A) << "the record's tail is the caller's";
+    EXPECT_EQ(menuShown, "shown") << "no pop-up menu on a right click";
+    EXPECT_EQ(rowsSeen[0], kAutomaticMapping);
+    EXPECT_EQ(rowsSeen[1], (std::vector<std::string>{"id|id", "name|", "price|price", "born|born", "label|'fest'",
+                                                     "code|code", "Fester Wert"}));
+    rowsSeen[1].pop_back();
+    EXPECT_EQ(rowsSeen[2], rowsSeen[1]) << "the same source table kept the choices";
+    EXPECT_EQ(rowsSeen[3], (std::vector<std::string>{"id|", "name|name", "price|", "born|", "label|", "code|"}));
+    EXPECT_EQ(rowsSeen[4], kAutomaticMapping);
+    EXPECT_EQ(rowsSeen[5], (std::vector<std::string>{"id|id", "name|", "price|price", "born|born", "label|'fest'",
+                                                     "code|code"}));
+    EXPECT_EQ(summary, "Es werden 2 Datens\xE4tze aus der Quelltabelle importiert.");
+    EXPECT_EQ(messages, (std::vector<std::string>{
+                            "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.",
+                            "Es mu\xDF eine Datenquelle ausgew\xE4hlt werden.",
+                            "Es wurden kein einziges Feld der Quelltabelle einem Zielfeld zugeordnet.",
+                        }));
+    // "3,5" from a number keeps its digits only; German dates become timestamps.
+    EXPECT_EQ(DestinationRows(), (std::vector<std::string>{
+                                     "1|-|35|2025-12-24 00:00:00|fest|7",
+                                     "2|-|2.25|2003-02-01 00:00:00|fest|8",
+                                 }));
+
+    // Replace mode: matching records are updated, the others added.
+    ASSERT_TRUE(Run("UPDATE ar_src SET price = '4,5' WHERE id = 1"));
+    ASSERT_TRUE(Run("INSERT INTO ar_src VALUES (3, 'Clara', 1.5, '3.3.2033', 'z', 9)"));
+    messages.clear();
+    bool listsEnabled = false;
+    result = RunWizard(table, [&](Walker &w) {
+        // Everything remembered: the same tables and data source.
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SOURCE_DSN);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SOURCE_TABLE);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_ID_FIELDS);
+        Click(w.Page(IDD_ADDREC_ID_FIELDS), IDC_ADDREC_MODE_REPLACE);
+        WaitFor([&] { return IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID)) != FALSE; });
+        listsEnabled = IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID)) != FALSE;
+        // An empty identifying field is told about, and the page is left all the same.
+        w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID, "");
+        Click(w.frame, KORVEL_WIZARD_NEXT);
+        w.Expect(AwaitMessageBox(w.thread), "no message for the empty identifying field");
+        w.Expect(WaitFor([&] { return w.Showing(IDD_ADDREC_SUMMARY); }), "the empty identifying field kept the page");
+        w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_ID_FIELDS);
+        w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID, "id");
+        w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID, "id");
+        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SUMMARY);
+        w.Press(KORVEL_WIZARD_NEXT, 0);
+    }, messages);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_TRUE(listsEnabled);
+    EXPECT_EQ(messages, (std::vector<std::string>{
+                            "Es mu\xDF je ein Kennfeld f\xFCr die Quelltabelle und f\xFCr die Zieltabelle ausgew\xE4hlt werden.",
+                        }));
+    // The label was left empty this time: updates keep it, the new record has none.
+    EXPECT_EQ(DestinationRows(), (std::vector<std::string>{
+                                     "1|Anna|45|2025-12-24 00:00:00|fest|7",
+                                     "2|Bernd|2.25|2003-02-01 00:00:00|fest|8",
+                                     "3|Clara|1.5|2033-03-03 00:00:00|-|9",
+                                 }));
+}
+
+} // namespace
