@@ -73,6 +73,53 @@ KODBC_API int KODBC_CALL Kodbc_DeleteRecords(SQLHDBC hdbc, const char *table, co
 KODBC_API int KODBC_CALL Kodbc_UpdateRecords(SQLHDBC hdbc, const char *table, const char *selDesc,
                                              const char *setDesc, long *count);
 
+#ifdef _WIN32
+/*
+** The delete-records and update-records wizards (Windows). Both run in the
+** wizard frame over the active window on the caller's thread.
+**
+** Kodbc_DeleteRecordsWizzard: three pages (the table, up to five
+** conditions, the number of records that will go); after "Fertigstellen"
+** the records are deleted as Kodbc_DeleteRecords does it (no condition:
+** all of them; also when none match). hdbc: the open connection of the
+** table. table (may be null): the preselected table name and, in its
+** object type, the kinds of tables listed; its last 40 bytes are kept.
+** reserved is kept and not used. Returns 1 when the wizard was finished
+** and the statement ran, and then writes the whole table record back with
+** the chosen table; 2 when it was cancelled, ran out of memory (1600), the
+** condition could not be formed, the dump refused the statement or it
+** failed (shown).
+*/
+KODBC_API int KODBC_CALL Kodbc_DeleteRecordsWizzard(SQLHDBC hdbc, TableRecord *table, int reserved);
+
+/*
+** Kodbc_UpdateRecordsWizzard: five pages (the table, up to five
+** conditions, up to three assignments, the confirmation, the result). The
+** update runs, as Kodbc_UpdateRecords runs it, each time the confirmation
+** page is left forwards; a failure (shown) keeps the user there. Arguments
+** as for Kodbc_DeleteRecordsWizzard. Returns 1 when the wizard was ended
+** with "Fertigstellen" (the update has run), and then writes the whole
+** table record back; 2 when it was cancelled (also on the result page,
+** after the update ran) or ran out of memory (1600).
+*/
+KODBC_API int KODBC_CALL Kodbc_UpdateRecordsWizzard(SQLHDBC hdbc, TableRecord *table, int reserved);
+
+/*
+** DelRecsWizzCallback, UpdRecsWizzCallback: the two wizards' step
+** callbacks, called by the wizard frame for every message of every page
+** (wizard: the frame's handle, page: the page's template number, then the
+** page window's message). Return 0 when the handle names no running wizard
+** of their kind, the page is not theirs or the message was not handled, 1
+** when it was. A page-leave message (WM_USER+2) answers through the 32-bit
+** value lParam points to (nothing when lParam is null): 1 the page may be
+** left, 2 it stays; backwards (wParam 2) is always 1.
+*/
+KODBC_API int KODBC_CALL DelRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                             LPARAM lParam);
+KODBC_API int KODBC_CALL UpdRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                             LPARAM lParam);
+#endif
+
 /*
 ** Adding records: the work of the add-records wizard for callers that
 ** know both tables already. The records of a table on one connection are

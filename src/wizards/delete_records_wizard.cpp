@@ -1,0 +1,119 @@
+// The delete-records wizard's pages: the table list, the condition grid and
+// the summary. What they decide, and the deletion itself, is in
+// delete_records.cpp; the deletion runs only after "Fertigstellen".
+#include "wizards/delete_records.h"
+#include "wizards/record_wizard_grids.h"
+#include "wizards/record_wizard_ids.h"
+#include "wizards/record_wizard_pages.h"
+
+#include "internal/library.h"
+
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_wizards.h>
+
+#include <cstring>
+
+using namespace kodbc;
+using namespace kodbc::wizards;
+
+namespace {
+
+constexpr int kReserved15 = 15;
+
+constexpr KorvelWizardPage kPages[] = {
+    {IDD_DELREC_TABLE, {0, 0}}, {IDD_DELREC_CONDITIONS, {0, 0}}, {IDD_DELREC_SUMMARY, {0, 0}}, {0, {0, 0}},
+};
+
+int TablePage(DeleteRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    char name[kTableNameSize];
+    switch (message) {
+    case kPageActivate: FillTablePage(page, context.hdbc, context.table); return 1;
+    case kPageLeaveMessage:
+        return AnswerLeave(page, lParam,
+                           LeaveTablePage(context, static_cast<unsigned>(wParam), SelectedTable(page, name)));
+    case WM_COMMAND:
+        if (!IsTableListClick(wParam)) return 0;
+        SelectTable(context, SelectedTable(page, name));
+        return 1;
+    }
+    return 0;
+}
+
+int ConditionPage(DeleteRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case kPageActivate:
+        ActivateConditionPage(context);
+        ShowGrid(page, OPDESC_SELECTION, kConditionGrid, context.selDesc, context.fieldList);
+        return 1;
+    case kPageLeaveMessage: {
+        const auto direction = static_cast<unsigned>(wParam);
+        if (IsLeavingForwards(direction)) ReadGrid(page, OPDESC_SELECTION, kConditionGrid, context.selDesc);
+        return AnswerLeave(page, lParam, LeaveConditionPage(context, direction));
+    }
+    }
+    return 0;
+}
+
+int SummaryPage(DeleteRecordsContext &context, HWND page, UINT message, LPARAM lParam) {
+    switch (message) {
+    case kPageActivate: {
+        char text[kPageTextSize];
+        DeleteSummaryText(context, text, sizeof text);
+        ShowPageText(page, text);
+        return 1;
+    }
+    // "Fertigstellen" is let through also when nothing will be deleted.
+    case kPageLeaveMessage: return AnswerLeave(page, lParam, GoOn());
+    }
+    return 0;
+}
+
+int DispatchPage(DeleteRecordsContext &context, int page, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (page) {
+    case IDD_DELREC_TABLE: return TablePage(context, window, message, wParam, lParam);
+    case IDD_DELREC_CONDITIONS: return ConditionPage(context, window, message, wParam, lParam);
+    case IDD_DELREC_SUMMARY: return SummaryPage(context, window, message, lParam);
+    }
+    return 0;
+}
+
+} // namespace
+
+extern "C" {
+
+KODBC_API int KODBC_CALL DelRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                             LPARAM lParam) {
+    try {
+        auto *context = static_cast<DeleteRecordsContext *>(Wizzard_GetParam(wizard));
+        if (!context) return 0;
+        context->wizard = wizard;
+        if (page != IDD_DELREC_TABLE && page != IDD_DELREC_CONDITIONS && page != IDD_DELREC_SUMMARY) return 0;
+        if (message == WM_INITDIALOG) {
+            TranslateDialog(window);
+            return 1;
+        }
+        return DispatchPage(*context, page, window, message, wParam, lParam);
+    } catch (...) {
+        return 0;
+    }
+}
+
+KODBC_API int KODBC_CALL Kodbc_DeleteRecordsWizzard(SQLHDBC hdbc, TableRecord *table, int reserved) {
+    try {
+        std::unique_ptr<DeleteRecordsContext> context = CreateDeleteRecordsContext(hdbc, table, reserved);
+        if (!context) return KODBC_FAILURE;
+        if (Wizzard_Perform(kPages, &DelRecsWizzCallback, kPageActivate, kPageLeaveMessage, context.get(),
+                            IDB_DELREC_WIZARD, msg::TITLE_DELETE_RECORDS, LibraryInstance(), kModuleName, kReserved15,
+                            0) != 1)
+            return KODBC_FAILURE;
+        if (!DeleteSelectedRecords(*context)) return KODBC_FAILURE;
+        if (table) std::memcpy(table, &context->table, sizeof *table);
+        return KODBC_SUCCESS;
+    } catch (...) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+        return KODBC_FAILURE;
+    }
+}
+
+} // extern "C"

@@ -1,0 +1,49 @@
+// The window side the delete-records and update-records wizards share: the
+// table page's list, the condition and assignment grids, the centred page
+// texts and the answer to a page-leave message. Windows only; what the
+// pages decide comes from record_wizard_common.h and the wizards' cores.
+#pragma once
+
+#ifdef _WIN32
+
+#include "wizards/record_wizard_common.h"
+
+#include <kodbc/kodbc_seldesc.h>
+
+#include <windows.h>
+
+namespace kodbc::wizards {
+
+// The page-activate and page-leave messages the record wizards run with.
+inline constexpr UINT kPageActivate = WM_USER + 1;
+inline constexpr UINT kPageLeaveMessage = WM_USER + 2;
+
+// Lists the tables of the record's object-type filter on the table page
+// and selects the record's table (without regard to case), else the first.
+void FillTablePage(HWND page, SQLHDBC hdbc, const TableRecord &table) noexcept;
+
+// The table page's selected entry into name (kTableNameSize bytes); an
+// empty name when nothing is selected. Returns name.
+inline constexpr int kTableNameSize = 50;
+const char *SelectedTable(HWND page, char (&name)[kTableNameSize]) noexcept;
+
+// True for the notification a click on the table list sends.
+bool IsTableListClick(WPARAM wParam) noexcept;
+
+// The grid shows descriptor (kind OPDESC_SELECTION or OPDESC_ASSIGNMENT)
+// with its field boxes filled from fieldList.
+void ShowGrid(HWND page, int kind, const OpDescDialogItem *grid, const OwnedText &descriptor,
+              const OwnedText &fieldList) noexcept;
+// The grid's rows back into descriptor, within its capacity.
+void ReadGrid(HWND page, int kind, const OpDescDialogItem *grid, OwnedText &descriptor) noexcept;
+
+// The page's one centred text.
+void ShowPageText(HWND page, const char *text) noexcept;
+
+// Writes the decision through a page-leave message's lParam (nothing for
+// null) and puts the focus where a refusing page wants it. Returns 1.
+int AnswerLeave(HWND page, LPARAM answer, const PageDecision &decision) noexcept;
+
+} // namespace kodbc::wizards
+
+#endif

@@ -1,0 +1,364 @@
+// The delete-records and update-records wizards driven page by page on the
+// SQLite data source: refusals, conditions and assignments typed into the
+// grids, the counts the pages show, another table emptying the grids, and
+// the rows left in the table afterwards.
+#include "robot.h"
+#include "win_support.h"
+#include "wizards/record_wizard_ids.h"
+
+#include <kodbc/kodbc_wizards.h>
+#include <korvel/korvel32.h>
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using wintest::Click;
+using wintest::WaitFor;
+
+constexpr char kDeleteTitle[] = "L\xF6schen von Datens\xE4tzen aus einer Tabelle";
+constexpr char kUpdateTitle[] = "\xC4ndern von Datens\xE4tzen in einer Tabelle";
+constexpr char kMessageCaption[] = "Datenbank";
+constexpr char kNoTable[] = "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.";
+
+constexpr int kRowIds[5][3] = {
+    {IDC_RECWIZ_ROW1_FIELD, IDC_RECWIZ_ROW1_OPERATION, IDC_RECWIZ_ROW1_VALUE},
+    {IDC_RECWIZ_ROW2_FIELD, IDC_RECWIZ_ROW2_OPERATION, IDC_RECWIZ_ROW2_VALUE},
+    {IDC_RECWIZ_ROW3_FIELD, IDC_RECWIZ_ROW3_OPERATION, IDC_RECWIZ_ROW3_VALUE},
+    {IDC_RECWIZ_ROW4_FIELD, IDC_RECWIZ_ROW4_OPERATION, IDC_RECWIZ_ROW4_VALUE},
+    {IDC_RECWIZ_ROW5_FIELD, IDC_RECWIZ_ROW5_OPERATION, IDC_RECWIZ_ROW5_VALUE},
+};
+
+// One grid row as typed: field, operation label, value.
+struct Row {
+    const char *field, *operation, *value;
+};
+
+// Everything here runs on the robot's thread; failures are collected and
+// reported on the test thread.
+struct Walker {
+    HWND frame;
+    DWORD thread;
+    const char *shotPrefix;
+    std::vector<std::string> failures;
+
+    HWND Page(int id) const { return GetDlgItem(frame, id); }
+    bool Showing(int page) const { return wintest::ControlVisible(frame, page); }
+    void Expect(bool condition, const std::string &what) {
+        if (!condition) failures.push_back(what);
+    }
+    void Shot(int page) { wintest::SaveScreenshot(frame, shotPrefix + std::to_string(page)); }
+
+    // Presses a frame button and waits for page `then` (0: the frame closes).
+    void Press(int button, int then) {
+        Click(frame, button);
+        bool ok = WaitFor([&] { return then ? Showing(then) : !IsWindow(frame); }, 10000);
+        Expect(ok, "page " + std::to_string(then) + " after button " + std::to_string(button));
+        Sleep(200);
+    }
+    // "Weiter" refused with a message box (clicked away by the answerer).
+    void Refused(int page) {
+        Click(frame, KORVEL_WIZARD_NEXT);
+        bool shown = WaitFor([&] { return FindMessageBox() != nullptr; });
+        Expect(shown && WaitFor([&] { return FindMessageBox() == nullptr; }),
+               "no message box on page " + std::to_string(page));
+        Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
+    }
+    HWND FindMessageBox() const {
+        struct Search {
+            HWND found = nullptr;
+        } search;
+        EnumThreadWindows(
+            thread,
+            [](HWND window, LPARAM param) -> BOOL {
+                char cls[16] = {};
+                GetClassNameA(window, cls, sizeof cls);
+                if (!IsWindowVisible(window) || lstrcmpA(cls, "#32770") != 0 ||
+                    wintest::WindowText(window) != kMessageCaption)
+                    return TRUE;
+                reinterpret_cast<Search *>(param)->found = window;
+                return FALSE;
+            },
+            reinterpret_cast<LPARAM>(&search));
+        return search.found;
+    }
+
+    // A click on the table list's entry `name` (empty: the selection removed).
+    void ClickTable(int page, const std::string &name) {
+        HWND list = GetDlgItem(Page(page), IDC_RECWIZ_TABLE_LIST);
+        LRESULT index = -1;
+        if (!name.empty()) {
+            index = SendMessageA(list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                 reinterpret_cast<LPARAM>(name.c_str()));
+            Expect(index >= 0, "no table " + name);
+        }
+        SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+        if (index >= 0)
+            SendMessageA(Page(page), WM_COMMAND, MAKEWPARAM(IDC_RECWIZ_TABLE_LIST, LBN_SELCHANGE),
+                         reinterpret_cast<LPARAM>(list));
+    }
+    std::string SelectedTable(int page) {
+        HWND list = GetDlgItem(Page(page), IDC_RECWIZ_TABLE_LIST);
+        char name[100] = {};
+        LRESULT index = SendMessageA(list, LB_GETCURSEL, 0, 0);
+        if (index >= 0) SendMessageA(list, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(name));
+        return name;
+    }
+
+    // Types rows into the grid from the top, as a user picks and types.
+    void Enter(int page, const std::vector<Row> &rows) {
+        for (std::size_t r = 0; r < rows.size(); ++r) {
+            HWND field = GetDlgItem(Page(page), kRowIds[r][0]);
+            HWND operation = GetDlgItem(Page(page), kRowIds[r][1]);
+            for (auto [box, text] : {std::pair{field, rows[r].field}, std::pair{operation, rows[r].operation}}) {
+                LRESULT index = SendMessageA(box, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                             reinterpret_cast<LPARAM>(text));
+                Expect(index >= 0, std::string("no entry ") + text);
+                SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+            }
+            SetWindowTextA(GetDlgItem(Page(page), kRowIds[r][2]), rows[r].value);
+        }
+    }
+    // What the grid's rows show, "field|operation|value", empty rows left out.
+    std::vector<std::string> Grid(int page, int rows) {
+        std::vector<std::string> out;
+        for (int r = 0; r < rows; ++r) {
+            std::string field = wintest::ControlText(Page(page), kRowIds[r][0]);
+            std::string operation = wintest::ControlText(Page(page), kRowIds[r][1]);
+            std::string value = wintest::ControlText(Page(page), kRowIds[r][2]);
+            if (!field.empty() || !value.empty() || (!operation.empty() && operation != " "))
+                out.push_back(field + "|" + operation + "|" + value);
+        }
+        return out;
+    }
+    std::string PageText(int page) { return wintest::ControlText(Page(page), IDC_RECWIZ_PAGE_TEXT); }
+};
+
+class RecordWizards : public wintest::ConnectedTest {
+protected:
+    void SetUp() override {
+        ConnectedTest::SetUp();
+        DropTables();
+        ASSERT_TRUE(Run("CREATE TABLE du_items (id INTEGER, name VARCHAR(20), price FLOAT, code INTEGER, "
+                        "note VARCHAR(20))"));
+        ASSERT_TRUE(Run("CREATE TABLE du_other (x INTEGER)"));
+        for (const char *row : {"(1, 'Anna', 1.5, 10, 'a')", "(2, 'Bernd', 2.5, 20, 'b')",
+                                "(3, 'Clara', 3.5, 30, 'c')", "(4, 'Dora', 4.5, 40, 'd')"})
+            ASSERT_TRUE(Run(std::string("INSERT INTO du_items VALUES ") + row));
+    }
+    void TearDown() override {
+        DropTables();
+        ConnectedTest::TearDown();
+    }
+    void DropTables() {
+        for (const char *table : {"du_items", "du_other"}) Run(std::string("DROP TABLE ") + table);
+    }
+    // du_items' rows, columns joined by "|", NULL as "-".
+    std::vector<std::string> Rows() {
+        std::vector<std::string> rows;
+        SQLHSTMT stmt = nullptr;
+        if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc_, &stmt))) return rows;
+        char sql[] = "SELECT id, name, price, code, note FROM du_items ORDER BY id";
+        if (SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(sql), SQL_NTS))) {
+            while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+                std::string row;
+                for (SQLUSMALLINT column = 1; column <= 5; ++column) {
+                    char text[100] = {};
+                    SQLLEN indicator = 0;
+                    SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
+                    row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
+                }
+                rows.push_back(row);
+            }
+        }
+        SQLFreeStmt(stmt, SQL_DROP);
+        return rows;
+    }
+    // Runs a wizard with `walk` as the robot; the texts of the messages it
+    // showed go to messages.
+    int RunWizard(const char *title, const char *shotPrefix, int firstPage,
+                  const std::function<int(SQLHDBC, TableRecord *)> &wizard, TableRecord &table,
+                  const std::function<void(Walker &)> &walk, std::vector<std::string> &messages) {
+        wintest::MessageBoxAnswerer answerer(kMessageCaption, IDOK);
+        std::vector<std::string> failures;
+        const DWORD thread = GetCurrentThreadId();
+        wintest::DialogRobot robot(title, *shotPrefix ? shotPrefix + std::to_string(firstPage) : "", [&](HWND frame) {
+            Walker walker{frame, thread, shotPrefix, {}};
+            walk(walker);
+            failures = walker.failures;
+        }, 60000);
+        const int result = wizard(hdbc_, &table);
+        robot.Join();
+        EXPECT_TRUE(robot.Found()) << "the wizard never appeared: " << title;
+        for (const std::string &failure : failures) ADD_FAILURE() << failure;
+        for (const wintest::MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
+        return result;
+    }
+    static TableRecord Record(const char *name) {
+        TableRecord table{};
+        std::strcpy(table.Object.DbObjectName, name);
+        table.Object.DbObjectType = KODBC_OBJECT_TABLE;
+        std::memset(table.Reserved, 0x5A, sizeof table.Reserved);
+        return table;
+    }
+};
+
+int Delete(SQLHDBC hdbc, TableRecord *table) { return Kodbc_DeleteRecordsWizzard(hdbc, table, 0); }
+int Update(SQLHDBC hdbc, TableRecord *table) { return Kodbc_UpdateRecordsWizzard(hdbc, table, 0); }
+
+constexpr char kGreater[] = "ist gr\xF6\xDF" "er als";
+
+TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
+    TableRecord table = Record("");
+    std::string preselected, nothing, summary;
+    std::vector<std::string> afterOtherTable, afterBack;
+    std::vector<std::string> messages;
+    constexpr int T = IDD_DELREC_TABLE, C = IDD_DELREC_CONDITIONS, S = IDD_DELREC_SUMMARY;
+    const std::vector<Row> none = {{"price", kGreater, "2"}, {"name", "ist gleich", "Zeta"}};
+    const std::vector<Row> some = {{"price", kGreater, "2"}, {"name", "ist ungleich", "Clara"}};
+    int result = RunWizard(kDeleteTitle, "deleterecords-", T, Delete, table, [&](Walker &w) {
+        preselected = w.SelectedTable(T);
+        w.ClickTable(T, "");
+        w.Refused(T);
+        w.ClickTable(T, "du_items");
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Enter(C, none);
+        w.Press(KORVEL_WIZARD_NEXT, S);
+        nothing = w.PageText(S);
+        // Another table empties the conditions, and so does coming back.
+        w.Press(KORVEL_WIZARD_BACK, C);
+        w.Press(KORVEL_WIZARD_BACK, T);
+        w.ClickTable(T, "du_other");
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        afterOtherTable = w.Grid(C, 5);
+        w.Press(KORVEL_WIZARD_BACK, T);
+        w.ClickTable(T, "du_items");
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        afterBack = w.Grid(C, 5);
+        w.Enter(C, some);
+        w.Shot(C);
+        w.Press(KORVEL_WIZARD_NEXT, S);
+        w.Shot(S);
+        summary = w.PageText(S);
+        w.Press(KORVEL_WIZARD_NEXT, 0);
+    }, messages);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_FALSE(preselected.empty()) << "no table selected for an empty name";
+    EXPECT_STREQ(table.Object.DbObjectName, "du_items");
+    EXPECT_EQ(table.Reserved[39], 0x5A) << "the record's tail is the caller's";
+    EXPECT_EQ(messages, std::vector<std::string>{kNoTable});
+    EXPECT_EQ(nothing, "Es befinden sich keine Datens\xE4tze in der Tabelle, die den angegebenen Bedingungen "
+                       "entsprechen. Daher werden keine Datens\xE4tze gel\xF6scht.");
+    EXPECT_EQ(afterOtherTable, std::vector<std::string>{});
+    EXPECT_EQ(afterBack, std::vector<std::string>{});
+    EXPECT_EQ(summary, "Es werden insgesamt  2  Datens\xE4tze aus der Tabelle gel\xF6scht.\n\nDr\xFC"
+                       "cken Sie auf 'Fertigstellen' um die Datens\xE4tze endg\xFCltig zu l\xF6schen.");
+    EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|a", "3|Clara|3.5|30|c"}));
+
+    // The table preselected, no condition: every record goes.
+    messages.clear();
+    result = RunWizard(kDeleteTitle, "", T, Delete, table, [&](Walker &w) {
+        preselected = w.SelectedTable(T);
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Press(KORVEL_WIZARD_NEXT, S);
+        summary = w.PageText(S);
+        w.Press(KORVEL_WIZARD_NEXT, 0);
+    }, messages);
+    EXPECT_EQ(result, 1);
+    EXPECT_EQ(preselected, "du_items");
+    EXPECT_NE(summary.find("insgesamt  2  Datens"), std::string::npos) << summary;
+    EXPECT_EQ(Rows(), std::vector<std::string>{});
+}
+
+TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
+    TableRecord table = Record("");
+    std::vector<std::string> messages, conditionsAfterOther, assignmentsAfterOther, assignmentsShown;
+    std::string confirmation, resultText;
+    constexpr int T = IDD_UPDREC_TABLE, C = IDD_UPDREC_CONDITIONS, A = IDD_UPDREC_ASSIGNMENTS,
+                  P = IDD_UPDREC_CONFIRMATION, R = IDD_UPDREC_RESULT;
+    const std::vector<Row> conditions = {{"id", kGreater, "2"}};
+    const std::vector<Row> assignments = {{"note", "Feld leeren", ""},
+                                          {"price", "Fester Wert", "7,5"},
+                                          {"code", "Ergebnis der Formel", "code*2+1"}};
+    int result = RunWizard(kUpdateTitle, "updaterecords-", T, Update, table, [&](Walker &w) {
+        w.ClickTable(T, "");
+        w.Refused(T);
+        w.ClickTable(T, "du_items");
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Enter(C, {{"id", "ist gleich", "9"}});
+        w.Refused(C);  // nothing matches
+        w.Enter(C, conditions);
+        w.Press(KORVEL_WIZARD_NEXT, A);
+        w.Refused(A);  // nothing assigned
+        w.Enter(A, assignments);
+        // A click on another table discards conditions and assignments.
+        w.Press(KORVEL_WIZARD_BACK, C);
+        w.Press(KORVEL_WIZARD_BACK, T);
+        w.ClickTable(T, "du_other");
+        w.ClickTable(T, "du_items");
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        conditionsAfterOther = w.Grid(C, 5);
+        w.Enter(C, conditions);
+        w.Shot(C);
+        w.Press(KORVEL_WIZARD_NEXT, A);
+        assignmentsAfterOther = w.Grid(A, 3);
+        w.Enter(A, assignments);
+        w.Shot(A);
+        w.Press(KORVEL_WIZARD_NEXT, P);
+        w.Shot(P);
+        confirmation = w.PageText(P);
+        // Back and forth keeps what was typed.
+        w.Press(KORVEL_WIZARD_BACK, A);
+        assignmentsShown = w.Grid(A, 3);
+        w.Press(KORVEL_WIZARD_NEXT, P);
+        w.Press(KORVEL_WIZARD_NEXT, R);
+        w.Shot(R);
+        resultText = w.PageText(R);
+        w.Press(KORVEL_WIZARD_NEXT, 0);
+    }, messages);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_STREQ(table.Object.DbObjectName, "du_items");
+    EXPECT_EQ(table.Reserved[0], 0x5A);
+    EXPECT_EQ(messages, (std::vector<std::string>{
+                            kNoTable,
+                            "Es wurden keine Datens\xE4tze in der Tabelle gefunden, die der angegebenen Bedingung "
+                            "gen\xFCgen.",
+                            "Es mu\xDF mindestens ein Feld ver\xE4ndert werden.",
+                        }));
+    EXPECT_EQ(conditionsAfterOther, std::vector<std::string>{});
+    EXPECT_EQ(assignmentsAfterOther, std::vector<std::string>{});
+    EXPECT_EQ(assignmentsShown, (std::vector<std::string>{"note|Feld leeren|", "price|Fester Wert|7,5",
+                                                          "code|Ergebnis der Formel|code*2+1"}));
+    EXPECT_EQ(confirmation, "Es werden  2  Datens\xE4tze der Tabelle ver\xE4ndert.\n\nDr\xFC"
+                            "cken Sie auf 'Weiter', um die Ver\xE4nderung jetzt durchzuf\xFChren.");
+    EXPECT_EQ(resultText, "Die Ver\xE4nderung wurde in allen  2  Datens\xE4tzen durchgef\xFChrt.\n\nDr\xFC"
+                          "cken Sie auf 'Fertigstellen' um den Assistenten zu beenden.");
+    EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|a", "2|Bernd|2.5|20|b", "3|Clara|7.5|61|-",
+                                                "4|Dora|7.5|81|-"}));
+
+    // The contents of another field, then "Abbrechen" on the result page:
+    // 2, although the update ran.
+    messages.clear();
+    result = RunWizard(kUpdateTitle, "", T, Update, table, [&](Walker &w) {
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Enter(C, {{"name", "ist gleich", "Anna"}});
+        w.Press(KORVEL_WIZARD_NEXT, A);
+        w.Enter(A, {{"note", "Inhalt von Feld", "name"}});
+        w.Press(KORVEL_WIZARD_NEXT, P);
+        w.Press(KORVEL_WIZARD_NEXT, R);
+        resultText = w.PageText(R);
+        w.Press(IDCANCEL, 0);
+    }, messages);
+    EXPECT_EQ(result, 2);
+    EXPECT_EQ(messages, std::vector<std::string>{});
+    EXPECT_NE(resultText.find("allen  1  Datens"), std::string::npos) << resultText;
+    EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|Anna", "2|Bernd|2.5|20|b", "3|Clara|7.5|61|-",
+                                                "4|Dora|7.5|81|-"}));
+}
+
+} // namespace
