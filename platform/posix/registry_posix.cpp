@@ -20,6 +20,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <map>
+#include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -200,23 +202,20 @@ bool WriteWhole(int fd, const std::string &content) {
     return true;
 }
 
-// The store of one root with its lock held for the object's lifetime.
+// The store of one root with its lock held for the object's lifetime: the
+// writers' way in, one at a time.
 class LockedStore {
 public:
-    LockedStore(HKEY root, bool forWriting) {
+    explicit LockedStore(HKEY root) {
         const char *name = RootName(root);
         if (!name) return;
         folder_ = StoreFolder();
         path_ = folder_ + "/" + name + ".reg";
-        if (forWriting && !MakeFolders(folder_)) return;
+        if (!MakeFolders(folder_)) return;
         std::string lockPath = path_ + ".lock";
-        lockFd_ = open(lockPath.c_str(), forWriting ? O_RDWR | O_CREAT | O_CLOEXEC : O_RDONLY | O_CLOEXEC, 0600);
-        if (lockFd_ < 0) {
-            // Nothing has ever been written: reading finds an empty store.
-            ok_ = !forWriting && errno == ENOENT;
-            return;
-        }
-        while (flock(lockFd_, forWriting ? LOCK_EX : LOCK_SH) != 0) {
+        lockFd_ = open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (lockFd_ < 0) return;
+        while (flock(lockFd_, LOCK_EX) != 0) {
             if (errno != EINTR) return;
         }
         ok_ = Load();
@@ -267,18 +266,67 @@ private:
     Store store_;
 };
 
+// What identifies one version of a store file: every commit renames a new
+// file into place, so a changed file has a new identity.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = 0;
+    timespec modified{}, changed{};
+    bool operator==(const FileIdentity &o) const {
+        return device == o.device && inode == o.inode && size == o.size && modified.tv_sec == o.modified.tv_sec &&
+               modified.tv_nsec == o.modified.tv_nsec && changed.tv_sec == o.changed.tv_sec &&
+               changed.tv_nsec == o.changed.tv_nsec;
+    }
+};
+
+FileIdentity IdentityOf(const struct stat &st) {
+    return {st.st_dev, st.st_ino, st.st_size, st.st_mtim, st.st_ctim};
+}
+
+// Reading needs no lock: a commit replaces the file whole by renaming, so a
+// reader opens either the old version or the new one. The parsed store is
+// kept per path and reused while the file on disk is the same one, which
+// makes the reads of every statement (the dump switch) a single stat.
+std::shared_ptr<const Store> ReadStore(HKEY root) {
+    static std::mutex mutex;
+    static std::map<std::string, std::pair<FileIdentity, std::shared_ptr<const Store>>> cache;
+    static const auto empty = std::make_shared<const Store>();
+
+    const char *name = RootName(root);
+    if (!name) return nullptr;
+    const std::string path = StoreFolder() + "/" + name + ".reg";
+    struct stat st {};
+    if (stat(path.c_str(), &st) != 0) return errno == ENOENT ? empty : nullptr;
+    {
+        std::lock_guard lock(mutex);
+        auto hit = cache.find(path);
+        if (hit != cache.end() && hit->second.first == IdentityOf(st)) return hit->second.second;
+    }
+    int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return errno == ENOENT ? empty : nullptr;
+    std::string content;
+    bool read = fstat(fd, &st) == 0 && ReadWhole(fd, content);
+    close(fd);
+    if (!read) return nullptr;
+    auto store = std::make_shared<const Store>(Parse(content));
+    std::lock_guard lock(mutex);
+    cache[path] = {IdentityOf(st), store};
+    return store;
+}
+
 std::optional<Value> ReadValue(HKEY root, const char *keyPath, const char *section, const char *valueName) {
-    LockedStore locked(root, false);
-    if (!locked.ok()) return std::nullopt;
-    auto key = locked.store().find(FullKey(keyPath, section));
-    if (key == locked.store().end()) return std::nullopt;
+    std::shared_ptr<const Store> store = ReadStore(root);
+    if (!store) return std::nullopt;
+    auto key = store->find(FullKey(keyPath, section));
+    if (key == store->end()) return std::nullopt;
     auto value = key->second.find(valueName ? valueName : "");
     if (value == key->second.end()) return std::nullopt;
     return value->second;
 }
 
 int WriteValue(HKEY root, const char *keyPath, const char *section, const char *valueName, Value value) {
-    LockedStore locked(root, true);
+    LockedStore locked(root);
     if (!locked.ok()) return 0;
     locked.store()[FullKey(keyPath, section)][valueName ? valueName : ""] = std::move(value);
     return locked.Commit() ? 1 : 0;
@@ -329,7 +377,7 @@ int Korvel_WriteRegistryNumber(HKEY root, const char *keyPath, int, const char *
 }
 
 int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int, const char *section, const char *valueName) {
-    LockedStore locked(root, true);
+    LockedStore locked(root);
     if (!locked.ok()) return 0;
     auto key = locked.store().find(FullKey(keyPath, section));
     if (key == locked.store().end() || key->second.erase(valueName ? valueName : "") == 0) return 0;

@@ -81,6 +81,9 @@ TEST_F(PlatformRegistry, UserBeforeMachine) {
 TEST_F(PlatformRegistry, ParallelProcessesLoseNothing) {
     constexpr int kProcesses = 6;
     constexpr int kValuesEach = 40;
+    // Write and read first, so that what this process keeps of the store must be renewed.
+    ASSERT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", "Before", 1), 1);
+    ASSERT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", "P0_0", -1), -1);
     pid_t children[kProcesses];
     for (int p = 0; p < kProcesses; ++p) {
         pid_t pid = fork();
