@@ -4,6 +4,7 @@
 // the table can show an error.
 #include "catalog/catalog_internal.h"
 #include "internal/driver_info.h"
+#include "internal/string_literal.h"
 #include "internal/library.h"
 
 #include <korvel/bounded_text.h>
@@ -34,15 +35,6 @@ const char *ItemValueType(int databaseType) {
     case KODBC_DBTYPE_ACCESS: return "MEMO";
     default: return "BLOB";
     }
-}
-
-// MySQL and MariaDB (in their default mode) read a backslash inside a
-// string literal as an escape of their own and would eat the encoding's
-// escapes on the way in; there the backslashes are doubled as well.
-bool LiteralsTakeBackslashEscapes(SQLHDBC hdbc) {
-    char name[100];
-    if (!GetInfoText(hdbc, SQL_DBMS_NAME, name, sizeof name)) return false;
-    return DatabaseTypeFromName(name) == KODBC_DBTYPE_MYSQL || strcasecmp(name, "MariaDB") == 0;
 }
 
 // 1 when the table is there or has just been created; else the creation's
@@ -148,14 +140,7 @@ KODBC_API int KODBC_CALL Kodbc_WriteSysTableString(SQLHDBC hdbc, const char *obj
     // The value gives way so that the literal and the statement stay closed;
     // a doubled character goes in whole or not at all.
     constexpr std::string_view kClose = "')";
-    const bool doubleBackslashes = LiteralsTakeBackslashEscapes(hdbc);
-    for (const char *p = encoded.get(); *p; ++p) {
-        std::string_view piece(p, 1);
-        if (*p == '\'') piece = "''";
-        else if (*p == '\\' && doubleBackslashes) piece = "\\\\";
-        if (piece.size() + kClose.size() > text.room()) break;
-        text.append(piece);
-    }
+    AppendLiteralBody(text, encoded.get(), kClose.size(), LiteralsTakeBackslashEscapes(hdbc));
     text.append(kClose);
     return OdbcEh_PerformSqlStatement(nullptr, hdbc, sql, kEveryState);
 }

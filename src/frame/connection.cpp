@@ -41,6 +41,12 @@ bool GetInfoText(SQLHDBC hdbc, SQLUSMALLINT item, char *buffer, int size) {
     return true;
 }
 
+bool LiteralsTakeBackslashEscapes(SQLHDBC hdbc) {
+    char name[100];
+    if (!GetInfoText(hdbc, SQL_DBMS_NAME, name, sizeof name)) return false;
+    return DatabaseTypeFromName(name) == KODBC_DBTYPE_MYSQL || strcasecmp(name, "MariaDB") == 0;
+}
+
 namespace {
 
 // A field of a record: the stored value, else the default record's field,

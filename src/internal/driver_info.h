@@ -12,4 +12,8 @@ int DatabaseTypeFromName(const char *dbmsName);
 // 0 or the driver refuses; buffer then holds an empty text.
 bool GetInfoText(SQLHDBC hdbc, SQLUSMALLINT item, char *buffer, int size);
 
+// MySQL and MariaDB (in their default mode) read a backslash inside a
+// string literal as an escape of their own; literals for them double it.
+bool LiteralsTakeBackslashEscapes(SQLHDBC hdbc);
+
 } // namespace kodbc

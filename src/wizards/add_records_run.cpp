@@ -131,7 +131,7 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
         if (replace) {
             std::string_view id;
             if (!ReadColumn(query.get(), idColumn, idValue, sizeof idValue, id)) id = {};
-            BuildIdentifyingCondition(idField, id, idType, condition, sizeof condition);
+            BuildIdentifyingCondition(idField, id, idType, condition, sizeof condition, parts.backslashEscapes);
             update = Kodbc_GetRecordCountExt(context.destination, table, condition, 0) >= 1;
         }
         if (update) BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);

@@ -1,7 +1,9 @@
 // INSERT, UPDATE and DELETE of one record, and their literals.
 #include "wizards/record_statements.h"
 
+#include "internal/driver_info.h"
 #include "internal/library.h"
+#include "internal/string_literal.h"
 
 #include <kodbc/kodbc_sqltext.h>
 
@@ -39,21 +41,14 @@ void AppendCondition(korvel::BoundedText &out, const char *condition) noexcept {
 
 } // namespace
 
-bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text) noexcept {
+bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text, bool backslashEscapes) noexcept {
     bool whole = out.append('\'');
     // The closing quote always keeps its place, so a cut literal stays closed.
-    for (char c : text) {
-        std::string_view piece = c == '\'' ? std::string_view("''") : std::string_view(&c, 1);
-        if (piece.size() + 1 > out.room()) {
-            whole = false;
-            break;
-        }
-        out.append(piece);
-    }
+    whole = AppendLiteralBody(out, text, 1, backslashEscapes) && whole;
     return out.append('\'') && whole;
 }
 
-void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field) noexcept {
+void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field, bool backslashEscapes) noexcept {
     switch (field.mode) {
     case kFillFixedValue:
         if (field.fixedValue.empty()) break;
@@ -66,7 +61,7 @@ void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field) noex
         if (field.destinationType == KODBC_TYPE_INTEGER || field.destinationType == KODBC_TYPE_FLOAT)
             out.append(field.value);
         else
-            AppendStringLiteral(out, field.value);
+            AppendStringLiteral(out, field.value, backslashEscapes);
         return;
     default:
         break;
@@ -80,6 +75,7 @@ bool PrepareRecordStatementParts(SQLHDBC hdbc, const char *table, const AddRecFi
         parts.insertHead = FormatHead(hdbc, "INSERT INTO %t (", table);
         parts.updateHead = FormatHead(hdbc, "UPDATE %t SET ", table);
         parts.deleteHead = FormatHead(hdbc, "DELETE FROM %t", table);
+        parts.backslashEscapes = LiteralsTakeBackslashEscapes(hdbc);
         parts.names.assign(fields.size(), std::string());
         for (std::size_t i = 0; i < fields.size(); ++i) {
             if (!fields[i] || !fields[i]->isWritten()) continue;
@@ -110,7 +106,7 @@ bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldLi
     for (std::size_t i = 0; i < fields.size() && i < parts.names.size(); ++i) {
         if (!fields[i] || !fields[i]->isWritten()) continue;
         if (!first) sql.append(',');
-        AppendValueLiteral(sql, *fields[i]);
+        AppendValueLiteral(sql, *fields[i], parts.backslashEscapes);
         first = false;
     }
     sql.append(')');
@@ -127,7 +123,7 @@ bool BuildUpdateStatement(const RecordStatementParts &parts, const AddRecFieldLi
         if (!first) sql.append(',');
         sql.append(parts.names[i]);
         sql.append('=');
-        AppendValueLiteral(sql, *fields[i]);
+        AppendValueLiteral(sql, *fields[i], parts.backslashEscapes);
         first = false;
     }
     AppendCondition(sql, condition);
@@ -142,12 +138,12 @@ bool BuildDeleteStatement(const RecordStatementParts &parts, const char *conditi
 }
 
 void BuildIdentifyingCondition(std::string_view preparedField, std::string_view value, int sqlType, char *out,
-                               int size) noexcept {
+                               int size, bool backslashEscapes) noexcept {
     korvel::BoundedText condition(out, size);
     condition.append(preparedField);
     condition.append('=');
     if (IsBareSqlType(sqlType)) condition.append(value);
-    else AppendStringLiteral(condition, value);
+    else AppendStringLiteral(condition, value, backslashEscapes);
 }
 
 } // namespace kodbc::wizards

@@ -17,10 +17,11 @@ inline constexpr int kRecordStatementSize = 30000;
 inline constexpr int kIdentifyingConditionSize = 301;   // at most 300 characters
 inline constexpr int kIdentifyingValueSize = 200;       // the identifying value, at most 199 characters
 
-// text between single quotes, every quote inside doubled. A literal that
-// does not fit is cut before a character (never inside a doubled quote)
-// and still closed. False when something was cut.
-bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text) noexcept;
+// text between single quotes, every quote inside doubled, and every
+// backslash too where the database reads backslash escapes. A literal that
+// does not fit is cut before a character (never inside a doubled one) and
+// still closed. False when something was cut.
+bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text, bool backslashEscapes = false) noexcept;
 
 // The literal an entry writes for the current record:
 // - leave empty, or an empty value of any mode: NULL;
@@ -28,7 +29,7 @@ bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text) noexce
 //   doubled: what the user typed is taken as SQL);
 // - source field: bare into integer and floating-point columns, else a
 //   string literal.
-void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field) noexcept;
+void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field, bool backslashEscapes = false) noexcept;
 
 // The parts of the statements that are the same for every record of a
 // run, prepared once for the destination connection.
@@ -37,6 +38,7 @@ struct RecordStatementParts {
     std::string updateHead;             // "UPDATE <table> SET "
     std::string deleteHead;             // "DELETE FROM <table>"
     std::vector<std::string> names;     // per slot: the prepared name, empty when the entry is not written
+    bool backslashEscapes = false;      // the database reads backslash escapes in literals
 };
 
 // Formats the heads with the table and prepares the names of the entries
@@ -58,6 +60,6 @@ bool BuildDeleteStatement(const RecordStatementParts &parts, const char *conditi
 // source's identifying value, bare when the source column's SQL type is a
 // number type, else a string literal. Cut to size-1.
 void BuildIdentifyingCondition(std::string_view preparedField, std::string_view value, int sqlType, char *out,
-                               int size) noexcept;
+                               int size, bool backslashEscapes = false) noexcept;
 
 } // namespace kodbc::wizards
