@@ -240,13 +240,7 @@ AddRecField *MappingRowEntry(AddRecFieldList &fields, int row) noexcept {
 
 std::string TypeText(int type, int length) {
     char text[kTypeTextSize];
-    DataTypeDisplayName(type, text, sizeof text);
-    auto out = korvel::BoundedText::continuing(text, sizeof text);
-    if (length > 0) {
-        char number[24];
-        std::snprintf(number, sizeof number, " (%d)", length);
-        out.append(number);
-    }
+    DataTypeText(type, length, text, sizeof text);
     return text;
 }
 
