@@ -41,7 +41,6 @@ struct Row {
 // reported on the test thread.
 struct Walker {
     HWND frame;
-    DWORD thread;
     const char *shotPrefix;
     std::vector<std::string> failures;
 
@@ -50,7 +49,10 @@ struct Walker {
     void Expect(bool condition, const std::string &what) {
         if (!condition) failures.push_back(what);
     }
-    void Shot(int page) { wintest::SaveScreenshot(frame, shotPrefix + std::to_string(page)); }
+    void Shot(int page) {
+        Sleep(300);  // what was just typed is painted
+        wintest::SaveScreenshot(frame, shotPrefix + std::to_string(page));
+    }
 
     // Presses a frame button and waits for page `then` (0: the frame closes).
     void Press(int button, int then) {
@@ -67,24 +69,7 @@ struct Walker {
                "no message box on page " + std::to_string(page));
         Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
     }
-    HWND FindMessageBox() const {
-        struct Search {
-            HWND found = nullptr;
-        } search;
-        EnumThreadWindows(
-            thread,
-            [](HWND window, LPARAM param) -> BOOL {
-                char cls[16] = {};
-                GetClassNameA(window, cls, sizeof cls);
-                if (!IsWindowVisible(window) || lstrcmpA(cls, "#32770") != 0 ||
-                    wintest::WindowText(window) != kMessageCaption)
-                    return TRUE;
-                reinterpret_cast<Search *>(param)->found = window;
-                return FALSE;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        return search.found;
-    }
+    static HWND FindMessageBox() { return FindWindowA("#32770", kMessageCaption); }
 
     // A click on the table list's entry `name` (empty: the selection removed).
     void ClickTable(int page, const std::string &name) {
@@ -184,9 +169,8 @@ protected:
                   const std::function<void(Walker &)> &walk, std::vector<std::string> &messages) {
         wintest::MessageBoxAnswerer answerer(kMessageCaption, IDOK);
         std::vector<std::string> failures;
-        const DWORD thread = GetCurrentThreadId();
         wintest::DialogRobot robot(title, *shotPrefix ? shotPrefix + std::to_string(firstPage) : "", [&](HWND frame) {
-            Walker walker{frame, thread, shotPrefix, {}};
+            Walker walker{frame, shotPrefix, {}};
             walk(walker);
             failures = walker.failures;
         }, 60000);
