@@ -325,15 +325,18 @@ TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
     EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|a", "2|Bernd|2.5|20|b", "3|Clara|7.5|61|-",
                                                 "4|Dora|7.5|81|-"}));
 
-    // The contents of another field, then "Abbrechen" on the result page:
-    // 2, although the update ran.
+    // The contents of another field and a formula, passed twice, then
+    // "Abbrechen" on the result page: 2, although the update ran.
     messages.clear();
     result = RunWizard(kUpdateTitle, "", T, Update, table, [&](Walker &w) {
         w.Press(KORVEL_WIZARD_NEXT, C);
         w.Enter(C, {{"name", "ist gleich", "Anna"}});
         w.Press(KORVEL_WIZARD_NEXT, A);
-        w.Enter(A, {{"note", "Inhalt von Feld", "name"}});
+        w.Enter(A, {{"note", "Inhalt von Feld", "name"}, {"code", "Ergebnis der Formel", "code+1"}});
         w.Press(KORVEL_WIZARD_NEXT, P);
+        w.Press(KORVEL_WIZARD_NEXT, R);
+        // Through the confirmation again: the update runs a second time.
+        w.Press(KORVEL_WIZARD_BACK, P);
         w.Press(KORVEL_WIZARD_NEXT, R);
         resultText = w.PageText(R);
         w.Press(IDCANCEL, 0);
@@ -341,7 +344,7 @@ TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
     EXPECT_EQ(result, 2);
     EXPECT_EQ(messages, std::vector<std::string>{});
     EXPECT_NE(resultText.find("allen  1  Datens"), std::string::npos) << resultText;
-    EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|Anna", "2|Bernd|2.5|20|b", "3|Clara|7.5|61|-",
+    EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|12|Anna", "2|Bernd|2.5|20|b", "3|Clara|7.5|61|-",
                                                 "4|Dora|7.5|81|-"}));
 }
 
