@@ -222,6 +222,23 @@ TEST_P(AddRecords, AddRun) {
     EXPECT_EQ(OdbcErrors(), 0u);
 }
 
+// As the wizard runs: the source page opens a connection of its own to the
+// data source, here the destination's own (a file database must not lock
+// itself out while the source rows are read).
+TEST_P(AddRecords, SourceOnItsOwnConnectionToTheSameDataSource) {
+    context_->sourceDbc = nullptr;
+    DataSourceRecord entered{};
+    std::strcpy(entered.DataSourceName, GetParam().c_str());
+    ASSERT_FALSE(LeaveSourceDataSourcePage(*context_, entered).stays());
+    ASSERT_NE(context_->sourceDbc, hdbc_);
+    RecordingProgress progress;
+    AddRecordsRunCounts counts;
+    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(counts.written, 3);
+    EXPECT_EQ(OdbcErrors(), 0u);
+    ActivateSourceDataSourcePage(*context_);  // drops the source connection
+}
+
 TEST_P(AddRecords, ReplaceRunUpdatesMatchingRecords) {
     Exec("INSERT INTO ar_dst (id, name) VALUES (2, 'alt')");
     LeaveIdFieldsPage(*context_, kRecordModeReplace, "id", "id");
