@@ -22,8 +22,9 @@ inline constexpr UINT kPageLeaveMessage = WM_USER + 2;
 // and selects the record's table (without regard to case), else the first.
 void FillTablePage(HWND page, SQLHDBC hdbc, const TableRecord &table) noexcept;
 
-// The table page's selected entry into name (kTableNameSize bytes); an
-// empty name when nothing is selected. Returns name.
+// The table page's selected entry into name (cut to 49 characters, as the
+// table record keeps it); an empty name when nothing is selected. Returns
+// name.
 inline constexpr int kTableNameSize = 50;
 const char *SelectedTable(HWND page, char (&name)[kTableNameSize]) noexcept;
 
