@@ -37,9 +37,9 @@ void ReadSetting(const char *name, char *buffer, int size) noexcept {
     Korvel_ReadRegistryString(HKEY_CURRENT_USER, kRegistryKey, 0, kAddRecordsSection, name, nullptr, buffer, size);
 }
 
-AddRecordsDecision StayOnPage(int messageId = 0, int focusRow = -1) noexcept {
-    AddRecordsDecision decision;
-    decision.answer = 2;
+PageDecision StayOnPage(int messageId = 0, int focusRow = -1) noexcept {
+    PageDecision decision;
+    decision.goOn = false;
     decision.messageId = messageId;
     decision.focusRow = focusRow;
     return decision;
@@ -129,7 +129,7 @@ std::unique_ptr<AddRecordsContext> CreateAddRecordsContext(SQLHDBC destination, 
     return context;
 }
 
-AddRecordsDecision LeaveDestinationTablePage(AddRecordsContext &context, const char *table) noexcept {
+PageDecision LeaveDestinationTablePage(AddRecordsContext &context, const char *table) noexcept {
     if (IsEmpty(table)) {
         LibraryMessage(msg::SELECT_TABLE);
         return StayOnPage(msg::SELECT_TABLE);
@@ -142,7 +142,7 @@ void ActivateSourceDataSourcePage(AddRecordsContext &context) noexcept {
     Kodbc_DisconnectDataSource(&context.sourceEnv, &context.sourceDbc);
 }
 
-AddRecordsDecision LeaveSourceDataSourcePage(AddRecordsContext &context, const DataSourceRecord &entered) noexcept {
+PageDecision LeaveSourceDataSourcePage(AddRecordsContext &context, const DataSourceRecord &entered) noexcept {
     std::memcpy(&context.source, &entered, sizeof context.source);
     context.source.DataSourceName[sizeof context.source.DataSourceName - 1] = '\0';
     if (context.source.DataSourceName[0] == '\0') {
@@ -160,7 +160,7 @@ int SourceFilterFromChecks(bool tables, bool queries, bool all) noexcept {
     return (tables ? kSourceFilterTables : 0) | (queries ? kSourceFilterQueries : 0) | (all ? kSourceFilterAll : 0);
 }
 
-AddRecordsDecision LeaveSourceTablePage(AddRecordsContext &context, const char *table) noexcept {
+PageDecision LeaveSourceTablePage(AddRecordsContext &context, const char *table) noexcept {
     if (IsEmpty(table)) {
         LibraryMessage(msg::SELECT_TABLE);
         return StayOnPage(msg::SELECT_TABLE);
@@ -266,7 +266,7 @@ void LeaveRowsEmpty(AddRecFieldList &fields, const std::vector<int> &rows) noexc
         if (AddRecField *field = MappingRowEntry(fields, row)) field->mode = kFillLeaveEmpty;
 }
 
-AddRecordsDecision LeaveMappingPage(AddRecordsContext &context) noexcept {
+PageDecision LeaveMappingPage(AddRecordsContext &context) noexcept {
     int mapped = 0;
     if (!IsEmpty(context.sourceTable))
         for (const auto &field : context.fields) mapped += field && field->readsSource() ? 1 : 0;
@@ -326,14 +326,14 @@ bool ApplyFieldChoice(AddRecField &field, int mode, const char *fixedValue, cons
 
 bool IdFieldListsEnabled(int recordMode) noexcept { return recordMode == kRecordModeReplace; }
 
-AddRecordsDecision LeaveIdFieldsPage(AddRecordsContext &context, int recordMode, const char *sourceIdField,
+PageDecision LeaveIdFieldsPage(AddRecordsContext &context, int recordMode, const char *sourceIdField,
                                const char *destIdField) noexcept {
     context.recordMode = recordMode;
     CopyName(context.sourceIdField, sizeof context.sourceIdField, sourceIdField);
     CopyName(context.destIdField, sizeof context.destIdField, destIdField);
     WriteSetting("SourceIdField", context.sourceIdField);
     WriteSetting("DestIdField", context.destIdField);
-    AddRecordsDecision decision;
+    PageDecision decision;
     // The user may go on all the same; the run then works with the empty name.
     if (recordMode == kRecordModeReplace && (!context.sourceIdField[0] || !context.destIdField[0])) {
         LibraryMessage(msg::SELECT_ID_FIELDS);

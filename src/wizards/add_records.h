@@ -5,6 +5,7 @@
 #pragma once
 
 #include "wizards/add_rec_field.h"
+#include "wizards/record_wizard_common.h"
 
 #include <kodbc/kodbc_types.h>
 
@@ -54,29 +55,21 @@ struct AddRecordsContext {
 // out of memory (message 1600 shown).
 std::unique_ptr<AddRecordsContext> CreateAddRecordsContext(SQLHDBC destination, const TableRecord *table) noexcept;
 
-// What a page does after the user asked to leave it.
-struct AddRecordsDecision {
-    int answer = 1;          // 1 go on, 2 stay on the page
-    int messageId = 0;       // the message that was shown, 0 none
-    int focusRow = -1;       // the list row to select and focus, -1 none
-    bool stays() const noexcept { return answer != 1; }
-};
-
 // Destination table page: table is the selected entry (null or empty: none).
-AddRecordsDecision LeaveDestinationTablePage(AddRecordsContext &context, const char *table) noexcept;
+PageDecision LeaveDestinationTablePage(AddRecordsContext &context, const char *table) noexcept;
 
 // Source data-source page. Activating drops any source connection held;
 // leaving connects to the data source entered, remembers it under
 // "AddRecords" and goes on, or stays (1608 for an empty name; a failed
 // connection has shown its error).
 void ActivateSourceDataSourcePage(AddRecordsContext &context) noexcept;
-AddRecordsDecision LeaveSourceDataSourcePage(AddRecordsContext &context, const DataSourceRecord &entered) noexcept;
+PageDecision LeaveSourceDataSourcePage(AddRecordsContext &context, const DataSourceRecord &entered) noexcept;
 
 // Source table page. The filter from the three check boxes; leaving stores
 // the table, remembers it, and rebuilds the mapping only when data source
 // and table differ (without regard to case) from those it was built for.
 int SourceFilterFromChecks(bool tables, bool queries, bool all) noexcept;
-AddRecordsDecision LeaveSourceTablePage(AddRecordsContext &context, const char *table) noexcept;
+PageDecision LeaveSourceTablePage(AddRecordsContext &context, const char *table) noexcept;
 
 // Builds the mapping for the destination table and the source table:
 // one entry per destination column, same-named source fields preset. False
@@ -98,7 +91,7 @@ void LeaveRowsEmpty(AddRecFieldList &fields, const std::vector<int> &rows) noexc
 // Leaving forwards: 1633 when no source field is mapped, 1630 and the
 // failing row when a mapped type makes no sense. The last entry is never
 // checked.
-AddRecordsDecision LeaveMappingPage(AddRecordsContext &context) noexcept;
+PageDecision LeaveMappingPage(AddRecordsContext &context) noexcept;
 
 // The type text of a column: the type's display name, and its length in
 // parentheses when above 0.
@@ -113,7 +106,7 @@ bool ApplyFieldChoice(AddRecField &field, int mode, const char *fixedValue, cons
 // Identifying fields page: remembers both names and goes on in every case;
 // in replace mode an empty name shows 1632 first.
 bool IdFieldListsEnabled(int recordMode) noexcept;
-AddRecordsDecision LeaveIdFieldsPage(AddRecordsContext &context, int recordMode, const char *sourceIdField,
+PageDecision LeaveIdFieldsPage(AddRecordsContext &context, int recordMode, const char *sourceIdField,
                                const char *destIdField) noexcept;
 
 // Summary page: string 2160 with the source table's record count.

@@ -216,9 +216,9 @@ int DestinationTablePage(AddRecordsContext &context, HWND page, UINT message, WP
         return 1;
     case kLeave:
         if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
-            const AddRecordsDecision decision = LeaveDestinationTablePage(context, BoxSelection(list).c_str());
+            const PageDecision decision = LeaveDestinationTablePage(context, BoxSelection(list).c_str());
             if (decision.stays()) Focus(page, IDC_ADDREC_DEST_LIST);
-            Answer(lParam, decision.answer);
+            Answer(lParam, decision.answer());
         }
         return 1;
     default:
@@ -242,9 +242,9 @@ int SourceDataSourcePage(AddRecordsContext &context, HWND page, UINT message, WP
             KorvelCopyString(entered.DataSourceName, BoxSelection(list).c_str(), sizeof entered.DataSourceName);
             GetDlgItemTextA(page, IDC_ADDREC_USER, entered.UserId, sizeof entered.UserId);
             GetDlgItemTextA(page, IDC_ADDREC_PASSWORD, entered.Password, sizeof entered.Password);
-            const AddRecordsDecision decision = LeaveSourceDataSourcePage(context, entered);
+            const PageDecision decision = LeaveSourceDataSourcePage(context, entered);
             if (decision.messageId) Focus(page, IDC_ADDREC_DSN_LIST);
-            Answer(lParam, decision.answer);
+            Answer(lParam, decision.answer());
         }
         return 1;
     default:
@@ -282,10 +282,10 @@ int SourceTablePage(AddRecordsContext &context, HWND page, UINT message, WPARAM 
         }
     case kLeave:
         if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
-            const AddRecordsDecision decision =
+            const PageDecision decision =
                 LeaveSourceTablePage(context, BoxSelection(Item(page, IDC_ADDREC_SOURCE_LIST)).c_str());
             if (decision.messageId) Focus(page, IDC_ADDREC_SOURCE_LIST);
-            Answer(lParam, decision.answer);
+            Answer(lParam, decision.answer());
         }
         return 1;
     default:
@@ -338,13 +338,13 @@ int MappingPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wPar
         }
     case kLeave:
         if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
-            const AddRecordsDecision decision = LeaveMappingPage(context);
+            const PageDecision decision = LeaveMappingPage(context);
             if (decision.focusRow >= 0) {
                 SetRowSelected(list, -1, false);  // -1: every row
                 SetRowSelected(list, decision.focusRow, true);
                 Focus(page, IDC_ADDREC_MAPPING_LIST);
             }
-            Answer(lParam, decision.answer);
+            Answer(lParam, decision.answer());
         }
         return 1;
     default:
@@ -380,10 +380,10 @@ int IdFieldsPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wPa
         return 1;
     case kLeave:
         if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
-            const AddRecordsDecision decision =
+            const PageDecision decision =
                 LeaveIdFieldsPage(context, context.recordMode, BoxSelection(Item(page, IDC_ADDREC_SOURCE_ID)).c_str(),
                                   BoxSelection(Item(page, IDC_ADDREC_DEST_ID)).c_str());
-            Answer(lParam, decision.answer);
+            Answer(lParam, decision.answer());
         }
         return 1;
     default:

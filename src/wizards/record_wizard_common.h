@@ -1,5 +1,6 @@
-// What the delete-records and update-records wizards share: the answer a
-// page gives when it is left, the owned text buffers of their contexts, the
+// What the record wizards share: the answer a page gives when it is left
+// (all three wizards), and for the delete-records and update-records
+// wizards the owned text buffers of their contexts, the
 // table page, the counting of the selected records and the one statement
 // each wizard finally runs.
 //
@@ -34,14 +35,17 @@ inline constexpr std::int32_t kPageStay = 2;
 
 enum class PageFocus { None, TableList };
 
-// What a page does when it is left. A refusal's message has already been
-// shown (through the library's message service) when the decision returns.
+// What a page does when it is left. A message has already been shown
+// (through the library's message service) when the decision returns; a
+// page may show one and still let the user go on.
 struct PageDecision {
     bool goOn = true;
     int messageId = 0;                 // the message shown, 0 for none
     PageFocus focus = PageFocus::None; // where the page puts the focus when it stays
+    int focusRow = -1;                 // the list row to select and focus, -1 for none
 
     std::int32_t answer() const noexcept { return goOn ? kPageLeave : kPageStay; }
+    bool stays() const noexcept { return !goOn; }
 };
 
 PageDecision GoOn() noexcept;

@@ -122,7 +122,7 @@ TEST_P(AddRecords, MappingPresetKeptForTheSameSourceRebuiltForAnother) {
 TEST_P(AddRecords, PageChecks) {
     // The last field is never checked: a date into a number passes there...
     ASSERT_TRUE(ApplyFieldChoice(Field("anzahl"), kFillSourceField, nullptr, "tag"));
-    AddRecordsDecision decision = LeaveMappingPage(*context_);
+    PageDecision decision = LeaveMappingPage(*context_);
     EXPECT_FALSE(decision.stays());
     EXPECT_TRUE(messages_.entries().empty());
     // ...and fails on any other.

@@ -65,7 +65,9 @@ TEST_F(CatalogBoxes, SchemataBoxHoldsEachSchemaOnce) {
     EXPECT_EQ(Kodbc_FillSchemataBox(hdbc_, combo_), KODBC_SUCCESS);
     auto schemata = BoxTexts(combo_);
     EXPECT_FALSE(Has(schemata, "old entry"));
-    if (Kodbc_GetSchemaUsage(hdbc_) == 0) EXPECT_TRUE(schemata.empty());
+    if (Kodbc_GetSchemaUsage(hdbc_) == 0) {
+        EXPECT_TRUE(schemata.empty());
+    }
     for (std::size_t i = 0; i < schemata.size(); ++i)
         for (std::size_t j = i + 1; j < schemata.size(); ++j) EXPECT_NE(schemata[i], schemata[j]);
     EXPECT_EQ(Kodbc_FillSchemataBox(nullptr, combo_), KODBC_FAILURE);

@@ -39,7 +39,9 @@ class DiagnosticsDialog : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        if (!HasFatalFailure()) ASSERT_EQ(SQLAllocStmt(hdbc_, &hstmt_), SQL_SUCCESS);
+        if (!HasFatalFailure()) {
+            ASSERT_EQ(SQLAllocStmt(hdbc_, &hstmt_), SQL_SUCCESS);
+        }
     }
     void TearDown() override {
         if (hstmt_) SQLFreeStmt(hstmt_, SQL_DROP);
