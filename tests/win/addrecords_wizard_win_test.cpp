@@ -2,8 +2,7 @@
 // refusals, the mapping list with its menu and field dialog, the kept and
 // the reset mapping, the summary, and the rows the run wrote, first adding
 // and then replacing.
-#include "robot.h"
-#include "win_support.h"
+#include "wizard_walker.h"
 #include "wizards/add_records_wizard_ids.h"
 
 #include <kodbc/kodbc_wizards.h>
@@ -22,7 +21,6 @@ using wintest::Click;
 using wintest::WaitFor;
 
 constexpr char kTitle[] = "SQL-Befehl aus einer Datei lesen";
-constexpr char kMessageCaption[] = "Datenbank";
 
 // ---------------------------------------------------------------------------
 // Robot helpers: everything here runs on the robot's thread.
@@ -51,48 +49,12 @@ HWND Visible(DWORD thread, const char *cls, const char *text = nullptr) {
 
 // A message box came up (the answerer clicks it away) and is gone again.
 bool AwaitMessageBox(DWORD thread) {
-    bool shown = WaitFor([&] { return Visible(thread, "#32770", kMessageCaption) != nullptr; });
-    return WaitFor([&] { return Visible(thread, "#32770", kMessageCaption) == nullptr; }) && shown;
+    bool shown = WaitFor([&] { return Visible(thread, "#32770", wintest::kLibraryMessageCaption) != nullptr; });
+    return WaitFor([&] { return Visible(thread, "#32770", wintest::kLibraryMessageCaption) == nullptr; }) && shown;
 }
 
-struct Walker {
-    HWND frame;
-    DWORD thread;
-    std::vector<std::string> failures;
-
-    HWND Page(int id) const { return GetDlgItem(frame, id); }
-    HWND Control(int page, int id) const { return GetDlgItem(Page(page), id); }
-    bool Showing(int page) const { return wintest::ControlVisible(frame, page); }
-
-    void Expect(bool condition, const std::string &what) {
-        if (!condition) failures.push_back(what);
-    }
-    // Presses a frame button and waits for page `then` (0: the frame to close).
-    void Press(int button, int then) {
-        Click(frame, button);
-        bool ok = WaitFor([&] { return then ? Showing(then) : !IsWindow(frame); }, 10000);
-        Expect(ok, "page " + std::to_string(then) + " after button " + std::to_string(button));
-        Sleep(200);
-    }
-    // "Weiter" that is refused with a message: the page stays.
-    void Refused(int page) {
-        Click(frame, KORVEL_WIZARD_NEXT);
-        Expect(AwaitMessageBox(thread), "no message box on page " + std::to_string(page));
-        Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
-    }
-    void Shot(int page) { wintest::SaveScreenshot(frame, "addrecords-" + std::to_string(page)); }
-
-    // Selects the list or combo box entry `text` (empty: no entry).
-    void Choose(int page, int id, const std::string &text) {
-        HWND box = Control(page, id);
-        const bool combo = wintest::IsCombo(box);
-        LRESULT index = -1;
-        if (!text.empty())
-            index = SendMessageA(box, combo ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                 reinterpret_cast<LPARAM>(text.c_str()));
-        Expect(text.empty() || index >= 0, "no entry " + text);
-        SendMessageA(box, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-    }
+struct Walker : wintest::WizardWalker {
+    DWORD thread = 0;  // the wizard's: its menu and field dialog are looked for there
 
     // The mapping list: rows as "destination|source|source type".
     HWND Mapping() const { return Control(IDD_ADDREC_MAPPING, IDC_ADDREC_MAPPING_LIST); }
@@ -167,48 +129,20 @@ protected:
     void DropTables() {
         for (const char *table : {"ar_src", "ar_dst", "ar_other"}) Run(std::string("DROP TABLE ") + table);
     }
-    // The rows of a query, columns joined by "|", NULL as "-".
-    std::vector<std::string> Query(const char *sql) {
-        std::vector<std::string> rows;
-        SQLHSTMT stmt = nullptr;
-        if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc_, &stmt))) return rows;
-        SQLSMALLINT columns = 0;
-        if (SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql)), SQL_NTS)) &&
-            SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) {
-            while (SQL_SUCCEEDED(SQLFetch(stmt))) {
-                std::string row;
-                for (SQLUSMALLINT column = 1; column <= columns; ++column) {
-                    char text[100] = {};
-                    SQLLEN indicator = 0;
-                    SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
-                    row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
-                }
-                rows.push_back(row);
-            }
-        }
-        SQLFreeStmt(stmt, SQL_DROP);
-        return rows;
-    }
     std::vector<std::string> DestinationRows() {
-        return Query("SELECT id, name, price, born, label, code FROM ar_dst ORDER BY id");
+        return wintest::QueryRows(hdbc_, "SELECT id, name, price, born, label, code FROM ar_dst ORDER BY id");
     }
     // Runs the wizard with `walk` as the robot; returns its result and
     // the texts of the messages it showed.
     int RunWizard(TableRecord &table, const std::function<void(Walker &)> &walk, std::vector<std::string> &messages) {
-        wintest::MessageBoxAnswerer answerer(kMessageCaption, IDOK);
-        std::vector<std::string> failures;
         const DWORD thread = GetCurrentThreadId();
-        wintest::DialogRobot robot(kTitle, "addrecords-10034", [&](HWND frame) {
-            Walker walker{frame, thread, {}};
-            walk(walker);
-            failures = walker.failures;
-        }, 30000);
-        const int result = Kodbc_AddRecordsWizzard(hdbc_, &table);
-        robot.Join();
-        EXPECT_TRUE(robot.Found()) << "the wizard never appeared";
-        for (const std::string &failure : failures) ADD_FAILURE() << failure;
-        for (const wintest::MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
-        return result;
+        return wintest::RunWizard<Walker>(
+            kTitle, "addrecords-10034", "addrecords-", [&] { return Kodbc_AddRecordsWizzard(hdbc_, &table); },
+            [&](Walker &w) {
+                w.thread = thread;
+                walk(w);
+            },
+            messages, 30000);
     }
 };
 

@@ -2,8 +2,7 @@
 // SQLite data source: refusals, conditions and assignments typed into the
 // grids, the counts the pages show, another table emptying the grids, and
 // the rows left in the table afterwards.
-#include "robot.h"
-#include "win_support.h"
+#include "wizard_walker.h"
 #include "wizards/record_wizard_ids.h"
 
 #include <kodbc/kodbc_wizards.h>
@@ -21,7 +20,6 @@ using wintest::WaitFor;
 
 constexpr char kDeleteTitle[] = "L\xF6schen von Datens\xE4tzen aus einer Tabelle";
 constexpr char kUpdateTitle[] = "\xC4ndern von Datens\xE4tzen in einer Tabelle";
-constexpr char kMessageCaption[] = "Datenbank";
 constexpr char kNoTable[] = "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.";
 
 constexpr int kRowIds[5][3] = {
@@ -39,38 +37,7 @@ struct Row {
 
 // Everything here runs on the robot's thread; failures are collected and
 // reported on the test thread.
-struct Walker {
-    HWND frame;
-    const char *shotPrefix;
-    std::vector<std::string> failures;
-
-    HWND Page(int id) const { return GetDlgItem(frame, id); }
-    bool Showing(int page) const { return wintest::ControlVisible(frame, page); }
-    void Expect(bool condition, const std::string &what) {
-        if (!condition) failures.push_back(what);
-    }
-    void Shot(int page) {
-        Sleep(300);  // what was just typed is painted
-        wintest::SaveScreenshot(frame, shotPrefix + std::to_string(page));
-    }
-
-    // Presses a frame button and waits for page `then` (0: the frame closes).
-    void Press(int button, int then) {
-        Click(frame, button);
-        bool ok = WaitFor([&] { return then ? Showing(then) : !IsWindow(frame); }, 10000);
-        Expect(ok, "page " + std::to_string(then) + " after button " + std::to_string(button));
-        Sleep(200);
-    }
-    // "Weiter" refused with a message box (clicked away by the answerer).
-    void Refused(int page) {
-        Click(frame, KORVEL_WIZARD_NEXT);
-        bool shown = WaitFor([&] { return FindMessageBox() != nullptr; });
-        Expect(shown && WaitFor([&] { return FindMessageBox() == nullptr; }),
-               "no message box on page " + std::to_string(page));
-        Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
-    }
-    static HWND FindMessageBox() { return FindWindowA("#32770", kMessageCaption); }
-
+struct Walker : wintest::WizardWalker {
     // A click on the table list's entry `name` (empty: the selection removed).
     void ClickTable(int page, const std::string &name) {
         HWND list = GetDlgItem(Page(page), IDC_RECWIZ_TABLE_LIST);
@@ -141,45 +108,16 @@ protected:
     void DropTables() {
         for (const char *table : {"du_items", "du_other"}) Run(std::string("DROP TABLE ") + table);
     }
-    // du_items' rows, columns joined by "|", NULL as "-".
     std::vector<std::string> Rows() {
-        std::vector<std::string> rows;
-        SQLHSTMT stmt = nullptr;
-        if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc_, &stmt))) return rows;
-        char sql[] = "SELECT id, name, price, code, note FROM du_items ORDER BY id";
-        if (SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(sql), SQL_NTS))) {
-            while (SQL_SUCCEEDED(SQLFetch(stmt))) {
-                std::string row;
-                for (SQLUSMALLINT column = 1; column <= 5; ++column) {
-                    char text[100] = {};
-                    SQLLEN indicator = 0;
-                    SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
-                    row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
-                }
-                rows.push_back(row);
-            }
-        }
-        SQLFreeStmt(stmt, SQL_DROP);
-        return rows;
+        return wintest::QueryRows(hdbc_, "SELECT id, name, price, code, note FROM du_items ORDER BY id");
     }
     // Runs a wizard with `walk` as the robot; the texts of the messages it
     // showed go to messages.
     int RunWizard(const char *title, const char *shotPrefix, int firstPage,
                   const std::function<int(SQLHDBC, TableRecord *)> &wizard, TableRecord &table,
                   const std::function<void(Walker &)> &walk, std::vector<std::string> &messages) {
-        wintest::MessageBoxAnswerer answerer(kMessageCaption, IDOK);
-        std::vector<std::string> failures;
-        wintest::DialogRobot robot(title, *shotPrefix ? shotPrefix + std::to_string(firstPage) : "", [&](HWND frame) {
-            Walker walker{frame, shotPrefix, {}};
-            walk(walker);
-            failures = walker.failures;
-        }, 60000);
-        const int result = wizard(hdbc_, &table);
-        robot.Join();
-        EXPECT_TRUE(robot.Found()) << "the wizard never appeared: " << title;
-        for (const std::string &failure : failures) ADD_FAILURE() << failure;
-        for (const wintest::MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
-        return result;
+        return wintest::RunWizard<Walker>(title, *shotPrefix ? shotPrefix + std::to_string(firstPage) : "", shotPrefix,
+                                          [&] { return wizard(hdbc_, &table); }, walk, messages);
     }
     static TableRecord Record(const char *name) {
         TableRecord table{};
