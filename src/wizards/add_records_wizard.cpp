@@ -7,6 +7,7 @@
 #include "wizards/add_records_run.h"
 #include "wizards/add_records_wizard_ids.h"
 #include "wizards/record_wizard_common.h"
+#include "wizards/wizard_step.h"
 
 #include "internal/library.h"
 
@@ -29,9 +30,8 @@ using namespace kodbc::wizards;
 
 namespace {
 
-constexpr UINT kActivate = WM_USER + 1;
-constexpr UINT kLeave = WM_USER + 2;
-constexpr int kReserved15 = 15;
+constexpr UINT kActivate = kPageActivate;
+constexpr UINT kLeave = kPageLeaveMessage;
 constexpr int kBoxTextSize = 300;
 constexpr int kMenuTextSize = 100;
 constexpr int kHeaderSize = 200;
@@ -516,15 +516,9 @@ KODBC_API INT_PTR KODBC_CALL EditAddRecFieldDialogCallback(HWND dialog, UINT mes
 
 KODBC_API int KODBC_CALL AddRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                              LPARAM lParam) {
-    try {
-        auto *context = static_cast<AddRecordsContext *>(Wizzard_GetParam(wizard));
-        if (!context) return 0;
-        context->wizard = wizard;
-        if (message == WM_INITDIALOG) TranslateDialog(window);
-        return DispatchPage(*context, page, window, message, wParam, lParam);
-    } catch (...) {
-        return 0;
-    }
+    return WizardStep<AddRecordsContext>(wizard, window, message, [&](AddRecordsContext &context) {
+        return DispatchPage(context, page, window, message, wParam, lParam);
+    });
 }
 
 KODBC_API int KODBC_CALL Kodbc_AddRecordsWizzard(SQLHDBC destination, TableRecord *table) {
@@ -533,8 +527,7 @@ KODBC_API int KODBC_CALL Kodbc_AddRecordsWizzard(SQLHDBC destination, TableRecor
         if (!context) return KODBC_FAILURE;
         INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_LISTVIEW_CLASSES};
         InitCommonControlsEx(&controls);
-        if (Wizzard_Perform(kPages, &AddRecsWizzCallback, kActivate, kLeave, context.get(), IDB_ADDREC_WIZARD,
-                            IDS_ADDREC_WIZARD_TITLE, LibraryInstance(), kModuleName, kReserved15, 0) != 1)
+        if (PerformWizard(kPages, &AddRecsWizzCallback, context.get(), IDB_ADDREC_WIZARD, IDS_ADDREC_WIZARD_TITLE) != 1)
             return KODBC_FAILURE;
         PlatformProgress progress(msg::CAPTION_RECORD_PROGRESS);
         if (RunAddRecords(*context, progress) != KODBC_SUCCESS) return KODBC_FAILURE;

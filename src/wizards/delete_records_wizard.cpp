@@ -19,7 +19,6 @@ using namespace kodbc::wizards;
 
 namespace {
 
-constexpr int kReserved15 = 15;
 
 constexpr KorvelWizardPage kPages[] = {
     {IDD_DELREC_TABLE, {0, 0}}, {IDD_DELREC_CONDITIONS, {0, 0}}, {IDD_DELREC_SUMMARY, {0, 0}}, {0, {0, 0}},
@@ -84,28 +83,18 @@ extern "C" {
 
 KODBC_API int KODBC_CALL DelRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                              LPARAM lParam) {
-    try {
-        auto *context = static_cast<DeleteRecordsContext *>(Wizzard_GetParam(wizard));
-        if (!context) return 0;
-        context->wizard = wizard;
+    return WizardStep<DeleteRecordsContext>(wizard, window, message, [&](DeleteRecordsContext &context) {
         if (page != IDD_DELREC_TABLE && page != IDD_DELREC_CONDITIONS && page != IDD_DELREC_SUMMARY) return 0;
-        if (message == WM_INITDIALOG) {
-            TranslateDialog(window);
-            return 1;
-        }
-        return DispatchPage(*context, page, window, message, wParam, lParam);
-    } catch (...) {
-        return 0;
-    }
+        return message == WM_INITDIALOG ? 1 : DispatchPage(context, page, window, message, wParam, lParam);
+    });
 }
 
 KODBC_API int KODBC_CALL Kodbc_DeleteRecordsWizzard(SQLHDBC hdbc, TableRecord *table, int reserved) {
     try {
         std::unique_ptr<DeleteRecordsContext> context = CreateDeleteRecordsContext(hdbc, table, reserved);
         if (!context) return KODBC_FAILURE;
-        if (Wizzard_Perform(kPages, &DelRecsWizzCallback, kPageActivate, kPageLeaveMessage, context.get(),
-                            IDB_DELREC_WIZARD, msg::TITLE_DELETE_RECORDS, LibraryInstance(), kModuleName, kReserved15,
-                            0) != 1)
+        if (PerformWizard(kPages, &DelRecsWizzCallback, context.get(), IDB_DELREC_WIZARD, msg::TITLE_DELETE_RECORDS) !=
+            1)
             return KODBC_FAILURE;
         if (!DeleteSelectedRecords(*context)) return KODBC_FAILURE;
         if (table) std::memcpy(table, &context->table, sizeof *table);

@@ -7,16 +7,13 @@
 #ifdef _WIN32
 
 #include "wizards/record_wizard_common.h"
+#include "wizards/wizard_step.h"
 
 #include <kodbc/kodbc_seldesc.h>
 
 #include <windows.h>
 
 namespace kodbc::wizards {
-
-// The page-activate and page-leave messages the record wizards run with.
-inline constexpr UINT kPageActivate = WM_USER + 1;
-inline constexpr UINT kPageLeaveMessage = WM_USER + 2;
 
 // Lists the tables of the record's object-type filter on the table page
 // and selects the record's table (without regard to case), else the first.

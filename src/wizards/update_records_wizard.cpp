@@ -20,7 +20,6 @@ using namespace kodbc::wizards;
 
 namespace {
 
-constexpr int kReserved15 = 15;
 
 constexpr KorvelWizardPage kPages[] = {
     {IDD_UPDREC_TABLE, {0, 0}},        {IDD_UPDREC_CONDITIONS, {0, 0}}, {IDD_UPDREC_ASSIGNMENTS, {0, 0}},
@@ -101,19 +100,10 @@ extern "C" {
 
 KODBC_API int KODBC_CALL UpdRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                              LPARAM lParam) {
-    try {
-        auto *context = static_cast<UpdateRecordsContext *>(Wizzard_GetParam(wizard));
-        if (!context) return 0;
-        context->wizard = wizard;
+    return WizardStep<UpdateRecordsContext>(wizard, window, message, [&](UpdateRecordsContext &context) {
         if (!IsPage(page)) return 0;
-        if (message == WM_INITDIALOG) {
-            TranslateDialog(window);
-            return 1;
-        }
-        return DispatchPage(*context, page, window, message, wParam, lParam);
-    } catch (...) {
-        return 0;
-    }
+        return message == WM_INITDIALOG ? 1 : DispatchPage(context, page, window, message, wParam, lParam);
+    });
 }
 
 KODBC_API int KODBC_CALL Kodbc_UpdateRecordsWizzard(SQLHDBC hdbc, TableRecord *table, int reserved) {
@@ -122,9 +112,8 @@ KODBC_API int KODBC_CALL Kodbc_UpdateRecordsWizzard(SQLHDBC hdbc, TableRecord *t
         if (!context) return KODBC_FAILURE;
         // The update has run on leaving the confirmation page; cancelling
         // afterwards still answers 2.
-        if (Wizzard_Perform(kPages, &UpdRecsWizzCallback, kPageActivate, kPageLeaveMessage, context.get(),
-                            IDB_UPDREC_WIZARD, msg::TITLE_UPDATE_RECORDS, LibraryInstance(), kModuleName, kReserved15,
-                            0) != 1)
+        if (PerformWizard(kPages, &UpdRecsWizzCallback, context.get(), IDB_UPDREC_WIZARD, msg::TITLE_UPDATE_RECORDS) !=
+            1)
             return KODBC_FAILURE;
         if (table) std::memcpy(table, &context->table, sizeof *table);
         return KODBC_SUCCESS;
