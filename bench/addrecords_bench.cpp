@@ -11,6 +11,8 @@
 // kodbc_sqlite,kodbc_pg,kodbc_maria with the test servers' ODBCINI);
 // without it a SQLite database file of the build is used (no sync per
 // commit, so that the disk does not hide the difference).
+#include "bench_support.h"
+
 #include <kodbc/kodbc.h>
 
 #include <chrono>
@@ -35,22 +37,7 @@ int Silent(const KodbcMessage *message, void *) {
     return KODBC_ANSWER_OK;
 }
 
-struct Connection {
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    explicit Connection(const std::string &dsn) {
-        DataSourceRecord source{};
-        std::strncpy(source.DataSourceName, dsn.c_str(), sizeof source.DataSourceName - 1);
-        if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != KODBC_CONNECTED) {
-            std::fprintf(stderr, "cannot connect to %s\n", dsn.c_str());
-            std::exit(1);
-        }
-    }
-    ~Connection() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
-    bool Run(const std::string &sql, const char *tolerated = nullptr) const {
-        return OdbcEh_PerformSqlStatement(nullptr, hdbc, sql.c_str(), tolerated) == KODBC_SUCCESS;
-    }
-};
+using kodbc::bench::Connection;
 
 // The source through a cross join of digits, which all three databases
 // understand; every fifth note is NULL and every name carries a quote.

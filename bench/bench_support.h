@@ -42,8 +42,8 @@ struct Connection {
     ~Connection() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
-    void Run(const std::string &sql, const char *tolerated = nullptr) const {
-        OdbcEh_PerformSqlStatement(nullptr, hdbc, sql.c_str(), tolerated);
+    bool Run(const std::string &sql, const char *tolerated = nullptr) const {
+        return OdbcEh_PerformSqlStatement(nullptr, hdbc, sql.c_str(), tolerated) == KODBC_SUCCESS;
     }
 };
 

@@ -9,6 +9,7 @@
 // On the private SQLite data source (which streams its results, as every
 // data source the project writes does) the last column shows the peak of
 // the same transfer from a data source that holds the whole result.
+#include "bench_support.h"
 #include "internal/execution.h"
 
 #include <kodbc/kodbc.h>
@@ -44,18 +45,8 @@ int Silent(const KodbcMessage *message, void *) {
 // to step through the rows: the driver then holds the whole result.
 constexpr const char *kWholeResultDsn = "kodbc_bench_sqlite_whole";
 
-struct Connection {
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    explicit Connection(const std::string &dsn = Dsn()) {
-        DataSourceRecord source{};
-        std::strncpy(source.DataSourceName, dsn.c_str(), sizeof source.DataSourceName - 1);
-        if (Kodbc_ConnectDataSource(&source, &henv, &hdbc) != KODBC_CONNECTED) {
-            std::fprintf(stderr, "cannot connect to %s\n", dsn.c_str());
-            std::exit(1);
-        }
-    }
-    ~Connection() { Kodbc_DisconnectDataSource(&henv, &hdbc); }
+struct Connection : kodbc::bench::Connection {
+    explicit Connection(const std::string &dsn = Dsn()) : kodbc::bench::Connection(dsn) {}
 };
 
 void Fill(long rows) {

@@ -19,25 +19,9 @@ using namespace kodbc::wizards;
 
 namespace {
 
-
 constexpr KorvelWizardPage kPages[] = {
     {IDD_DELREC_TABLE, {0, 0}}, {IDD_DELREC_CONDITIONS, {0, 0}}, {IDD_DELREC_SUMMARY, {0, 0}}, {0, {0, 0}},
 };
-
-int TablePage(DeleteRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-    char name[kTableNameSize];
-    switch (message) {
-    case kPageActivate: FillTablePage(page, context.hdbc, context.table); return 1;
-    case kPageLeaveMessage:
-        return AnswerLeave(page, lParam,
-                           LeaveTablePage(context, static_cast<unsigned>(wParam), SelectedTable(page, name)));
-    case WM_COMMAND:
-        if (!IsTableListClick(wParam)) return 0;
-        SelectTable(context, SelectedTable(page, name));
-        return 1;
-    }
-    return 0;
-}
 
 int ConditionPage(DeleteRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {

@@ -42,6 +42,24 @@ void ShowPageText(HWND page, const char *text) noexcept;
 // null) and puts the focus where a refusing page wants it. Returns 1.
 int AnswerLeave(HWND page, LPARAM answer, const PageDecision &decision) noexcept;
 
+// The table page of both wizards: the list filled on activation, a click
+// choosing the table, leaving decided by the wizard's core.
+template <class Context>
+int TablePage(Context &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    char name[kTableNameSize];
+    switch (message) {
+    case kPageActivate: FillTablePage(page, context.hdbc, context.table); return 1;
+    case kPageLeaveMessage:
+        return AnswerLeave(page, lParam,
+                           LeaveTablePage(context, static_cast<unsigned>(wParam), SelectedTable(page, name)));
+    case WM_COMMAND:
+        if (!IsTableListClick(wParam)) return 0;
+        SelectTable(context, SelectedTable(page, name));
+        return 1;
+    }
+    return 0;
+}
+
 } // namespace kodbc::wizards
 
 #endif

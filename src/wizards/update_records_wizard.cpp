@@ -20,7 +20,6 @@ using namespace kodbc::wizards;
 
 namespace {
 
-
 constexpr KorvelWizardPage kPages[] = {
     {IDD_UPDREC_TABLE, {0, 0}},        {IDD_UPDREC_CONDITIONS, {0, 0}}, {IDD_UPDREC_ASSIGNMENTS, {0, 0}},
     {IDD_UPDREC_CONFIRMATION, {0, 0}}, {IDD_UPDREC_RESULT, {0, 0}},     {0, {0, 0}},
@@ -30,21 +29,6 @@ bool IsPage(int page) {
     for (const KorvelWizardPage &entry : kPages)
         if (entry.templateId && entry.templateId == page) return true;
     return false;
-}
-
-int TablePage(UpdateRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
-    char name[kTableNameSize];
-    switch (message) {
-    case kPageActivate: FillTablePage(page, context.hdbc, context.table); return 1;
-    case kPageLeaveMessage:
-        return AnswerLeave(page, lParam,
-                           LeaveTablePage(context, static_cast<unsigned>(wParam), SelectedTable(page, name)));
-    case WM_COMMAND:
-        if (!IsTableListClick(wParam)) return 0;
-        SelectTable(context, SelectedTable(page, name));
-        return 1;
-    }
-    return 0;
 }
 
 // The condition and assignment pages: a grid over one descriptor.
