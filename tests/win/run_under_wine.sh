@@ -10,6 +10,13 @@
 # environment. Without them the private SQLite-only configuration in
 # $KODBC_WIN_ODBC_DIR is used. Screenshots land in WORKDIR/screenshots and
 # are converted to PNG at the end. Every run ends with wineserver -k.
+#
+# Wine runs in the German locale (scripts/setup.sh generates it), so that
+# its message boxes and common dialogs read "Ja", "Nein", "Abbrechen" like
+# the library's own texts; only the Wine process gets it, the test program
+# compares nothing with the locale's formats. The title-bar and scroll-bar
+# glyphs come from the font marlett.ttf, which Wine ships but does not find
+# where the packages put it: it is copied into the prefix's font folder.
 set -u
 program=$1
 work=$2
@@ -33,6 +40,16 @@ if [ -z "${ODBCSYSINI:-}" ] && [ -n "${KODBC_WIN_ODBC_DIR:-}" ]; then
     export ODBCSYSINI="$KODBC_WIN_ODBC_DIR"
     export ODBCINI="$KODBC_WIN_ODBC_DIR/odbc.ini"
 fi
+if locale -a 2>/dev/null | grep -qix 'de_DE.utf8'; then
+    wine_locale=de_DE.UTF-8
+else
+    echo "run_under_wine: no de_DE.UTF-8 locale; Wine's own texts stay English" >&2
+    wine_locale=${LC_ALL:-${LANG:-C.UTF-8}}
+fi
+marlett=
+for font in /usr/share/wine/fonts/marlett.ttf /usr/lib/wine/fonts/marlett.ttf; do
+    [ -e "$font" ] && { marlett=$font; break; }
+done
 shots="$work/screenshots"
 # Wine's drive Z: is the Unix root.
 export KODBC_SCREENSHOT_DIR="Z:$shots"
@@ -45,9 +62,14 @@ cleanup() {
 trap cleanup EXIT INT TERM
 
 # The part that needs the display.
-export wine wineserver program
+export wine wineserver program marlett wine_locale
 session='
+    export LANG="$wine_locale" LC_ALL="$wine_locale"
     "$wine" wineboot -i >/dev/null 2>&1
+    fonts="$WINEPREFIX/drive_c/windows/Fonts"
+    if [ -n "$marlett" ] && [ -d "$fonts" ] && [ ! -e "$fonts/marlett.ttf" ]; then
+        cp "$marlett" "$fonts/" && "$wineserver" -k 2>/dev/null
+    fi
     # No window manager here: Wine draws the title bars itself.
     "$wine" reg add "HKCU\\Software\\Wine\\X11 Driver" /v Decorated /t REG_SZ /d N /f >/dev/null 2>&1
     "$wine" "$program" "$@"
