@@ -1,0 +1,41 @@
+#include "tabledesign/db_capabilities.h"
+
+#include <kodbc/kodbc_connect.h>
+
+namespace kodbc::tabledesign {
+namespace {
+
+constexpr char kDropPrimaryKey[] = "ALTER TABLE %t DROP PRIMARY KEY";
+constexpr char kNotNullEmpty[] = " NOT NULL DEFAULT ''";
+
+} // namespace
+
+// The order matters only for the fallback: an unknown type gets the row of
+// type 0, which stands first.
+const DbCapabilityRow DbCapabilities[] = {
+    {KODBC_DBTYPE_OTHER, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
+    {KODBC_DBTYPE_MYSQL, false, nullptr, "INTEGER NOT NULL AUTO_INCREMENT PRIMARY KEY", kDropPrimaryKey, kNotNullEmpty},
+    {KODBC_DBTYPE_ACCESS, true, "DROP TABLE", "AUTOINCREMENT", nullptr, nullptr},
+    {KODBC_DBTYPE_SQLSERVER, true, nullptr, "INTEGER NOT NULL IDENTITY PRIMARY KEY", "ALTER TABLE %t DROP %f",
+     kNotNullEmpty},
+    {KODBC_DBTYPE_PROGRESS, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
+    {KODBC_DBTYPE_EXCEL, false, nullptr, nullptr, nullptr, nullptr},
+    {KODBC_DBTYPE_ORACLE, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
+    {7, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
+    {-1, false, nullptr, nullptr, nullptr, nullptr},
+};
+
+const DbCapabilityRow &CapabilitiesOf(int databaseType) {
+    const DbCapabilityRow *other = nullptr;
+    for (const DbCapabilityRow *row = DbCapabilities; row->databaseType != -1; ++row) {
+        if (row->databaseType == databaseType) return *row;
+        if (!other && row->databaseType == KODBC_DBTYPE_OTHER) other = row;
+    }
+    return other ? *other : DbCapabilities[0];
+}
+
+const DbCapabilityRow &CapabilitiesOf(SQLHDBC hdbc) {
+    return CapabilitiesOf(Kodbc_GetDatabaseType(hdbc));
+}
+
+} // namespace kodbc::tabledesign

@@ -1,0 +1,39 @@
+// Which capability row a kind of database gets, and what the wizards read
+// from it.
+#include "test_support.h"
+
+#include "tabledesign/db_capabilities.h"
+
+namespace kodbc::test {
+namespace {
+
+using tabledesign::CapabilitiesOf;
+
+TEST(DbCapabilities, LookupForEveryDatabaseTypeAndTheFallback) {
+    const struct {
+        int type;
+        int rowType;  // the row the lookup must find
+        bool autoIncrement;
+        const char *dropView;
+    } cases[] = {
+        {KODBC_DBTYPE_OTHER, 0, false, "DROP VIEW"},   {KODBC_DBTYPE_PROGRESS, 1, false, "DROP VIEW"},
+        {KODBC_DBTYPE_MYSQL, 2, true, "DROP VIEW"},    {KODBC_DBTYPE_ACCESS, 3, true, "DROP TABLE"},
+        {KODBC_DBTYPE_SQLSERVER, 4, true, "DROP VIEW"}, {KODBC_DBTYPE_EXCEL, 5, false, "DROP VIEW"},
+        {KODBC_DBTYPE_ORACLE, 6, false, "DROP VIEW"},  {7, 7, false, "DROP VIEW"},
+        {99, 0, false, "DROP VIEW"},                   {-1, 0, false, "DROP VIEW"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.type);
+        const tabledesign::DbCapabilityRow &row = CapabilitiesOf(c.type);
+        EXPECT_EQ(row.databaseType, c.rowType);
+        EXPECT_EQ(tabledesign::SupportsAutoIncrement(row), c.autoIncrement);
+        EXPECT_STREQ(tabledesign::DropViewStatement(row), c.dropView);
+    }
+    // Where the database cannot drop a key or wants no clause, nothing is offered.
+    EXPECT_EQ(CapabilitiesOf(KODBC_DBTYPE_ACCESS).dropPrimaryKey, nullptr);
+    EXPECT_EQ(CapabilitiesOf(KODBC_DBTYPE_EXCEL).addedColumnClause, nullptr);
+    EXPECT_FALSE(CapabilitiesOf(KODBC_DBTYPE_MYSQL).selectInto);
+}
+
+} // namespace
+} // namespace kodbc::test
