@@ -106,7 +106,8 @@ KODBC_API int KODBC_CALL Kodbc_SqlPerformer(SQLHDBC hdbc);
 ** connection of Kodbc_SqlPerformer). SqlHelpCallback: the dialog procedure
 ** of dialog 10037 "Mögliche SQL-Befehle"; its lParam is the performer's
 ** window, whose edit field "Übernehmen" (or a double click) fills with the
-** chosen example before the dialog ends with 1; "Abbrechen" ends with 2.
+** chosen example (up to 400 characters) before the dialog ends with 1;
+** "Abbrechen" ends with 2.
 ** Each returns TRUE for the messages it handled, FALSE otherwise.
 */
 KODBC_API INT_PTR KODBC_CALL SqlPerformerDs_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -382,6 +383,24 @@ int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int, const char *
     auto key = locked.store().find(FullKey(keyPath, section));
     if (key == locked.store().end() || key->second.erase(valueName ? valueName : "") == 0) return 0;
     return locked.Commit() ? 1 : 0;
+}
+
+int Korvel_DeleteRegistryKey(HKEY root, const char *keyPath, int, const char *section) {
+    const std::string path = FullKey(keyPath, section);
+    if (path.empty()) return 0;
+    LockedStore locked(root);
+    if (!locked.ok()) return 0;
+    // The key and every key below it; "Recent" must not take "RecentX" along.
+    const std::string below = path + "\\";
+    std::size_t erased = 0;
+    for (auto key = locked.store().begin(); key != locked.store().end();) {
+        const bool inside = strcasecmp(key->first.c_str(), path.c_str()) == 0 ||
+                            (key->first.size() > below.size() &&
+                             strncasecmp(key->first.c_str(), below.c_str(), below.size()) == 0);
+        if (inside && !key->second.empty()) ++erased;
+        key = inside ? locked.store().erase(key) : std::next(key);
+    }
+    return erased && locked.Commit() ? 1 : 0;
 }
 
 int Korvel_ReadStringFromHKCUorHKLM(const char *keyPath, const char *section, const char *valueName,

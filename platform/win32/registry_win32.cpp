@@ -139,6 +139,12 @@ int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int, const char *
     return rc == ERROR_SUCCESS ? 1 : 0;
 }
 
+int Korvel_DeleteRegistryKey(HKEY root, const char *keyPath, int, const char *section) {
+    const std::string path = FullKey(keyPath, section);
+    if (!root || path.empty()) return 0;
+    return RegDeleteTreeA(root, path.c_str()) == ERROR_SUCCESS ? 1 : 0;
+}
+
 int Korvel_ReadStringFromHKCUorHKLM(const char *keyPath, const char *section, const char *valueName,
                                     const char *defaultValue, char *buffer, int size) {
     std::string value;

@@ -156,6 +156,10 @@ int Korvel_WriteRegistryNumber(HKEY root, const char *keyPath, int reserved, con
 // Removes a value; 1 when it existed and is gone.
 int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int reserved, const char *section,
                                const char *valueName);
+// Removes the key keyPath\section with all its values and subkeys. An empty
+// location (the root itself) is refused. 1 when the key existed and is
+// gone, 0 when there was none or it could not be removed.
+int Korvel_DeleteRegistryKey(HKEY root, const char *keyPath, int reserved, const char *section);
 // As Korvel_ReadRegistryString under HKEY_CURRENT_USER, then HKEY_LOCAL_MACHINE.
 // Returns the length written.
 int Korvel_ReadStringFromHKCUorHKLM(const char *keyPath, const char *section, const char *valueName,
