@@ -9,7 +9,9 @@
 #
 # Data sources: kodbc_sqlite, kodbc_pg, kodbc_maria. Each carries server,
 # port, database, user and password, so a connection with an empty user
-# and password works. The user's own ODBC configuration is never read or
+# and password works. kodbc_broken is listed too but never connects (its
+# database would lie in a folder that does not exist), for tests that need
+# a choice that fails. The user's own ODBC configuration is never read or
 # written. Starting twice reuses servers that still run.
 set -euo pipefail
 
@@ -242,6 +244,10 @@ Database=$DB
 User=$USER_NAME
 Password=$PASSWORD
 Charset=utf8mb4
+
+[kodbc_broken]
+Driver=SQLite3
+Database=$dir/no-such-folder/kodbc_broken.db
 EOF
 }
 

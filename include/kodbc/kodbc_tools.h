@@ -35,11 +35,13 @@ KODBC_API int KODBC_CALL Kodbc_GetDriverInformation(SQLHDBC hdbc, char *out, int
 ** one with the user last confirmed for it. "OK" remembers the user for the
 ** data source (HKEY_CURRENT_USER, the library's key, section
 ** "DataSourceDialog"; the password is never stored) and tries a connection
-** (its errors are shown); a failed connection keeps the dialog open. record
-** must not be null. Returns 1 when a data source was confirmed and could be
-** connected: then name, user and password are written into the record and
-** its last 20 bytes are kept as they were; 2 when cancelled (the record is
-** untouched).
+** (its errors are shown); a failed connection keeps the dialog open; "OK"
+** with no data source selected shows message 1608 and keeps it open too; a
+** double click in the list acts as "OK". Returns 1 when a data source was
+** confirmed and could be connected: then name, user and password are
+** written into the record and its last 20 bytes are kept as they were; 2
+** when cancelled or the dialog could not be shown (the record is
+** untouched), and for a null record (nothing shown).
 */
 KODBC_API int KODBC_CALL Kodbc_DataSourceDialog(DataSourceRecord *record);
 
@@ -65,8 +67,9 @@ KODBC_API int KODBC_CALL Kodbc_SelectDbaseSchema(HWND owner, SQLHDBC hdbc, char 
 ** schema (may be null: start empty) give the starting values. Returns 1
 ** when confirmed: the record is written back when record is not null, and
 ** the schema into schema cut to schemaSize-1 characters when schema is not
-** null and schemaSize > 0; 2 when cancelled, or when the dialog's state
-** could not be allocated (the file error report with class 1 is shown).
+** null and schemaSize > 0; 2 when cancelled, when the dialog could not be
+** shown, or when its state could not be allocated (then the file error
+** report with class 1 is shown). The dialog's connection ends with it.
 */
 KODBC_API int KODBC_CALL Kodbc_DataSourceAndSchemaDialog(HWND owner, DataSourceRecord *record, char *schema,
                                                          int schemaSize, const char *title);

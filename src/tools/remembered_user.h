@@ -1,0 +1,29 @@
+// What the data-source picker keeps between runs: the user last confirmed
+// for each data source, under HKEY_CURRENT_USER, the library's key, section
+// "DataSourceDialog", one string value named after the data source. The
+// password has no place here: it is typed anew every time.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kodbc::tools {
+
+inline constexpr const char *kDataSourceDialogSection = "DataSourceDialog";
+inline constexpr int kUserLimit = 49;  // the record's 50 bytes less the terminator
+
+// The user remembered for dataSource, cut to kUserLimit characters; empty
+// when there is none (or dataSource is null or empty).
+std::string RememberedUser(const char *dataSource);
+
+// Remembers user (null: empty) for dataSource. False when dataSource is null
+// or empty or the store refused the value.
+bool RememberUser(const char *dataSource, const char *user);
+
+// The entry that is exactly name, case included: the picker shows the
+// record's own user and password only for the very data source it names.
+// -1 when name is null or no entry matches; the picker then opens on the
+// first entry with that entry's remembered user.
+int FindExactEntry(const std::vector<std::string> &entries, const char *name);
+
+} // namespace kodbc::tools
