@@ -84,6 +84,13 @@ expect "add-records: bad --from" 2 ""             "$kodbc" add-records kodbc_sql
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_src" >/dev/null 2>&1
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_dst" >/dev/null 2>&1
 
+expect "create-table: proposed name" 0 "^Tabelle Neue_Tabelle angelegt$" "$kodbc" create-table kodbc_sqlite --kind address
+expect "create-table: name taken" 1 ""             "$kodbc" create-table kodbc_sqlite Neue_Tabelle --kind address
+expect "create-table: no auto-increment" 1 ""      "$kodbc" create-table kodbc_sqlite cli_ct --kind autoinc
+expect "create-table: copy needs --from" 2 ""      "$kodbc" create-table kodbc_sqlite cli_ct --kind copy
+expect "create-table: the address columns" 0 "^Plz  *VarText (20)" "$kodbc" columns kodbc_sqlite Neue_Tabelle
+"$kodbc" sql kodbc_sqlite "DROP TABLE Neue_Tabelle" >/dev/null 2>&1
+
 # The demo's data source streams its results (a private copy of the configuration).
 demo=$(mktemp -d /tmp/kodbc-cli-demo.XXXXXX)
 cp "$2/odbc.ini" "$demo/odbc.ini"

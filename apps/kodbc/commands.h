@@ -53,6 +53,9 @@ struct AddRecordsRequest {
     std::string replaceOn;             // DEST_FIELD=SOURCE_FIELD
 };
 int AddRecords(const Login &login, const AddRecordsRequest &request);
+// kodbc create-table DSN [NAME] --kind autoinc|copy|address [--from TABLE]
+int CreateTable(const std::string &dsn, const Login &login, const std::string &name, const std::string &kind,
+                const std::string &from);
 int RunDemo();
 
 } // namespace kodbc_cli

@@ -125,6 +125,15 @@ int main(int argc, char **argv) {
     rename->add_option("OLD", table, "bisheriger Name")->required();
     rename->add_option("NEW", newName, "neuer Name")->required();
 
+    std::string kind, from;
+    auto *createTable = app.add_subcommand("create-table", "neue Tabelle anlegen wie der Assistent \"Neue Tabelle anlegen\"");
+    createTable->add_option("DSN", dsn, "Datenquelle")->required();
+    createTable->add_option("NAME", table, "Name der neuen Tabelle (ohne: \"Neue_Tabelle\", eindeutig gemacht)");
+    createTable->add_option("--kind", kind, "Struktur: autoinc (eine selbsthochzählende Spalte), copy (Struktur von --from), address (Adressentabelle)")
+        ->required()
+        ->check(CLI::IsMember({"autoinc", "copy", "address"}));
+    createTable->add_option("--from", from, "Tabelle, deren Struktur übernommen wird (--kind copy)");
+
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");
     addRecordsCmd->add_option("DSN", addRecords.dsn, "Datenquelle der Zieltabelle")->required();
@@ -173,6 +182,7 @@ int main(int argc, char **argv) {
     if (*drop) return DropTable(dsn, login, table, assumeYes);
     if (*rename) return RenameTable(dsn, login, table, newName);
     if (*addRecordsCmd) return AddRecords(login, addRecords);
+    if (*createTable) return CreateTable(dsn, login, table, kind, from);
     if (*demo) return RunDemo();
     return kExitUsage;
 }

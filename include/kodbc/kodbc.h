@@ -18,6 +18,7 @@
 #include "kodbc_tableops.h"
 #include "kodbc_systable.h"
 #include "kodbc_wizards.h"
+#include "kodbc_tabledesign.h"
 #include "kodbc_tools.h"
 
 #endif /* KODBC_H */

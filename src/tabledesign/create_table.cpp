@@ -1,0 +1,105 @@
+#include "tabledesign/create_table.h"
+
+#include "internal/execution.h"
+#include "internal/library.h"
+
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_catalog.h>
+#include <kodbc/kodbc_sqltext.h>
+#include <kodbc/kodbc_tableops.h>
+
+#include <memory>
+
+namespace kodbc::tabledesign {
+namespace {
+
+constexpr int kAddressColumnsSize = 200;
+
+CreateTableStatement Format(SQLHDBC hdbc, int bufferSize, const char *sqlTemplate, const char *arg1,
+                            const char *arg2) {
+    auto buffer = std::make_unique<char[]>(static_cast<std::size_t>(bufferSize));
+    Kodbc_SprintfSqlStatement(hdbc, buffer.get(), bufferSize, sqlTemplate, arg1, arg2, nullptr, nullptr, nullptr,
+                              nullptr, nullptr, nullptr);
+    return {buffer.get(), bufferSize};
+}
+
+} // namespace
+
+StructureChoice ChooseStructure(const DbCapabilityRow &capabilities, int storedKind) {
+    StructureChoice choice{true, capabilities.selectInto, storedKind};
+    if (storedKind != kCopiedStructure && storedKind != kAddressTable) choice.checkedKind = kAutoIncrementTable;
+    if (!SupportsAutoIncrement(capabilities)) {
+        choice.autoIncrementEnabled = false;
+        choice.checkedKind = kAddressTable;
+    }
+    return choice;
+}
+
+std::string ProposeNewTableName(SQLHDBC hdbc) {
+    char name[kNewTableNameSize] = {};
+    LoadLibraryString(LibraryInstance(), msg::NAME_NEW_TABLE, name, sizeof name);
+    Kodbc_CreateUniqueTableName(hdbc, name, sizeof name);
+    return name;
+}
+
+int CheckNewTableName(SQLHDBC hdbc, const char *name) {
+    if (!name || !*name) return msg::SELECT_TABLE;
+    if (Kodbc_DoesTableExist(hdbc, KODBC_OBJECT_ALL, name) == 1) return msg::TABLE_OR_VIEW_EXISTS;
+    return 0;
+}
+
+CreateTablePlan PlanCreateTable(SQLHDBC hdbc, const DbCapabilityRow &capabilities, int kind, const char *name,
+                                const char *source) {
+    CreateTablePlan plan;
+    switch (kind) {
+    case kAutoIncrementTable:
+        if (!SupportsAutoIncrement(capabilities)) {
+            plan.refusal = msg::AUTOINC_NOT_SUPPORTED;
+            break;
+        }
+        plan.statements.push_back(Format(hdbc, 300, "CREATE TABLE %t (Id %s)", name, capabilities.autoIncrementColumn));
+        break;
+    case kCopiedStructure:
+        // The wizard has always answered a missing SELECT INTO with the
+        // auto-increment message; users' documentation shows that text.
+        if (!capabilities.selectInto) {
+            plan.refusal = msg::AUTOINC_NOT_SUPPORTED;
+            break;
+        }
+        // The condition that never holds copies the structure without rows.
+        plan.statements.push_back(Format(hdbc, 200, "SELECT * INTO %t FROM %t WHERE 3=5", name, source));
+        break;
+    default: {
+        char columns[kAddressColumnsSize] = {};
+        LoadLibraryString(LibraryInstance(), msg::ADDRESS_TABLE_COLUMNS, columns, sizeof columns);
+        plan.statements.push_back(Format(hdbc, 400, "CREATE TABLE %t (%s)", name, columns));
+        if (SupportsAutoIncrement(capabilities))
+            plan.statements.push_back(
+                Format(hdbc, 300, "ALTER TABLE %t ADD Id %s", name, capabilities.autoIncrementColumn));
+        break;
+    }
+    }
+    return plan;
+}
+
+bool RunCreateTable(SQLHDBC hdbc, const CreateTablePlan &plan) {
+    if (plan.refusal) {
+        LibraryMessage(plan.refusal);
+        return false;
+    }
+    // One statement handle carries them all, as the wizard always ran them.
+    odbc::Statement handle;
+    for (const CreateTableStatement &statement : plan.statements) {
+        const char *sql = statement.text.c_str();
+        if (!handle.ok()) {
+            if (!PrepareStatement(hdbc, sql, handle)) return false;
+        } else if (Korvel_DumpSqlStatement(sql, statement.bufferSize) != 1) {
+            return false;
+        }
+        if (ExecuteStatement(handle, sql, nullptr) != ExecOutcome::Executed) return false;
+    }
+    return true;
+}
+
+} // namespace kodbc::tabledesign

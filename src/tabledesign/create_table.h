@@ -1,0 +1,65 @@
+// The create-table wizard's work, for its pages and the command-line tool:
+// which structures a database can have, the proposed name, the checks of a
+// chosen name and the statements of each structure.
+#pragma once
+
+#include "tabledesign/db_capabilities.h"
+
+#include <string>
+#include <vector>
+
+namespace kodbc::tabledesign {
+
+// The three structures, numbered as their buttons and the stored "Type".
+enum CreateTableKind : int {
+    kAutoIncrementTable = 2100,  // one auto-incrementing column "Id"
+    kCopiedStructure = 2101,     // the empty structure of another table
+    kAddressTable = 2102,        // a sample address table
+};
+
+inline constexpr int kNewTableNameSize = 50;
+
+// What the structure page offers: a database without an auto-incrementing
+// definition cannot have the first kind and gets the address table
+// preselected; one without SELECT INTO cannot copy a structure, but a
+// stored choice of it stays checked on the disabled button (and then
+// fails when the table is created, as the wizard always did).
+struct StructureChoice {
+    bool autoIncrementEnabled;
+    bool copyEnabled;
+    int checkedKind;
+};
+StructureChoice ChooseStructure(const DbCapabilityRow &capabilities, int storedKind);
+
+// "Neue_Tabelle", made the name of no object on the connection.
+std::string ProposeNewTableName(SQLHDBC hdbc);
+
+// 0 when a table may be created under name; else the message that refuses
+// it: 1625 for an empty name, 1616 when any object has that name.
+int CheckNewTableName(SQLHDBC hdbc, const char *name);
+
+// One statement of a creation, formatted for the connection, with the size
+// of the buffer it was formed in.
+struct CreateTableStatement {
+    std::string text;
+    int bufferSize;
+};
+struct CreateTablePlan {
+    int refusal = 0;  // message shown instead of any statement (1642), 0: none
+    std::vector<CreateTableStatement> statements;  // run in order; the first failure ends
+};
+// The statements that create table name of kind (source: the table whose
+// structure is copied, for kCopiedStructure only), formatted for hdbc, by
+// the capabilities of its database or those given.
+CreateTablePlan PlanCreateTable(SQLHDBC hdbc, const DbCapabilityRow &capabilities, int kind, const char *name,
+                                const char *source);
+inline CreateTablePlan PlanCreateTable(SQLHDBC hdbc, int kind, const char *name, const char *source) {
+    return PlanCreateTable(hdbc, CapabilitiesOf(hdbc), kind, name, source);
+}
+
+// Shows the plan's refusal, or offers each statement to the dump and runs
+// it (errors shown with the statement). True when every statement ran. A
+// failure after the first statement leaves the table as far as it came.
+bool RunCreateTable(SQLHDBC hdbc, const CreateTablePlan &plan);
+
+} // namespace kodbc::tabledesign
