@@ -72,7 +72,7 @@ protected:
         RegCloseKey(key);
     }
     int Perform(int answer, std::vector<wintest::MessageBoxSeen> &seen) {
-        MessageBoxAnswerer answerer("SQL-Befehl", answer);
+        MessageBoxAnswerer answerer("SQL-Befehl", answer, answer == IDCANCEL ? "messagebox-question" : "");
         int result = OdbcEh_PerformSqlStatement(nullptr, hdbc_, kCreate, nullptr);
         seen = answerer.Seen();
         return result;
@@ -87,6 +87,7 @@ TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatement) {
     ASSERT_EQ(seen.size(), 1u);
     EXPECT_EQ(seen[0].text, kCreate);
     EXPECT_TRUE(seen[0].yes && seen[0].no && seen[0].cancel) << "yes/no/cancel expected";
+    EXPECT_EQ(seen[0].yesText, "&Ja") << "the system's buttons speak German";
     EXPECT_FALSE(Run("SELECT * FROM kodbc_win_probe")) << "cancelled statement ran";
 }
 

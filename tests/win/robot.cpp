@@ -198,8 +198,8 @@ BOOL CALLBACK CollectStatic(HWND child, LPARAM param) {
 
 } // namespace
 
-MessageBoxAnswerer::MessageBoxAnswerer(std::string caption, int answer)
-    : caption_(std::move(caption)), answer_(answer) {
+MessageBoxAnswerer::MessageBoxAnswerer(std::string caption, int answer, std::string shot)
+    : caption_(std::move(caption)), answer_(answer), shot_(std::move(shot)) {
     t_answerer = this;
     hook_ = SetWindowsHookExA(WH_CBT, Hook, nullptr, GetCurrentThreadId());
 }
@@ -232,10 +232,11 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     seen.cancel = ControlVisible(window, IDCANCEL);
     seen.yes = ControlVisible(window, IDYES);
     seen.no = ControlVisible(window, IDNO);
+    if (seen.yes) seen.yesText = ControlText(window, IDYES);
     seen_.push_back(seen);
     // The answer is given once the box is on screen, so it can be photographed.
     static int shots = 0;
-    std::string shot = "messagebox-" + std::to_string(++shots);
+    std::string shot = shot_.empty() ? "messagebox-" + std::to_string(++shots) : shot_;
     HWND button = GetDlgItem(window, answer_);
     answering_.emplace_back([window, button, shot] {
         Sleep(kPaintMs);

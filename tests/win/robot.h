@@ -79,14 +79,15 @@ struct MessageBoxSeen {
     std::string caption;
     std::string text;
     bool ok = false, cancel = false, yes = false, no = false;
+    std::string yesText;  // what the "yes" button says (the system's language)
 };
 
 // Answers every message box on the calling thread whose caption is
-// `caption` with button `answer` (IDOK, IDYES, ...). One at a time per
-// thread.
+// `caption` with button `answer` (IDOK, IDYES, ...), photographed as
+// "messagebox-N", or as `shot` when one is given. One at a time per thread.
 class MessageBoxAnswerer {
 public:
-    MessageBoxAnswerer(std::string caption, int answer);
+    MessageBoxAnswerer(std::string caption, int answer, std::string shot = {});
     ~MessageBoxAnswerer();
     MessageBoxAnswerer(const MessageBoxAnswerer &) = delete;
     MessageBoxAnswerer &operator=(const MessageBoxAnswerer &) = delete;
@@ -99,6 +100,7 @@ private:
 
     std::string caption_;
     int answer_;
+    std::string shot_;
     HHOOK hook_ = nullptr;
     std::vector<MessageBoxSeen> seen_;
     std::vector<std::thread> answering_;

@@ -1,0 +1,119 @@
+// The host program as a person uses it: started on the run's data source,
+// every menu command opens its dialog or wizard over the host's window.
+// Driven from outside the host's process, by its menu commands.
+#include "robot.h"
+
+#include "../../apps/host/host_ids.h"
+#include "win_support.h"
+
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr char kTable[] = "kodbc_host_t";
+
+struct HostSearch {
+    DWORD process;
+    HWND except;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK FindHostWindow(HWND window, LPARAM param) {
+    auto *search = reinterpret_cast<HostSearch *>(param);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != search->process || window == search->except || !IsWindowVisible(window)) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+
+// A visible top-level window of the process other than `except`.
+HWND WindowOf(DWORD process, HWND except) {
+    HostSearch search{process, except};
+    EnumWindows(FindHostWindow, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+class HostProgram : public wintest::ConnectedTest {
+protected:
+    void SetUp() override {
+        ConnectedTest::SetUp();
+        if (HasFatalFailure()) return;
+        Run(std::string("DROP TABLE ") + kTable);
+        ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kTable + " (Name VARCHAR(20), Ort VARCHAR(20))"));
+
+        // The build names the host by its Unix path; Wine's drive Z: is the root.
+        std::string command = "\"Z:" KODBC_HOST_EXE "\" ";
+        command += wintest::DataSource();
+        char directory[MAX_PATH] = {};  // where kodbc.dll is: beside this program
+        GetModuleFileNameA(nullptr, directory, MAX_PATH);
+        *strrchr(directory, '\\') = '\0';
+        STARTUPINFOA startup = {};
+        startup.cb = sizeof startup;
+        ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, directory, &startup,
+                                   &process_))
+            << command << " error " << GetLastError();
+        ASSERT_TRUE(wintest::WaitFor([&] { return (main_ = FindWindowA(KODBC_HOST_CLASS, nullptr)) != nullptr; }, 20000));
+    }
+    void TearDown() override {
+        if (process_.hProcess) {
+            if (main_) PostMessageA(main_, WM_COMMAND, IDM_HOST_EXIT, 0);
+            if (WaitForSingleObject(process_.hProcess, 10000) != WAIT_OBJECT_0) TerminateProcess(process_.hProcess, 1);
+            CloseHandle(process_.hProcess);
+            CloseHandle(process_.hThread);
+        }
+        Run(std::string("DROP TABLE ") + kTable);
+        ConnectedTest::TearDown();
+    }
+    // Selects line `text` of a host box as a click would.
+    void Select(int box, const char *text) {
+        HWND list = GetDlgItem(main_, box);
+        const LRESULT index = SendMessageA(list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                           reinterpret_cast<LPARAM>(text));
+        ASSERT_NE(index, LB_ERR) << text;
+        SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+        SendMessageA(main_, WM_COMMAND, MAKEWPARAM(box, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    }
+
+    PROCESS_INFORMATION process_ = {};
+    HWND main_ = nullptr;
+};
+
+TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
+    Select(IDC_HOST_TABLES, kTable);
+    Select(IDC_HOST_FIELDS, "Ort");
+    EXPECT_NE(wintest::WindowText(GetDlgItem(main_, IDC_HOST_STATUS)).find(kTable), std::string::npos);
+    wintest::SaveScreenshot(main_, "host-main");
+
+    const struct {
+        int command;
+        const char *title;
+    } commands[] = {
+        {IDM_HOST_CONNECT, "Datenquelle ausw\xE4hlen"},
+        {IDM_HOST_CONNECT_SCHEMA, "Datenquelle des kodbc-Hosts"},
+        {IDM_HOST_ADD_RECORDS, "SQL-Befehl aus einer Datei lesen"},  // the wizard's own odd title
+        {IDM_HOST_DELETE_RECORDS, "L\xF6schen von Datens\xE4tzen aus einer Tabelle"},
+        {IDM_HOST_UPDATE_RECORDS, "\xC4ndern von Datens\xE4tzen in einer Tabelle"},
+        {IDM_HOST_SQL_DATASOURCE, "SQL-Befehl ausf\xFChren"},
+        {IDM_HOST_SQL_CONNECTION, "SQL-Befehl ausf\xFChren"},
+        {IDM_HOST_SCHEMA, "Datenbank-Schema ausw\xE4hlen"},
+        {IDM_HOST_DRIVER_INFO, "Information \xFC" "ber ODBC-Datenquelle"},
+        {IDM_HOST_ALIAS, "Eingabe eines neuen Verwendungs-Namens"},
+        {IDM_HOST_ERROR_DISPLAY, "Fehler beim ODBC-Datenbankzugriff"},
+    };
+    for (const auto &command : commands) {
+        SCOPED_TRACE(command.command);
+        PostMessageA(main_, WM_COMMAND, static_cast<WPARAM>(command.command), 0);
+        HWND opened = nullptr;
+        ASSERT_TRUE(wintest::WaitFor([&] { return (opened = WindowOf(process_.dwProcessId, main_)) != nullptr; }));
+        EXPECT_EQ(wintest::WindowText(opened), command.title);
+        EXPECT_EQ(GetWindow(opened, GW_OWNER), main_) << "opens over the host's window";
+        PostMessageA(opened, WM_COMMAND, IDCANCEL, 0);
+        ASSERT_TRUE(wintest::WaitFor([&] { return !IsWindow(opened); }));
+    }
+    // Still on the same table after every dialog was cancelled.
+    EXPECT_NE(wintest::WindowText(GetDlgItem(main_, IDC_HOST_STATUS)).find(kTable), std::string::npos);
+}
+
+} // namespace
