@@ -12,6 +12,7 @@
 #define IDM_HOST_CONNECT_SCHEMA  101  /* data source and schema together */
 #define IDM_HOST_DISCONNECT      102
 #define IDM_HOST_EXIT            103
+#define IDM_HOST_CREATE_TABLE    104  /* the new table becomes the current one */
 #define IDM_HOST_ADD_RECORDS     200
 #define IDM_HOST_DELETE_RECORDS  201
 #define IDM_HOST_UPDATE_RECORDS  202

@@ -37,6 +37,8 @@ constexpr MenuItem kMenu[] = {
     {IDM_HOST_CONNECT_SCHEMA, "Datenquelle und &Schema...", Needs::nothing},
     {IDM_HOST_DISCONNECT, "&Trennen", Needs::connection},
     {0, nullptr, Needs::nothing},
+    {IDM_HOST_CREATE_TABLE, "Neue &Tabelle...", Needs::connection},
+    {0, nullptr, Needs::nothing},
     {IDM_HOST_EXIT, "&Beenden", Needs::nothing},
     {-1, "D&atens\xE4tze", Needs::nothing},
     {IDM_HOST_ADD_RECORDS, "&Hinzuf\xFCgen...", Needs::connection},
@@ -157,6 +159,12 @@ void RunCommand(int id) {
     case IDM_HOST_EXIT:
         DestroyWindow(g_host.window);
         return;
+    case IDM_HOST_CREATE_TABLE: {
+        char created[sizeof g_host.table.Object.DbObjectName] = {};
+        if (Kodbc_CreateTableWizzard(g_host.hdbc, created, sizeof created) == KODBC_DIALOG_OK)
+            lstrcpynA(g_host.table.Object.DbObjectName, created, sizeof created);
+        break;
+    }
     case IDM_HOST_ADD_RECORDS:
         Kodbc_AddRecordsWizzard(g_host.hdbc, table);
         break;

@@ -34,6 +34,36 @@ extern "C" {
 KODBC_API int KODBC_CALL Kodbc_CreateTable(SQLHDBC hdbc, int kind, const char *name, const char *source,
                                            char *created, int size);
 
+#ifdef _WIN32
+/*
+** Kodbc_CreateTableWizzard: the create-table wizard (Windows) over the
+** active window, on the open connection hdbc: the structure (the three
+** kinds above, as far as the database allows them), the source table for a
+** copied structure, the name (proposed: "Neue_Tabelle" made unique; an
+** empty name is refused with 1625, a taken one with 1616) and a summary.
+** The kind and source table are remembered under HKEY_CURRENT_USER, the
+** library's key, subkey "Create Table" ("Type", "Copy"). After
+** "Fertigstellen" the table is created as Kodbc_CreateTable does it.
+** tableName (may be null) receives the new table's name, cut to size-1.
+** Returns 1 when the table was created; 2 when the wizard was cancelled,
+** ran out of memory (1600) or the creation failed or was refused (shown).
+*/
+KODBC_API int KODBC_CALL Kodbc_CreateTableWizzard(SQLHDBC hdbc, char *tableName, int size);
+
+/*
+** CreateTableWizzCallback: the wizard's step callback, called by the
+** wizard frame for every message of every page (wizard: the frame's handle,
+** page: the page's template number, then the page window's message).
+** Returns 0 when the handle names no running create-table wizard or the
+** message was not handled, 1 when it was. A page-leave message (WM_USER+2)
+** answers through the 32-bit value lParam points to (nothing when lParam
+** is null): 1 the page may be left, 2 it stays; backwards (wParam 2) is
+** always 1.
+*/
+KODBC_API int KODBC_CALL CreateTableWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                                 LPARAM lParam);
+#endif
+
 #ifdef __cplusplus
 }
 #endif

@@ -3,6 +3,7 @@
 #include "internal/execution.h"
 #include "internal/library.h"
 
+#include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
 
 #include <kodbc/kodbc_catalog.h>
@@ -15,6 +16,7 @@ namespace kodbc::tabledesign {
 namespace {
 
 constexpr int kAddressColumnsSize = 200;
+constexpr char kSettings[] = "Create Table";
 
 CreateTableStatement Format(SQLHDBC hdbc, int bufferSize, const char *sqlTemplate, const char *arg1,
                             const char *arg2) {
@@ -100,6 +102,38 @@ bool RunCreateTable(SQLHDBC hdbc, const CreateTablePlan &plan) {
         if (ExecuteStatement(handle, sql, nullptr) != ExecOutcome::Executed) return false;
     }
     return true;
+}
+
+void LoadCreateTableContext(CreateTableContext &context, SQLHDBC hdbc) {
+    context.hdbc = hdbc;
+    context.kind = static_cast<int>(
+        Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Type", kAutoIncrementTable));
+    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Copy", "", context.source,
+                              sizeof context.source);
+    korvel::BoundedText(context.name, sizeof context.name).append(ProposeNewTableName(hdbc));
+}
+
+void LeaveStructurePage(CreateTableContext &context, int checkedKind) {
+    context.kind = checkedKind;
+    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Type", checkedKind);
+}
+
+wizards::PageDecision LeaveSourcePage(CreateTableContext &context, unsigned direction, const char *selected) {
+    if (!wizards::IsLeavingForwards(direction)) return wizards::GoOn();
+    if (!selected || !*selected) return wizards::Stay(msg::SELECT_TABLE, wizards::PageFocus::TableList);
+    korvel::BoundedText(context.source, sizeof context.source).append(selected);
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Copy", context.source);
+    return wizards::GoOn();
+}
+
+wizards::PageDecision LeaveNamePage(const CreateTableContext &context, unsigned direction) {
+    if (!wizards::IsLeavingForwards(direction)) return wizards::GoOn();
+    const int refusal = CheckNewTableName(context.hdbc, context.name);
+    return refusal ? wizards::Stay(refusal) : wizards::GoOn();
+}
+
+bool CreateChosenTable(const CreateTableContext &context) {
+    return RunCreateTable(context.hdbc, PlanCreateTable(context.hdbc, context.kind, context.name, context.source));
 }
 
 } // namespace kodbc::tabledesign

@@ -5,6 +5,9 @@
 
 #include "tabledesign/db_capabilities.h"
 
+#include "wizards/record_wizard_common.h"
+
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -61,5 +64,31 @@ inline CreateTablePlan PlanCreateTable(SQLHDBC hdbc, int kind, const char *name,
 // it (errors shown with the statement). True when every statement ran. A
 // failure after the first statement leaves the table as far as it came.
 bool RunCreateTable(SQLHDBC hdbc, const CreateTablePlan &plan);
+
+// The wizard's state. The kind and the source table are remembered under
+// HKEY_CURRENT_USER, the library's key, subkey "Create Table" ("Type",
+// "Copy") as the pages are left.
+struct CreateTableContext {
+    std::intptr_t wizard = 0;  // the frame's handle, stored on every callback
+    SQLHDBC hdbc = nullptr;
+    int kind = kAutoIncrementTable;
+    char name[kNewTableNameSize] = {};
+    char source[kNewTableNameSize] = {};
+};
+
+// A context with the stored kind and source and the proposed name.
+void LoadCreateTableContext(CreateTableContext &context, SQLHDBC hdbc);
+
+// Leaving the structure page, either way: the checked kind is kept and
+// stored. Always goes on.
+void LeaveStructurePage(CreateTableContext &context, int checkedKind);
+// Leaving the source page forwards: nothing selected is refused with 1625;
+// else the table is kept and stored.
+wizards::PageDecision LeaveSourcePage(CreateTableContext &context, unsigned direction, const char *selected);
+// Leaving the name page forwards: the name checked by CheckNewTableName.
+wizards::PageDecision LeaveNamePage(const CreateTableContext &context, unsigned direction);
+
+// After "Fertigstellen": the table of the chosen kind (messages shown).
+bool CreateChosenTable(const CreateTableContext &context);
 
 } // namespace kodbc::tabledesign

@@ -1,0 +1,122 @@
+// The create-table wizard on the SQLite data source: what its structure
+// page offers there, the name page's refusals, the address table it
+// creates, and a copied structure that SQLite refuses (nothing created).
+#include "wizard_walker.h"
+
+#include "frame/diagnostics_dialog_ids.h"
+#include "tabledesign/create_table_wizard_ids.h"
+
+#include <kodbc/kodbc_tabledesign.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr char kTitle[] = "Neue Tabelle anlegen";
+constexpr char kRegistryKey[] = "Software\\Korvel Software\\Kodbc";
+constexpr char kSettings[] = "Create Table";
+constexpr char kSource[] = "kodbc_ct_source";
+constexpr char kNew[] = "kodbc_ct_new";
+
+struct Walker : wintest::WizardWalker {
+    void TypeName(const char *name) {
+        SetWindowTextA(Control(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME), name);
+    }
+    bool Enabled(int page, int id) { return IsWindowEnabled(Control(page, id)) != FALSE; }
+    bool Checked(int page, int id) { return SendMessageA(Control(page, id), BM_GETCHECK, 0, 0) == BST_CHECKED; }
+};
+
+class CreateTableWizard : public wintest::ConnectedTest {
+protected:
+    void SetUp() override {
+        ConnectedTest::SetUp();
+        if (HasFatalFailure()) return;
+        for (const char *table : {kSource, kNew, "Neue_Tabelle"}) Run(std::string("DROP TABLE ") + table);
+        ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kSource + " (Nummer INTEGER, Titel VARCHAR(30))"));
+        Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Type", 2100);
+    }
+    void TearDown() override {
+        for (const char *table : {kSource, kNew, "Neue_Tabelle"}) Run(std::string("DROP TABLE ") + table);
+        ConnectedTest::TearDown();
+    }
+    int Wizard(const std::string &shots, const std::function<void(Walker &)> &walk,
+               std::vector<std::string> &messages) {
+        return wintest::RunWizard<Walker>(kTitle, shots.empty() ? "" : shots + "10036", shots,
+                                          [&] { return Kodbc_CreateTableWizzard(hdbc_, created_, sizeof created_); },
+                                          walk, messages);
+    }
+    long StoredKind() {
+        return Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Type", 0);
+    }
+
+    char created_[50] = {};
+};
+
+TEST_F(CreateTableWizard, AddressTableAfterTheNameRefusals) {
+    std::vector<std::string> messages;
+    std::string proposed;
+    const int result = Wizard("createtable-", [&](Walker &w) {
+        // SQLite has no auto-incrementing definition: the address table is preselected.
+        w.Expect(!w.Enabled(IDD_CREATETABLE_STRUCTURE, IDC_CREATETABLE_AUTOINC), "auto-increment enabled");
+        w.Expect(w.Enabled(IDD_CREATETABLE_STRUCTURE, IDC_CREATETABLE_COPY), "copy disabled");
+        w.Expect(w.Checked(IDD_CREATETABLE_STRUCTURE, IDC_CREATETABLE_ADDRESS), "address table not preselected");
+        w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_NAME);  // the source page is skipped
+        proposed = wintest::WindowText(w.Control(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME));
+        w.TypeName("");
+        w.Refused(IDD_CREATETABLE_NAME);
+        w.TypeName(kSource);
+        w.Refused(IDD_CREATETABLE_NAME);
+        w.TypeName(kNew);
+        w.Shot(IDD_CREATETABLE_NAME);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_SUMMARY);
+        w.Shot(IDD_CREATETABLE_SUMMARY);
+        w.Press(KORVEL_WIZARD_NEXT, 0);
+    }, messages);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_STREQ(created_, kNew);
+    EXPECT_EQ(proposed, "Neue_Tabelle");
+    EXPECT_EQ(messages, (std::vector<std::string>{
+                            "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.",
+                            "Es existiert bereits eine gleichnamige Tabelle oder Abfrage in dieser Datenquelle. "}));
+    char fields[300] = {};
+    Kodbc_GetFields(hdbc_, kNew, 0, ",", fields, sizeof fields);
+    EXPECT_STREQ(fields, "Name,Vorname,Strasse,Plz,Ort");
+    EXPECT_EQ(StoredKind(), 2102);
+}
+
+TEST_F(CreateTableWizard, CopiedStructureIsRefusedBySqliteAndCreatesNothing) {
+    std::vector<std::string> messages;
+    bool errorShown = false;
+    wintest::DialogRobot error("Fehler beim ODBC-Datenbankzugriff", "", [&](HWND dialog) {
+        errorShown = true;
+        wintest::Click(dialog, IDC_ODBC_ERROR_CLOSE);
+    }, 60000);
+    const int result = Wizard("createtable-", [&](Walker &w) {
+        wintest::Click(w.Page(IDD_CREATETABLE_STRUCTURE), IDC_CREATETABLE_COPY);
+        Sleep(200);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_SOURCE);
+        w.Choose(IDD_CREATETABLE_SOURCE, IDC_CREATETABLE_SOURCE_LIST, kSource);
+        SendMessageA(w.Page(IDD_CREATETABLE_SOURCE), WM_COMMAND,
+                     MAKEWPARAM(IDC_CREATETABLE_SOURCE_LIST, LBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(w.Control(IDD_CREATETABLE_SOURCE, IDC_CREATETABLE_SOURCE_LIST)));
+        w.Shot(IDD_CREATETABLE_SOURCE);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_NAME);
+        w.TypeName(kNew);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_SUMMARY);
+        w.Press(KORVEL_WIZARD_NEXT, 0);
+    }, messages);
+    error.Join();
+
+    EXPECT_EQ(result, 2);
+    EXPECT_TRUE(errorShown) << "SQLite's refusal of SELECT INTO was not shown";
+    EXPECT_TRUE(messages.empty());
+    EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_ALL, kNew), 0);
+    char source[50] = {};
+    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Copy", "", source, sizeof source);
+    EXPECT_STREQ(source, kSource);
+    EXPECT_EQ(StoredKind(), 2101);
+}
+
+} // namespace
