@@ -108,6 +108,10 @@ void ShowDataSource(HWND dialog, const DataSourceRecord &record) {
     SetItemText(dialog, IDC_SQL_PERFORMER_DSN, name.c_str());
 }
 
+void ChooseDataSource(HWND dialog, PerformerState &state) {
+    if (Kodbc_DataSourceDialog(state.record) == 1) ShowDataSource(dialog, *state.record);
+}
+
 void Init(HWND dialog, PerformerState &state) {
     if (state.kind == PerformerKind::DataSource) ShowDataSource(dialog, *state.record);
     state.recent.Load();
@@ -134,6 +138,10 @@ bool Command(HWND dialog, PerformerState &state, int controlId, int notification
         return true;
     case IDC_SQL_PERFORMER_HELP:
         LibraryDialogBox(&SqlHelpCallback, IDD_SQL_HELP, dialog, reinterpret_cast<LPARAM>(dialog));
+        return true;
+    case IDC_SQL_PERFORMER_CHOOSE_DSN:
+        if (state.kind != PerformerKind::DataSource) return false;
+        ChooseDataSource(dialog, state);
         return true;
     case IDCANCEL:
         EndDialog(dialog, 2);

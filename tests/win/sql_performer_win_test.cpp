@@ -5,6 +5,7 @@
 #include "wizard_walker.h"
 
 #include "frame/diagnostics_dialog_ids.h"
+#include "tools/picker_dialog_ids.h"
 #include "tools/recent_statements.h"
 #include "tools/sql_performer_ids.h"
 
@@ -23,6 +24,7 @@ using wintest::WaitFor;
 
 constexpr char kTitle[] = "SQL-Befehl ausf\xFChren";
 constexpr char kHelpTitle[] = "M\xF6gliche SQL-Befehle";
+constexpr char kPickerTitle[] = "Datenquelle ausw\xE4hlen";
 constexpr char kErrorTitle[] = "Fehler beim ODBC-Datenbankzugriff";
 constexpr char kKey[] = "Software\\Korvel Software\\Kodbc";
 constexpr char kExecuted[] = "Der SQL-Befehl wurde fehlerfrei ausgef\xFChrt";
@@ -86,6 +88,23 @@ struct Performer {
     void Close() const { SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0); }
 };
 
+// Picks the run's data source in the picker that "Datenquelle wählen..."
+// opens (robot thread).
+void ChooseRunsDataSource(HWND performer) {
+    wintest::Click(performer, IDC_SQL_PERFORMER_CHOOSE_DSN);
+    HWND picker = nullptr;
+    if (!WaitFor([&] { return (picker = FindWindowA("#32770", kPickerTitle)) != nullptr; })) return;
+    Sleep(300);
+    HWND list = GetDlgItem(picker, IDC_DATASOURCE_PICKER_LIST);
+    const LRESULT index = SendMessageA(list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                       reinterpret_cast<LPARAM>(wintest::DataSource()));
+    SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    SendMessageA(picker, WM_COMMAND, MAKEWPARAM(IDC_DATASOURCE_PICKER_LIST, LBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(list));
+    wintest::Click(picker, IDC_DATASOURCE_PICKER_OK);
+    WaitFor([&] { return !IsWindow(picker); }, 10000);
+}
+
 class SqlPerformerTest : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
@@ -99,6 +118,8 @@ protected:
     void Forget() {
         Korvel_DeleteRegistryKey(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kRecentSection);
         Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kPresetSection, kodbc::tools::kPresetValue);
+        // The picker remembers the user it was confirmed with.
+        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "DataSourceDialog", wintest::DataSource());
         for (const char *table : {"kodbc_perf", "kodbc_perf_ds"}) Run(std::string("DROP TABLE ") + table);
     }
 };
@@ -158,7 +179,7 @@ TEST_F(SqlPerformerTest, ExecutesTypedStatementsAndRemembersThemFailedOnesToo) {
     EXPECT_TRUE(error.Found()) << "no error display for the failing statement";
     EXPECT_EQ(errorStatement, kFailing);
     EXPECT_EQ(totalAfterFailure, 3);
-    EXPECT_EQ(firstAfterFailure, kFailing) << "saved before it ran";
+    EXPECT_EQ(firstAfterFailure, kFailing) << "kept although it failed";
     EXPECT_EQ(recent, (std::vector<std::string>{kFailing, kInsertEncoded, kCreate}));
     EXPECT_EQ(usedLast, kInsert) << "decoded into the edit field";
     EXPECT_EQ(chosen, kCreate);
@@ -237,26 +258,31 @@ TEST_F(SqlPerformerTest, HelpDialogHandsTheChosenExampleOver) {
                                                "CREATE INDEX indexname ON tablename (colname)"}));
 }
 
-// Dialog 101 connects for each statement: with the run's data source it
-// runs, without a data source the connection refuses and nothing runs.
+// Dialog 101 connects for each statement: on the record's data source, on
+// one chosen through "Datenquelle wählen...", and with none the connection
+// refuses and nothing runs.
 TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
     const struct {
-        bool withRecord;
-        const char *message;   // what the library said, empty for nothing
-        bool notice;
+        const char *what;
+        bool withRecord;      // else a null record
+        const char *start;    // the record's data source
+        bool choose;          // the run's data source chosen through the button
+        const char *message;  // what the library said, empty for nothing
     } cases[] = {
-        {true, "", true},
-        {false, "Es ist keine Datenquelle angegeben", false},
+        {"record of the run's data source", true, wintest::DataSource(), false, ""},
+        {"no record", false, "", false, "Es ist keine Datenquelle angegeben"},
+        {"empty record, data source chosen", true, "", true, ""},
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.withRecord ? "record of the run's data source" : "no record");
+        SCOPED_TRACE(c.what);
         Run("DROP TABLE kodbc_perf_ds");
         DataSourceRecord record{};
-        lstrcpynA(record.DataSourceName, wintest::DataSource(), sizeof record.DataSourceName);
+        lstrcpynA(record.DataSourceName, c.start, sizeof record.DataSourceName);
         wintest::MessageBoxAnswerer answerer(wintest::kLibraryMessageCaption, IDOK);
         std::string shownSource, notice;
-        DialogRobot robot(kTitle, c.withRecord ? "sqlperformer-101" : "", [&](HWND dialog) {
+        DialogRobot robot(kTitle, *c.start ? "sqlperformer-101" : "", [&](HWND dialog) {
             Performer p{dialog};
+            if (c.choose) ChooseRunsDataSource(dialog);
             shownSource = ControlText(dialog, IDC_SQL_PERFORMER_DSN);
             SetWindowTextA(p.Edit(), "CREATE TABLE kodbc_perf_ds (n INTEGER)");
             notice = p.Execute();
@@ -266,13 +292,17 @@ TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
         robot.Join();
 
         ASSERT_TRUE(robot.Found()) << "dialog 101 never appeared";
+        const bool runs = !*c.message;
         EXPECT_EQ(result, 2);
-        EXPECT_EQ(shownSource, c.withRecord ? wintest::DataSource() : "");
-        EXPECT_EQ(!notice.empty(), c.notice) << notice;
+        EXPECT_EQ(shownSource, runs ? wintest::DataSource() : "");
+        EXPECT_EQ(!notice.empty(), runs) << notice;
         std::vector<std::string> messages;
         for (const wintest::MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
-        EXPECT_EQ(messages, *c.message ? std::vector<std::string>{c.message} : std::vector<std::string>{});
-        EXPECT_EQ(Run("SELECT * FROM kodbc_perf_ds"), c.withRecord) << "the table exists only when it ran";
+        EXPECT_EQ(messages, runs ? std::vector<std::string>{} : std::vector<std::string>{c.message});
+        EXPECT_EQ(Run("SELECT * FROM kodbc_perf_ds"), runs) << "the table exists only when it ran";
+        if (c.withRecord) {
+            EXPECT_STREQ(record.DataSourceName, runs ? wintest::DataSource() : c.start) << "the caller's record";
+        }
     }
 }
 
