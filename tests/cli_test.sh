@@ -91,6 +91,16 @@ expect "create-table: copy needs --from" 2 ""      "$kodbc" create-table kodbc_s
 expect "create-table: the address columns" 0 "^Plz  *VarText (20)" "$kodbc" columns kodbc_sqlite Neue_Tabelle
 "$kodbc" sql kodbc_sqlite "DROP TABLE Neue_Tabelle" >/dev/null 2>&1
 
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_alt (id INTEGER NOT NULL, a VARCHAR(5), b VARCHAR(5))" >/dev/null 2>&1
+expect "alter: length missing"  1 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz VarText
+expect "alter: unknown type"    2 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz Text 5
+expect "alter: add-column"      0 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz varText 5
+expect "alter: drop asks, no terminal says no" 1 "^0 Spalte" "$kodbc" alter kodbc_sqlite cli_alt drop-column a b
+expect "alter: drop with --yes" 0 "^2 Spalte"      "$kodbc" --yes alter kodbc_sqlite cli_alt drop-column a b
+expect "alter: what is left"    0 "^plz  *VarText (5)  *Nein" "$kodbc" columns kodbc_sqlite cli_alt
+expect "alter: no auto-increment here" 1 ""        "$kodbc" alter kodbc_sqlite cli_alt add-autoinc nr
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_alt" >/dev/null 2>&1
+
 # The demo's data source streams its results (a private copy of the configuration).
 demo=$(mktemp -d /tmp/kodbc-cli-demo.XXXXXX)
 cp "$2/odbc.ini" "$demo/odbc.ini"

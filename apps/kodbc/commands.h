@@ -56,6 +56,14 @@ int AddRecords(const Login &login, const AddRecordsRequest &request);
 // kodbc create-table DSN [NAME] --kind autoinc|copy|address [--from TABLE]
 int CreateTable(const std::string &dsn, const Login &login, const std::string &name, const std::string &kind,
                 const std::string &from);
+// kodbc alter DSN TABLE add-column NAME TYPE [LENGTH] | drop-column NAME... |
+// add-autoinc NAME | add-pk COLUMN... | drop-pk
+struct AlterRequest {
+    std::string dsn, table, action, column, type;
+    int length = 0;
+    std::vector<std::string> columns;
+};
+int AlterTable(const Login &login, const AlterRequest &request);
 int RunDemo();
 
 } // namespace kodbc_cli

@@ -134,6 +134,24 @@ int main(int argc, char **argv) {
         ->check(CLI::IsMember({"autoinc", "copy", "address"}));
     createTable->add_option("--from", from, "Tabelle, deren Struktur übernommen wird (--kind copy)");
 
+    kodbc_cli::AlterRequest alter;
+    auto *alterCmd = app.add_subcommand("alter", "Struktur einer Tabelle ändern wie die Tabellenverwaltung");
+    alterCmd->add_option("DSN", alter.dsn, "Datenquelle")->required();
+    alterCmd->add_option("TABLE", alter.table, "Tabelle")->required();
+    alterCmd->require_subcommand(1);
+    auto *addColumn = alterCmd->add_subcommand("add-column", "Spalte hinzufügen");
+    addColumn->add_option("NAME", alter.column, "Name der Spalte")->required();
+    addColumn->add_option("TYPE", alter.type, "Datentyp: FixText, VarText, LangText, Datum/Zeit, Ganzzahl, Gleitkommazahl, Binärdaten")
+        ->required();
+    addColumn->add_option("LENGTH", alter.length, "Länge (FixText, VarText: nötig)");
+    auto *dropColumn = alterCmd->add_subcommand("drop-column", "Spalten entfernen (fragt je Spalte, außer mit --yes)");
+    dropColumn->add_option("NAME", alter.columns, "Spalten")->required();
+    auto *addAutoinc = alterCmd->add_subcommand("add-autoinc", "selbsthochzählende Spalte hinzufügen");
+    addAutoinc->add_option("NAME", alter.column, "Name der Spalte")->required();
+    auto *addPk = alterCmd->add_subcommand("add-pk", "Primärschlüssel anlegen");
+    addPk->add_option("COLUMN", alter.columns, "Spalten des Schlüssels, in ihrer Reihenfolge")->required();
+    auto *dropPk = alterCmd->add_subcommand("drop-pk", "Primärschlüssel löschen (fragt nach, außer mit --yes)");
+
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");
     addRecordsCmd->add_option("DSN", addRecords.dsn, "Datenquelle der Zieltabelle")->required();
@@ -183,6 +201,13 @@ int main(int argc, char **argv) {
     if (*rename) return RenameTable(dsn, login, table, newName);
     if (*addRecordsCmd) return AddRecords(login, addRecords);
     if (*createTable) return CreateTable(dsn, login, table, kind, from);
+    if (*alterCmd) {
+        alter.action = *addColumn ? "add-column" : *dropColumn ? "drop-column" : *addAutoinc ? "add-autoinc"
+                       : *addPk    ? "add-pk"
+                       : *dropPk   ? "drop-pk"
+                                   : "";
+        return AlterTable(login, alter);
+    }
     if (*demo) return RunDemo();
     return kExitUsage;
 }

@@ -1,10 +1,38 @@
-// Table design: the create-table wizard's work on the command line.
+// Table design: the create-table wizard's and the table administration's
+// work on the command line.
 #include "commands.h"
 #include "terminal.h"
 
+#include <strings.h>
+
 #include <cstdio>
+#include <cstdlib>
 
 namespace kodbc_cli {
+namespace {
+
+// The data types by the names the dialogs show, or by their numbers.
+int TypeCode(const std::string &name) {
+    static const struct {
+        const char *name;
+        int code;
+    } kTypes[] = {
+        {"FixText", KODBC_TYPE_FIXED_TEXT}, {"VarText", KODBC_TYPE_VAR_TEXT},       {"LangText", KODBC_TYPE_LONG_TEXT},
+        {"Datum/Zeit", KODBC_TYPE_DATETIME}, {"Ganzzahl", KODBC_TYPE_INTEGER},      {"Gleitkommazahl", KODBC_TYPE_FLOAT},
+        {"Binärdaten", KODBC_TYPE_BINARY},
+    };
+    for (const auto &type : kTypes)
+        if (strcasecmp(type.name, name.c_str()) == 0 || std::to_string(type.code) == name) return type.code;
+    return 0;
+}
+
+std::string TabJoined(const std::vector<std::string> &names) {
+    std::string joined;
+    for (const std::string &name : names) joined += (joined.empty() ? "" : "\t") + name;
+    return joined;
+}
+
+} // namespace
 
 int CreateTable(const std::string &dsn, const Login &login, const std::string &name, const std::string &kind,
                 const std::string &from) {
@@ -22,6 +50,39 @@ int CreateTable(const std::string &dsn, const Login &login, const std::string &n
         return kExitFailed;
     std::printf("Tabelle %s angelegt\n", created);
     return kExitOk;
+}
+
+} // namespace kodbc_cli
+
+namespace kodbc_cli {
+
+int AlterTable(const Login &login, const AlterRequest &request) {
+    int typeCode = 0;
+    if (request.action == "add-column" && (typeCode = TypeCode(request.type)) == 0) {
+        Error("unbekannter Datentyp '" + request.type +
+              "' (FixText, VarText, LangText, Datum/Zeit, Ganzzahl, Gleitkommazahl, Binärdaten)");
+        return kExitUsage;
+    }
+    Connection connection(request.dsn, login.user, login.password);
+    if (!connection.ok()) return kExitFailed;
+    SQLHDBC hdbc = connection.hdbc();
+    const char *table = request.table.c_str();
+    // Questions go to the terminal; --yes answers them, no terminal says No.
+    int rc = KODBC_FAILURE;
+    if (request.action == "add-column") {
+        rc = Kodbc_AddColumn(hdbc, table, request.column.c_str(), typeCode, request.length);
+    } else if (request.action == "drop-column") {
+        int dropped = 0;
+        rc = Kodbc_DropColumns(hdbc, table, TabJoined(request.columns).c_str(), 0, &dropped);
+        std::printf("%d Spalte(n) entfernt\n", dropped);
+    } else if (request.action == "add-autoinc") {
+        rc = Kodbc_AddAutoIncrementColumn(hdbc, table, request.column.c_str());
+    } else if (request.action == "add-pk") {
+        rc = Kodbc_AddPrimaryKey(hdbc, table, TabJoined(request.columns).c_str());
+    } else if (request.action == "drop-pk") {
+        rc = Kodbc_DropPrimaryKey(hdbc, table, 0);
+    }
+    return rc == KODBC_SUCCESS ? kExitOk : kExitFailed;
 }
 
 } // namespace kodbc_cli

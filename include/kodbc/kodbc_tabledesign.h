@@ -34,6 +34,42 @@ extern "C" {
 KODBC_API int KODBC_CALL Kodbc_CreateTable(SQLHDBC hdbc, int kind, const char *name, const char *source,
                                            char *created, int size);
 
+/*
+** Changing a table's structure: the work of the table administration
+** dialog, for callers without windows. table and column names are plain
+** (unquoted); the statements quote them. Each statement is offered to the
+** SQL dump first; errors are shown with the statement, refusals as the
+** dialog shows them. Each returns 1 done, 2 refused, cancelled or failed
+** (also for a null hdbc or table).
+**
+** Kodbc_AddColumn: "ALTER TABLE %t ADD %f %s%s" with the column definition
+** of the library type typeCode (KODBC_TYPE_*; an unknown code: 2, nothing
+** shown) formatted with length, and the database's added-column clause
+** (" NOT NULL DEFAULT ''" where the database has one). A type that needs a
+** length and length below 1: message 1624.
+** Kodbc_DropColumns: removes the tab-separated columns in order, each
+** after question 1703 unless flags has KODBC_ALTER_NO_QUESTION ("Nein"
+** skips the column, "Abbrechen" ends). dropped (may be null) receives how
+** many went. Returns 1 when the list was worked through, 2 when it ended
+** early (cancelled or a failed statement).
+** Kodbc_AddAutoIncrementColumn: 1642 where the database has no
+** auto-incrementing definition, 1623 when the table has such a column.
+** Kodbc_AddPrimaryKey: the key over the tab-separated columns in their
+** order; 1647 when the table has a key; success shows notice 437.
+** Kodbc_DropPrimaryKey: 1646 without a key, 1648 where the database cannot
+** drop one, question 1704 unless KODBC_ALTER_NO_QUESTION; success shows
+** notice 438.
+*/
+#define KODBC_ALTER_NO_QUESTION  0x1
+
+KODBC_API int KODBC_CALL Kodbc_AddColumn(SQLHDBC hdbc, const char *table, const char *column, int typeCode,
+                                         int length);
+KODBC_API int KODBC_CALL Kodbc_DropColumns(SQLHDBC hdbc, const char *table, const char *columns, int flags,
+                                           int *dropped);
+KODBC_API int KODBC_CALL Kodbc_AddAutoIncrementColumn(SQLHDBC hdbc, const char *table, const char *column);
+KODBC_API int KODBC_CALL Kodbc_AddPrimaryKey(SQLHDBC hdbc, const char *table, const char *columns);
+KODBC_API int KODBC_CALL Kodbc_DropPrimaryKey(SQLHDBC hdbc, const char *table, int flags);
+
 #ifdef _WIN32
 /*
 ** Kodbc_CreateTableWizzard: the create-table wizard (Windows) over the
@@ -62,6 +98,7 @@ KODBC_API int KODBC_CALL Kodbc_CreateTableWizzard(SQLHDBC hdbc, char *tableName,
 */
 KODBC_API int KODBC_CALL CreateTableWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                                  LPARAM lParam);
+
 #endif
 
 #ifdef __cplusplus

@@ -36,7 +36,12 @@ bool ReadAdminColumns(SQLHDBC hdbc, const char *table, std::vector<AdminColumn> 
 std::string PrimaryKeyText(SQLHDBC hdbc, const char *table);
 std::string AutoIncrementColumnName(SQLHDBC hdbc, const char *table);
 
-// Which buttons of the main dialog can act now.
+// Which buttons of the main dialog can act now: what the database cannot
+// do and what the table's state forbids is greyed (a key when there is one,
+// dropping it when there is none or the database cannot, a second
+// auto-incrementing column); removing needs a selection that leaves a
+// column. The operations below still refuse with their messages, for
+// callers without buttons.
 struct AdminAbilities {
     bool addColumn, dropColumns, addPrimaryKey, dropPrimaryKey, addAutoIncrement;
 };

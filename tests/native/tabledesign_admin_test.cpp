@@ -1,0 +1,122 @@
+// Table administration's work on each data source: the list, the button
+// rules, and the ALTER TABLE statements as each database takes them (what
+// one refuses is shown and changes nothing).
+#include "test_support.h"
+
+#include "tabledesign/table_admin.h"
+
+namespace kodbc::test {
+namespace {
+
+using namespace tabledesign;
+
+TEST(TableAdmin, ListColumnsFromTheirString) {
+    const std::vector<AdminListColumn> columns = AdminListColumns();
+    ASSERT_EQ(columns.size(), 5u);
+    std::vector<std::string> captions;
+    for (const AdminListColumn &column : columns) captions.push_back(column.caption);
+    EXPECT_EQ(captions, (std::vector<std::string>{"Spaltenname", "Datentyp", "Leer erlaubt", "Vorbesetzung", "Kommentar"}));
+    EXPECT_EQ(columns[2].width, 70);
+    EXPECT_EQ(columns[4].width, 300);
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(columns[static_cast<std::size_t>(i)].centred, i == 2) << i;
+}
+
+TEST(TableAdmin, ButtonsFollowDatabaseAndTable) {
+    const struct {
+        int databaseType, columns, selected;
+        bool key, autoIncrement;
+        AdminAbilities expected;  // add, drop, add key, drop key, add auto-increment
+    } cases[] = {
+        {KODBC_DBTYPE_OTHER, 3, 0, false, false, {true, false, true, false, false}},
+        {KODBC_DBTYPE_OTHER, 3, 3, true, false, {true, false, false, true, false}},   // not every column
+        {KODBC_DBTYPE_MYSQL, 3, 1, false, false, {true, true, true, false, true}},
+        {KODBC_DBTYPE_MYSQL, 3, 1, true, true, {true, true, false, true, false}},
+        {KODBC_DBTYPE_ACCESS, 3, 2, true, false, {true, true, false, false, true}},  // no key drop there
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.databaseType << "/" << c.selected << "/" << c.key);
+        const AdminAbilities got = AdminAbilitiesOf(CapabilitiesOf(c.databaseType), c.columns, c.selected, c.key,
+                                                    c.autoIncrement);
+        EXPECT_EQ(got.addColumn, c.expected.addColumn);
+        EXPECT_EQ(got.dropColumns, c.expected.dropColumns);
+        EXPECT_EQ(got.addPrimaryKey, c.expected.addPrimaryKey);
+        EXPECT_EQ(got.dropPrimaryKey, c.expected.dropPrimaryKey);
+        EXPECT_EQ(got.addAutoIncrement, c.expected.addAutoIncrement);
+    }
+}
+
+class TableAdminOn : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        OwnTables({kTable});
+        Exec(std::string("CREATE TABLE ") + kTable + " (id INTEGER NOT NULL, name VARCHAR(20), ort VARCHAR(20))");
+    }
+    std::vector<std::string> Names() {
+        std::vector<AdminColumn> columns;
+        EXPECT_TRUE(ReadAdminColumns(hdbc_, kTable, columns));
+        std::vector<std::string> names;
+        for (const AdminColumn &column : columns) names.push_back(column.name + ":" + column.nullableText);
+        return names;
+    }
+    static constexpr const char *kTable = "kodbc_ta";
+};
+
+TEST_P(TableAdminOn, AddAndDropColumns) {
+    EXPECT_EQ(Names(), (std::vector<std::string>{"id:Nein", "name:Ja", "ort:Ja"}));
+
+    EXPECT_FALSE(AddColumn(hdbc_, kTable, "plz", KODBC_TYPE_VAR_TEXT, 0));
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    EXPECT_NE(messages_.entries()[0].text.find("Länge"), std::string::npos);
+    messages_.clear();
+    // The clause " NOT NULL DEFAULT ''" comes with every added column.
+    EXPECT_TRUE(AddColumn(hdbc_, kTable, "plz", KODBC_TYPE_VAR_TEXT, 5));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"id:Nein", "name:Ja", "ort:Ja", "plz:Nein"}));
+
+    bool cancelled = false;
+    messages_.set_answer(KODBC_ANSWER_NO);
+    EXPECT_EQ(DropColumns(hdbc_, kTable, {"name", "ort"}, true, &cancelled), 0);
+    EXPECT_FALSE(cancelled);
+    messages_.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(DropColumns(hdbc_, kTable, {"name", "ort"}, true, &cancelled), 0);
+    EXPECT_TRUE(cancelled);
+    EXPECT_EQ(messages_.entries().size(), 3u) << "one question per column until the cancel";
+    messages_.clear();
+    EXPECT_EQ(DropColumns(hdbc_, kTable, {"name", "plz"}, false, &cancelled), 2);
+    EXPECT_EQ(Names(), (std::vector<std::string>{"id:Nein", "ort:Ja"}));
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(TableAdminOn, KeysAndAutoIncrementAsTheDatabaseTakesThem) {
+    // None of the three has an auto-incrementing definition in the table.
+    EXPECT_FALSE(MayAddAutoIncrement(hdbc_, kTable));
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    messages_.clear();
+
+    const std::string dbms = DbmsName();
+    const bool sqlite = dbms == "SQLite", postgres = dbms == "PostgreSQL";
+    EXPECT_EQ(KeyCandidates(hdbc_, kTable), std::vector<std::string>{"id"});
+    EXPECT_TRUE(MayAddPrimaryKey(hdbc_, kTable));
+    EXPECT_EQ(AddPrimaryKey(hdbc_, kTable, {"id"}), !sqlite) << "SQLite cannot add a key to a table";
+    EXPECT_EQ(OdbcErrors(), sqlite ? 1u : 0u);
+    EXPECT_EQ(PrimaryKeyText(hdbc_, kTable), sqlite ? "" : "id");
+    messages_.clear();
+    if (sqlite) {
+        EXPECT_FALSE(DropPrimaryKey(hdbc_, kTable, false));
+        ASSERT_EQ(messages_.entries().size(), 1u);  // 1646: no key
+        EXPECT_EQ(OdbcErrors(), 0u);
+        return;
+    }
+    EXPECT_FALSE(MayAddPrimaryKey(hdbc_, kTable));  // 1647
+    messages_.clear();
+    // PostgreSQL knows no "DROP PRIMARY KEY": its refusal is shown, the key stays.
+    EXPECT_EQ(DropPrimaryKey(hdbc_, kTable, false), !postgres);
+    EXPECT_EQ(OdbcErrors(), postgres ? 1u : 0u);
+    EXPECT_EQ(PrimaryKeyText(hdbc_, kTable), postgres ? "id" : "");
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(TableAdminOn);
+
+} // namespace
+} // namespace kodbc::test
