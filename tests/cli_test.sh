@@ -101,6 +101,20 @@ expect "alter: what is left"    0 "^plz  *VarText (5)  *Nein" "$kodbc" columns k
 expect "alter: no auto-increment here" 1 ""        "$kodbc" alter kodbc_sqlite cli_alt add-autoinc nr
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_alt" >/dev/null 2>&1
 
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_ex (nr INTEGER, preis REAL, name VARCHAR(20))" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "INSERT INTO cli_ex VALUES (1, 2.5, 'Größe'), (2, NULL, '')" >/dev/null 2>&1
+expect "export: the wizard's defaults" 0 "^2 Datensätze exportiert$" "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt"
+checks=$((checks + 1))
+[ "$(od -An -c "$out.txt" | tr -s ' ' | tr -d '\n')" = "$(printf 'nr\tpreis\tname\r\n1\t2,5\tGröße\r\n2\t\t\r\n' | od -An -c | tr -s ' ' | tr -d '\n')" ] ||
+    { echo "FAIL: export file: $(od -c "$out.txt")"; failures=$((failures + 1)); }
+expect "export: chosen fields, brackets" 0 "" "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" --field nr=Nummer --field name --brackets "<>" --delimiter ";" --no-header
+checks=$((checks + 1))
+[ "$(cat "$out.txt")" = "$(printf '<1>;<Größe>\r\n<2>;<>\r')" ] || { echo "FAIL: export with options: $(od -c "$out.txt")"; failures=$((failures + 1)); }
+expect "export: unknown field"  1 ""               "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" --field nix
+expect "export: full disk"      1 ""               "$kodbc" export kodbc_sqlite cli_ex -f /dev/full
+expect "export: bad delimiter"  2 ""               "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" --delimiter 0123456789
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_ex" >/dev/null 2>&1
+
 # The demo's data source streams its results (a private copy of the configuration).
 demo=$(mktemp -d /tmp/kodbc-cli-demo.XXXXXX)
 cp "$2/odbc.ini" "$demo/odbc.ini"

@@ -64,6 +64,17 @@ struct AlterRequest {
     std::vector<std::string> columns;
 };
 int AlterTable(const Login &login, const AlterRequest &request);
+// kodbc export DSN TABLE -f FILE …
+struct ExportRequest {
+    std::string dsn, table, file, whereFile;
+    std::vector<std::string> fields;  // NAME or NAME=HEADING
+    std::vector<std::string> skip;
+    std::string delimiter = "tab";    // tab, blank or the text itself
+    std::string decimalMark = "comma";  // comma, point or the character
+    std::string brackets;             // "LR"
+    bool ascii = false, noHeader = false;
+};
+int ExportTable(const Login &login, const ExportRequest &request);
 int RunDemo();
 
 } // namespace kodbc_cli

@@ -152,6 +152,20 @@ int main(int argc, char **argv) {
     addPk->add_option("COLUMN", alter.columns, "Spalten des Schlüssels, in ihrer Reihenfolge")->required();
     auto *dropPk = alterCmd->add_subcommand("drop-pk", "Primärschlüssel löschen (fragt nach, außer mit --yes)");
 
+    kodbc_cli::ExportRequest exportRequest;
+    auto *exportCmd = app.add_subcommand("export", "Datensätze einer Tabelle in eine Textdatei exportieren wie der Export-Assistent");
+    exportCmd->add_option("DSN", exportRequest.dsn, "Datenquelle")->required();
+    exportCmd->add_option("TABLE", exportRequest.table, "Tabelle")->required();
+    exportCmd->add_option("-f,--file", exportRequest.file, "Exportdatei (wird ersetzt)")->required();
+    exportCmd->add_option("--where-file", exportRequest.whereFile, "Datei mit einer Selektionsbeschreibung (ohne: alle Datensätze)");
+    exportCmd->add_option("--field", exportRequest.fields, "NAME[=ÜBERSCHRIFT]: nur diese Felder exportieren");
+    exportCmd->add_option("--skip", exportRequest.skip, "NAME: Feld nicht exportieren");
+    exportCmd->add_option("--delimiter", exportRequest.delimiter, "tab, blank oder ein anderer Trenner (bis 9 Zeichen)");
+    exportCmd->add_option("--decimal-mark", exportRequest.decimalMark, "comma, point oder ein anderes Zeichen");
+    exportCmd->add_option("--brackets", exportRequest.brackets, "LR: linke und rechte Klammer um Namen und Werte");
+    exportCmd->add_flag("--ascii", exportRequest.ascii, "Namen und Werte in der OEM-Codepage (ASCII) schreiben");
+    exportCmd->add_flag("--no-header", exportRequest.noHeader, "keine Zeile mit den Feldnamen");
+
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");
     addRecordsCmd->add_option("DSN", addRecords.dsn, "Datenquelle der Zieltabelle")->required();
@@ -200,6 +214,7 @@ int main(int argc, char **argv) {
     if (*drop) return DropTable(dsn, login, table, assumeYes);
     if (*rename) return RenameTable(dsn, login, table, newName);
     if (*addRecordsCmd) return AddRecords(login, addRecords);
+    if (*exportCmd) return ExportTable(login, exportRequest);
     if (*createTable) return CreateTable(dsn, login, table, kind, from);
     if (*alterCmd) {
         alter.action = *addColumn ? "add-column" : *dropColumn ? "drop-column" : *addAutoinc ? "add-autoinc"

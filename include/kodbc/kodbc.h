@@ -19,6 +19,7 @@
 #include "kodbc_systable.h"
 #include "kodbc_wizards.h"
 #include "kodbc_tabledesign.h"
+#include "kodbc_transfer.h"
 #include "kodbc_tools.h"
 
 #endif /* KODBC_H */

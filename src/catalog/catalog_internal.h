@@ -40,6 +40,7 @@ struct ColumnDescription {
     bool nullable;             // empty values allowed (also when the driver does not know)
     const char *defaultValue;  // as the catalogue writes it; empty when none
     const char *remark;
+    int sqlType;               // the catalogue's DATA_TYPE (0 when it gives none)
 };
 
 // Hands every column of table to visit, in catalogue order (the texts live

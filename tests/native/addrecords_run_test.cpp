@@ -18,24 +18,6 @@ namespace {
 
 using namespace kodbc::wizards;
 
-// Records the progress and stops the run at a chosen step.
-class RecordingProgress : public WizardProgress {
-public:
-    explicit RecordingProgress(long cancelAt = 0) : cancelAt_(cancelAt) {}
-    void Start(long maximum) override { maximum_ = maximum; }
-    bool Step(long value) override {
-        steps_.push_back(value);
-        return value == cancelAt_;
-    }
-    void Finish() override { finished_ = true; }
-    long maximum_ = -1;
-    std::vector<long> steps_;
-    bool finished_ = false;
-
-private:
-    long cancelAt_;
-};
-
 class AddRecords : public DataSourceTest {
 protected:
     // Bound as a parameter: the value reaches the table unchanged on every server.

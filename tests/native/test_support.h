@@ -4,6 +4,8 @@
 
 #include <kodbc/kodbc.h>
 
+#include "wizards/wizard_progress.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -127,6 +129,24 @@ protected:
 
 private:
     std::vector<std::pair<std::string, std::string>> saved_;
+};
+
+// Records a work loop's progress and stops it at a chosen step.
+class RecordingProgress : public wizards::WizardProgress {
+public:
+    explicit RecordingProgress(long cancelAt = 0) : cancelAt_(cancelAt) {}
+    void Start(long maximum) override { maximum_ = maximum; }
+    bool Step(long value) override {
+        steps_.push_back(value);
+        return value == cancelAt_;
+    }
+    void Finish() override { finished_ = true; }
+    long maximum_ = -1;
+    std::vector<long> steps_;
+    bool finished_ = false;
+
+private:
+    long cancelAt_;
 };
 
 } // namespace kodbc::test

@@ -1,0 +1,134 @@
+// The export writer on each data source: the file's bytes for the format
+// choices, NULL against empty, names with blanks, the record bound of the
+// count, and files that cannot be written.
+#include "test_support.h"
+
+#include "transfer/export_file.h"
+
+#include <clocale>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+namespace kodbc::test {
+namespace {
+
+using namespace transfer;
+
+class ExportFile : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        const char *current = std::setlocale(LC_CTYPE, nullptr);
+        locale_ = current ? current : "C";
+        std::setlocale(LC_CTYPE, "C.UTF-8");  // the ANSI side of the OEM conversion
+        OwnTables({kTable});
+        const std::string q = IdentifierQuote();
+        Exec(std::string("CREATE TABLE ") + kTable + " (nr INTEGER, " + q + "Preis Netto" + q +
+             " DOUBLE PRECISION, name VARCHAR(40))");
+        Exec(std::string("INSERT INTO ") + kTable + " VALUES (1, 12.5, 'M\xC3\xBCller \"der \xC3\x84ltere\"')");
+        Exec(std::string("INSERT INTO ") + kTable + " VALUES (2, NULL, '')");
+        Exec(std::string("INSERT INTO ") + kTable + " VALUES (3, 0.25, 'Gro\xC3\x9F;Klein')");
+        file_ = ::testing::TempDir() + "kodbc_export_test.txt";
+    }
+    void TearDown() override {
+        std::remove(file_.c_str());
+        std::setlocale(LC_CTYPE, locale_.c_str());
+        DataSourceTest::TearDown();
+    }
+    std::vector<ExportField> Fields() {
+        std::vector<ExportField> fields;
+        EXPECT_TRUE(ReadExportFields(hdbc_, kTable, fields));
+        return fields;
+    }
+    // Writes the file and gives its bytes ("" when it failed).
+    std::string Export(const ExportFormat &format, long maxRecords = 100, const std::string &where = "",
+                       RecordingProgress *progress = nullptr) {
+        RecordingProgress own;
+        const std::vector<ExportField> fields = Fields();
+        const std::string sql = ExportStatement(hdbc_, kTable, fields, where) + " ORDER BY nr";
+        if (!WriteExportFile(hdbc_, sql, fields, format, file_.c_str(), maxRecords, progress ? *progress : own))
+            return "";
+        std::ifstream in(file_, std::ios::binary);
+        std::stringstream bytes;
+        bytes << in.rdbuf();
+        return bytes.str();
+    }
+
+    static constexpr const char *kTable = "kodbc_ex";
+    std::string file_, locale_;
+};
+
+TEST_P(ExportFile, BytesForEachFormat) {
+    const std::vector<ExportField> fields = Fields();
+    ASSERT_EQ(fields.size(), 3u);
+    EXPECT_EQ(fields[1].exportName, "Preis-Netto");
+
+    ExportFormat tabs;  // the wizard's defaults
+    ExportFormat other;
+    other.delimiter = DelimiterChoice::Other;
+    other.otherDelimiter = "||";
+    other.decimal = DecimalChoice::Point;
+    other.leftBracket = '[';
+    other.rightBracket = ']';
+    other.header = false;
+    ExportFormat ascii;
+    ascii.encoding = ExportEncoding::Ascii;
+    ascii.delimiter = DelimiterChoice::Blank;
+    ascii.decimal = DecimalChoice::Other;
+    ascii.otherDecimal = "'x";
+
+    const struct {
+        const char *what;
+        const ExportFormat &format;
+        std::string bytes;
+    } cases[] = {
+        {"defaults", tabs,
+         "nr\tPreis-Netto\tname\r\n1\t12,5\tM\xC3\xBCller \"der \xC3\x84ltere\"\r\n2\t\t\r\n3\t0,25\tGro\xC3\x9F;Klein\r\n"},
+        // NULL writes nothing, not even brackets; the empty text writes them.
+        {"other delimiter, brackets", other,
+         "[1]||[12.5]||[M\xC3\xBCller \"der \xC3\x84ltere\"]\r\n[2]||||[]\r\n[3]||[0.25]||[Gro\xC3\x9F;Klein]\r\n"},
+        {"ASCII, blank, other mark", ascii,
+         "nr Preis-Netto name\r\n1 12'5 M\x81ller \"der \x8E" "ltere\"\r\n2  \r\n3 0'25 Gro\xE1;Klein\r\n"},
+    };
+    for (const auto &c : cases) EXPECT_EQ(Export(c.format), c.bytes) << c.what;
+}
+
+TEST_P(ExportFile, CountBoundsTheLoopAndCancelKeepsWhatWasWritten) {
+    ExportFormat format;
+    format.header = false;
+    // Records beyond the count taken before the wizard's last page stay out.
+    EXPECT_EQ(Export(format, 2), "1\t12,5\tM\xC3\xBCller \"der \xC3\x84ltere\"\r\n2\t\t\r\n");
+    EXPECT_EQ(Export(format, 100, "nr > 1"), "2\t\t\r\n3\t0,25\tGro\xC3\x9F;Klein\r\n");
+
+    RecordingProgress cancelling(2);
+    EXPECT_EQ(Export(format, 3, "", &cancelling), "1\t12,5\tM\xC3\xBCller \"der \xC3\x84ltere\"\r\n2\t\t");
+    EXPECT_EQ(cancelling.maximum_, 3);
+    EXPECT_TRUE(cancelling.finished_);
+}
+
+TEST_P(ExportFile, FilesThatCannotBeWrittenFailLoudly) {
+    ExportFormat format;
+    const std::vector<ExportField> fields = Fields();
+    const std::string sql = ExportStatement(hdbc_, kTable, fields, "");
+    RecordingProgress progress;
+    const struct {
+        const char *file;
+        const char *message;
+    } cases[] = {
+        {"/dev/full", "Fehler beim Schreiben der Datei"},
+        {"/nonexistent-folder/export.txt", "existiert nicht"},
+    };
+    for (const auto &c : cases) {
+        messages_.clear();
+        EXPECT_FALSE(WriteExportFile(hdbc_, sql, fields, format, c.file, 100, progress)) << c.file;
+        ASSERT_EQ(messages_.entries().size(), 1u) << c.file;
+        EXPECT_NE(messages_.entries()[0].text.find(c.message), std::string::npos) << messages_.entries()[0].text;
+    }
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(ExportFile);
+
+} // namespace
+} // namespace kodbc::test
