@@ -5,6 +5,7 @@
 
 #include <korvel/korvel32.h>
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -12,34 +13,38 @@ namespace kodbc::test {
 namespace {
 
 using tools::RecentStatements;
+using Lines = std::vector<std::string>;
 
 class RecentStatementsTest : public PrivateRegistryTest {
 protected:
-    static std::string Entry(int position) {
-        char name[16], value[1100];
-        std::snprintf(name, sizeof name, "E%03d", position);
-        Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, tools::kRecentSection, name, "<none>", value,
-                                  sizeof value);
+    static std::string Read(const char *section, const char *name) {
+        char value[1100];
+        Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, section, name, "-", value, sizeof value);
         return value;
     }
-    static long Total() {
-        return Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, tools::kRecentSection, "Total", -1);
+    static void Write(const char *name, const char *value) {
+        Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, tools::kRecentSection, name, value);
     }
-    // The stored list, E001 up to the first missing entry.
-    static std::vector<std::string> Stored() {
-        std::vector<std::string> entries;
-        for (int i = 1; Entry(i) != "<none>"; ++i) entries.push_back(Entry(i));
-        return entries;
+    // "Total", then E001, E002, ... up to the first missing one.
+    static Lines Stored() {
+        Lines stored{Read(tools::kRecentSection, "Total")};
+        for (int i = 1;; ++i) {
+            char name[16];
+            std::snprintf(name, sizeof name, "E%03d", i);
+            const std::string value = Read(tools::kRecentSection, name);
+            if (value == "-") return stored;
+            stored.push_back(value);
+        }
     }
 };
 
 TEST_F(RecentStatementsTest, AddingKeepsNewestFirstWithoutDuplicatesAndSurvivesTheStore) {
-    std::vector<std::string> many, newest;
+    Lines many, newest;
     for (int i = 1; i <= 21; ++i) many.push_back("SELECT " + std::to_string(i));
     for (int i = 21; i >= 2; --i) newest.push_back("SELECT " + std::to_string(i));
     const struct {
         const char *what;
-        std::vector<std::string> added, expected;
+        Lines added, expected;
     } cases[] = {
         {"same twice: one entry, on top", {"A", "B", "A"}, {"A", "B"}},
         {"empty is not added", {"A", ""}, {"A"}},
@@ -57,19 +62,13 @@ TEST_F(RecentStatementsTest, AddingKeepsNewestFirstWithoutDuplicatesAndSurvivesT
 
         // A longer list stored before must not leave entries behind.
         ASSERT_TRUE(list.Save());
-        EXPECT_EQ(Total(), static_cast<long>(c.expected.size()));
-        EXPECT_EQ(Stored(), c.expected);
+        Lines stored{std::to_string(c.expected.size())};
+        stored.insert(stored.end(), c.expected.begin(), c.expected.end());
+        EXPECT_EQ(Stored(), stored);
         RecentStatements loaded;
         loaded.Load();
         EXPECT_EQ(loaded.entries(), c.expected);
     }
-}
-
-TEST_F(RecentStatementsTest, DecodedGivesTheTypedStatementBack) {
-    RecentStatements list;
-    list.Add("INSERT INTO t VALUES ('a\tb', \"c\")\r\nC:\\x");
-    EXPECT_EQ(list.Decoded(0), "INSERT INTO t VALUES ('a\tb', \"c\")\r\nC:\\x");
-    EXPECT_EQ(list.Decoded(1), "");
 }
 
 TEST_F(RecentStatementsTest, ClearingLeavesTotalZeroAndNoEntries) {
@@ -77,36 +76,27 @@ TEST_F(RecentStatementsTest, ClearingLeavesTotalZeroAndNoEntries) {
     for (const char *statement : {"A", "B", "C"}) list.Add(statement);
     ASSERT_TRUE(list.Save());
     // The whole key goes, subkeys included; a neighbour whose name starts the same stays.
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\Recent\\Sub", "V", "gone"), 1);
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\RecentX", "E001", "kept"), 1);
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\Recent\\Sub", "V", "gone");
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\RecentX", "E001", "kept");
 
     list.Clear();
     ASSERT_TRUE(list.Save());
-    EXPECT_EQ(Total(), 0);
-    EXPECT_EQ(Stored(), std::vector<std::string>{});
-    char kept[16];
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\RecentX", "E001", "", kept, sizeof kept);
-    EXPECT_STREQ(kept, "kept");
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\Recent\\Sub", "V", "", kept, sizeof kept);
-    EXPECT_STREQ(kept, "");
+    EXPECT_EQ(Stored(), Lines{"0"});
+    EXPECT_EQ(Read("SqlPerformer\\Recent\\Sub", "V"), "-");
+    EXPECT_EQ(Read("SqlPerformer\\RecentX", "E001"), "kept");
 }
 
 TEST_F(RecentStatementsTest, LoadSkipsBlankEntriesAndReadsNothingWithoutTotal) {
-    auto write = [](const char *name, const char *value) {
-        Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, tools::kRecentSection, name, value);
-    };
-    write("E001", "A");
+    Write("E001", "A");
     RecentStatements list;
     list.Load();
-    EXPECT_EQ(list.entries(), std::vector<std::string>{}) << "no Total, no entries";
+    EXPECT_EQ(list.entries(), Lines{}) << "no Total, no entries";
 
-    write("E002", "  \t");
-    write("E003", "");
-    write("E004", "D");
-    write("E005", "beyond Total");
+    for (const auto &[name, value] : {std::pair{"E002", "  \t"}, {"E003", ""}, {"E004", "D"}, {"E005", "beyond"}})
+        Write(name, value);
     Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, tools::kRecentSection, "Total", 4);
     list.Load();
-    EXPECT_EQ(list.entries(), (std::vector<std::string>{"A", "D"}));
+    EXPECT_EQ(list.entries(), (Lines{"A", "D"}));
 }
 
 } // namespace

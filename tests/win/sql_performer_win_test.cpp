@@ -12,98 +12,122 @@
 #include <kodbc/kodbc_tools.h>
 #include <korvel/korvel32.h>
 
-#include <cstdio>
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace {
 
-using wintest::ControlText;
 using wintest::DialogRobot;
 using wintest::WaitFor;
+using wintest::WindowText;
+using Lines = std::vector<std::string>;
 
 constexpr char kTitle[] = "SQL-Befehl ausf\xFChren";
-constexpr char kHelpTitle[] = "M\xF6gliche SQL-Befehle";
-constexpr char kPickerTitle[] = "Datenquelle ausw\xE4hlen";
-constexpr char kErrorTitle[] = "Fehler beim ODBC-Datenbankzugriff";
 constexpr char kKey[] = "Software\\Korvel Software\\Kodbc";
 constexpr char kExecuted[] = "Der SQL-Befehl wurde fehlerfrei ausgef\xFChrt";
-
 constexpr char kCreate[] = "CREATE TABLE kodbc_perf (name VARCHAR(20), n INTEGER)";
 constexpr char kInsert[] = "INSERT INTO kodbc_perf VALUES ('Schmidt', 100)";
 constexpr char kInsertEncoded[] = "INSERT INTO kodbc_perf VALUES (\\QSchmidt\\Q, 100)";
 constexpr char kFailing[] = "INSERT INTO kodbc_perf_missing VALUES (1)";
 
-std::string Entry(int position) {
-    char name[16], value[1100];
-    std::snprintf(name, sizeof name, "E%03d", position);
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kRecentSection, name, "<none>", value,
-                              sizeof value);
-    return value;
+// The stored list: "Total", then E001, E002, ... up to the first missing one.
+Lines Stored() {
+    Lines stored{std::to_string(
+        Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kRecentSection, "Total", -1))};
+    for (int i = 1;; ++i) {
+        char name[16], value[1100];
+        wsprintfA(name, "E%03d", i);
+        Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kRecentSection, name, "-", value,
+                                  sizeof value);
+        if (std::string(value) == "-") return stored;
+        stored.push_back(value);
+    }
 }
 
-long Total() { return Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kRecentSection, "Total", -1); }
-
-// The notice the performer shows after a statement ran, on the dialog's thread.
+// The notice a statement that ran leaves on the dialog's thread.
 std::string NoticeText(DWORD thread) {
     std::string text;
-    EnumThreadWindows(
-        thread,
-        [](HWND window, LPARAM param) -> BOOL {
-            char cls[32] = {};
-            GetClassNameA(window, cls, sizeof cls);
-            if (lstrcmpA(cls, "KorvelTempWind") != 0 || !IsWindowVisible(window)) return TRUE;
-            *reinterpret_cast<std::string *>(param) = wintest::WindowText(window);
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&text));
+    EnumThreadWindows(thread, [](HWND window, LPARAM param) -> BOOL {
+        char cls[32] = {};
+        GetClassNameA(window, cls, sizeof cls);
+        if (lstrcmpA(cls, "KorvelTempWind") != 0 || !IsWindowVisible(window)) return TRUE;
+        *reinterpret_cast<std::string *>(param) = WindowText(window);
+        return FALSE;
+    }, reinterpret_cast<LPARAM>(&text));
     return text;
 }
 
-// Drives one performer window from the robot's thread. Buttons are pressed
-// with a sent click, so each returns once the dialog has done its work
-// (message boxes and the error display are answered meanwhile).
+// Drives one performer from the robot's thread. Its buttons get a sent
+// click, which returns once the dialog has done the work (message boxes and
+// the error display are answered meanwhile); its own dialogs a posted one.
 struct Performer {
     HWND dialog;
     DWORD thread = GetWindowThreadProcessId(dialog, nullptr);
 
     HWND Edit() const { return GetDlgItem(dialog, IDC_SQL_PERFORMER_EDIT); }
     void Press(int id) const { SendMessageA(GetDlgItem(dialog, id), BM_CLICK, 0, 0); }
-    // Types text into the emptied edit field, key by key.
-    bool Type(const std::string &text) const {
-        SendMessageA(Edit(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(""));
+    // Types into the emptied edit field, key by key.
+    void Type(const std::string &text) const {
+        SetWindowTextA(Edit(), "");
         for (char c : text) PostMessageA(Edit(), WM_CHAR, static_cast<unsigned char>(c), 1);
-        return WaitFor([&] { return wintest::WindowText(Edit()) == text; });
+        WaitFor([&] { return WindowText(Edit()) == text; });
     }
-    // Executes what the field holds; the notice it showed, empty for none.
+    // Executes what the field holds; the notice shown, empty for none.
     std::string Execute() const {
         WaitFor([&] { return NoticeText(thread).empty(); });  // the last one has gone
         Press(IDC_SQL_PERFORMER_EXECUTE);
         return NoticeText(thread);
     }
-    std::vector<std::string> Recent() const { return wintest::BoxTexts(GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT)); }
-    void SelectRecent(int index) const {
-        SendDlgItemMessageA(dialog, IDC_SQL_PERFORMER_RECENT, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    Lines Recent() const { return wintest::BoxTexts(GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT)); }
+    // Selects entry `index` of the recent list, then takes it with the
+    // button or as a click in the list would; the edit field's text.
+    std::string Reuse(int index, bool button) const {
+        HWND box = GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT);
+        SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+        if (button) Press(IDC_SQL_PERFORMER_USE_LAST);
+        else SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDC_SQL_PERFORMER_RECENT, CBN_SELCHANGE),
+                          reinterpret_cast<LPARAM>(box));
+        return WindowText(Edit());
+    }
+    // Opens dialog `title` with button `opener`, lets `act` answer it and
+    // waits until it has gone.
+    void Through(int opener, const char *title, const std::function<void(HWND)> &act) const {
+        wintest::Click(dialog, opener);
+        HWND other = nullptr;
+        if (!WaitFor([&] { return (other = FindWindowA("#32770", title)) != nullptr; })) return;
+        Sleep(300);
+        act(other);
+        WaitFor([&] { return !IsWindow(other); }, 10000);
+    }
+    // Takes example `index` over from the help dialog; the edit field's text.
+    std::string TakeExample(int index, bool doubleClick, const std::string &shot = "") const {
+        Through(IDC_SQL_PERFORMER_HELP, "M\xF6gliche SQL-Befehle", [&](HWND help) {
+            HWND list = GetDlgItem(help, IDC_SQL_HELP_LIST);
+            SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+            if (!shot.empty()) {
+                Sleep(300);  // the selection is painted
+                wintest::SaveScreenshot(help, shot);
+            }
+            if (!doubleClick) return wintest::Click(help, IDC_SQL_HELP_TAKE);
+            PostMessageA(help, WM_COMMAND, MAKEWPARAM(IDC_SQL_HELP_LIST, LBN_DBLCLK), reinterpret_cast<LPARAM>(list));
+        });
+        return WindowText(Edit());
+    }
+    // Picks the run's data source in the data-source picker.
+    void ChooseRunsDataSource() const {
+        Through(IDC_SQL_PERFORMER_CHOOSE_DSN, "Datenquelle ausw\xE4hlen", [](HWND picker) {
+            HWND list = GetDlgItem(picker, IDC_DATASOURCE_PICKER_LIST);
+            const LRESULT index = SendMessageA(list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                               reinterpret_cast<LPARAM>(wintest::DataSource()));
+            SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+            SendMessageA(picker, WM_COMMAND, MAKEWPARAM(IDC_DATASOURCE_PICKER_LIST, LBN_SELCHANGE),
+                         reinterpret_cast<LPARAM>(list));
+            wintest::Click(picker, IDC_DATASOURCE_PICKER_OK);
+        });
     }
     void Close() const { SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0); }
 };
-
-// Picks the run's data source in the picker that "Datenquelle wählen..."
-// opens (robot thread).
-void ChooseRunsDataSource(HWND performer) {
-    wintest::Click(performer, IDC_SQL_PERFORMER_CHOOSE_DSN);
-    HWND picker = nullptr;
-    if (!WaitFor([&] { return (picker = FindWindowA("#32770", kPickerTitle)) != nullptr; })) return;
-    Sleep(300);
-    HWND list = GetDlgItem(picker, IDC_DATASOURCE_PICKER_LIST);
-    const LRESULT index = SendMessageA(list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                       reinterpret_cast<LPARAM>(wintest::DataSource()));
-    SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-    SendMessageA(picker, WM_COMMAND, MAKEWPARAM(IDC_DATASOURCE_PICKER_LIST, LBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(list));
-    wintest::Click(picker, IDC_DATASOURCE_PICKER_OK);
-    WaitFor([&] { return !IsWindow(picker); }, 10000);
-}
 
 class SqlPerformerTest : public wintest::ConnectedTest {
 protected:
@@ -117,145 +141,71 @@ protected:
     }
     void Forget() {
         Korvel_DeleteRegistryKey(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kRecentSection);
-        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kPresetSection, kodbc::tools::kPresetValue);
+        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, kodbc::tools::kPresetSection,
+                                   kodbc::tools::kPresetValue);
         // The picker remembers the user it was confirmed with.
         Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "DataSourceDialog", wintest::DataSource());
         for (const char *table : {"kodbc_perf", "kodbc_perf_ds"}) Run(std::string("DROP TABLE ") + table);
     }
 };
 
-TEST_F(SqlPerformerTest, ExecutesTypedStatementsAndRemembersThemFailedOnesToo) {
+// One walk through dialog 10058; what the robot saw is compared as a whole.
+TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersTheTwentyNewestAndTakesExamplesOver) {
     Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "Parameters", "Sql", "SELECT 42");
     wintest::MessageBoxAnswerer answerer(wintest::kLibraryMessageCaption, IDOK);
-    std::string errorStatement;
-    DialogRobot error(kErrorTitle, "", [&](HWND dialog) {
-        errorStatement = ControlText(dialog, IDC_ODBC_ERROR_STATEMENT);
+    std::string errorShown;
+    DialogRobot error("Fehler beim ODBC-Datenbankzugriff", "", [&](HWND dialog) {
+        errorShown = wintest::ControlText(dialog, IDC_ODBC_ERROR_STATEMENT);
         wintest::Click(dialog, IDC_ODBC_ERROR_CLOSE);
     }, 60000);
-    std::string preset, emptyNotice, createNotice, insertNotice, failNotice, usedLast, chosen;
-    bool typed = true;
-    std::vector<std::string> recent;
-    long totalAfterFailure = 0;
-    std::string firstAfterFailure;
+    Lines seen, stored, newest, cleared;
     DialogRobot robot(kTitle, "", [&](HWND dialog) {
         Performer p{dialog};
-        preset = wintest::WindowText(p.Edit());
-        p.Type("");
-        emptyNotice = p.Execute();
-        typed = p.Type(kCreate) && typed;
-        createNotice = p.Execute();
-        typed = p.Type(kInsert) && typed;
-        insertNotice = p.Execute();
-        typed = p.Type(kFailing) && typed;
-        failNotice = p.Execute();
-        totalAfterFailure = Total();
-        firstAfterFailure = Entry(1);
-        recent = p.Recent();
+        seen.push_back("preset " + WindowText(p.Edit()));
+        for (const char *statement : {"", kCreate, kInsert, kFailing}) {
+            p.Type(statement);
+            seen.push_back(std::string(statement) + " -> " + p.Execute());
+        }
+        stored = Stored();
+        Lines recent = p.Recent();
+        seen.insert(seen.end(), recent.begin(), recent.end());
         Sleep(300);
         wintest::SaveScreenshot(dialog, "sqlperformer-10058");
-        p.SelectRecent(1);
-        p.Press(IDC_SQL_PERFORMER_USE_LAST);
-        usedLast = wintest::WindowText(p.Edit());
-        p.SelectRecent(2);
-        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDC_SQL_PERFORMER_RECENT, CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT)));
-        chosen = wintest::WindowText(p.Edit());
+        seen.push_back("reused " + p.Reuse(1, true));
+        seen.push_back("chosen " + p.Reuse(2, false));
+        seen.push_back("taken " + p.TakeExample(12, false, "sqlperformer-10037"));
+        seen.push_back("double-clicked " + p.TakeExample(17, true));
+        for (int i = 1; i <= 21; ++i) {
+            SetWindowTextA(p.Edit(), ("SELECT " + std::to_string(i)).c_str());
+            p.Press(IDC_SQL_PERFORMER_EXECUTE);
+        }
+        newest = Stored();
+        p.Press(IDC_SQL_PERFORMER_CLEAR_RECENT);
+        cleared = Stored();
+        seen.push_back("entries left " + std::to_string(p.Recent().size()));
         p.Close();
-    }, 60000);
+    }, 90000);
     const int result = Kodbc_SqlPerformer(hdbc_);
     robot.Join();
     error.Join();
 
     ASSERT_TRUE(robot.Found()) << "dialog 10058 never appeared";
     EXPECT_EQ(result, 2);
-    EXPECT_TRUE(typed) << "the edit field did not take the typing";
-    EXPECT_EQ(preset, "SELECT 42") << "preset from Parameters\\Sql";
+    EXPECT_EQ(seen, (Lines{"preset SELECT 42", " -> ", std::string(kCreate) + " -> " + kExecuted,
+                           std::string(kInsert) + " -> " + kExecuted, std::string(kFailing) + " -> ",
+                           kFailing, kInsertEncoded, kCreate,  // the drop-down list, encoded
+                           std::string("reused ") + kInsert, std::string("chosen ") + kCreate,
+                           "taken INSERT INTO tablename (name,count) VALUES ('Schmidt',100)",
+                           "double-clicked CREATE INDEX indexname ON tablename (colname)", "entries left 0"}));
     ASSERT_EQ(answerer.Seen().size(), 1u) << "one message, for the empty field";
     EXPECT_EQ(answerer.Seen()[0].text, "Es mu\xDF ein SQL-Befehl eingegeben werden.");
-    EXPECT_EQ(emptyNotice, "");
-    EXPECT_EQ(createNotice, kExecuted);
-    EXPECT_EQ(insertNotice, kExecuted);
-    EXPECT_EQ(failNotice, "");
-    EXPECT_TRUE(error.Found()) << "no error display for the failing statement";
-    EXPECT_EQ(errorStatement, kFailing);
-    EXPECT_EQ(totalAfterFailure, 3);
-    EXPECT_EQ(firstAfterFailure, kFailing) << "kept although it failed";
-    EXPECT_EQ(recent, (std::vector<std::string>{kFailing, kInsertEncoded, kCreate}));
-    EXPECT_EQ(usedLast, kInsert) << "decoded into the edit field";
-    EXPECT_EQ(chosen, kCreate);
-    EXPECT_EQ(wintest::QueryRows(hdbc_, "SELECT name, n FROM kodbc_perf"), std::vector<std::string>{"Schmidt|100"});
-}
-
-TEST_F(SqlPerformerTest, KeepsTheTwentyNewestAndClears) {
-    std::vector<std::string> kept;
-    long total = 0, totalCleared = -1;
-    std::string last, afterLast, firstCleared;
-    std::size_t shownCleared = 99;
-    DialogRobot robot(kTitle, "", [&](HWND dialog) {
-        Performer p{dialog};
-        for (int i = 1; i <= 21; ++i) {
-            SetWindowTextA(p.Edit(), ("SELECT " + std::to_string(i)).c_str());
-            p.Press(IDC_SQL_PERFORMER_EXECUTE);
-        }
-        total = Total();
-        for (int i = 1; i <= 20; ++i) kept.push_back(Entry(i));
-        afterLast = Entry(21);
-        p.Press(IDC_SQL_PERFORMER_CLEAR_RECENT);
-        totalCleared = Total();
-        firstCleared = Entry(1);
-        shownCleared = p.Recent().size();
-        p.Close();
-    }, 60000);
-    Kodbc_SqlPerformer(hdbc_);
-    robot.Join();
-
-    ASSERT_TRUE(robot.Found());
-    std::vector<std::string> newest;
-    for (int i = 21; i >= 2; --i) newest.push_back("SELECT " + std::to_string(i));
-    EXPECT_EQ(total, 20);
-    EXPECT_EQ(kept, newest);
-    EXPECT_EQ(afterLast, "<none>");
-    EXPECT_EQ(totalCleared, 0);
-    EXPECT_EQ(firstCleared, "<none>");
-    EXPECT_EQ(shownCleared, 0u);
-}
-
-// "Übernehmen" and a double click both copy the chosen example.
-TEST_F(SqlPerformerTest, HelpDialogHandsTheChosenExampleOver) {
-    const struct {
-        int example;
-        bool doubleClick;
-    } cases[] = {{12, false}, {17, true}};
-    std::vector<std::string> taken;
-    std::vector<int> examples;
-    DialogRobot robot(kTitle, "", [&](HWND dialog) {
-        Performer p{dialog};
-        for (const auto &c : cases) {
-            wintest::Click(dialog, IDC_SQL_PERFORMER_HELP);
-            HWND help = nullptr;
-            if (!WaitFor([&] { return (help = FindWindowA("#32770", kHelpTitle)) != nullptr; })) break;
-            Sleep(300);
-            examples.push_back(static_cast<int>(SendDlgItemMessageA(help, IDC_SQL_HELP_LIST, LB_GETCOUNT, 0, 0)));
-            SendDlgItemMessageA(help, IDC_SQL_HELP_LIST, LB_SETCURSEL, static_cast<WPARAM>(c.example), 0);
-            if (!c.doubleClick) {
-                wintest::SaveScreenshot(help, "sqlperformer-10037");
-                wintest::Click(help, IDC_SQL_HELP_TAKE);
-            } else {
-                PostMessageA(help, WM_COMMAND, MAKEWPARAM(IDC_SQL_HELP_LIST, LBN_DBLCLK),
-                             reinterpret_cast<LPARAM>(GetDlgItem(help, IDC_SQL_HELP_LIST)));
-            }
-            WaitFor([&] { return !IsWindow(help); });
-            taken.push_back(wintest::WindowText(p.Edit()));
-        }
-        p.Close();
-    }, 60000);
-    Kodbc_SqlPerformer(hdbc_);
-    robot.Join();
-
-    ASSERT_TRUE(robot.Found());
-    EXPECT_EQ(examples, (std::vector<int>{18, 18}));
-    EXPECT_EQ(taken, (std::vector<std::string>{"INSERT INTO tablename (name,count) VALUES ('Schmidt',100)",
-                                               "CREATE INDEX indexname ON tablename (colname)"}));
+    EXPECT_EQ(errorShown, kFailing) << "the error display with the failing statement";
+    EXPECT_EQ(stored, (Lines{"3", kFailing, kInsertEncoded, kCreate})) << "a failing statement is kept too";
+    Lines twenty{"20"};
+    for (int i = 21; i >= 2; --i) twenty.push_back("SELECT " + std::to_string(i));
+    EXPECT_EQ(newest, twenty);
+    EXPECT_EQ(cleared, Lines{"0"});
+    EXPECT_EQ(wintest::QueryRows(hdbc_, "SELECT name, n FROM kodbc_perf"), Lines{"Schmidt|100"});
 }
 
 // Dialog 101 connects for each statement: on the record's data source, on
@@ -282,8 +232,8 @@ TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
         std::string shownSource, notice;
         DialogRobot robot(kTitle, *c.start ? "sqlperformer-101" : "", [&](HWND dialog) {
             Performer p{dialog};
-            if (c.choose) ChooseRunsDataSource(dialog);
-            shownSource = ControlText(dialog, IDC_SQL_PERFORMER_DSN);
+            if (c.choose) p.ChooseRunsDataSource();
+            shownSource = wintest::ControlText(dialog, IDC_SQL_PERFORMER_DSN);
             SetWindowTextA(p.Edit(), "CREATE TABLE kodbc_perf_ds (n INTEGER)");
             notice = p.Execute();
             p.Close();
@@ -295,10 +245,10 @@ TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
         const bool runs = !*c.message;
         EXPECT_EQ(result, 2);
         EXPECT_EQ(shownSource, runs ? wintest::DataSource() : "");
-        EXPECT_EQ(!notice.empty(), runs) << notice;
-        std::vector<std::string> messages;
+        EXPECT_EQ(notice, runs ? kExecuted : "");
+        Lines messages;
         for (const wintest::MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
-        EXPECT_EQ(messages, runs ? std::vector<std::string>{} : std::vector<std::string>{c.message});
+        EXPECT_EQ(messages, runs ? Lines{} : Lines{c.message});
         EXPECT_EQ(Run("SELECT * FROM kodbc_perf_ds"), runs) << "the table exists only when it ran";
         if (c.withRecord) {
             EXPECT_STREQ(record.DataSourceName, runs ? wintest::DataSource() : c.start) << "the caller's record";
