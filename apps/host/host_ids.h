@@ -13,6 +13,7 @@
 #define IDM_HOST_DISCONNECT      102
 #define IDM_HOST_EXIT            103
 #define IDM_HOST_CREATE_TABLE    104  /* the new table becomes the current one */
+#define IDM_HOST_TABLE_ADMIN     105  /* columns and keys of the current table */
 #define IDM_HOST_ADD_RECORDS     200
 #define IDM_HOST_DELETE_RECORDS  201
 #define IDM_HOST_UPDATE_RECORDS  202

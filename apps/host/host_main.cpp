@@ -38,6 +38,7 @@ constexpr MenuItem kMenu[] = {
     {IDM_HOST_DISCONNECT, "&Trennen", Needs::connection},
     {0, nullptr, Needs::nothing},
     {IDM_HOST_CREATE_TABLE, "Neue &Tabelle...", Needs::connection},
+    {IDM_HOST_TABLE_ADMIN, "Tabelle &verwalten...", Needs::table},
     {0, nullptr, Needs::nothing},
     {IDM_HOST_EXIT, "&Beenden", Needs::nothing},
     {-1, "D&atens\xE4tze", Needs::nothing},
@@ -165,6 +166,9 @@ void RunCommand(int id) {
             lstrcpynA(g_host.table.Object.DbObjectName, created, sizeof created);
         break;
     }
+    case IDM_HOST_TABLE_ADMIN:
+        Kodbc_TableAdmin(g_host.hdbc, g_host.table.Object.DbObjectName, 0);
+        break;
     case IDM_HOST_ADD_RECORDS:
         Kodbc_AddRecordsWizzard(g_host.hdbc, table);
         break;

@@ -99,6 +99,43 @@ KODBC_API int KODBC_CALL Kodbc_CreateTableWizzard(SQLHDBC hdbc, char *tableName,
 KODBC_API int KODBC_CALL CreateTableWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                                  LPARAM lParam);
 
+/*
+** Kodbc_TableAdmin: table administration (Windows), dialog 10009
+** "Tabelle  [table]" over the active window, on the open connection hdbc.
+** It lists the table's columns (name, type with length, "Leer erlaubt",
+** default, remark), its primary key's columns and its auto-incrementing
+** column, and changes the structure as far as the database allows: add a
+** column (dialog 10010), remove the selected columns (question 1703 for
+** each), create the primary key (dialog 10059, notice 437), drop it
+** (question 1704, notice 438), add an auto-incrementing column (dialog
+** 10057); each change as the functions above make it. table: plain name,
+** cut to 49 characters. reserved: kept with the dialog, not read. Closing
+** deletes the key "Software\Korvel Software\Order By Clauses" under
+** HKEY_USERS\.Default.
+** Returns 0 when the dialog ran (whatever was changed); -1 when its state
+** could not be allocated (message 1600), the dialog could not be created,
+** or for a null hdbc or a null or empty table (nothing shown).
+*/
+KODBC_API int KODBC_CALL Kodbc_TableAdmin(SQLHDBC hdbc, const char *table, int reserved);
+
+/*
+** TableAdmin_Dialog_Callback, AddColumn_Dialog_Callback,
+** AddAutoInc_Dialog_Callback, AddPk_Dialog_Callback: the dialog procedures
+** of dialogs 10009, 10010 "Spalte hinzufügen", 10057 "Selbsthochzählende
+** Spalte hinzufügen" and 10059 "Primärschlüssel anlegen". WM_INITDIALOG's
+** lParam is the library's own record for the dialog (Kodbc_TableAdmin's
+** state; the request each of the other three fills); with a null lParam a
+** dialog offers nothing to act on and only closes. 10009 ends with 1
+** however it is closed ("&Schließen", OK, Cancel); the other three end
+** with 1 after OK filled the request, 2 when cancelled. Out of memory ends
+** any of them with 2 (message 1600). 10010 refuses a type that needs a
+** length without one (1624) and stays open. Each returns TRUE for the
+** messages it handled, else FALSE.
+*/
+KODBC_API INT_PTR KODBC_CALL TableAdmin_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+KODBC_API INT_PTR KODBC_CALL AddColumn_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+KODBC_API INT_PTR KODBC_CALL AddAutoInc_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+KODBC_API INT_PTR KODBC_CALL AddPk_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 #endif
 
 #ifdef __cplusplus

@@ -93,6 +93,7 @@ TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
         {IDM_HOST_CONNECT, "Datenquelle ausw\xE4hlen"},
         {IDM_HOST_CONNECT_SCHEMA, "Datenquelle des kodbc-Hosts"},
         {IDM_HOST_CREATE_TABLE, "Neue Tabelle anlegen"},
+        {IDM_HOST_TABLE_ADMIN, "Tabelle  [kodbc_host_t]"},
         {IDM_HOST_ADD_RECORDS, "SQL-Befehl aus einer Datei lesen"},  // the wizard's own odd title
         {IDM_HOST_DELETE_RECORDS, "L\xF6schen von Datens\xE4tzen aus einer Tabelle"},
         {IDM_HOST_UPDATE_RECORDS, "\xC4ndern von Datens\xE4tzen in einer Tabelle"},
