@@ -60,6 +60,51 @@ KODBC_API int KODBC_CALL Kodbc_ExportTable(SQLHDBC hdbc, const char *table, cons
                                            const KodbcExportOptions *options, const char *fileName,
                                            long *written);
 
+#ifdef _WIN32
+/*
+** Kodbc_ExportWizzard: the export wizard (Windows) over the active window
+** on the open connection hdbc: the table (table, may be null, names the
+** preselected one and in its object type the kinds listed; its last 40
+** bytes are kept), up to five conditions, the fields and their headings
+** (a field dialog and a pop-up menu), the file and its format (the last
+** file is remembered under HKEY_CURRENT_USER, the library's key, subkey
+** "Export", "FileName"), and the number of records. After "Fertigstellen"
+** the file is written as Kodbc_ExportTable writes it, at most the number
+** of records announced, under a progress indicator that can be cancelled.
+** options is kept and passed along. Returns 1 when the file was written
+** (also after a cancel: what was written stays), and then writes the whole
+** table record back with the chosen table; 2 when cancelled, out of memory
+** (1600), or when the file could not be written or the query failed
+** (shown).
+*/
+KODBC_API int KODBC_CALL Kodbc_ExportWizzard(SQLHDBC hdbc, TableRecord *table, int options);
+
+/*
+** ExportWizzCallback: the wizard's step callback, called by the wizard
+** frame for every message of every page (wizard: the frame's handle, page:
+** the page's template number, then the page window's message). Returns 0
+** when the handle names no running export wizard or the message was not
+** handled, 1 when it was. A page-leave message (WM_USER+2) answers through
+** the 32-bit value lParam points to (nothing when lParam is null): 1 the
+** page may be left, 2 it stays; backwards (wParam 2) is always 1 (the file
+** page keeps its choices either way).
+*/
+KODBC_API int KODBC_CALL ExportWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                            LPARAM lParam);
+
+/*
+** EditExportFieldDialogCallback: the dialog procedure of the field dialog
+** "Eigenschaften exportiertes Feld"; WM_INITDIALOG's lParam is the
+** wizard's field (null: the dialog shows nothing and "OK" only closes).
+** The type shown is the library type whose number equals the field's ODBC
+** type number, as the applications always showed it. "OK" with an empty
+** export name shows 3703 and stays; otherwise name and export flag are
+** taken over and the dialog ends with 1; "Abbrechen" ends with 2.
+** Returns TRUE for the messages it handled, FALSE otherwise.
+*/
+KODBC_API INT_PTR KODBC_CALL EditExportFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+#endif
+
 #ifdef __cplusplus
 }
 #endif

@@ -6,6 +6,7 @@
 #include "wizards/add_records.h"
 #include "wizards/add_records_run.h"
 #include "wizards/add_records_wizard_ids.h"
+#include "wizards/list_view_pages.h"
 #include "wizards/record_wizard_common.h"
 #include "wizards/wizard_step.h"
 
@@ -33,8 +34,6 @@ namespace {
 constexpr UINT kActivate = kPageActivate;
 constexpr UINT kLeave = kPageLeaveMessage;
 constexpr int kBoxTextSize = 300;
-constexpr int kMenuTextSize = 100;
-constexpr int kHeaderSize = 200;
 
 constexpr KorvelWizardPage kPages[] = {
     {IDD_ADDREC_DEST_TABLE, {0, 0}}, {IDD_ADDREC_SOURCE_DSN, {0, 0}}, {IDD_ADDREC_SOURCE_TABLE, {0, 0}},
@@ -94,55 +93,12 @@ std::string DestinationTable(const AddRecordsContext &context) {
 // ---------------------------------------------------------------------------
 // Mapping list
 
-int SelectedRowCount(HWND list) { return static_cast<int>(SendMessageA(list, LVM_GETSELECTEDCOUNT, 0, 0)); }
-
-int FirstSelectedRow(HWND list) {
-    return static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
-}
-
-std::vector<int> SelectedRows(HWND list) {
-    std::vector<int> rows;
-    for (int row = FirstSelectedRow(list); row >= 0;
-         row = static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED)))
-        rows.push_back(row);
-    return rows;
-}
-
-void SetRowSelected(HWND list, int row, bool selected) {
-    LVITEMA item = {};
-    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    item.state = selected ? LVIS_SELECTED | LVIS_FOCUSED : 0;
-    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-}
-
 void ShowRowTexts(HWND list, int row, const AddRecField &field) {
     const MappingRowTexts texts = MappingRowText(field);
     Korvel_ListView_SetItemText(list, row, 0, texts.destination.c_str());
     Korvel_ListView_SetItemText(list, row, 1, texts.destinationType.c_str());
     Korvel_ListView_SetItemText(list, row, 2, texts.source.c_str());
     Korvel_ListView_SetItemText(list, row, 3, texts.sourceType.c_str());
-}
-
-// Columns from string 1974: caption and width, alternating, split by "|".
-void AddMappingColumns(HWND list) {
-    char header[kHeaderSize];
-    LoadLibraryString(LibraryInstance(), msg::HEADER_FIELD_MAPPING, header, sizeof header);
-    int column = 0;
-    char *rest = header;
-    while (rest && *rest) {
-        char *bar = std::strchr(rest, '|');
-        if (bar) *bar = '\0';
-        const char *caption = rest;
-        int width = 100;
-        rest = bar ? bar + 1 : nullptr;
-        if (rest) {
-            width = std::atoi(rest);
-            bar = std::strchr(rest, '|');
-            rest = bar ? bar + 1 : nullptr;
-        }
-        Korvel_ListView_AddColumn(list, column++, caption, width);
-    }
-    SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
 }
 
 void UpdatePropertiesButton(HWND page) {
@@ -178,26 +134,6 @@ void LeaveSelectedRowsEmpty(AddRecordsContext &context, HWND page) {
     LeaveRowsEmpty(context.fields, rows);
     for (int row : rows)
         if (const AddRecField *field = MappingRowEntry(context.fields, row)) ShowRowTexts(list, row, *field);
-}
-
-// Menu 114 at the point of the click; what is chosen arrives as the page's
-// WM_COMMAND, as it would from the menu's owner.
-void ShowFieldMenu(HWND page, POINT at) {
-    HMENU menu = LoadMenuA(LibraryInstance(), MAKEINTRESOURCEA(IDM_ADDREC_FIELD_MENU));
-    if (!menu) return;
-    HMENU popup = GetSubMenu(menu, 0);
-    for (int id : {IDM_ADDREC_LEAVE_EMPTY, IDM_ADDREC_PROPERTIES}) {
-        char text[kMenuTextSize] = {};
-        GetMenuStringA(popup, static_cast<UINT>(id), text, sizeof text, MF_BYCOMMAND);
-        Polo_TranslateString(kModuleName, nullptr, text, sizeof text);
-        ModifyMenuA(popup, static_cast<UINT>(id), MF_BYCOMMAND | MF_STRING, static_cast<UINT_PTR>(id), text);
-    }
-    const bool one = SelectedRowCount(Item(page, IDC_ADDREC_MAPPING_LIST)) == 1;
-    EnableMenuItem(popup, IDM_ADDREC_PROPERTIES, MF_BYCOMMAND | (one ? MF_ENABLED : MF_GRAYED));
-    const int chosen = static_cast<int>(TrackPopupMenu(popup, TPM_LEFTALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD,
-                                                       at.x, at.y, 0, page, nullptr));
-    DestroyMenu(menu);
-    if (chosen) PostMessageA(page, WM_COMMAND, MAKEWPARAM(chosen, 0), 0);
 }
 
 // ---------------------------------------------------------------------------
@@ -297,7 +233,7 @@ int MappingPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wPar
     HWND list = Item(page, IDC_ADDREC_MAPPING_LIST);
     switch (message) {
     case WM_INITDIALOG:
-        AddMappingColumns(list);
+        AddListViewColumns(list, msg::HEADER_FIELD_MAPPING);
         return 1;
     case kActivate:
         FillMappingList(context, page);
@@ -317,7 +253,8 @@ int MappingPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wPar
         case NM_RCLICK: {
             POINT at = reinterpret_cast<const NMITEMACTIVATE *>(lParam)->ptAction;
             ClientToScreen(list, &at);
-            ShowFieldMenu(page, at);
+            TrackRowMenu(page, list, IDM_ADDREC_FIELD_MENU, {IDM_ADDREC_LEAVE_EMPTY, IDM_ADDREC_PROPERTIES},
+                         IDM_ADDREC_PROPERTIES, at);
             return 1;
         }
         default:

@@ -25,27 +25,7 @@ constexpr char kTitle[] = "SQL-Befehl aus einer Datei lesen";
 // ---------------------------------------------------------------------------
 // Robot helpers: everything here runs on the robot's thread.
 
-struct Found {
-    const char *cls;
-    const char *text;  // null: any
-    HWND window = nullptr;
-};
-
-BOOL CALLBACK FindVisible(HWND window, LPARAM param) {
-    auto *found = reinterpret_cast<Found *>(param);
-    char cls[64] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    if (!IsWindowVisible(window) || lstrcmpA(cls, found->cls) != 0) return TRUE;
-    if (found->text && wintest::WindowText(window) != found->text) return TRUE;
-    found->window = window;
-    return FALSE;
-}
-
-HWND Visible(DWORD thread, const char *cls, const char *text = nullptr) {
-    Found found{cls, text};
-    EnumThreadWindows(thread, FindVisible, reinterpret_cast<LPARAM>(&found));
-    return found.window;
-}
+using wintest::Visible;
 
 // A message box came up (the answerer clicks it away) and is gone again.
 bool AwaitMessageBox(DWORD thread) {

@@ -42,6 +42,27 @@ inline std::vector<std::string> QueryRows(SQLHDBC hdbc, const std::string &sql) 
     return rows;
 }
 
+// A visible window of class cls (and text, unless null) on thread.
+struct VisibleSearch {
+    const char *cls;
+    const char *text;
+    HWND window = nullptr;
+};
+inline BOOL CALLBACK FindVisible(HWND window, LPARAM param) {
+    auto *found = reinterpret_cast<VisibleSearch *>(param);
+    char cls[64] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    if (!IsWindowVisible(window) || lstrcmpA(cls, found->cls) != 0) return TRUE;
+    if (found->text && WindowText(window) != found->text) return TRUE;
+    found->window = window;
+    return FALSE;
+}
+inline HWND Visible(DWORD thread, const char *cls, const char *text = nullptr) {
+    VisibleSearch found{cls, text};
+    EnumThreadWindows(thread, FindVisible, reinterpret_cast<LPARAM>(&found));
+    return found.window;
+}
+
 // What every wizard walk does with the frame; a wizard's test adds its own.
 struct WizardWalker {
     HWND frame;
