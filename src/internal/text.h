@@ -2,7 +2,9 @@
 // space wherever the library trims or tests names, statements and values.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace kodbc {
 
@@ -20,5 +22,20 @@ inline bool IsBlank(std::string_view text) noexcept {
 
 // As above; null counts as blank.
 inline bool IsBlank(const char *text) noexcept { return !text || IsBlank(std::string_view(text)); }
+
+// The non-empty pieces of a tab-separated list, as callers hand lists of
+// names to the exported functions (null: none).
+inline std::vector<std::string> SplitAtTabs(const char *list) {
+    std::vector<std::string> pieces;
+    const std::string_view text = list ? list : "";
+    std::size_t start = 0;
+    while (start <= text.size()) {
+        std::size_t end = text.find('\t', start);
+        if (end == std::string_view::npos) end = text.size();
+        if (end > start) pieces.emplace_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return pieces;
+}
 
 } // namespace kodbc

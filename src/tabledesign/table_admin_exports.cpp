@@ -1,6 +1,7 @@
 #include "tabledesign/table_admin.h"
 
 #include "internal/library.h"
+#include "internal/text.h"
 
 #include <kodbc/kodbc_tabledesign.h>
 
@@ -11,19 +12,6 @@ using namespace kodbc;
 using namespace kodbc::tabledesign;
 
 namespace {
-
-std::vector<std::string> SplitAtTabs(const char *list) {
-    std::vector<std::string> names;
-    std::string text = list ? list : "";
-    std::size_t start = 0;
-    while (start <= text.size()) {
-        std::size_t end = text.find('\t', start);
-        if (end == std::string::npos) end = text.size();
-        if (end > start) names.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return names;
-}
 
 template <class Work>
 int Guarded(SQLHDBC hdbc, const char *table, Work &&work) noexcept {

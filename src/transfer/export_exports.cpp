@@ -1,6 +1,7 @@
 #include "transfer/export_file.h"
 
 #include "internal/library.h"
+#include "internal/text.h"
 
 #include <kodbc/kodbc_seldesc.h>
 #include <kodbc/kodbc_tableops.h>
@@ -15,19 +16,6 @@ using namespace kodbc::transfer;
 namespace {
 
 constexpr int kWhereSize = 10000;
-
-std::vector<std::string> SplitAtTabs(const char *list) {
-    std::vector<std::string> pieces;
-    const std::string text = list ? list : "";
-    std::size_t start = 0;
-    while (start <= text.size()) {
-        std::size_t end = text.find('\t', start);
-        if (end == std::string::npos) end = text.size();
-        if (end > start) pieces.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return pieces;
-}
 
 ExportField *FindField(std::vector<ExportField> &fields, const std::string &name) {
     for (ExportField &field : fields)

@@ -38,15 +38,7 @@ struct Walker : wintest::WizardWalker {
 
     // The mapping list: rows as "destination|source|source type".
     HWND Mapping() const { return Control(IDD_ADDREC_MAPPING, IDC_ADDREC_MAPPING_LIST); }
-    std::string Cell(int row, int column) const {
-        char text[200] = {};
-        LVITEMA item = {};
-        item.iSubItem = column;
-        item.pszText = text;
-        item.cchTextMax = sizeof text;
-        SendMessageA(Mapping(), LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-        return text;
-    }
+    std::string Cell(int row, int column) const { return wintest::ListViewCell(Mapping(), row, column); }
     std::vector<std::string> Rows() const {
         std::vector<std::string> rows;
         const int count = static_cast<int>(SendMessageA(Mapping(), LVM_GETITEMCOUNT, 0, 0));

@@ -28,15 +28,7 @@ struct Walker : wintest::WizardWalker {
     DWORD thread = 0;
 
     HWND Fields() const { return Control(IDD_EXPORT_FIELDS, IDC_EXPORT_FIELD_LIST); }
-    std::string Cell(int row, int column) const {
-        char text[200] = {};
-        LVITEMA item = {};
-        item.iSubItem = column;
-        item.pszText = text;
-        item.cchTextMax = sizeof text;
-        SendMessageA(Fields(), LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-        return text;
-    }
+    std::string Cell(int row, int column) const { return wintest::ListViewCell(Fields(), row, column); }
     void SelectRow(int row) {
         LVITEMA item = {};
         item.stateMask = LVIS_SELECTED;

@@ -5,6 +5,8 @@
 
 #include <korvel/korvel32.h>
 
+#include <commctrl.h>
+
 #include "robot.h"
 #include "win_support.h"
 
@@ -61,6 +63,17 @@ inline HWND Visible(DWORD thread, const char *cls, const char *text = nullptr) {
     VisibleSearch found{cls, text};
     EnumThreadWindows(thread, FindVisible, reinterpret_cast<LPARAM>(&found));
     return found.window;
+}
+
+// The text of a report list view's cell.
+inline std::string ListViewCell(HWND list, int row, int column) {
+    char text[200] = {};
+    LVITEMA item = {};
+    item.iSubItem = column;
+    item.pszText = text;
+    item.cchTextMax = sizeof text;
+    SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    return text;
 }
 
 // What every wizard walk does with the frame; a wizard's test adds its own.
