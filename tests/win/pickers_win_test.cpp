@@ -310,8 +310,9 @@ TEST(DataSourcePicker, StaysOpenWhenTheChoiceCannotBeUsed) {
             EXPECT_EQ(Remembered(kBroken), "versuch") << "the user is remembered before the connection is tried";
         } else {
             EXPECT_EQ(answerer.Seen().size(), 1u);
-            if (!answerer.Seen().empty())
+            if (!answerer.Seen().empty()) {
                 EXPECT_EQ(answerer.Seen()[0].text, "Es mu\xDF eine Datenquelle ausgew\xE4hlt werden.");
+            }
         }
     }
 }
