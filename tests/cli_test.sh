@@ -113,6 +113,15 @@ checks=$((checks + 1))
 expect "export: unknown field"  1 ""               "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" --field nix
 expect "export: full disk"      1 ""               "$kodbc" export kodbc_sqlite cli_ex -f /dev/full
 expect "export: bad delimiter"  2 ""               "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" --delimiter 0123456789
+"$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" >/dev/null 2>&1
+mkdir -p "$out.d" && cp "$out.txt" "$out.d/cli_imp.txt"
+expect "import: an exported file with no options" 0 "^2 Datensätze importiert$" "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --type nr=Ganzzahl --type preis=Gleitkommazahl
+expect "import: the table is named after the file" 0 "^1	2.5	Größe$" "$kodbc" sql kodbc_sqlite "SELECT nr, preis, name FROM cli_imp ORDER BY nr"
+expect "import: from a table, dry run" 0 "^INSERT INTO cli_im (nr,name) VALUES (1,'Größe')$" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_ex --table cli_im --skip preis --dry-run
+expect "import: unknown field"  1 ""               "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --table cli_im --skip nix
+expect "import: not yet SDI"    2 ""               "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --kind sdi
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_imp" >/dev/null 2>&1
+rm -rf "$out.d"
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ex" >/dev/null 2>&1
 
 # The demo's data source streams its results (a private copy of the configuration).

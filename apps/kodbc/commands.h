@@ -75,6 +75,22 @@ struct ExportRequest {
     bool ascii = false, noHeader = false;
 };
 int ExportTable(const Login &login, const ExportRequest &request);
+// kodbc import DSN FILE … | kodbc import DSN --from SOURCE_DSN:TABLE --table NAME
+struct ImportRequest {
+    std::string dsn, file, from, table;
+    std::string kind = "text";          // text, sdi, sel
+    std::string delimiter = "tab";      // tab, blank or the text itself
+    std::string decimalMark = "comma";  // comma, point or the character
+    std::string brackets;               // "LR"
+    bool numberedNames = false, ascii = false, dryRun = false;
+    std::vector<std::string> as;        // FIELD=NAME
+    std::vector<std::string> types;     // FIELD=TYPE[:LENGTH]
+    std::vector<std::string> skip;      // FIELD
+    std::string autoinc;                // FIELD
+};
+int ImportData(const Login &login, const ImportRequest &request);
+// The data types by the names the dialogs show, or by their numbers; 0 for none.
+int TypeCode(const std::string &name);
 int RunDemo();
 
 } // namespace kodbc_cli

@@ -166,6 +166,24 @@ int main(int argc, char **argv) {
     exportCmd->add_flag("--ascii", exportRequest.ascii, "Namen und Werte in der OEM-Codepage (ASCII) schreiben");
     exportCmd->add_flag("--no-header", exportRequest.noHeader, "keine Zeile mit den Feldnamen");
 
+    kodbc_cli::ImportRequest importRequest;
+    auto *importCmd = app.add_subcommand("import", "Eine neue Tabelle aus einer Textdatei oder einer Tabelle einer anderen Datenquelle anlegen und füllen wie der Import-Assistent");
+    importCmd->add_option("DSN", importRequest.dsn, "Datenquelle der neuen Tabelle")->required();
+    importCmd->add_option("FILE", importRequest.file, "Textdatei (ohne --from)");
+    importCmd->add_option("--from", importRequest.from, "Quelle als DATENQUELLE:TABELLE statt einer Datei");
+    importCmd->add_option("--table", importRequest.table, "Name der neuen Tabelle (ohne: der Dateiname ohne Ordner und Endung)");
+    importCmd->add_option("--kind", importRequest.kind, "Art der Datei: text, sdi oder sel");
+    importCmd->add_option("--delimiter", importRequest.delimiter, "tab, blank oder ein anderer Trenner (das erste Zeichen zählt)");
+    importCmd->add_option("--decimal-mark", importRequest.decimalMark, "comma, point oder ein anderes Zeichen");
+    importCmd->add_option("--brackets", importRequest.brackets, "LR: linke und rechte Klammer um Werte");
+    importCmd->add_flag("--numbered-names", importRequest.numberedNames, "die erste Zeile enthält Werte; die Felder heißen F0, F1, ...");
+    importCmd->add_flag("--ascii", importRequest.ascii, "die Datei ist in der OEM-Codepage (ASCII)");
+    importCmd->add_option("--as", importRequest.as, "FELD=NAME: Name in der neuen Tabelle");
+    importCmd->add_option("--type", importRequest.types, "FELD=TYP[:LÄNGE]: Datentyp in der neuen Tabelle");
+    importCmd->add_option("--skip", importRequest.skip, "FELD: nicht importieren");
+    importCmd->add_option("--autoinc", importRequest.autoinc, "FELD: selbsthochzählend");
+    importCmd->add_flag("--dry-run", importRequest.dryRun, "nur CREATE TABLE und das erste INSERT zeigen");
+
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");
     addRecordsCmd->add_option("DSN", addRecords.dsn, "Datenquelle der Zieltabelle")->required();
@@ -215,6 +233,7 @@ int main(int argc, char **argv) {
     if (*rename) return RenameTable(dsn, login, table, newName);
     if (*addRecordsCmd) return AddRecords(login, addRecords);
     if (*exportCmd) return ExportTable(login, exportRequest);
+    if (*importCmd) return ImportData(login, importRequest);
     if (*createTable) return CreateTable(dsn, login, table, kind, from);
     if (*alterCmd) {
         alter.action = *addColumn ? "add-column" : *dropColumn ? "drop-column" : *addAutoinc ? "add-autoinc"

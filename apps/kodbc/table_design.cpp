@@ -9,9 +9,7 @@
 #include <cstdlib>
 
 namespace kodbc_cli {
-namespace {
 
-// The data types by the names the dialogs show, or by their numbers.
 int TypeCode(const std::string &name) {
     static const struct {
         const char *name;
@@ -25,6 +23,8 @@ int TypeCode(const std::string &name) {
         if (strcasecmp(type.name, name.c_str()) == 0 || std::to_string(type.code) == name) return type.code;
     return 0;
 }
+
+namespace {
 
 std::string TabJoined(const std::vector<std::string> &names) {
     std::string joined;

@@ -1,10 +1,14 @@
-// Export (and later import) on the command line: the wizards' writers and
-// readers with the wizards' defaults.
+// Export and import on the command line: the wizards' writers and readers
+// with the wizards' defaults.
 #include "commands.h"
 #include "descriptor_file.h"
 #include "terminal.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <deque>
+#include <map>
+#include <memory>
 #include <set>
 
 namespace kodbc_cli {
@@ -32,38 +36,94 @@ bool CheckFieldNames(SQLHDBC hdbc, const std::string &table, const ExportRequest
     return true;
 }
 
+// --delimiter, --decimal-mark and --brackets into the options of either
+// direction (their members are named alike). False after a usage error
+// (said).
+template <class Options>
+bool ParseTextFormat(const std::string &delimiter, const std::string &decimalMark, const std::string &brackets,
+                     Options &options) {
+    if (delimiter == "blank") {
+        options.delimiter = KODBC_EXPORT_BLANK;
+    } else if (delimiter != "tab") {
+        if (delimiter.empty() || delimiter.size() > 9) {
+            Error("--delimiter: tab, blank oder ein Text von 1 bis 9 Zeichen");
+            return false;
+        }
+        options.delimiter = KODBC_EXPORT_OTHER;
+        options.otherDelimiter = delimiter.c_str();
+    }
+    if (decimalMark == "point") {
+        options.decimal = KODBC_EXPORT_POINT;
+    } else if (decimalMark != "comma") {
+        if (decimalMark.size() != 1) {
+            Error("--decimal-mark: comma, point oder ein Zeichen");
+            return false;
+        }
+        options.decimal = KODBC_EXPORT_OTHER;
+        options.otherDecimal = decimalMark[0];
+    }
+    if (!brackets.empty()) {
+        if (brackets.size() != 2) {
+            Error("--brackets: zwei Zeichen, die linke und die rechte Klammer");
+            return false;
+        }
+        options.leftBracket = brackets[0];
+        options.rightBracket = brackets[1];
+    }
+    return true;
+}
+
+// "left=right" with a non-empty left side.
+bool SplitAssignment(const std::string &text, std::string &left, std::string &right) {
+    const std::size_t at = text.find('=');
+    if (at == std::string::npos || at == 0) return false;
+    left = text.substr(0, at);
+    right = text.substr(at + 1);
+    return true;
+}
+
+// The per-field choices of an import, by the field's name in the source.
+// False after a usage error (said).
+bool CollectImportFields(const ImportRequest &request, std::map<std::string, KodbcImportField> &choices,
+                         std::deque<std::string> &texts) {
+    auto choice = [&](const std::string &name) -> KodbcImportField & {
+        KodbcImportField &field = choices[name];
+        if (!field.name) field.name = texts.emplace_back(name).c_str();
+        return field;
+    };
+    std::string field, value;
+    for (const std::string &as : request.as) {
+        if (!SplitAssignment(as, field, value) || value.empty()) {
+            Error("--as erwartet FELD=NAME: " + as);
+            return false;
+        }
+        choice(field).targetName = texts.emplace_back(value).c_str();
+    }
+    for (const std::string &type : request.types) {
+        if (!SplitAssignment(type, field, value)) {
+            Error("--type erwartet FELD=TYP[:LÄNGE]: " + type);
+            return false;
+        }
+        const std::size_t colon = value.find(':');
+        const int code = TypeCode(value.substr(0, colon));
+        const int length = colon == std::string::npos ? 0 : std::atoi(value.c_str() + colon + 1);
+        if (!code || (colon != std::string::npos && length <= 0)) {
+            Error("--type: unbekannter Datentyp oder ungültige Länge: " + type);
+            return false;
+        }
+        choice(field).targetType = code;
+        choice(field).targetLength = length;
+    }
+    for (const std::string &name : request.skip) choice(name).flags |= KODBC_IMPORT_SKIP;
+    if (!request.autoinc.empty()) choice(request.autoinc).flags |= KODBC_IMPORT_AUTOINC;
+    return true;
+}
+
 } // namespace
 
 int ExportTable(const Login &login, const ExportRequest &request) {
     KodbcExportOptions options = {};
-    if (request.delimiter == "blank") {
-        options.delimiter = KODBC_EXPORT_BLANK;
-    } else if (request.delimiter != "tab") {
-        if (request.delimiter.empty() || request.delimiter.size() > 9) {
-            Error("--delimiter: tab, blank oder ein Text von 1 bis 9 Zeichen");
-            return kExitUsage;
-        }
-        options.delimiter = KODBC_EXPORT_OTHER;
-        options.otherDelimiter = request.delimiter.c_str();
-    }
-    if (request.decimalMark == "point") {
-        options.decimal = KODBC_EXPORT_POINT;
-    } else if (request.decimalMark != "comma") {
-        if (request.decimalMark.size() != 1) {
-            Error("--decimal-mark: comma, point oder ein Zeichen");
-            return kExitUsage;
-        }
-        options.decimal = KODBC_EXPORT_OTHER;
-        options.otherDecimal = request.decimalMark[0];
-    }
-    if (!request.brackets.empty()) {
-        if (request.brackets.size() != 2) {
-            Error("--brackets: zwei Zeichen, die linke und die rechte Klammer");
-            return kExitUsage;
-        }
-        options.leftBracket = request.brackets[0];
-        options.rightBracket = request.brackets[1];
-    }
+    if (!ParseTextFormat(request.delimiter, request.decimalMark, request.brackets, options)) return kExitUsage;
     options.flags = (request.ascii ? KODBC_EXPORT_ASCII : 0) | (request.noHeader ? KODBC_EXPORT_NO_HEADER : 0);
     const std::string fields = TabJoined(request.fields), skip = TabJoined(request.skip);
     options.fields = fields.c_str();
@@ -79,6 +139,78 @@ int ExportTable(const Login &login, const ExportRequest &request) {
                                      request.file.c_str(), &written);
     if (rc == KODBC_FAILURE) return kExitFailed;
     std::printf("%ld Datensätze exportiert%s\n", written, rc == KODBC_EXPORT_CANCELLED ? " (abgebrochen)" : "");
+    return rc == KODBC_SUCCESS ? kExitOk : kExitFailed;
+}
+
+int ImportData(const Login &login, const ImportRequest &request) {
+    if (request.kind == "sdi" || request.kind == "sel") {
+        Error("--kind " + request.kind + ": der Import von Selektionsdateien ist noch nicht verfügbar");
+        return kExitUsage;
+    }
+    if (request.kind != "text") {
+        Error("--kind: text, sdi oder sel");
+        return kExitUsage;
+    }
+    if (request.file.empty() == request.from.empty()) {
+        Error("entweder eine Datei oder --from DATENQUELLE:TABELLE");
+        return kExitUsage;
+    }
+    std::string sourceDsn, sourceTable;
+    if (!request.from.empty()) {
+        const std::size_t colon = request.from.find(':');
+        if (colon == std::string::npos || colon == 0 || colon + 1 == request.from.size() || request.table.empty()) {
+            Error("--from erwartet DATENQUELLE:TABELLE, dazu --table NAME");
+            return kExitUsage;
+        }
+        sourceDsn = request.from.substr(0, colon);
+        sourceTable = request.from.substr(colon + 1);
+    }
+    KodbcImportOptions options = {};
+    if (!ParseTextFormat(request.delimiter, request.decimalMark, request.brackets, options)) return kExitUsage;
+    options.flags = (request.ascii ? KODBC_IMPORT_ASCII : 0) | (request.numberedNames ? KODBC_IMPORT_NUMBERED_NAMES : 0) |
+                    (request.dryRun ? KODBC_IMPORT_DRY_RUN : 0);
+    std::map<std::string, KodbcImportField> choices;
+    std::deque<std::string> texts;  // the choices point into it
+    if (!CollectImportFields(request, choices, texts)) return kExitUsage;
+    std::vector<KodbcImportField> fields;
+    for (const auto &entry : choices) fields.push_back(entry.second);
+    options.fields = fields.data();
+    options.fieldCount = static_cast<int>(fields.size());
+
+    Connection connection(request.dsn, login.user, login.password);
+    if (!connection.ok()) return kExitFailed;
+    std::vector<char> create(30000), insert(30000);
+    KodbcImportResult result = {};
+    result.createStatement = create.data();
+    result.createSize = static_cast<int>(create.size());
+    result.firstInsert = insert.data();
+    result.insertSize = static_cast<int>(insert.size());
+    int rc;
+    if (request.from.empty()) {
+        rc = Kodbc_ImportTextFile(connection.hdbc(), request.table.c_str(), request.file.c_str(), &options, &result);
+    } else {
+        // Within one data source one connection serves both sides (a second
+        // one could lock itself out on a file database).
+        std::unique_ptr<Connection> other;
+        SQLHDBC source = connection.hdbc();
+        if (sourceDsn != request.dsn) {
+            other = std::make_unique<Connection>(sourceDsn, login.user, login.password);
+            if (!other->ok()) return kExitFailed;
+            source = other->hdbc();
+        }
+        rc = Kodbc_ImportTable(connection.hdbc(), request.table.c_str(), source, sourceTable.c_str(), &options,
+                               &result);
+    }
+    if (rc == KODBC_IMPORT_NO_SUCH_FIELD) {
+        Error("die Quelle hat kein Feld '" + std::string(fields[static_cast<std::size_t>(result.badField)].name) + "'");
+        return kExitFailed;
+    }
+    if (request.dryRun && rc == KODBC_SUCCESS) {
+        std::printf("%s\n%s\n", create.data(), insert.data());
+        return kExitOk;
+    }
+    if (rc == KODBC_FAILURE && result.written == 0 && !create[0]) return kExitFailed;
+    std::printf("%ld Datensätze importiert%s\n", result.written, rc == KODBC_IMPORT_CANCELLED ? " (abgebrochen)" : "");
     return rc == KODBC_SUCCESS ? kExitOk : kExitFailed;
 }
 

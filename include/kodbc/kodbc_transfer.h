@@ -1,6 +1,6 @@
 /*
 ** kodbc — export and import for callers without windows: the export
-** wizard's writer.
+** wizard's writer and the import wizard's readers.
 */
 #ifndef KODBC_TRANSFER_H
 #define KODBC_TRANSFER_H
@@ -104,6 +104,99 @@ KODBC_API int KODBC_CALL ExportWizzCallback(LONG_PTR wizard, int page, HWND wind
 */
 KODBC_API INT_PTR KODBC_CALL EditExportFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 #endif
+
+/* Import: flags of KodbcImportOptions. The delimiters and decimal marks are
+   those of the export (KODBC_EXPORT_TAB ... KODBC_EXPORT_OTHER). */
+#define KODBC_IMPORT_ASCII          0x1 /* the file is in the OEM code page */
+#define KODBC_IMPORT_NUMBERED_NAMES 0x2 /* the first line holds values; fields are F0, F1, ... */
+#define KODBC_IMPORT_DRY_RUN        0x4 /* build the statements, run none */
+
+/* Flags of KodbcImportField. */
+#define KODBC_IMPORT_SKIP           0x1 /* not taken into the new table */
+#define KODBC_IMPORT_AUTOINC        0x2 /* counts by itself: no value is written */
+#define KODBC_IMPORT_FILE_CONTENT   0x4 /* the value names a file whose content is imported */
+#define KODBC_IMPORT_FILE_MESSAGE   0x8 /* tell when such a file cannot be opened */
+
+/* Results of Kodbc_ImportTextFile and Kodbc_ImportTable besides 1 and 2. */
+#define KODBC_IMPORT_CANCELLED      3
+#define KODBC_IMPORT_NO_SUCH_FIELD  4
+
+/* What the field page would change in one discovered field. */
+typedef struct KodbcImportField {
+    const char *name;        /* the field as discovered: its unique name from the source */
+    const char *targetName;  /* its name in the new table; null or empty: unchanged */
+    int targetType;          /* KODBC_TYPE_*; 0: unchanged */
+    int targetLength;        /* 0: unchanged */
+    int flags;               /* KODBC_IMPORT_SKIP, _AUTOINC, _FILE_CONTENT, _FILE_MESSAGE */
+} KodbcImportField;
+
+typedef struct KodbcImportOptions {
+    int delimiter;              /* text files: KODBC_EXPORT_TAB, _BLANK, _OTHER */
+    const char *otherDelimiter; /* its first character is the delimiter */
+    int decimal;                /* KODBC_EXPORT_COMMA, _POINT, _OTHER */
+    char otherDecimal;          /* for KODBC_EXPORT_OTHER; 0 falls back to the point */
+    char leftBracket;           /* around values; 0: none */
+    char rightBracket;
+    int flags;                  /* KODBC_IMPORT_ASCII, _NUMBERED_NAMES, _DRY_RUN */
+    const KodbcImportField *fields; /* changes to the discovered fields (may be null) */
+    int fieldCount;
+} KodbcImportOptions;
+
+typedef struct KodbcImportResult {
+    long written;           /* records inserted */
+    int badField;           /* KODBC_IMPORT_NO_SUCH_FIELD: the index into options->fields */
+    char *createStatement;  /* receives the CREATE TABLE (may be null) */
+    int createSize;
+    char *firstInsert;      /* receives the first record's INSERT (may be null) */
+    int insertSize;
+} KodbcImportResult;
+
+/*
+** Kodbc_ImportTextFile: the import wizard's work for a text file after
+** "Fertigstellen". The fields are discovered from the file's first line
+** (one per value; named by the values, made unique, or F0, F1, ... with
+** KODBC_IMPORT_NUMBERED_NAMES), each VarText of 255; options->fields then
+** change them by name. The field page's checks follow (their message shown
+** on failure), then the new table is created ("CREATE TABLE"), and each
+** line after the names becomes one INSERT: values split at the delimiter
+** outside brackets, numbers kept as digits and signs with the decimal mark
+** made a point, German dates as timestamps, empty values NULL. As many
+** lines are read as there are non-empty ones (an empty line is a record
+** too). table names the new table; null or empty: the file's name without
+** folder and extension. Null options: the wizard's defaults (tab, decimal
+** comma, names in the first line, ANSI, no brackets) -- a file written by
+** Kodbc_ExportTable with its defaults. A progress indicator runs over the
+** records (a terminal's bar on Linux; Ctrl+C stops). result (may be null)
+** receives the count and, where buffers are given, the statements (cut to
+** size-1); with KODBC_IMPORT_DRY_RUN nothing is executed and these are
+** the whole answer.
+** Returns 1 imported (or built, in a dry run); KODBC_IMPORT_CANCELLED when
+** stopped by the user (the records inserted so far stay);
+** KODBC_IMPORT_NO_SUCH_FIELD when options->fields names a field the file
+** does not have (result->badField says which); 2 for a null connection or
+** file name, a file that cannot be opened or has no fields (3800, 3806
+** shown), a field list the checks refuse (3801 to 3804 shown), a type
+** outside the data-type table, or a statement that was refused or failed
+** (shown; records inserted before stay).
+*/
+KODBC_API int KODBC_CALL Kodbc_ImportTextFile(SQLHDBC hdbc, const char *table, const char *fileName,
+                                              const KodbcImportOptions *options, KodbcImportResult *result);
+
+/*
+** Kodbc_ImportTable: the import wizard's work for a table of another data
+** source: sourceTable's columns on the connection source (the caller's; it
+** may be hdbc itself) become the fields with their library types and
+** lengths (long-text and binary columns are not imported unless
+** options->fields says so), options->fields change them, and each row
+** becomes one INSERT into the new table on hdbc, its values read as text
+** and converted as for a text file (dates as the export writes them). The
+** text-format members of options are not used. table: null or empty takes
+** the source table's name. Results as Kodbc_ImportTextFile; 2 also for a
+** null source or table, and a source table without fields (1617 shown).
+*/
+KODBC_API int KODBC_CALL Kodbc_ImportTable(SQLHDBC hdbc, const char *table, SQLHDBC source,
+                                           const char *sourceTable, const KodbcImportOptions *options,
+                                           KodbcImportResult *result);
 
 #ifdef __cplusplus
 }

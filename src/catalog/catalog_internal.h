@@ -41,6 +41,7 @@ struct ColumnDescription {
     const char *defaultValue;  // as the catalogue writes it; empty when none
     const char *remark;
     int sqlType;               // the catalogue's DATA_TYPE (0 when it gives none)
+    int size;                  // COLUMN_SIZE: characters of a text column (0 when it gives none)
 };
 
 // Hands every column of table to visit, in catalogue order (the texts live

@@ -67,7 +67,8 @@ int ForEachColumnDescription(SQLHDBC hdbc, const char *table,
         DataTypeText(code, sizeInd == SQL_NULL_DATA ? 0 : size, type, sizeof type);
         // Only a driver that says "no nulls" forbids empty values; unknown allows them.
         visit({text(name, nameInd), type, nullableInd == SQL_NULL_DATA || nullable != SQL_NO_NULLS,
-               text(defaultValue, defaultInd), text(remark, remarkInd), typeInd == SQL_NULL_DATA ? 0 : sqlType});
+               text(defaultValue, defaultInd), text(remark, remarkInd), typeInd == SQL_NULL_DATA ? 0 : sqlType,
+               sizeInd == SQL_NULL_DATA ? 0 : static_cast<int>(size)});
     }
 }
 

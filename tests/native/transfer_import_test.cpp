@@ -1,0 +1,391 @@
+// The import: splitting lines, unique names, the field page's checks, value
+// conversions and INSERTs without a database; then, per data source, a
+// round trip through the export, a table source, and files with odd lines.
+#include "test_support.h"
+
+#include "transfer/import_run.h"
+#include "transfer/import_values.h"
+
+#include <kodbc_internal/message_ids.h>
+
+#include <clocale>
+#include <cstdio>
+#include <fstream>
+
+namespace kodbc::test {
+namespace {
+
+using namespace transfer;
+using Values = std::vector<std::string>;
+
+Values Split(std::string_view line, char delimiter, char left = 0, char right = 0) {
+    Values values;
+    values.resize(SplitLine(line, delimiter, left, right, values));
+    return values;
+}
+
+TEST(ImportText, SplitsLines) {
+    const struct {
+        std::string line;
+        char delimiter, left, right;
+        Values values;
+    } cases[] = {
+        {"a\tb\t", '\t', 0, 0, {"a", "b", ""}},
+        {"", ';', 0, 0, {}},
+        {" a ; b ", ';', 0, 0, {" a ", " b "}},
+        {"[a;b];c]", ';', '[', ']', {"a;b", "c]"}},
+        {"\"Sag \"\"hallo\"\"\";x", ';', '"', '"', {"Sag hallo", "x"}},
+        {std::string(120, 'x') + ";y", ';', 0, 0, {std::string(99, 'x'), "y"}},
+    };
+    for (const auto &c : cases) EXPECT_EQ(Split(c.line, c.delimiter, c.left, c.right), c.values) << c.line;
+}
+
+std::vector<std::string> TargetNames(const ImportFieldList &fields) {
+    std::vector<std::string> names;
+    for (const ImportField &field : fields) names.push_back(field.targetName);
+    return names;
+}
+
+TEST(ImportText, NamesFieldsUniquely) {
+    ImportTextFormat semicolon;
+    semicolon.delimiter = DelimiterChoice::Other;
+    semicolon.otherDelimiter = ";x";
+    ImportTextFormat numbered = semicolon;
+    numbered.namesInFirstLine = false;
+    const struct {
+        const char *line;
+        const ImportTextFormat &format;
+        std::vector<std::string> names;
+    } cases[] = {
+        {"a;b;a", semicolon, {"a", "b", "a_1"}},
+        {"x.y;x.y", semicolon, {"x_y", "x.y_1"}},
+        {"a_1;a;a", semicolon, {"a_1", "a", "a_2"}},
+        {"1;2;3", numbered, {"F0", "F1", "F2"}},
+    };
+    ImportFieldList fields;
+    for (const auto &c : cases) {
+        FieldsFromNameLine(c.line, c.format, fields);
+        EXPECT_EQ(TargetNames(fields), c.names) << c.line;
+    }
+    ImportFieldList typed;
+    for (int type : {KODBC_TYPE_LONG_TEXT, KODBC_TYPE_BINARY, KODBC_TYPE_DATETIME}) AddImportField(typed, "f", type, 20);
+    EXPECT_EQ(typed[0].targetType, KODBC_TYPE_VAR_TEXT);
+    EXPECT_EQ(typed[0].targetLength, 255);
+    EXPECT_FALSE(typed[1].imported);
+    EXPECT_EQ(typed[1].sourceType, KODBC_TYPE_BINARY);
+    EXPECT_TRUE(typed[2].imported);
+    EXPECT_EQ(typed[2].targetType, KODBC_TYPE_DATETIME);
+}
+
+TEST(ImportText, FormatDescriptionEndsAtAMissingBracket) {
+    ImportTextFormat format;
+    EXPECT_EQ(FormatDescription("a.txt", format), "a.txt\\0\\0\\\t\\,\\");
+    ImportTextFormat right = format;
+    right.rightBracket = ']';
+    EXPECT_EQ(FormatDescription("a.txt", right), FormatDescription("a.txt", format));
+    right.leftBracket = '[';
+    EXPECT_EQ(FormatDescription("a.txt", right), "a.txt\\0\\0\\\t\\,\\[\\]");
+}
+
+// A field as the page would leave it: name, source and target type, flags.
+ImportField Field(const char *name, int source = KODBC_TYPE_VAR_TEXT, int target = KODBC_TYPE_VAR_TEXT,
+                  bool autoIncrement = false, bool imported = true) {
+    ImportField field;
+    field.sourceName = field.targetName = name;
+    field.sourceType = source;
+    field.targetType = target;
+    field.autoIncrement = autoIncrement;
+    field.imported = imported;
+    return field;
+}
+
+TEST(ImportFields, ChecksInOrderAndNeverTheLastFieldButForDuplicates) {
+    const int date = KODBC_TYPE_DATETIME, integer = KODBC_TYPE_INTEGER;
+    const struct {
+        const char *what;
+        ImportFieldList fields;
+        int message;
+        std::size_t field;
+    } cases[] = {
+        {"bracket", {Field("a"), Field("b(2)"), Field("c")}, msg::IMPORT_NAME_INVALID_CHARS, 1},
+        {"point in the last field", {Field("a"), Field("b.c")}, 0, 0},
+        {"characters before duplicates", {Field("a"), Field("a'"), Field("a")}, msg::IMPORT_NAME_INVALID_CHARS, 1},
+        {"duplicate in the last field", {Field("a"), Field("b"), Field("a")}, msg::IMPORT_NAME_TWICE, 2},
+        {"not imported is not checked", {Field("a", 10, 10, false, false), Field("a")}, 0, 0},
+        {"second auto-increment", {Field("a", 2, 2, true), Field("b", 2, 2, true), Field("c")}, msg::IMPORT_AUTOINC_TWICE, 1},
+        {"second auto-increment last", {Field("a"), Field("b", 2, 2, true), Field("c", 2, 2, true)}, 0, 0},
+        {"date into number", {Field("d", date, integer), Field("x")}, msg::IMPORT_CONVERSION_SENSELESS, 0},
+        {"number into date", {Field("n", integer, date), Field("x")}, msg::IMPORT_CONVERSION_SENSELESS, 0},
+        {"date into number, last", {Field("x"), Field("d", date, integer)}, 0, 0},
+        {"text into anything", {Field("t", KODBC_TYPE_VAR_TEXT, date), Field("x")}, 0, 0},
+    };
+    for (const auto &c : cases) {
+        const ImportFieldCheck check = CheckImportFields(c.fields);
+        EXPECT_EQ(check.message, c.message) << c.what;
+        if (c.message) EXPECT_EQ(check.field, c.field) << c.what;
+    }
+}
+
+TEST(ImportValues, ConvertByTargetType) {
+    const struct {
+        int type;
+        const char *text;
+        char mark;
+        std::optional<std::string> value;
+    } cases[] = {
+        {KODBC_TYPE_VAR_TEXT, " O'Brien, 12 ", ',', " O'Brien, 12 "},
+        {KODBC_TYPE_VAR_TEXT, "", ',', std::nullopt},
+        {KODBC_TYPE_INTEGER, "1.234.567", ',', "1234567"},
+        {KODBC_TYPE_FLOAT, "-1.234,50 EUR", ',', "-1234.50"},
+        {KODBC_TYPE_FLOAT, "1,234.5", '.', "1234.5"},
+        {KODBC_TYPE_FLOAT, "n/a", ',', ""},
+        {KODBC_TYPE_DATETIME, "15.03.2024", ',', "2024-03-15 00:00:00"},
+        {KODBC_TYPE_DATETIME, "1.2.24 13:45", ',', "2024-02-01 13:45:00"},
+        {KODBC_TYPE_DATETIME, "kein Datum", ',', std::nullopt},
+        {KODBC_TYPE_BINARY, "x", ',', std::nullopt},
+    };
+    for (const auto &c : cases) {
+        ImportField field = Field("f", KODBC_TYPE_VAR_TEXT, c.type);
+        EXPECT_TRUE(SetImportValue(field, c.text, c.mark, ""));
+        EXPECT_EQ(field.value, c.value) << c.text;
+    }
+}
+
+TEST(ImportValues, FileContentFromTheSourceFolder) {
+    const std::string folder = ::testing::TempDir();
+    {
+        std::ofstream out(folder + "kodbc_import_content.txt", std::ios::binary);
+        out << std::string("Zeile 1\r\nZeile 2\0Rest", 22);
+    }
+    ImportField field = Field("f");
+    field.fileContent = true;
+    EXPECT_TRUE(SetImportValue(field, "kodbc_import_content.txt", ',', folder));
+    EXPECT_EQ(field.value, "Zeile 1\r\nZeile 2");
+    std::remove((folder + "kodbc_import_content.txt").c_str());
+
+    MessageRecorder messages;
+    for (bool silent : {true, false}) {
+        field.noFileMessage = silent;
+        EXPECT_TRUE(SetImportValue(field, "kodbc_import_content.txt", ',', folder));
+        EXPECT_FALSE(field.value);
+    }
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_NE(messages.entries()[0].text.find("kodbc_import_content.txt"), std::string::npos);
+}
+
+TEST(ImportStatements, InsertValuesAndCutLiterals) {
+    ImportInsertParts parts;
+    parts.head = "INSERT INTO t (";
+    parts.names = {"a", "b", "", "d", "e"};
+    ImportFieldList fields = {Field("a"), Field("b", 10, KODBC_TYPE_FLOAT), Field("c", 10, 10, true),
+                              Field("d", 10, KODBC_TYPE_DATETIME), Field("e")};
+    fields[0].value = "It's";
+    fields[1].value = "-12.5";
+    fields[2].value = "7";
+    fields[3].value = "2024-03-15 00:00:00";
+    fields[4].value = "";
+    char sql[kImportStatementSize];
+    EXPECT_TRUE(BuildImportInsert(parts, fields, sql, sizeof sql));
+    EXPECT_STREQ(sql, "INSERT INTO t (a,b,d,e) VALUES ('It''s',-12.5,'2024-03-15 00:00:00',NULL)");
+    parts.swapDateParts = true;
+    BuildImportInsert(parts, fields, sql, sizeof sql);
+    EXPECT_STREQ(sql, "INSERT INTO t (a,b,d,e) VALUES ('It''s',-12.5,'2024-15-03 00:00:00',NULL)");
+
+    // A literal that does not fit is cut; the statement still closes.
+    fields[0].value = std::string(200, 'x');
+    char small[120];
+    EXPECT_FALSE(BuildImportInsert(parts, fields, small, sizeof small));
+    const std::string cut = small;
+    EXPECT_EQ(cut.size(), sizeof small - 1);
+    EXPECT_EQ(cut.substr(cut.size() - 36), "x',-12.5,'2024-15-03 00:00:00',NULL)");
+}
+
+// Every line of a file the way the reader hands it on.
+Values Lines(const std::string &bytes) {
+    std::FILE *file = std::tmpfile();
+    std::fwrite(bytes.data(), 1, bytes.size(), file);
+    std::rewind(file);
+    LineReader reader(file);
+    Values lines;
+    std::string_view line;
+    while (reader.Next(line)) lines.emplace_back(line);
+    std::fclose(file);
+    return lines;
+}
+
+TEST(ImportText, ReadsLineEndsNulBytesAndOverlongLines) {
+    const std::string longLine = std::string(40000, 'L') + "\tz";
+    EXPECT_EQ(Lines("a\r\nb\n\r\nc"), (Values{"a", "b", "", "c"}));
+    EXPECT_EQ(Lines(std::string("p\0q\tr\r\nx", 9)), (Values{"p", "x"}));
+    // The rest of an overlong line is dropped; the next line stays a line.
+    EXPECT_EQ(Lines(longLine + "\r\nnext\n"), (Values{std::string(kImportLineSize - 1, 'L'), "next"}));
+    EXPECT_EQ(Lines(std::string(kImportLineSize - 1, 'x') + "\r\n"), Values{std::string(kImportLineSize - 1, 'x')});
+}
+
+class ImportRun : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        const char *current = std::setlocale(LC_CTYPE, nullptr);
+        locale_ = current ? current : "C";
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+        OwnTables({"kodbc_imp_src", "kodbc_imp_dst"});
+        q_ = IdentifierQuote();
+        file_ = ::testing::TempDir() + "kodbc_imp_dst.txt";
+    }
+    void TearDown() override {
+        std::remove(file_.c_str());
+        std::setlocale(LC_CTYPE, locale_.c_str());
+        DataSourceTest::TearDown();
+    }
+    void WriteFile(const std::string &bytes) {
+        std::ofstream out(file_, std::ios::binary);
+        out << bytes;
+    }
+    // PostgreSQL has no DATETIME, the data-type table's date template.
+    int DateTarget() const { return DbmsName() == "PostgreSQL" ? KODBC_TYPE_VAR_TEXT : KODBC_TYPE_DATETIME; }
+    // A text column of the new table, NULL shown as "(NULL)", by nr.
+    Values Of(const std::string &column) {
+        return Column("SELECT COALESCE(" + column + ", '(NULL)') FROM kodbc_imp_dst ORDER BY nr");
+    }
+    // Field b of the record whose nr is each key ("-": no such record); the
+    // mismatches, empty when all agree.
+    std::string BOf(const std::vector<std::pair<std::string, std::string>> &expected) {
+        std::string wrong;
+        for (const auto &[nr, b] : expected) {
+            const Values got = Column("SELECT COALESCE(b, '(NULL)') FROM kodbc_imp_dst WHERE nr = '" + nr + "'");
+            const std::string value = got.empty() ? "-" : got.size() > 1 ? "(twice)" : got[0];
+            if (value != b) wrong += nr.substr(0, 10) + ": " + value + "; ";
+        }
+        return wrong;
+    }
+    void CreateSource() {
+        Exec("CREATE TABLE kodbc_imp_src (nr INTEGER, " + q_ + "Preis Netto" + q_ +
+             " DOUBLE PRECISION, name VARCHAR(40), tag DATE)");
+        Exec("INSERT INTO kodbc_imp_src VALUES (1, 1234.5, 'M\xC3\xBCller \"der \xC3\x84ltere\" O''Brien', "
+             "'2024-03-15')");
+        Exec("INSERT INTO kodbc_imp_src VALUES (2, NULL, '', NULL)");
+        Exec("INSERT INTO kodbc_imp_src VALUES (3, 0.25, 'Gro\xC3\x9F;Klein', '1999-12-31')");
+    }
+    // The text-file run on a new table of VarText fields a and b.
+    bool RunText(long cancelAt, ImportCounts &counts) {
+        ImportTextFormat format;
+        ImportFieldList fields;
+        EXPECT_TRUE(DiscoverTextFields(file_.c_str(), format, fields));
+        fields[0].targetName = "nr";
+        ImportStatementRunner(hdbc_).Run(CreateImportTableStatement(hdbc_, "kodbc_imp_dst", fields, "").c_str());
+        ImportRecordWriter writer(hdbc_, "kodbc_imp_dst", fields, false);
+        RecordingProgress progress(cancelAt);
+        return ImportTextRecords(file_.c_str(), format, fields, writer, progress, 1000, counts);
+    }
+
+    std::string q_, file_, locale_;
+};
+
+TEST_P(ImportRun, ExportedTableComesBackRowByRow) {
+    CreateSource();
+    ASSERT_EQ(Kodbc_ExportTable(hdbc_, "kodbc_imp_src", nullptr, nullptr, file_.c_str(), nullptr), KODBC_SUCCESS);
+    const KodbcImportField types[] = {{"nr", nullptr, KODBC_TYPE_INTEGER, 0, 0},
+                                      {"Preis-Netto", "Preis Netto", KODBC_TYPE_FLOAT, 0, 0},
+                                      {"tag", nullptr, DateTarget(), 0, 0}};
+    KodbcImportOptions options{};
+    options.fields = types;
+    options.fieldCount = 3;
+    KodbcImportResult result{};
+    ASSERT_EQ(Kodbc_ImportTextFile(hdbc_, nullptr, file_.c_str(), &options, &result), KODBC_SUCCESS);
+    EXPECT_EQ(result.written, 3);
+    EXPECT_EQ(Column("SELECT nr FROM kodbc_imp_dst ORDER BY nr"), (Values{"1", "2", "3"}));
+    // The empty text and NULL are the same nothing in the file: both come back NULL.
+    EXPECT_EQ(Of("name"), (Values{"M\xC3\xBCller \"der \xC3\x84ltere\" O'Brien", "(NULL)", "Gro\xC3\x9F;Klein"}));
+    EXPECT_EQ(Column("SELECT nr FROM kodbc_imp_dst WHERE " + q_ + "Preis Netto" + q_ + " BETWEEN 1234.4 AND 1234.6"),
+              Values{"1"});
+    EXPECT_EQ(Column("SELECT nr FROM kodbc_imp_dst WHERE " + q_ + "Preis Netto" + q_ + " IS NULL"), Values{"2"});
+    const Values dates = Of("tag");
+    ASSERT_EQ(dates.size(), 3u);
+    const bool text = DateTarget() == KODBC_TYPE_VAR_TEXT;
+    EXPECT_EQ(dates[0].substr(0, 10), text ? "15.03.2024" : "2024-03-15");
+    EXPECT_EQ(dates[1], "(NULL)");
+}
+
+TEST_P(ImportRun, TableSourceKeepsTypesAndLengths) {
+    CreateSource();
+    const KodbcImportField date = {"tag", nullptr, DateTarget(), 0, 0};
+    KodbcImportOptions options{};
+    options.fields = &date;
+    options.fieldCount = 1;
+    KodbcImportResult result{};
+    ASSERT_EQ(Kodbc_ImportTable(hdbc_, "kodbc_imp_dst", hdbc_, "kodbc_imp_src", &options, &result), KODBC_SUCCESS);
+    EXPECT_EQ(result.written, 3);
+    ImportFieldList fields;
+    ASSERT_TRUE(DiscoverTableFields(hdbc_, "kodbc_imp_dst", fields));
+    ASSERT_EQ(fields.size(), 4u);
+    EXPECT_EQ(fields[0].sourceType, KODBC_TYPE_INTEGER);
+    EXPECT_EQ(fields[2].sourceLength, 40);
+    // An empty value is no value, whatever the source.
+    EXPECT_EQ(Of("name"), (Values{"M\xC3\xBCller \"der \xC3\x84ltere\" O'Brien", "(NULL)", "Gro\xC3\x9F;Klein"}));
+    EXPECT_EQ(Column("SELECT nr FROM kodbc_imp_dst WHERE " + q_ + "Preis Netto" + q_ + " = 0.25"), Values{"3"});
+    EXPECT_EQ(Of("tag")[2].substr(0, 10), DateTarget() == KODBC_TYPE_VAR_TEXT ? "31.12.1999" : "1999-12-31");
+}
+
+TEST_P(ImportRun, CreateStatementTakesTemplatesAndTheCounterType) {
+    ImportFieldList fields = {Field("Id", 2, 2, true), Field("Preis Netto", 10, KODBC_TYPE_FLOAT), Field("t"),
+                              Field("skipped", 10, 10, false, false), Field("x", 10, 99)};
+    fields[2].targetLength = 20;
+    EXPECT_EQ(CreateImportTableStatement(hdbc_, "kodbc_imp_dst", fields, "COUNTER"),
+              "CREATE TABLE kodbc_imp_dst (Id COUNTER, " + q_ + "Preis Netto" + q_ + " FLOAT, t VARCHAR (20))");
+    fields[0].targetType = KODBC_TYPE_FIXED_TEXT;  // a text counts by no type of the data source
+    EXPECT_EQ(CreateImportTableStatement(hdbc_, "kodbc_imp_dst", fields, "COUNTER"),
+              "CREATE TABLE kodbc_imp_dst (Id CHAR (255), " + q_ + "Preis Netto" + q_ + " FLOAT, t VARCHAR (20))");
+}
+
+TEST_P(ImportRun, EmptyLineIsARecordAndTheLastLineStaysOut) {
+    WriteFile("a\tb\n1\tx\n\n2\ty\n3\tz\n");
+    ImportCounts counts;
+    EXPECT_TRUE(RunText(0, counts));
+    EXPECT_EQ(counts.expected, 3);
+    EXPECT_EQ(BOf({{"1", "x"}, {"2", "y"}, {"3", "-"}}), "");
+    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst WHERE nr IS NULL AND b IS NULL"), Values{"1"});
+}
+
+TEST_P(ImportRun, OddLinesAndCancelKeepWhatWasWritten) {
+    WriteFile(std::string("a\tb\r\nx\ty\np\0q\tr\r\n", 16) + std::string(40000, 'L') + "\tz\nlast\tend");
+    ImportCounts counts;
+    EXPECT_TRUE(RunText(0, counts));
+    EXPECT_EQ(counts.written, 4);
+    // A NUL ends its line's text; an overlong line keeps its first value's 99 characters.
+    EXPECT_EQ(BOf({{"x", "y"}, {"p", "(NULL)"}, {std::string(99, 'L'), "(NULL)"}, {"last", "end"}}), "");
+
+    DropTables({"kodbc_imp_dst"});
+    EXPECT_TRUE(RunText(2, counts));
+    EXPECT_TRUE(counts.cancelled);
+    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst"), Values{"2"});
+}
+
+TEST_P(ImportRun, FailuresAreShown) {
+    KodbcImportResult result{};
+    EXPECT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_imp_dst", "/nonexistent/datei.txt", nullptr, &result), KODBC_FAILURE);
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    EXPECT_NE(messages_.entries()[0].text.find("Fehler beim \xC3\x96" "ffnen der Datei\n\n/nonexistent/datei.txt"),
+              std::string::npos)
+        << messages_.entries()[0].text;
+
+    WriteFile("a\ta\n1\t2\n");
+    const KodbcImportField renamed[] = {{"a_1", "a", 0, 0, 0}, {"zz", nullptr, 0, 0, 0}};
+    KodbcImportOptions options{};
+    options.fields = renamed;
+    options.fieldCount = 1;
+    messages_.clear();
+    EXPECT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_imp_dst", file_.c_str(), &options, &result), KODBC_FAILURE);
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    EXPECT_NE(messages_.entries()[0].text.find("'a'  kommt mehr als einmal"), std::string::npos);
+    options.fieldCount = 2;
+    EXPECT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_imp_dst", file_.c_str(), &options, &result),
+              KODBC_IMPORT_NO_SUCH_FIELD);
+    EXPECT_EQ(result.badField, 1);
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(ImportRun);
+
+} // namespace
+} // namespace kodbc::test
