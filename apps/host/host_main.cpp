@@ -45,6 +45,7 @@ constexpr MenuItem kMenu[] = {
     {IDM_HOST_ADD_RECORDS, "&Hinzuf\xFCgen...", Needs::connection},
     {IDM_HOST_DELETE_RECORDS, "&L\xF6schen...", Needs::connection},
     {IDM_HOST_UPDATE_RECORDS, "\xC4&ndern...", Needs::connection},
+    {IDM_HOST_EXPORT, "&Exportieren...", Needs::connection},
     {-1, "&Extras", Needs::nothing},
     {IDM_HOST_SQL_DATASOURCE, "SQL-Befehl auf einer &Datenquelle...", Needs::nothing},
     {IDM_HOST_SQL_CONNECTION, "&SQL-Befehl ausf\xFChren...", Needs::connection},
@@ -177,6 +178,9 @@ void RunCommand(int id) {
         break;
     case IDM_HOST_UPDATE_RECORDS:
         Kodbc_UpdateRecordsWizzard(g_host.hdbc, table, 0);
+        break;
+    case IDM_HOST_EXPORT:
+        Kodbc_ExportWizzard(g_host.hdbc, table, 0);
         break;
     case IDM_HOST_SQL_DATASOURCE:
         Kodbc_DialogSqlPerformer(&g_host.source);
