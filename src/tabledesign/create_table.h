@@ -3,7 +3,7 @@
 // chosen name and the statements of each structure.
 #pragma once
 
-#include "tabledesign/db_capabilities.h"
+#include "internal/db_capabilities.h"
 
 #include "wizards/record_wizard_common.h"
 

@@ -5,7 +5,7 @@
 // dump with its buffer size before it runs.
 #pragma once
 
-#include "tabledesign/db_capabilities.h"
+#include "internal/db_capabilities.h"
 
 #include <string>
 #include <vector>

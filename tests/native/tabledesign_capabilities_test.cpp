@@ -2,7 +2,7 @@
 // from it.
 #include "test_support.h"
 
-#include "tabledesign/db_capabilities.h"
+#include "internal/db_capabilities.h"
 
 namespace kodbc::test {
 namespace {

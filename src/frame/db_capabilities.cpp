@@ -1,4 +1,4 @@
-#include "tabledesign/db_capabilities.h"
+#include "internal/db_capabilities.h"
 
 #include <kodbc/kodbc_connect.h>
 

@@ -1,4 +1,4 @@
-// What each kind of database allows when tables are designed: SELECT INTO,
+// What each kind of database allows when tables and views are designed: SELECT INTO,
 // auto-incrementing key columns, dropping views and primary keys, and the
 // clause an added column gets. One table read by the create-table wizard,
 // the table administration, the views and the command-line tool.
