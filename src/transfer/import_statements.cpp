@@ -4,7 +4,7 @@
 #include "internal/driver_info.h"
 #include "internal/execution.h"
 #include "internal/string_literal.h"
-#include "tabledesign/db_capabilities.h"
+#include "internal/db_capabilities.h"
 
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
