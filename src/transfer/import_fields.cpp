@@ -63,7 +63,7 @@ ImportFieldCheck CheckImportFields(const ImportFieldList &fields) {
         const ImportField &field = fields[i];
         if (field.imported && field.targetType != field.sourceType &&
             !wizards::IsTypeCompatible(field.sourceType, field.targetType))
-            return {msg::IMPORT_CONVERSION_SENSELESS, i, field.sourceName};
+            return {msg::TYPE_CONVERSION_SENSELESS, i, field.sourceName};
     }
     return {};
 }

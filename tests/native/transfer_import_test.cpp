@@ -114,8 +114,8 @@ TEST(ImportFields, ChecksInOrderAndNeverTheLastFieldButForDuplicates) {
         {"not imported is not checked", {Field("a", 10, 10, false, false), Field("a")}, 0, 0},
         {"second auto-increment", {Field("a", 2, 2, true), Field("b", 2, 2, true), Field("c")}, msg::IMPORT_AUTOINC_TWICE, 1},
         {"second auto-increment last", {Field("a"), Field("b", 2, 2, true), Field("c", 2, 2, true)}, 0, 0},
-        {"date into number", {Field("d", date, integer), Field("x")}, msg::IMPORT_CONVERSION_SENSELESS, 0},
-        {"number into date", {Field("n", integer, date), Field("x")}, msg::IMPORT_CONVERSION_SENSELESS, 0},
+        {"date into number", {Field("d", date, integer), Field("x")}, msg::TYPE_CONVERSION_SENSELESS, 0},
+        {"number into date", {Field("n", integer, date), Field("x")}, msg::TYPE_CONVERSION_SENSELESS, 0},
         {"date into number, last", {Field("x"), Field("d", date, integer)}, 0, 0},
         {"text into anything", {Field("t", KODBC_TYPE_VAR_TEXT, date), Field("x")}, 0, 0},
     };
