@@ -24,7 +24,8 @@ constexpr int kTypeNameSize = 100;
 std::string ItemText(HWND dialog, int id) {
     HWND item = GetDlgItem(dialog, id);
     std::string text(static_cast<std::size_t>(GetWindowTextLengthA(item)) + 1, '\0');
-    text.resize(static_cast<std::size_t>(std::max(0, GetWindowTextA(item, text.data(), static_cast<int>(text.size())))));
+    const int got = GetWindowTextA(item, text.data(), static_cast<int>(text.size()));
+    text.resize(static_cast<std::size_t>(std::max(0, got)));
     return text;
 }
 
@@ -99,7 +100,8 @@ bool AddColumnCommand(HWND dialog, AddColumnRequest &request, int id, int notifi
     if (id != IDOK) return NameChanged(dialog, id, notification);
     HWND types = GetDlgItem(dialog, IDC_ADD_COLUMN_TYPE);
     const LRESULT index = SendMessageA(types, CB_GETCURSEL, 0, 0);
-    const int code = index < 0 ? 0 : static_cast<int>(SendMessageA(types, CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
+    const int code =
+        index < 0 ? 0 : static_cast<int>(SendMessageA(types, CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
     BOOL read = FALSE;
     const UINT length = GetDlgItemInt(dialog, IDC_ADD_COLUMN_LENGTH, &read, FALSE);
     const int given = read && length <= 0x7FFFFFFF ? static_cast<int>(length) : 0;
@@ -136,7 +138,8 @@ std::vector<std::string> ListTexts(HWND list) {
     std::vector<std::string> texts;
     const int count = static_cast<int>(SendMessageA(list, LB_GETCOUNT, 0, 0));
     for (int i = 0; i < count; ++i) {
-        std::string text(static_cast<std::size_t>(std::max<LRESULT>(0, SendMessageA(list, LB_GETTEXTLEN, i, 0))) + 1, '\0');
+        const LRESULT length = SendMessageA(list, LB_GETTEXTLEN, i, 0);
+        std::string text(static_cast<std::size_t>(std::max<LRESULT>(0, length)) + 1, '\0');
         const LRESULT got = SendMessageA(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(text.data()));
         text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
         texts.push_back(text);
@@ -167,7 +170,8 @@ void MoveEntry(HWND dialog, int from, int to, int at) {
     const int left = Count(dialog, from);
     if (left > 0) SendDlgItemMessageA(dialog, from, LB_SETCURSEL, static_cast<WPARAM>(std::min(index, left - 1)), 0);
     const LRESULT placed =
-        SendDlgItemMessageA(dialog, to, LB_INSERTSTRING, static_cast<WPARAM>(at), reinterpret_cast<LPARAM>(text.c_str()));
+        SendDlgItemMessageA(dialog, to, LB_INSERTSTRING, static_cast<WPARAM>(at),
+                            reinterpret_cast<LPARAM>(text.c_str()));
     if (placed >= 0) SendDlgItemMessageA(dialog, to, LB_SETCURSEL, static_cast<WPARAM>(placed), 0);
 }
 
@@ -191,7 +195,8 @@ void InitPrimaryKey(HWND dialog, PrimaryKeyRequest &request) {
         SendDlgItemMessageA(dialog, chosen ? IDC_ADD_KEY_COLUMNS : IDC_ADD_KEY_CANDIDATES, LB_ADDSTRING, 0,
                             reinterpret_cast<LPARAM>(name.c_str()));
     }
-    if (Count(dialog, IDC_ADD_KEY_CANDIDATES) > 0) SendDlgItemMessageA(dialog, IDC_ADD_KEY_CANDIDATES, LB_SETCURSEL, 0, 0);
+    if (Count(dialog, IDC_ADD_KEY_CANDIDATES) > 0)
+        SendDlgItemMessageA(dialog, IDC_ADD_KEY_CANDIDATES, LB_SETCURSEL, 0, 0);
     UpdateKeyButtons(dialog);
 }
 
@@ -260,7 +265,8 @@ bool AskForAutoIncrementColumn(HWND owner, AutoIncrementRequest &request) {
 }
 
 bool AskForPrimaryKey(HWND owner, PrimaryKeyRequest &request) {
-    return LibraryDialogBox(&AddPk_Dialog_Callback, IDD_ADD_PRIMARY_KEY, owner, reinterpret_cast<LPARAM>(&request)) == 1;
+    return LibraryDialogBox(&AddPk_Dialog_Callback, IDD_ADD_PRIMARY_KEY, owner,
+                            reinterpret_cast<LPARAM>(&request)) == 1;
 }
 
 } // namespace kodbc::tabledesign

@@ -69,15 +69,8 @@ Texts Rows(HWND list) {
     const int columns = static_cast<int>(SendMessageA(ListView_GetHeader(list), HDM_GETITEMCOUNT, 0, 0));
     for (int row = 0; row < count; ++row) {
         std::string line;
-        for (int column = 0; column < columns; ++column) {
-            char text[300] = {};
-            LVITEMA item = {};
-            item.iSubItem = column;
-            item.pszText = text;
-            item.cchTextMax = sizeof text;
-            SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-            line += (column ? "|" : "") + std::string(text);
-        }
+        for (int column = 0; column < columns; ++column)
+            line += (column ? "|" : "") + wintest::ListViewCell(list, row, column);
         rows.push_back(line);
     }
     return rows;
@@ -111,7 +104,8 @@ void Select(HWND list, const std::vector<int> &rows) {
     item.stateMask = LVIS_SELECTED;
     SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
     item.state = LVIS_SELECTED;
-    for (int row : rows) SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    for (int row : rows)
+        SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
 bool Enabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)) != FALSE; }
@@ -327,7 +321,8 @@ TEST_P(TableAdminKeyTest, CreatesTheKeyInTheChosenOrderAndDropsItAsTheServerAllo
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, TableAdminKeyTest,
-                         ::testing::Values(ServerCase{"kodbc_pg", true, "b, a"}, ServerCase{"kodbc_maria", false, "a, b"}),
+                         ::testing::Values(ServerCase{"kodbc_pg", true, "b, a"},
+                                           ServerCase{"kodbc_maria", false, "a, b"}),
                          [](const ::testing::TestParamInfo<ServerCase> &info) {
                              return std::string(info.param.dsn + 6);  // "pg", "maria"
                          });
