@@ -15,6 +15,7 @@
 #include "kodbc_exec.h"
 #include "kodbc_select.h"
 #include "kodbc_seldesc.h"
+#include "kodbc_selfact.h"
 #include "kodbc_tableops.h"
 #include "kodbc_systable.h"
 #include "kodbc_wizards.h"
