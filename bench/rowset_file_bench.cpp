@@ -1,6 +1,7 @@
-// Result set to file: OdbcEh_SelectRowSetToFile against a raw SQLFetch +
-// SQLGetData loop that writes through the same buffered file, on a SQLite
-// table of N rows of 8 mixed columns. Each measurement runs in its own
+// Result set to file: OdbcEh_SelectRowSetToFile, and the export wizard's
+// writer (Kodbc_ExportTable: a count first, then every value converted for
+// display), against a raw SQLFetch + SQLGetData loop that writes through
+// the same buffered file, on a SQLite table of N rows of 8 mixed columns. Each measurement runs in its own
 // child process, so the peak resident size reported is that run's alone.
 //
 //   kodbc_bench_rowset_file [rows ...]     (default: 10000 100000 1000000)
@@ -69,7 +70,10 @@ void Fill(long rows) {
     }
 }
 
-// The baseline: the same calls a hand-written transfer makes.
+// The baseline: the same calls a hand-written transfer makes, with the
+// buffer size of the transfer it is compared with (the SQLite driver fills
+// the whole buffer on every SQLGetData, so the size counts).
+template <std::size_t BufferSize>
 long RawTransfer(SQLHDBC hdbc, const char *fileName) {
     SQLHSTMT stmt = nullptr;
     SQLAllocStmt(hdbc, &stmt);
@@ -78,7 +82,7 @@ long RawTransfer(SQLHDBC hdbc, const char *fileName) {
     SQLNumResultCols(stmt, &columns);
     kodbc::ResultFile file;
     if (!file.create(fileName)) return -1;
-    char value[4999];
+    static char value[BufferSize];
     long lines = 0;
     while (SQL_SUCCEEDED(SQLFetch(stmt))) {
         if (lines) file.write('\n');
@@ -102,6 +106,15 @@ long LibraryTransfer(SQLHDBC hdbc, const char *fileName) {
                : -1;
 }
 
+long ExportTransfer(SQLHDBC hdbc, const char *fileName) {
+    KodbcExportOptions options = {};
+    options.flags = KODBC_EXPORT_NO_HEADER;
+    long lines = 0;
+    return Kodbc_ExportTable(hdbc, kTable, nullptr, &options, fileName, &lines) == KODBC_SUCCESS ? lines : -1;
+}
+
+enum class Transfer { Raw, RowSet, RawExportBuffer, Export };
+
 struct Measurement {
     double seconds = 0;
     long lines = 0;
@@ -109,7 +122,7 @@ struct Measurement {
 };
 
 // One transfer in a child process: its time, lines and peak resident size.
-Measurement Measure(bool library, const char *fileName, const std::string &dsn = Dsn()) {
+Measurement Measure(Transfer transfer, const char *fileName, const std::string &dsn = Dsn()) {
     int pipeFds[2];
     if (pipe(pipeFds) != 0) std::exit(1);
     pid_t child = fork();
@@ -118,7 +131,12 @@ Measurement Measure(bool library, const char *fileName, const std::string &dsn =
         Measurement m;
         Connection c(dsn);
         auto start = std::chrono::steady_clock::now();
-        m.lines = library ? LibraryTransfer(c.hdbc, fileName) : RawTransfer(c.hdbc, fileName);
+        switch (transfer) {
+        case Transfer::Raw: m.lines = RawTransfer<4999>(c.hdbc, fileName); break;
+        case Transfer::RowSet: m.lines = LibraryTransfer(c.hdbc, fileName); break;
+        case Transfer::RawExportBuffer: m.lines = RawTransfer<10000>(c.hdbc, fileName); break;
+        case Transfer::Export: m.lines = ExportTransfer(c.hdbc, fileName); break;
+        }
         m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         if (write(pipeFds[1], &m, sizeof m) != sizeof m) _exit(1);
         _exit(0);
@@ -148,26 +166,33 @@ int main(int argc, char **argv) {
     if (sizes.empty()) sizes = {10000, 100000, 1000000};
 
     std::string fileName = "/tmp/kodbc_bench_rowset_" + std::to_string(getpid()) + ".txt";
-    std::printf("%10s %14s %14s %7s %12s %12s %s\n", "rows", "raw rows/s", "kodbc rows/s", "ratio", "raw peak KiB",
-                "kodbc peak KiB", privateSqlite ? " kodbc peak KiB, whole result held" : "");
+    std::printf("%10s %14s %14s %7s %14s %14s %7s %12s %12s %12s %s\n", "rows", "raw rows/s", "kodbc rows/s", "ratio",
+                "raw 10000 r/s", "export rows/s", "ratio", "raw peak KiB", "kodbc peak KiB", "export KiB",
+                privateSqlite ? " kodbc peak KiB, whole result held" : "");
     for (long rows : sizes) {
         Fill(rows);
         // Best of a few runs each, alternating, so both see the same caches.
-        Measurement raw, lib;
+        Measurement raw, lib, rawWide, exp;
         for (int run = 0; run < kRuns; ++run) {
-            Measurement r = Measure(false, fileName.c_str());
-            Measurement l = Measure(true, fileName.c_str());
-            if (r.lines != rows || l.lines != rows) {
-                std::fprintf(stderr, "transfer failed (%ld / %ld lines of %ld)\n", r.lines, l.lines, rows);
+            Measurement r = Measure(Transfer::Raw, fileName.c_str());
+            Measurement l = Measure(Transfer::RowSet, fileName.c_str());
+            Measurement w = Measure(Transfer::RawExportBuffer, fileName.c_str());
+            Measurement e = Measure(Transfer::Export, fileName.c_str());
+            if (r.lines != rows || l.lines != rows || w.lines != rows || e.lines != rows) {
+                std::fprintf(stderr, "transfer failed (%ld / %ld / %ld lines of %ld)\n", r.lines, l.lines, e.lines,
+                             rows);
                 return 1;
             }
             if (run == 0 || r.seconds < raw.seconds) raw = r;
             if (run == 0 || l.seconds < lib.seconds) lib = l;
+            if (run == 0 || w.seconds < rawWide.seconds) rawWide = w;
+            if (run == 0 || e.seconds < exp.seconds) exp = e;
         }
-        double rawRate = rows / raw.seconds, libRate = rows / lib.seconds;
-        std::printf("%10ld %14.0f %14.0f %7.3f %12ld %12ld", rows, rawRate, libRate, libRate / rawRate, raw.peakKiB,
-                    lib.peakKiB);
-        if (privateSqlite) std::printf(" %12ld", Measure(true, fileName.c_str(), kWholeResultDsn).peakKiB);
+        double rawRate = rows / raw.seconds, libRate = rows / lib.seconds, wideRate = rows / rawWide.seconds,
+               expRate = rows / exp.seconds;
+        std::printf("%10ld %14.0f %14.0f %7.3f %14.0f %14.0f %7.3f %12ld %12ld %12ld", rows, rawRate, libRate,
+                    libRate / rawRate, wideRate, expRate, expRate / wideRate, raw.peakKiB, lib.peakKiB, exp.peakKiB);
+        if (privateSqlite) std::printf(" %12ld", Measure(Transfer::RowSet, fileName.c_str(), kWholeResultDsn).peakKiB);
         std::printf("\n");
         std::fflush(stdout);
     }
