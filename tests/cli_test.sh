@@ -119,7 +119,12 @@ expect "import: an exported file with no options" 0 "^2 Datensätze importiert$"
 expect "import: the table is named after the file" 0 "^1	2.5	Größe$" "$kodbc" sql kodbc_sqlite "SELECT nr, preis, name FROM cli_imp ORDER BY nr"
 expect "import: from a table, dry run" 0 "^INSERT INTO cli_im (nr,name) VALUES (1,'Größe')$" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_ex --table cli_im --skip preis --dry-run
 expect "import: unknown field"  1 ""               "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --table cli_im --skip nix
-expect "import: not yet SDI"    2 ""               "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --kind sdi
+expect "import: a text file is no SDI file" 1 ""  "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --kind sdi
+printf 'SDI\r\nx\r\nx\r\nx\r\n2\r\nADR.NAME\r\nADR.PLZ FORMAT=NG5\r\n\r\nM\201ller\t12345\r\n' >"$out.d/cli_sdi.sdi"
+expect "import: an SDI file, dry run" 0 "^INSERT INTO cli_sdi (NAME,PLZ) VALUES ('Müller',12345)$" "$kodbc" import kodbc_sqlite "$out.d/cli_sdi.sdi" --kind sdi --dry-run
+printf 'Kopf\r\n1,1\r\n1,C,Ort,C20\r\n K\224ln \r\n' >"$out.d/cli_sel.sel"
+expect "import: a SEL file, dry run" 0 "^INSERT INTO cli_sel (Ort) VALUES ('Köln')$" "$kodbc" import kodbc_sqlite "$out.d/cli_sel.sel" --kind sel --dry-run
+expect "import: a selection file is no table" 2 "" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_ex --table cli_im --kind sel
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_imp" >/dev/null 2>&1
 rm -rf "$out.d"
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ex" >/dev/null 2>&1

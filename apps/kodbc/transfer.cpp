@@ -143,16 +143,20 @@ int ExportTable(const Login &login, const ExportRequest &request) {
 }
 
 int ImportData(const Login &login, const ImportRequest &request) {
-    if (request.kind == "sdi" || request.kind == "sel") {
-        Error("--kind " + request.kind + ": der Import von Selektionsdateien ist noch nicht verfügbar");
-        return kExitUsage;
-    }
-    if (request.kind != "text") {
+    const int kind = request.kind == "text" ? KODBC_IMPORT_KIND_TEXT
+                     : request.kind == "sdi" ? KODBC_IMPORT_KIND_SDI
+                     : request.kind == "sel" ? KODBC_IMPORT_KIND_SEL
+                                             : -1;
+    if (kind < 0) {
         Error("--kind: text, sdi oder sel");
         return kExitUsage;
     }
     if (request.file.empty() == request.from.empty()) {
         Error("entweder eine Datei oder --from DATENQUELLE:TABELLE");
+        return kExitUsage;
+    }
+    if (kind != KODBC_IMPORT_KIND_TEXT && !request.from.empty()) {
+        Error("--kind " + request.kind + " liest eine Datei, keine Tabelle");
         return kExitUsage;
     }
     std::string sourceDsn, sourceTable;
@@ -169,6 +173,7 @@ int ImportData(const Login &login, const ImportRequest &request) {
     if (!ParseTextFormat(request.delimiter, request.decimalMark, request.brackets, options)) return kExitUsage;
     options.flags = (request.ascii ? KODBC_IMPORT_ASCII : 0) | (request.numberedNames ? KODBC_IMPORT_NUMBERED_NAMES : 0) |
                     (request.dryRun ? KODBC_IMPORT_DRY_RUN : 0);
+    options.kind = kind;
     std::map<std::string, KodbcImportField> choices;
     std::deque<std::string> texts;  // the choices point into it
     if (!CollectImportFields(request, choices, texts)) return kExitUsage;

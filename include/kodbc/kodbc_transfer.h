@@ -117,6 +117,11 @@ KODBC_API INT_PTR KODBC_CALL EditExportFieldDialogCallback(HWND dialog, UINT mes
 #define KODBC_IMPORT_FILE_CONTENT   0x4 /* the value names a file whose content is imported */
 #define KODBC_IMPORT_FILE_MESSAGE   0x8 /* tell when such a file cannot be opened */
 
+/* Kinds of file of Kodbc_ImportTextFile (KodbcImportOptions.kind). */
+#define KODBC_IMPORT_KIND_TEXT      0   /* a delimited text file */
+#define KODBC_IMPORT_KIND_SDI       1   /* a Windows selection file (.sdi) */
+#define KODBC_IMPORT_KIND_SEL       2   /* an older selection file (.sel) */
+
 /* Results of Kodbc_ImportTextFile and Kodbc_ImportTable besides 1 and 2. */
 #define KODBC_IMPORT_CANCELLED      3
 #define KODBC_IMPORT_NO_SUCH_FIELD  4
@@ -140,6 +145,7 @@ typedef struct KodbcImportOptions {
     int flags;                  /* KODBC_IMPORT_ASCII, _NUMBERED_NAMES, _DRY_RUN */
     const KodbcImportField *fields; /* changes to the discovered fields (may be null) */
     int fieldCount;
+    int kind;                   /* KODBC_IMPORT_KIND_TEXT, _SDI, _SEL */
 } KodbcImportOptions;
 
 typedef struct KodbcImportResult {
@@ -178,6 +184,18 @@ typedef struct KodbcImportResult {
 ** shown), a field list the checks refuse (3801 to 3804 shown), a type
 ** outside the data-type table, or a statement that was refused or failed
 ** (shown; records inserted before stay).
+**
+** options->kind KODBC_IMPORT_KIND_SDI or _SEL reads one of the family's
+** selection files (OEM code page) instead; the text-format members of
+** options are then not used, and a file that does not follow the layout
+** of its kind gives 2 with 3810 (SDI) or 3811 (SEL) shown. An SDI file's
+** fields come from its field lines (types from their FORMAT words), its
+** records are its tab-separated lines after the header; with the
+** contact-field conversion switched on in the settings, fields named
+** prefix + one or two digits are not imported and the kinds of contact
+** they name become fields of their own. A SEL file's fields come from its
+** field lines, and each record is one line per field, at most as many
+** records as its second line announces. Any other kind gives 2.
 */
 KODBC_API int KODBC_CALL Kodbc_ImportTextFile(SQLHDBC hdbc, const char *table, const char *fileName,
                                               const KodbcImportOptions *options, KodbcImportResult *result);

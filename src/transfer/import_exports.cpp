@@ -135,19 +135,42 @@ extern "C" KODBC_API int KODBC_CALL Kodbc_ImportTextFile(SQLHDBC hdbc, const cha
     try {
         const KodbcImportOptions defaults = {};
         const KodbcImportOptions &chosen = options ? *options : defaults;
-        const ImportTextFormat format = TextFormatOf(chosen);
+        const std::string name = table && *table ? std::string(table) : TableNameOf(fileName);
         ImportFieldList fields;
-        if (!DiscoverTextFields(fileName, format, fields)) return KODBC_FAILURE;
-        if (fields.empty()) {
-            LibraryMessage(msg::IMPORT_NO_FIELDS, fileName);
+        switch (chosen.kind) {
+        case KODBC_IMPORT_KIND_TEXT: {
+            const ImportTextFormat format = TextFormatOf(chosen);
+            if (!DiscoverTextFields(fileName, format, fields)) return KODBC_FAILURE;
+            if (fields.empty()) {
+                LibraryMessage(msg::IMPORT_NO_FIELDS, fileName);
+                return KODBC_FAILURE;
+            }
+            return RunImport(hdbc, name, fields, chosen, result,
+                             [&](ImportRecordWriter &writer, wizards::WizardProgress &progress, long most,
+                                 ImportCounts &counts) {
+                                 return ImportTextRecords(fileName, format, fields, writer, progress, most, counts);
+                             });
+        }
+        case KODBC_IMPORT_KIND_SDI: {
+            ContactConversion conversion = ReadContactConversion();
+            if (!DiscoverSdiFields(fileName, fields, conversion)) return KODBC_FAILURE;
+            return RunImport(hdbc, name, fields, chosen, result,
+                             [&](ImportRecordWriter &writer, wizards::WizardProgress &progress, long most,
+                                 ImportCounts &counts) {
+                                 return ImportSdiRecords(fileName, fields, conversion, writer, progress, most,
+                                                         counts);
+                             });
+        }
+        case KODBC_IMPORT_KIND_SEL:
+            if (!DiscoverSelFields(fileName, fields)) return KODBC_FAILURE;
+            return RunImport(hdbc, name, fields, chosen, result,
+                             [&](ImportRecordWriter &writer, wizards::WizardProgress &progress, long most,
+                                 ImportCounts &counts) {
+                                 return ImportSelRecords(fileName, fields, writer, progress, most, counts);
+                             });
+        default:
             return KODBC_FAILURE;
         }
-        const std::string name = table && *table ? std::string(table) : TableNameOf(fileName);
-        return RunImport(hdbc, name, fields, chosen, result,
-                         [&](ImportRecordWriter &writer, wizards::WizardProgress &progress, long most,
-                             ImportCounts &counts) {
-                             return ImportTextRecords(fileName, format, fields, writer, progress, most, counts);
-                         });
     } catch (...) {
         LibraryMessage(msg::OUT_OF_MEMORY);
         return KODBC_FAILURE;

@@ -3,6 +3,7 @@
 #include "catalog/catalog_internal.h"
 #include "internal/execution.h"
 #include "internal/library.h"
+#include "transfer/import_selection_files.h"
 #include "transfer/import_values.h"
 
 #include <korvel/korvel32.h>
@@ -25,26 +26,6 @@ constexpr int kTableTextSize = 300;
 // writes them; the conversions below take both.
 constexpr char kTableDecimalMark = '.';
 
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
-
-File OpenSource(const char *fileName) {
-    File file(fileName ? std::fopen(fileName, "rb") : nullptr, std::fclose);
-    if (!file) LibraryMessage(msg::IMPORT_FILE_OPEN_ERROR, fileName ? fileName : "");
-    return file;
-}
-
-// An OEM line in the ANSI code page; a character may grow on the way.
-std::string_view ToAnsi(std::string_view line, std::string &buffer) {
-    const std::string oem(line);
-    buffer.resize(oem.size() * 3 + 1);
-    const int length = Korvel_OemToAnsi(oem.c_str(), buffer.data(), static_cast<int>(buffer.size()));
-    return std::string_view(buffer.data(), static_cast<std::size_t>(length));
-}
-
-bool TakesTextValues(const ImportField &field) {
-    return field.sourceType == KODBC_TYPE_FIXED_TEXT || field.sourceType == KODBC_TYPE_VAR_TEXT;
-}
-
 bool IsTextType(int type) {
     return type == KODBC_TYPE_FIXED_TEXT || type == KODBC_TYPE_VAR_TEXT || type == KODBC_TYPE_LONG_TEXT;
 }
@@ -61,56 +42,46 @@ bool ImportRecordWriter::Write(const ImportFieldList &fields) {
     return dryRun_ || runner_.Run(sql_.get());
 }
 
-bool DiscoverTextFields(const char *fileName, const ImportTextFormat &format, ImportFieldList &fields) {
-    fields.clear();
-    File file = OpenSource(fileName);
-    if (!file) return false;
-    LineReader reader(file.get());
-    std::string_view line;
-    if (!reader.Next(line)) return !reader.Error();
-    std::string ansi;
-    FieldsFromNameLine(format.ascii ? ToAnsi(line, ansi) : line, format, fields);
-    return true;
+ImportFile OpenImportFile(const char *fileName) {
+    ImportFile file(fileName ? std::fopen(fileName, "rb") : nullptr, std::fclose);
+    if (!file) LibraryMessage(msg::IMPORT_FILE_OPEN_ERROR, fileName ? fileName : "");
+    return file;
 }
 
-bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, ImportFieldList &fields,
-                       ImportRecordWriter &writer, wizards::WizardProgress &progress, long maxRecords,
-                       ImportCounts &counts) {
-    counts = ImportCounts();
-    File file = OpenSource(fileName);
-    if (!file) return false;
-    LineReader reader(file.get());
-    std::string_view line;
-    if (format.namesInFirstLine) reader.Next(line);
+long CountRecordLines(LineReader &reader, const char *fileName) {
     const long start = reader.Offset();
     long lines = 0;
+    std::string_view line;
     while (reader.Next(line))
         if (!line.empty()) ++lines;
     if (reader.Error() || !reader.Rewind(start)) {
         LibraryMessage(msg::IMPORT_FILE_OPEN_ERROR, fileName);
-        return false;
+        return -1;
     }
-    counts.expected = std::min(lines, maxRecords);
+    return lines;
+}
 
-    const std::string folder = FolderOf(fileName);
-    const char delimiter = format.Delimiter(), mark = format.DecimalMark();
-    std::vector<std::string> values;
-    std::string ansi;
+bool SetRecordValues(ImportFieldList &fields, const std::vector<std::string> &values, std::size_t count,
+                     char decimalMark, const std::string &folder, bool textSourcesOnly) {
+    for (std::size_t i = 0; i < count && i < fields.size(); ++i) {
+        const int source = fields[i].sourceType;
+        if (textSourcesOnly && source != KODBC_TYPE_FIXED_TEXT && source != KODBC_TYPE_VAR_TEXT) continue;
+        if (!SetImportValue(fields[i], values[i], decimalMark, folder)) {
+            LibraryMessage(msg::OUT_OF_MEMORY);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool WriteRecords(ImportFieldList &fields, ImportRecordWriter &writer, wizards::WizardProgress &progress,
+                  ImportCounts &counts, const std::function<RecordRead()> &readRecord) {
     bool failed = false;
     progress.Start(counts.expected);
     for (long n = 1; n <= counts.expected; ++n) {
-        if (!reader.Next(line)) break;
-        const std::size_t found = SplitLine(format.ascii ? ToAnsi(line, ansi) : line, delimiter, format.leftBracket,
-                                            format.rightBracket, values);
-        for (std::size_t i = 0; i < found && i < fields.size(); ++i) {
-            if (!TakesTextValues(fields[i])) continue;
-            if (!SetImportValue(fields[i], values[i], mark, folder)) {
-                LibraryMessage(msg::OUT_OF_MEMORY);
-                failed = true;
-                break;
-            }
-        }
-        if (failed || !writer.Write(fields)) {
+        const RecordRead read = readRecord();
+        if (read == RecordRead::End) break;
+        if (read == RecordRead::Failed || !writer.Write(fields)) {
             failed = true;
             break;
         }
@@ -124,6 +95,43 @@ bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, Imp
     progress.Finish();
     ClearImportValues(fields);
     return !failed;
+}
+
+bool DiscoverTextFields(const char *fileName, const ImportTextFormat &format, ImportFieldList &fields) {
+    fields.clear();
+    ImportFile file = OpenImportFile(fileName);
+    if (!file) return false;
+    LineReader reader(file.get());
+    std::string_view line;
+    if (!reader.Next(line)) return !reader.Error();
+    std::string ansi;
+    FieldsFromNameLine(format.ascii ? OemLineToAnsi(line, ansi) : line, format, fields);
+    return true;
+}
+
+bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, ImportFieldList &fields,
+                       ImportRecordWriter &writer, wizards::WizardProgress &progress, long maxRecords,
+                       ImportCounts &counts) {
+    counts = ImportCounts();
+    ImportFile file = OpenImportFile(fileName);
+    if (!file) return false;
+    LineReader reader(file.get());
+    std::string_view line;
+    if (format.namesInFirstLine) reader.Next(line);
+    const long lines = CountRecordLines(reader, fileName);
+    if (lines < 0) return false;
+    counts.expected = std::min(lines, maxRecords);
+
+    const std::string folder = FolderOf(fileName);
+    const char delimiter = format.Delimiter(), mark = format.DecimalMark();
+    std::vector<std::string> values;
+    std::string ansi;
+    return WriteRecords(fields, writer, progress, counts, [&] {
+        if (!reader.Next(line)) return RecordRead::End;
+        const std::size_t found = SplitLine(format.ascii ? OemLineToAnsi(line, ansi) : line, delimiter,
+                                            format.leftBracket, format.rightBracket, values);
+        return SetRecordValues(fields, values, found, mark, folder, true) ? RecordRead::Read : RecordRead::Failed;
+    });
 }
 
 bool DiscoverTableFields(SQLHDBC source, const char *table, ImportFieldList &fields) {
@@ -164,45 +172,30 @@ bool ImportTableRecords(SQLHDBC source, const char *table, ImportFieldList &fiel
                   SQLUSMALLINT{SQL_COLUMN_TYPE}, nullptr, SQLSMALLINT{0}, nullptr, &sqlTypes[c]);
 
     auto text = std::make_unique<char[]>(kValueSize);
-    bool failed = false;
-    progress.Start(counts.expected);
-    while (counts.written < counts.expected && !failed) {
+    return WriteRecords(fields, writer, progress, counts, [&] {
         SQLRETURN rc = KODBC_SQL(SQLFetch, statement.get());
-        if (rc == SQL_NO_DATA) break;
+        if (rc == SQL_NO_DATA) return RecordRead::End;
         if (!odbc::succeeded(rc)) {
             ReportStatementError(statement.get(), rc, sql.c_str(), nullptr);
-            failed = true;
-            break;
+            return RecordRead::Failed;
         }
-        for (std::size_t c = 0; c < columns.size() && !failed; ++c) {
+        for (std::size_t c = 0; c < columns.size(); ++c) {
             SQLLEN indicator = 0;
             rc = KODBC_SQL(SQLGetData, statement.get(), static_cast<SQLUSMALLINT>(c + 1), SQLSMALLINT{SQL_C_CHAR},
                            text.get(), SQLLEN{kValueSize}, &indicator);
             if (!odbc::succeeded(rc)) {
                 ReportStatementError(statement.get(), rc, sql.c_str(), nullptr);
-                failed = true;
-            } else if (indicator != SQL_NULL_DATA) {
-                Kodbc_OdbcDataToString(text.get(), kValueSize, static_cast<int>(sqlTypes[c]), kTableDecimalMark);
-                if (!SetImportValue(fields[columns[c]], text.get(), kTableDecimalMark, std::string())) {
-                    LibraryMessage(msg::OUT_OF_MEMORY);
-                    failed = true;
-                }
+                return RecordRead::Failed;
+            }
+            if (indicator == SQL_NULL_DATA) continue;
+            Kodbc_OdbcDataToString(text.get(), kValueSize, static_cast<int>(sqlTypes[c]), kTableDecimalMark);
+            if (!SetImportValue(fields[columns[c]], text.get(), kTableDecimalMark, std::string())) {
+                LibraryMessage(msg::OUT_OF_MEMORY);
+                return RecordRead::Failed;
             }
         }
-        if (failed || !writer.Write(fields)) {
-            failed = true;
-            break;
-        }
-        ++counts.written;
-        ClearImportValues(fields);
-        if (progress.Step(counts.written)) {
-            counts.cancelled = true;
-            break;
-        }
-    }
-    progress.Finish();
-    ClearImportValues(fields);
-    return !failed;
+        return RecordRead::Read;
+    });
 }
 
 } // namespace kodbc::transfer

@@ -7,8 +7,12 @@
 
 #include "transfer/import_statements.h"
 #include "transfer/import_text.h"
+#include "transfer/import_selection_files.h"
 #include "wizards/wizard_progress.h"
 
+#include <cstdio>
+#include <functional>
+#include <memory>
 #include <string>
 
 namespace kodbc::transfer {
@@ -37,6 +41,31 @@ struct ImportCounts {
     bool cancelled = false;  // the user stopped; what was written stays
 };
 
+// A source file opened for binary reading; null after 3800 was shown.
+using ImportFile = std::unique_ptr<std::FILE, int (*)(std::FILE *)>;
+ImportFile OpenImportFile(const char *fileName);
+
+// The non-empty lines from where reader stands to the end, which it then
+// goes back to; -1 after a read error (3800 shown).
+long CountRecordLines(LineReader &reader, const char *fileName);
+
+// Value n to field n for the first count values (at most one per field);
+// with textSourcesOnly only fields whose source is text take one. False
+// when out of memory (shown).
+bool SetRecordValues(ImportFieldList &fields, const std::vector<std::string> &values, std::size_t count,
+                     char decimalMark, const std::string &folder, bool textSourcesOnly);
+
+// What a source's reader made of its next record.
+enum class RecordRead { Read, End, Failed };
+
+// The loop every source shares: the progress runs from 1 to
+// counts.expected; readRecord gives the fields their values, then the
+// record is written and the values cleared, until the expected number, the
+// source's end, a failure, or the user's cancel. True unless a record could
+// not be read or written.
+bool WriteRecords(ImportFieldList &fields, ImportRecordWriter &writer, wizards::WizardProgress &progress,
+                  ImportCounts &counts, const std::function<RecordRead()> &readRecord);
+
 // The fields of a text file from its first line (converted from the OEM
 // code page for ASCII files). False when the file cannot be opened (3800
 // shown); an empty first line gives no field.
@@ -62,5 +91,35 @@ bool DiscoverTableFields(SQLHDBC source, const char *table, ImportFieldList &fie
 // dates as the export writes them) and writes each as above.
 bool ImportTableRecords(SQLHDBC source, const char *table, ImportFieldList &fields, ImportRecordWriter &writer,
                         wizards::WizardProgress &progress, long maxRecords, ImportCounts &counts);
+
+// The fields of an SDI file, with the contact-field conversion's keyword
+// fields when conversion (read from the settings by the caller) is on and
+// the file has prefixed fields; otherwise conversion is switched off. False
+// when the file cannot be opened (3800) or does not follow the layout
+// (3810 shown).
+bool DiscoverSdiFields(const char *fileName, ImportFieldList &fields, ContactConversion &conversion);
+
+// The contact-field conversion's settings as the user left them
+// (TelFaxConverter, FieldnamePrefix, ContentsPrefix, FieldnameKeywords).
+ContactConversion ReadContactConversion();
+
+// Reads an SDI file's records: skips the header, counts the non-empty
+// lines after it and reads that many lines, at most maxRecords, as the
+// text-file run does; values are tab-separated OEM text, value n goes to
+// field n of the file's fields (the keyword fields take none), then the
+// contact conversion runs. Results as ImportTextRecords.
+bool ImportSdiRecords(const char *fileName, ImportFieldList &fields, const ContactConversion &conversion,
+                      ImportRecordWriter &writer, wizards::WizardProgress &progress, long maxRecords,
+                      ImportCounts &counts);
+
+// The fields of a SEL file. False when the file cannot be opened (3800) or
+// does not follow the layout (3811 shown).
+bool DiscoverSelFields(const char *fileName, ImportFieldList &fields);
+
+// Reads a SEL file's records, at most as many as its second line
+// announces and maxRecords: one line per field each; a file that ends
+// inside a record ends the import there. Results as ImportTextRecords.
+bool ImportSelRecords(const char *fileName, ImportFieldList &fields, ImportRecordWriter &writer,
+                      wizards::WizardProgress &progress, long maxRecords, ImportCounts &counts);
 
 } // namespace kodbc::transfer

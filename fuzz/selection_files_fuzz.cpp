@@ -1,0 +1,96 @@
+// Fuzzes the selection files' readers: the SDI header with its field lines
+// and FORMAT words, the SEL header with its counts and field lines and its
+// records, and the contact-field conversion over what an SDI file holds.
+//
+// Input: byte 0 the kind (bit 0: SEL, else SDI), the rest the file.
+#include "fuzz_support.h"
+
+#include "transfer/import_selection_files.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <set>
+#include <string>
+
+namespace {
+
+using fuzz::Check;
+using namespace kodbc::transfer;
+
+void CheckUnique(const ImportFieldList &fields) {
+    std::set<std::string> names;
+    for (const ImportField &field : fields) {
+        Check(!field.targetName.empty() && names.insert(field.targetName).second);
+        Check(field.targetName.find('.') == std::string::npos || field.targetName.find('_') != std::string::npos);
+        Check(field.targetLength == kDefaultImportLength);
+    }
+}
+
+void Sdi(LineReader &reader) {
+    ImportFieldList fields;
+    if (!ReadSdiHeader(reader, fields)) return;
+    Check(!fields.empty());
+    CheckUnique(fields);
+    for (const ImportField &field : fields)
+        Check(field.targetType == KODBC_TYPE_VAR_TEXT || field.targetType == KODBC_TYPE_INTEGER ||
+              field.targetType == KODBC_TYPE_FLOAT || field.targetType == KODBC_TYPE_DATETIME);
+
+    const std::size_t fileFields = fields.size();
+    ContactConversion conversion;
+    conversion.on = true;
+    conversion.keywords = SplitKeywords("Telefon,Handy,Telefax,eMail,Telefon_Privat");
+    AddContactFields(fields, conversion);
+    Check(fields.size() == fileFields + (conversion.on ? conversion.keywords.size() : 0));
+    for (std::size_t i = 0; i < fileFields; ++i) {
+        const bool prefixed = !PrefixedNumber(fields[i].sourceName, conversion.namePrefix).empty() ||
+                              !PrefixedNumber(fields[i].sourceName, conversion.contentsPrefix).empty();
+        Check(fields[i].imported == !prefixed);
+        Check(!prefixed || conversion.on);
+    }
+
+    // The records, as the run hands them on, through the conversion.
+    std::string_view line;
+    std::vector<std::string> values;
+    std::string ansi;
+    while (reader.Next(line)) {
+        const std::size_t count = SplitLine(OemLineToAnsi(line, ansi), '\t', 0, 0, values);
+        ClearImportValues(fields);
+        for (std::size_t i = 0; i < count && i < fileFields; ++i)
+            if (!values[i].empty()) fields[i].value = values[i];
+        ConvertContacts(fields, conversion);
+        for (std::size_t i = fileFields; i < fields.size(); ++i) {
+            if (!fields[i].value) continue;
+            bool fromFile = false;
+            for (std::size_t j = 0; j < fileFields; ++j) fromFile = fromFile || fields[j].value == fields[i].value;
+            Check(fromFile);
+        }
+    }
+}
+
+void Sel(LineReader &reader) {
+    ImportFieldList fields;
+    long records = 0;
+    if (!ReadSelHeader(reader, fields, records)) return;
+    Check(!fields.empty());
+    CheckUnique(fields);
+    std::vector<std::string> values;
+    while (ReadSelRecord(reader, fields.size(), values)) {
+        Check(values.size() == fields.size());
+        for (const std::string &value : values)
+            Check(value.empty() || (value.front() != ' ' && value.back() != ' '));
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    if (size < 1) return 0;
+    const std::string bytes(reinterpret_cast<const char *>(data + 1), size - 1);
+    std::FILE *file = fmemopen(const_cast<char *>(bytes.data()), bytes.size(), "rb");
+    if (!file) return 0;
+    LineReader reader(file);
+    if (data[0] & 1) Sel(reader);
+    else Sdi(reader);
+    std::fclose(file);
+    return 0;
+}

@@ -1,0 +1,286 @@
+// The selection files as import sources: their headers, SEL records and the
+// contact-field conversion without a database; the settings from a private
+// store; then, per data source, an SDI and a SEL file imported and read back.
+#include "test_support.h"
+
+#include "transfer/import_run.h"
+
+#include <kodbc_internal/message_ids.h>
+
+#include <korvel/korvel32.h>
+
+#include <clocale>
+#include <cstdio>
+#include <fstream>
+
+namespace kodbc::test {
+namespace {
+
+using namespace transfer;
+using Values = std::vector<std::string>;
+
+// Converted text comes out in UTF-8 while a test runs.
+class Utf8Locale {
+public:
+    Utf8Locale() : old_(std::setlocale(LC_CTYPE, nullptr)) { std::setlocale(LC_CTYPE, "C.UTF-8"); }
+    ~Utf8Locale() { std::setlocale(LC_CTYPE, old_.c_str()); }
+
+private:
+    std::string old_;
+};
+
+// bytes as a file, read from its start.
+struct MemoryFile {
+    explicit MemoryFile(const std::string &bytes) : file(std::tmpfile()), reader(file) {
+        std::fwrite(bytes.data(), 1, bytes.size(), file);
+        std::rewind(file);
+    }
+    ~MemoryFile() { std::fclose(file); }
+    std::FILE *file;
+    LineReader reader;
+};
+
+std::string Sdi(const std::string &fieldLines, int count) {
+    return "SDI\r\nx\r\nx\r\nx\r\n" + std::to_string(count) + "\r\n" + fieldLines + "ignoriert\r\n";
+}
+
+// "name:type" per field.
+Values Described(const ImportFieldList &fields) {
+    Values described;
+    for (const ImportField &field : fields)
+        described.push_back(field.targetName + ":" + std::to_string(field.targetType) + (field.imported ? "" : "-"));
+    return described;
+}
+
+TEST(SelectionFiles, SdiFieldsTakeTheirTypeFromTheLastFormatWord) {
+    MemoryFile sdi(Sdi("ADRESSE.NAME X Y\r\nA FORMAT=NG10\r\nB format=N10\r\nC FORMAT=D1\r\nD FORMAT=D\r\n"
+                       "E FORMAT=T10 FORMAT=NG2\r\nF FORMAT=NG2 FORMAT=X123\r\nK.NAME\r\nG  FORMAT=Tag\r\n",
+                       9));
+    ImportFieldList fields;
+    ASSERT_TRUE(ReadSdiHeader(sdi.reader, fields));
+    EXPECT_EQ(Described(fields), (Values{"NAME:10", "A:2", "B:3", "C:4", "D:10", "E:2", "F:10", "NAME_1:10", "G:4"}));
+    EXPECT_EQ(fields[1].targetLength, 255);
+    std::string_view next;
+    EXPECT_FALSE(sdi.reader.Next(next)) << "the line after the fields belongs to the header";
+}
+
+TEST(SelectionFiles, HeadersThatDoNotFollowTheLayout) {
+    const struct {
+        const char *what;
+        std::string bytes;
+        bool sdi, valid;
+    } cases[] = {
+        {"lower-case sdi", "sdi\nx\nx\nx\n1\nA\n\n", true, true},
+        {"not SDI", "SDX\r\nx\r\nx\r\nx\r\n1\r\nA\r\n\r\n", true, false},
+        {"no fields", Sdi("", 0), true, false},
+        {"count not a number", Sdi("A\r\n", 0).replace(14, 1, "eins"), true, false},
+        {"field line missing", Sdi("A\r\n", 2), true, false},
+        {"closing line missing", "SDI\r\nx\r\nx\r\nx\r\n1\r\nA\r\n", true, false},
+        {"sel", "Kopf\r\n2,0\r\n1,C,a,C\r\n2,C,b,C\r\n", false, true},
+        {"sel without fields", "Kopf\r\n0,5\r\n", false, false},
+        {"sel field line missing", "Kopf\r\n2,5\r\n1,C,a,C\r\n", false, false},
+        {"sel without counts", "Kopf\r\n", false, false},
+    };
+    for (const auto &c : cases) {
+        MemoryFile file(c.bytes);
+        ImportFieldList fields;
+        long records = 0;
+        EXPECT_EQ(c.sdi ? ReadSdiHeader(file.reader, fields) : ReadSelHeader(file.reader, fields, records), c.valid)
+            << c.what;
+    }
+}
+
+TEST(SelectionFiles, SelFieldsNamesFormatsAndRecords) {
+    Utf8Locale utf8;
+    MemoryFile sel("Kopf\r\n4,7\r\n1,C,  Gr\x94\xE1" "e  ,CF10,x\r\n2,C,Preis,NN\r\n3,C,,C10\r\n4,C,Menge,CG\r\n"
+                   "  a b  \r\n" + std::string(1200, 'y') + "\r\n\r\nM\x81nze\r\nnur eine\r\n");
+    ImportFieldList fields;
+    long records = 0;
+    ASSERT_TRUE(ReadSelHeader(sel.reader, fields, records));
+    EXPECT_EQ(records, 7);
+    EXPECT_EQ(Described(fields), (Values{"Gr\xC3\xB6\xC3\x9F" "e:3", "Preis:10", "Unbenannt_2:10", "Menge:10"}));
+    Values values;
+    ASSERT_TRUE(ReadSelRecord(sel.reader, fields.size(), values));
+    EXPECT_EQ(values, (Values{"a b", std::string(kSelValueLength, 'y'), "", "M\xC3\xBCnze"}));
+    EXPECT_FALSE(ReadSelRecord(sel.reader, fields.size(), values)) << "the file ends inside the record";
+}
+
+TEST(ContactConversion, PrefixesAndKeywordFields) {
+    const struct {
+        const char *name, *prefix, *digits;
+    } prefixed[] = {
+        {"Ko_Name1", "Ko_Name", "1"}, {"ko_nummer12", "Ko_Nummer", "12"}, {"Ko_Name100", "Ko_Name", ""},
+        {"Ko_Name", "Ko_Name", ""},   {"Ko_Name1a", "Ko_Name", ""},        {"Ko_Nam1", "Ko_Name", ""},
+    };
+    for (const auto &c : prefixed) EXPECT_EQ(PrefixedNumber(c.name, c.prefix), c.digits) << c.name;
+
+    const struct {
+        const char *what;
+        Values names;
+        Values fields;
+        bool on;
+    } cases[] = {
+        {"pairs", {"Ko_Name1", "Firma", "Ko_Nummer1"}, {"Ko_Name1:10-", "Firma:10", "Ko_Nummer1:10-", "Handy:10", "eMail:10"}, true},
+        {"no prefixed field", {"Name", "Ko_Name100"}, {"Name:10", "Ko_Name100:10"}, false},
+    };
+    for (const auto &c : cases) {
+        ImportFieldList fields;
+        for (const std::string &name : c.names) AddImportField(fields, name);
+        ContactConversion conversion;
+        conversion.on = true;
+        conversion.keywords = SplitKeywords(",Handy,,eMail");
+        AddContactFields(fields, conversion);
+        EXPECT_EQ(Described(fields), c.fields) << c.what;
+        EXPECT_EQ(conversion.on, c.on) << c.what;
+    }
+}
+
+TEST(ContactConversion, CopiesTheNumberOfAKeywordKind) {
+    ImportFieldList fields;
+    for (const char *name : {"Ko_Name1", "Ko_Nummer1", "Ko_Name2", "Ko_Nummer2", "Ko_Name3", "Ko_Nummer3"})
+        AddImportField(fields, name);
+    ContactConversion conversion;
+    conversion.on = true;
+    conversion.keywords = {"Handy", "Telefax", "eMail"};
+    AddContactFields(fields, conversion);
+    const std::optional<std::string> values[] = {"handy", "0171 555", "Pager", "0800", "eMail", std::nullopt};
+    for (std::size_t i = 0; i < 6; ++i) fields[i].value = values[i];
+    ConvertContacts(fields, conversion);
+    ASSERT_EQ(fields.size(), 9u);
+    EXPECT_EQ(fields[6].value, "0171 555");                 // Handy, from pair 1 (any case)
+    EXPECT_EQ(fields[7].value, std::nullopt);               // Telefax: no pair names it
+    EXPECT_EQ(fields[8].value, std::nullopt);               // eMail: its number is empty
+    conversion.on = false;
+    fields[6].value.reset();
+    ConvertContacts(fields, conversion);
+    EXPECT_EQ(fields[6].value, std::nullopt);
+}
+
+class ContactSettings : public PrivateRegistryTest {};
+
+TEST_F(ContactSettings, ReadAtDiscoveryWithDefaults) {
+    const std::string file = dir_ + "/kontakte.sdi";
+    std::ofstream(file, std::ios::binary) << Sdi("NAME\r\nKo_Name1\r\nKo_Nummer1\r\nArt7\r\n", 4);
+    const char *key = "Software\\Korvel Software\\Brano";
+    ImportFieldList fields;
+    ContactConversion conversion = ReadContactConversion();
+    EXPECT_FALSE(conversion.on);
+    ASSERT_TRUE(DiscoverSdiFields(file.c_str(), fields, conversion));
+    EXPECT_EQ(fields.size(), 4u) << "off by default";
+
+    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, key, 0, "Settings", "TelFaxConverter", 1);
+    conversion = ReadContactConversion();
+    EXPECT_EQ(conversion.keywords, (Values{"Telefon", "Handy", "Telefax", "eMail", "Telefon_Privat"}));
+    ASSERT_TRUE(DiscoverSdiFields(file.c_str(), fields, conversion));
+    EXPECT_EQ(Described(fields), (Values{"NAME:10", "Ko_Name1:10-", "Ko_Nummer1:10-", "Art7:10", "Telefon:10",
+                                         "Handy:10", "Telefax:10", "eMail:10", "Telefon_Privat:10"}));
+
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, key, 0, "Settings", "FieldnamePrefix", "Art");
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, key, 0, "Settings", "ContentsPrefix", "Nr");
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, key, 0, "Settings", "FieldnameKeywords", "Mobil");
+    conversion = ReadContactConversion();
+    ASSERT_TRUE(DiscoverSdiFields(file.c_str(), fields, conversion));
+    EXPECT_EQ(Described(fields), (Values{"NAME:10", "Ko_Name1:10", "Ko_Nummer1:10", "Art7:10-", "Mobil:10"}));
+}
+
+TEST_F(ContactSettings, HeaderErrorsAreShownWithTheFile) {
+    MessageRecorder messages;
+    const std::string sdi = dir_ + "/falsch.sdi", sel = dir_ + "/falsch.sel";
+    std::ofstream(sdi, std::ios::binary) << "SEL\r\n";
+    std::ofstream(sel, std::ios::binary) << "Kopf\r\n0,0\r\n";
+    ImportFieldList fields;
+    ContactConversion conversion;
+    EXPECT_FALSE(DiscoverSdiFields(sdi.c_str(), fields, conversion));
+    EXPECT_FALSE(DiscoverSelFields(sel.c_str(), fields));
+    EXPECT_FALSE(DiscoverSelFields((dir_ + "/fehlt.sel").c_str(), fields));
+    ASSERT_EQ(messages.entries().size(), 3u);
+    EXPECT_EQ(messages.entries()[0].text,
+              "Die Datei entspricht nicht den Konventionen einer Merrit for Windows Selektionsdatei (SDI-Datei).\n\n" +
+                  sdi);
+    EXPECT_EQ(messages.entries()[1].text,
+              "Die Datei entspricht nicht den Konventionen f\xC3\xBCr eine Merrit Window Selektionsdatei "
+              "(SEL-Datei).\n\n" + sel);
+    EXPECT_EQ(messages.entries()[2].text, "Fehler beim \xC3\x96" "ffnen der Datei\n\n" + dir_ + "/fehlt.sel");
+}
+
+class SelectionImport : public DataSourceTest {
+protected:
+    void SetUp() override {
+        DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
+        OwnTables({"kodbc_sel_dst"});
+        file_ = ::testing::TempDir() + "kodbc_sel_dst";
+    }
+    void TearDown() override {
+        std::remove(file_.c_str());
+        DataSourceTest::TearDown();
+    }
+    void WriteFile(const std::string &bytes) { std::ofstream(file_, std::ios::binary) << bytes; }
+    Values Of(const std::string &column, const std::string &order) {
+        return Column("SELECT COALESCE(" + column + ", '(NULL)') FROM kodbc_sel_dst ORDER BY " + order);
+    }
+
+    Utf8Locale utf8_;
+    std::string file_;
+};
+
+TEST_P(SelectionImport, SdiRecordsWithTheContactConversion) {
+    WriteFile(Sdi("KUNDE.NR FORMAT=NG5\r\nKUNDE.NAME\r\nPREIS FORMAT=N10,2\r\nTAG FORMAT=D10\r\nKo_Name1\r\n"
+                  "Ko_Nummer1\r\n",
+                  6) +
+              "1\tM\x81ller 'Alt'\t1.234,50\t15.03.2024\tHandy\t0171 555\r\n"
+              "2\t\t\t\t\t\r\n"
+              "3\tGro\xE1\t0,25\t31.12.1999\tPager\t99\tzuviel\r\n");
+    ImportFieldList fields;
+    ContactConversion conversion;
+    conversion.on = true;
+    conversion.keywords = {"Handy"};
+    ASSERT_TRUE(DiscoverSdiFields(file_.c_str(), fields, conversion));
+    ASSERT_EQ(fields.size(), 7u);
+    // PostgreSQL has no DATETIME, the data-type table's date template.
+    const bool dateText = DbmsName() == "PostgreSQL";
+    if (dateText) fields[3].targetType = KODBC_TYPE_VAR_TEXT;
+    ASSERT_TRUE(ImportStatementRunner(hdbc_).Run(CreateImportTableStatement(hdbc_, "kodbc_sel_dst", fields, "").c_str()));
+    ImportRecordWriter writer(hdbc_, "kodbc_sel_dst", fields, false);
+    RecordingProgress progress;
+    ImportCounts counts;
+    EXPECT_TRUE(ImportSdiRecords(file_.c_str(), fields, conversion, writer, progress, 1000, counts));
+    EXPECT_EQ(counts.written, 3);
+    EXPECT_EQ(progress.steps_, (std::vector<long>{1, 2, 3}));
+
+    EXPECT_EQ(Column("SELECT NR FROM kodbc_sel_dst ORDER BY NR"), (Values{"1", "2", "3"}));
+    EXPECT_EQ(Of("NAME", "NR"), (Values{"M\xC3\xBCller 'Alt'", "(NULL)", "Gro\xC3\x9F"}));
+    EXPECT_EQ(Column("SELECT NR FROM kodbc_sel_dst WHERE PREIS BETWEEN 1234.4 AND 1234.6 OR PREIS = 0.25 "
+                     "ORDER BY NR"),
+              (Values{"1", "3"}));
+    const Values dates = Of("TAG", "NR");
+    ASSERT_EQ(dates.size(), 3u);
+    EXPECT_EQ(dates[0].substr(0, 10), dateText ? "15.03.2024" : "2024-03-15");
+    EXPECT_EQ(dates[1], "(NULL)");
+    // Only a keyword kind reaches its field; the surplus value reaches none.
+    EXPECT_EQ(Of("Handy", "NR"), (Values{"0171 555", "(NULL)", "(NULL)"}));
+    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_sel_dst WHERE NR IS NULL"), Values{"0"});
+}
+
+TEST_P(SelectionImport, SelRecordsThroughThePublicEntry) {
+    WriteFile("Kopf\r\n3,5\r\n1,C,Nr,CN5\r\n2,C, Name ,C30\r\n3,C,,C10\r\n"
+              "1\r\n  M\x94" "bius  \r\nx\r\n"
+              "2,5\r\n\r\n\r\n"
+              "3\r\nLetzter\r\n");
+    KodbcImportOptions options{};
+    options.kind = KODBC_IMPORT_KIND_SEL;
+    KodbcImportResult result{};
+    ASSERT_EQ(Kodbc_ImportTextFile(hdbc_, nullptr, file_.c_str(), &options, &result), KODBC_SUCCESS);
+    EXPECT_EQ(result.written, 2) << "the record the file ends inside is not written";
+    EXPECT_EQ(Of("Name", "Nr"), (Values{"M\xC3\xB6" "bius", "(NULL)"}));
+    EXPECT_EQ(Of("Unbenannt_2", "Nr"), (Values{"x", "(NULL)"}));
+    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_sel_dst WHERE Nr = 2.5"), Values{"1"});
+
+    options.kind = 7;
+    EXPECT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_sel_other", file_.c_str(), &options, &result), KODBC_FAILURE);
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(SelectionImport);
+
+} // namespace
+} // namespace kodbc::test
