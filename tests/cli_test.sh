@@ -129,6 +129,13 @@ expect "import: a selection file is no table" 2 "" "$kodbc" import kodbc_sqlite 
 rm -rf "$out.d"
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ex" >/dev/null 2>&1
 
+printf 'KORVEL-SMSname\tEQ\tAnna\t12\n\v' > "$out.sms"
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_sms (name VARCHAR(10))" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "INSERT INTO cli_sms VALUES ('Anna'), ('Bert')" >/dev/null 2>&1
+expect "count with a selection mask" 0 "^1$"  "$kodbc" count kodbc_sqlite cli_sms --where-file "$out.sms"
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_sms" >/dev/null 2>&1
+rm -f "$out.sms"
+
 # The demo's data source streams its results (a private copy of the configuration).
 demo=$(mktemp -d /tmp/kodbc-cli-demo.XXXXXX)
 cp "$2/odbc.ini" "$demo/odbc.ini"

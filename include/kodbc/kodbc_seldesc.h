@@ -169,6 +169,22 @@ KODBC_API void KODBC_CALL Kodbc_OpDesc_To_DialogItems(int kind, const char *desc
 KODBC_API void KODBC_CALL Kodbc_OpDesc_Clone_Boxes(HWND dialog, const OpDescDialogItem *items, int reserved);
 #endif
 
+/*
+** Selection masks: the selection editor's files (".sms"), the magic
+** "KORVEL-SMS" followed by a selection descriptor without a terminator.
+** Kodbc_LoadSelectionMask: the descriptor of fileName into selDesc, cut to
+** size-1 (a last byte 26, an editor's end-of-file mark, is dropped).
+** Returns 1; 2 for a null selDesc or size below 1 (nothing shown), or a
+** file that cannot be read, is shorter than the magic or does not begin
+** with it exactly (1649 shown with the file name).
+** Kodbc_SaveSelectionMask: writes the magic and selDesc (null: empty; cut
+** to 4990 bytes), replacing fileName. Returns 1; 2 when the file cannot be
+** opened (the message for the system's error, with the name) or not all
+** was written (1650).
+*/
+KODBC_API int KODBC_CALL Kodbc_LoadSelectionMask(const char *fileName, char *selDesc, int size);
+KODBC_API int KODBC_CALL Kodbc_SaveSelectionMask(const char *fileName, const char *selDesc);
+
 #ifdef __cplusplus
 }
 #endif
