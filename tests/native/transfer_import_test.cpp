@@ -122,7 +122,9 @@ TEST(ImportFields, ChecksInOrderAndNeverTheLastFieldButForDuplicates) {
     for (const auto &c : cases) {
         const ImportFieldCheck check = CheckImportFields(c.fields);
         EXPECT_EQ(check.message, c.message) << c.what;
-        if (c.message) EXPECT_EQ(check.field, c.field) << c.what;
+        if (c.message) {
+            EXPECT_EQ(check.field, c.field) << c.what;
+        }
     }
 }
 
