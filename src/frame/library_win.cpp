@@ -2,6 +2,8 @@
 // the library's own dialog templates, setting control texts.
 #include "internal/library.h"
 
+#include <new>
+
 #include <korvel/korvel32.h>
 
 #include <commctrl.h>
@@ -34,6 +36,17 @@ void TranslateTabItems(HWND tabControl) {
         changed.pszText = text;
         SendMessageA(tabControl, TCM_SETITEMA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&changed));
     }
+}
+
+INT_PTR EndDialogAfterFailure(HWND dialog) noexcept {
+    try {
+        throw;
+    } catch (const std::bad_alloc &) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+    } catch (...) {
+    }
+    EndDialog(dialog, 2);
+    return FALSE;
 }
 
 INT_PTR LibraryDialogBox(DLGPROC procedure, WORD dialogId, HWND owner, LPARAM parameter) {

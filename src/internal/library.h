@@ -55,6 +55,9 @@ void ShowTempNotice(int stringId);
 void TranslateDialog(HWND dialog);
 void TranslateTabItems(HWND tabControl);
 INT_PTR LibraryDialogBox(DLGPROC procedure, WORD dialogId, HWND owner, LPARAM parameter);
+// For a dialog procedure's catch (...): ends the dialog with 2, after
+// message 1600 when memory ran out. Returns FALSE for the procedure.
+INT_PTR EndDialogAfterFailure(HWND dialog) noexcept;
 void SetItemText(HWND dialog, int controlId, const char *text);
 #endif
 

@@ -263,13 +263,8 @@ KODBC_API INT_PTR KODBC_CALL TableAdmin_Dialog_Callback(HWND dialog, UINT messag
         default:
             return FALSE;
         }
-    } catch (const std::bad_alloc &) {
-        LibraryMessage(msg::OUT_OF_MEMORY);
-        EndDialog(dialog, 2);
-        return FALSE;
     } catch (...) {
-        EndDialog(dialog, 2);
-        return FALSE;
+        return EndDialogAfterFailure(dialog);
     }
 }
 

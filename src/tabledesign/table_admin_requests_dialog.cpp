@@ -52,13 +52,8 @@ INT_PTR RequestProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam
         }
         auto *request = reinterpret_cast<Request *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
         return request && command(dialog, *request, id, HIWORD(wParam)) ? TRUE : FALSE;
-    } catch (const std::bad_alloc &) {
-        LibraryMessage(msg::OUT_OF_MEMORY);
-        EndDialog(dialog, 2);
-        return FALSE;
     } catch (...) {
-        EndDialog(dialog, 2);
-        return FALSE;
+        return EndDialogAfterFailure(dialog);
     }
 }
 

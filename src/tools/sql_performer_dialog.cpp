@@ -180,13 +180,8 @@ INT_PTR PerformerProcedure(PerformerKind kind, HWND dialog, UINT message, WPARAM
         default:
             return FALSE;
         }
-    } catch (const std::bad_alloc &) {
-        LibraryMessage(msg::OUT_OF_MEMORY);
-        EndDialog(dialog, 2);
-        return FALSE;
     } catch (...) {
-        EndDialog(dialog, 2);
-        return FALSE;
+        return EndDialogAfterFailure(dialog);
     }
 }
 
