@@ -113,42 +113,16 @@ long LibraryCopy(SQLHDBC hdbc) {
     return result.RecordsWritten;
 }
 
-struct Measurement {
-    double seconds = 0;
-    long written = 0;
-    long peakKiB = 0;
-    double cpuSeconds = 0;   // the client's own user and system time
-};
+using kodbc::bench::Measurement;
 
 Measurement Measure(const std::string &dsn, bool library) {
     {
         Connection c(dsn);
         c.Run("DELETE FROM ab_dst");
     }
-    int pipeFds[2];
-    if (pipe(pipeFds) != 0) std::exit(1);
-    pid_t child = fork();
-    if (child == 0) {
-        close(pipeFds[0]);
-        Measurement m;
-        Connection c(dsn);
-        auto start = std::chrono::steady_clock::now();
-        m.written = library ? LibraryCopy(c.hdbc) : RawCopy(c.hdbc);
-        m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        if (write(pipeFds[1], &m, sizeof m) != sizeof m) _exit(1);
-        _exit(0);
-    }
-    close(pipeFds[1]);
-    Measurement m;
-    if (read(pipeFds[0], &m, sizeof m) != sizeof m) m.written = -1;
-    close(pipeFds[0]);
-    int status = 0;
-    struct rusage usage {};
-    wait4(child, &status, 0, &usage);
-    m.peakKiB = usage.ru_maxrss;
-    m.cpuSeconds = usage.ru_utime.tv_sec + usage.ru_utime.tv_usec / 1e6 + usage.ru_stime.tv_sec +
-                   usage.ru_stime.tv_usec / 1e6;
-    return m;
+    return kodbc::bench::MeasureInChild(dsn, [&](SQLHDBC hdbc) -> long {
+        return library ? LibraryCopy(hdbc) : RawCopy(hdbc);
+    });
 }
 
 } // namespace
@@ -184,8 +158,8 @@ int main(int argc, char **argv) {
             for (int run = 0; run < kRuns; ++run) {
                 Measurement r = Measure(dsn, false);
                 Measurement l = Measure(dsn, true);
-                if (r.written != rows || l.written != rows) {
-                    std::fprintf(stderr, "%s: copy failed (%ld / %ld of %ld)\n", dsn.c_str(), r.written, l.written,
+                if (r.count != rows || l.count != rows) {
+                    std::fprintf(stderr, "%s: copy failed (%ld / %ld of %ld)\n", dsn.c_str(), r.count, l.count,
                                  rows);
                     return 1;
                 }

@@ -4,10 +4,15 @@
 
 #include <kodbc/kodbc.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace kodbc::bench {
 
@@ -46,5 +51,42 @@ struct Connection {
         return OdbcEh_PerformSqlStatement(nullptr, hdbc, sql.c_str(), tolerated) == KODBC_SUCCESS;
     }
 };
+
+// One measured run in a child process of its own, so that the peak resident
+// size is that run's alone: work's count (-1 when it failed), its time, and
+// the child's peak and CPU time.
+struct Measurement {
+    double seconds = 0;
+    long count = 0;
+    long peakKiB = 0;
+    double cpuSeconds = 0;  // the client's own user and system time
+};
+
+inline Measurement MeasureInChild(const std::string &dsn, const std::function<long(SQLHDBC)> &work) {
+    int pipeFds[2];
+    if (pipe(pipeFds) != 0) std::exit(1);
+    pid_t child = fork();
+    if (child == 0) {
+        close(pipeFds[0]);
+        Measurement m;
+        Connection c(dsn);
+        auto start = std::chrono::steady_clock::now();
+        m.count = work(c.hdbc);
+        m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        if (write(pipeFds[1], &m, sizeof m) != sizeof m) _exit(1);
+        _exit(0);
+    }
+    close(pipeFds[1]);
+    Measurement m;
+    if (read(pipeFds[0], &m, sizeof m) != sizeof m) m.count = -1;
+    close(pipeFds[0]);
+    int status = 0;
+    struct rusage usage {};
+    wait4(child, &status, 0, &usage);
+    m.peakKiB = usage.ru_maxrss;
+    m.cpuSeconds = usage.ru_utime.tv_sec + usage.ru_utime.tv_usec / 1e6 + usage.ru_stime.tv_sec +
+                   usage.ru_stime.tv_usec / 1e6;
+    return m;
+}
 
 } // namespace kodbc::bench

@@ -119,39 +119,16 @@ long LibraryImport(SQLHDBC hdbc) {
     return result.written;
 }
 
-struct Measurement {
-    double seconds = 0;
-    long written = 0;
-    long peakKiB = 0;
-};
+using kodbc::bench::Measurement;
 
 Measurement Measure(const std::string &dsn, bool library, const std::string &create) {
     {
         Connection c(dsn);
         c.Run("DROP TABLE ib_dst", "*");
     }
-    int pipeFds[2];
-    if (pipe(pipeFds) != 0) std::exit(1);
-    pid_t child = fork();
-    if (child == 0) {
-        close(pipeFds[0]);
-        Measurement m;
-        Connection c(dsn);
-        auto start = std::chrono::steady_clock::now();
-        m.written = library ? LibraryImport(c.hdbc) : RawImport(c.hdbc, create, nullptr);
-        m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        if (write(pipeFds[1], &m, sizeof m) != sizeof m) _exit(1);
-        _exit(0);
-    }
-    close(pipeFds[1]);
-    Measurement m;
-    if (read(pipeFds[0], &m, sizeof m) != sizeof m) m.written = -1;
-    close(pipeFds[0]);
-    int status = 0;
-    struct rusage usage {};
-    wait4(child, &status, 0, &usage);
-    m.peakKiB = usage.ru_maxrss;
-    return m;
+    return kodbc::bench::MeasureInChild(dsn, [&](SQLHDBC hdbc) -> long {
+        return library ? LibraryImport(hdbc) : RawImport(hdbc, create, nullptr);
+    });
 }
 
 // The reader and splitter over the whole file, best of a few passes.
@@ -210,8 +187,8 @@ int main(int argc, char **argv) {
         for (int run = 0; run < kRuns; ++run) {
             Measurement r = Measure(dsn, false, create.data());
             Measurement l = Measure(dsn, true, create.data());
-            if (r.written != lines || l.written != lines) {
-                std::fprintf(stderr, "import failed (%ld / %ld of %ld)\n", r.written, l.written, lines);
+            if (r.count != lines || l.count != lines) {
+                std::fprintf(stderr, "import failed (%ld / %ld of %ld)\n", r.count, l.count, lines);
                 return 1;
             }
             if (run == 0 || r.seconds < raw.seconds) raw = r;

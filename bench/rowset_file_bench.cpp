@@ -115,41 +115,19 @@ long ExportTransfer(SQLHDBC hdbc, const char *fileName) {
 
 enum class Transfer { Raw, RowSet, RawExportBuffer, Export };
 
-struct Measurement {
-    double seconds = 0;
-    long lines = 0;
-    long peakKiB = 0;
-};
+using kodbc::bench::Measurement;
 
 // One transfer in a child process: its time, lines and peak resident size.
 Measurement Measure(Transfer transfer, const char *fileName, const std::string &dsn = Dsn()) {
-    int pipeFds[2];
-    if (pipe(pipeFds) != 0) std::exit(1);
-    pid_t child = fork();
-    if (child == 0) {
-        close(pipeFds[0]);
-        Measurement m;
-        Connection c(dsn);
-        auto start = std::chrono::steady_clock::now();
+    return kodbc::bench::MeasureInChild(dsn, [&](SQLHDBC hdbc) -> long {
         switch (transfer) {
-        case Transfer::Raw: m.lines = RawTransfer<4999>(c.hdbc, fileName); break;
-        case Transfer::RowSet: m.lines = LibraryTransfer(c.hdbc, fileName); break;
-        case Transfer::RawExportBuffer: m.lines = RawTransfer<10000>(c.hdbc, fileName); break;
-        case Transfer::Export: m.lines = ExportTransfer(c.hdbc, fileName); break;
+        case Transfer::Raw: return RawTransfer<4999>(hdbc, fileName);
+        case Transfer::RowSet: return LibraryTransfer(hdbc, fileName);
+        case Transfer::RawExportBuffer: return RawTransfer<10000>(hdbc, fileName);
+        case Transfer::Export: return ExportTransfer(hdbc, fileName);
         }
-        m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        if (write(pipeFds[1], &m, sizeof m) != sizeof m) _exit(1);
-        _exit(0);
-    }
-    close(pipeFds[1]);
-    Measurement m;
-    if (read(pipeFds[0], &m, sizeof m) != sizeof m) m.lines = -1;
-    close(pipeFds[0]);
-    int status = 0;
-    struct rusage usage {};
-    wait4(child, &status, 0, &usage);
-    m.peakKiB = usage.ru_maxrss;
-    return m;
+        return -1;
+    });
 }
 
 } // namespace
@@ -178,9 +156,9 @@ int main(int argc, char **argv) {
             Measurement l = Measure(Transfer::RowSet, fileName.c_str());
             Measurement w = Measure(Transfer::RawExportBuffer, fileName.c_str());
             Measurement e = Measure(Transfer::Export, fileName.c_str());
-            if (r.lines != rows || l.lines != rows || w.lines != rows || e.lines != rows) {
-                std::fprintf(stderr, "transfer failed (%ld / %ld / %ld lines of %ld)\n", r.lines, l.lines, e.lines,
-                             rows);
+            if (r.count != rows || l.count != rows || w.count != rows || e.count != rows) {
+                std::fprintf(stderr, "transfer failed (%ld / %ld / %ld / %ld lines of %ld)\n", r.count, l.count,
+                             w.count, e.count, rows);
                 return 1;
             }
             if (run == 0 || r.seconds < raw.seconds) raw = r;
