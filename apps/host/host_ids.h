@@ -24,3 +24,4 @@
 #define IDM_HOST_DRIVER_INFO     303
 #define IDM_HOST_ALIAS           304  /* alias of the selected field */
 #define IDM_HOST_ERROR_DISPLAY   305  /* a statement that must fail */
+#define IDM_HOST_QUERY_DESIGNER  306  /* a SELECT on the current table, designed */

@@ -53,6 +53,7 @@ constexpr MenuItem kMenu[] = {
     {IDM_HOST_DRIVER_INFO, "&Treiberinformation...", Needs::connection},
     {IDM_HOST_ALIAS, "Feld-&Alias...", Needs::field},
     {IDM_HOST_ERROR_DISPLAY, "&Fehleranzeige...", Needs::connection},
+    {IDM_HOST_QUERY_DESIGNER, "SELECT-Befehl &entwerfen...", Needs::connection},
 };
 
 struct Host {
@@ -143,6 +144,26 @@ void ShowFailingStatement() {
     SQLFreeStmt(hstmt, SQL_DROP);
 }
 
+// The designer on the current table; the statement it made is shown.
+void DesignQuery() {
+    SelFact *query = nullptr;
+    const int created = Kodbc_SelFact_Create(&query, g_host.hdbc, g_host.schema, 0);
+    if (created != SELFACT_OK) {
+        Kodbc_SelFact_DisplayError(created);
+        return;
+    }
+    if (HasTable()) {
+        const std::string table = std::string(g_host.table.Object.DbObjectName) + "\t\t\t\t\t";
+        Kodbc_SelFact_SetDescriptor(query, SELFACT_TABLES, table.c_str(), 0);
+    }
+    if (Kodbc_SelFact_Edit(query, g_host.window) == KODBC_DIALOG_OK) {
+        char sql[10000] = {};
+        Kodbc_SelFact_CreateSql(query, sql, sizeof sql, 0);
+        MessageBoxA(g_host.window, sql, "SELECT-Befehl", MB_OK | MB_ICONINFORMATION);
+    }
+    Kodbc_SelFact_Destroy(query);
+}
+
 void RunCommand(int id) {
     TableRecord *table = &g_host.table;
     switch (id) {
@@ -199,6 +220,9 @@ void RunCommand(int id) {
         return;
     case IDM_HOST_ERROR_DISPLAY:
         ShowFailingStatement();
+        return;
+    case IDM_HOST_QUERY_DESIGNER:
+        DesignQuery();
         return;
     default:
         return;

@@ -96,6 +96,25 @@ KODBC_API int KODBC_CALL Kodbc_SelFact_ParseSql(SelFact *query, const char *sql,
 */
 KODBC_API int KODBC_CALL Kodbc_SelFact_DisplayError(int code);
 
+#ifdef _WIN32
+/*
+** Kodbc_SelFact_Edit: the designer (dialog 10064 "Assistent für
+** SELECT-Befehl") over owner on a copy of query: pages for the tables and
+** their joins, the columns, the selection and (without SELFACT_VIEW) the
+** sort order, the statement as it stands, the data source, the schema
+** (another can be picked; it serves the designer only) and "Testen". OK
+** is accepted only when the query has a table, its first table is not
+** joined and every other one is, it has a column, every join has both
+** operands, and the statement passes the test (a view with
+** SELFACT_VIEW); the refusing page is brought to the front with its
+** message. Returns 1 when accepted: the query then holds the four edited
+** parts (its schema and flags are unchanged). Returns 2 when cancelled,
+** for a null query, or when memory ran out (message 1600 shown); the
+** query is then unchanged.
+*/
+KODBC_API int KODBC_CALL Kodbc_SelFact_Edit(SelFact *query, HWND owner);
+#endif
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,0 +1,704 @@
+// Dialog 10064, the query designer, on a working copy of a query: four
+// pages in a tab control edit its parts, the statement below follows every
+// change. What an edit does to the query is selfact_designer.cpp's; the
+// pages only show the query and hand the user's entries to it.
+#include "select/selfact.h"
+#include "select/selfact_designer.h"
+#include "select/selfact_dialog_ids.h"
+
+#include "internal/library.h"
+
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_catalog.h>
+#include <kodbc/kodbc_connect.h>
+#include <kodbc/kodbc_seldesc.h>
+#include <kodbc/kodbc_tools.h>
+
+#include <commctrl.h>
+
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kodbc::select {
+namespace {
+
+constexpr int kFieldListSize = 30000;
+constexpr int kSelectionSize = 5000;
+constexpr int kSchemaSize = 100;
+constexpr int kNameSize = 200;
+constexpr int kLabelSize = 100;
+
+// The selection editor's rows: five, then one, one and one, joined by OR.
+constexpr OpDescDialogItem kSelectionRows[] = {
+    {IDC_SFW_G1R1_FIELD, IDC_SFW_G1R1_OPERATION, IDC_SFW_G1R1_VALUE},
+    {IDC_SFW_G1R2_FIELD, IDC_SFW_G1R2_OPERATION, IDC_SFW_G1R2_VALUE},
+    {IDC_SFW_G1R3_FIELD, IDC_SFW_G1R3_OPERATION, IDC_SFW_G1R3_VALUE},
+    {IDC_SFW_G1R4_FIELD, IDC_SFW_G1R4_OPERATION, IDC_SFW_G1R4_VALUE},
+    {IDC_SFW_G1R5_FIELD, IDC_SFW_G1R5_OPERATION, IDC_SFW_G1R5_VALUE},
+    {1, 1, 1},
+    {IDC_SFW_G2_FIELD, IDC_SFW_G2_OPERATION, IDC_SFW_G2_VALUE},
+    {1, 1, 1},
+    {IDC_SFW_G3_FIELD, IDC_SFW_G3_OPERATION, IDC_SFW_G3_VALUE},
+    {1, 1, 1},
+    {IDC_SFW_G4_FIELD, IDC_SFW_G4_OPERATION, IDC_SFW_G4_VALUE},
+    {1, 1, 1},
+    {0, 0, 0},
+};
+
+// The columns page and the sort page are laid out alike: their controls
+// lie at the same distance from the page's first number.
+enum EntryControl { kEntry = 1, kSecond = 3, kAdd = 4, kApply = 5, kList = 7, kUp = 8, kDown = 9, kRemove = 10 };
+constexpr int kColumnsBase = IDC_SFC_COLUMN_LABEL;
+constexpr int kSortBase = IDC_SFS_COLUMN_LABEL;
+
+struct PageInfo {
+    DesignerPage page;
+    WORD templateId;
+    int windowId;
+};
+constexpr PageInfo kPages[] = {
+    {DesignerPage::Tables, IDD_SELFACT_PAGE_TABLES, IDC_SELFACT_PAGE_TABLES},
+    {DesignerPage::Columns, IDD_SELFACT_PAGE_COLUMNS, IDC_SELFACT_PAGE_COLUMNS},
+    {DesignerPage::Selection, IDD_SELFACT_PAGE_SELECTION, IDC_SELFACT_PAGE_SELECTION},
+    {DesignerPage::Sort, IDD_SELFACT_PAGE_SORT, IDC_SELFACT_PAGE_SORT},
+};
+
+std::string Text(HWND control) {
+    const int length = GetWindowTextLengthA(control);
+    std::string text(static_cast<std::size_t>(length) + 1, '\0');
+    const int got = GetWindowTextA(control, text.data(), length + 1);
+    text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+    const std::size_t first = text.find_first_not_of(" \t");
+    if (first == std::string::npos) return {};
+    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+SelFact::Text Optional(const std::string &text) {
+    if (text.empty()) return std::nullopt;
+    return text;
+}
+
+std::string LibraryText(int id) {
+    char text[kLabelSize] = {};
+    LoadLibraryString(LibraryInstance(), id, text, sizeof text);
+    return text;
+}
+
+// Columns of a list view from a header text "caption|width\tcaption|width".
+void AddHeader(HWND list, int headerId) {
+    const std::string header = LibraryText(headerId);
+    int column = 0;
+    std::size_t start = 0;
+    while (start < header.size()) {
+        std::size_t end = header.find('\t', start);
+        if (end == std::string::npos) end = header.size();
+        const std::string piece = header.substr(start, end - start);
+        const std::size_t bar = piece.find('|');
+        const int width = bar == std::string::npos ? 100 : std::atoi(piece.c_str() + bar + 1);
+        Korvel_ListView_AddColumn(list, column++, piece.substr(0, bar).c_str(), width);
+        start = end + 1;
+    }
+    SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+}
+
+int SelectedRow(HWND list) {
+    return static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+}
+
+void SelectRow(HWND list, int row) {
+    LVITEMA item = {};
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+    if (row < 0) return;
+    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+}
+
+void ShowRows(HWND list, const std::vector<std::vector<std::string>> &rows, int selected) {
+    SendMessageA(list, LVM_DELETEALLITEMS, 0, 0);
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const int at = Korvel_ListView_AddItem(list, static_cast<int>(row), rows[row][0].c_str());
+        if (at < 0) break;
+        for (std::size_t column = 1; column < rows[row].size(); ++column)
+            Korvel_ListView_SetItemText(list, at, static_cast<int>(column), rows[row][column].c_str());
+    }
+    SelectRow(list, selected);
+}
+
+// Refills an editable combo box, keeping what it shows.
+void RefillKeepingText(HWND box, const std::vector<std::string> &entries) {
+    const std::string shown = Text(box);
+    SendMessageA(box, CB_RESETCONTENT, 0, 0);
+    for (const std::string &entry : entries) SendMessageA(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+    SetWindowTextA(box, shown.c_str());
+}
+
+// Selects the entry whose item data is code.
+void SelectByData(HWND box, LPARAM code) { Korvel_SetBoxIndex(box, Korvel_GetBoxIndexByItemData(box, code)); }
+
+LPARAM SelectedData(HWND box, LPARAM otherwise) {
+    const int index = Korvel_GetBoxIndex(box);
+    return index < 0 ? otherwise : Korvel_GetItemData(box, index);
+}
+
+void SelectText(HWND box, const std::string &text) {
+    const LRESULT index =
+        SendMessageA(box, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str()));
+    SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    if (index < 0 && (GetWindowLongA(box, GWL_STYLE) & 3) != CBS_DROPDOWNLIST) SetWindowTextA(box, text.c_str());
+}
+
+class Designer {
+public:
+    explicit Designer(SelFact &query) : query_(query) {}
+    INT_PTR Run(HWND owner) {
+        return LibraryDialogBox(&Designer::MainProcedure, IDD_SELFACT_DESIGNER, owner, reinterpret_cast<LPARAM>(this));
+    }
+
+private:
+    static INT_PTR CALLBACK MainProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+    static INT_PTR CALLBACK PageProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
+
+    HWND Page(DesignerPage page) const { return pages_[static_cast<int>(page)]; }
+    HWND PageItem(DesignerPage page, int id) const { return GetDlgItem(Page(page), id); }
+
+    void Init(HWND dialog);
+    void CreatePages();
+    bool Command(int id);
+    void PageCommand(HWND page, int id, int notification);
+    void PageNotify(HWND page, const NMHDR &header);
+    void ShowPage(DesignerPage page);
+    void ShowCurrentPage();
+
+    void UpdatePreview();
+    void ShowSchema();
+    void ChooseSchema();
+    void Accept();
+    void Test();
+
+    // Fields of the chosen tables, "qualifier.field" with their types;
+    // `extra` (an edited table not yet in the list) is offered too.
+    std::vector<std::pair<std::string, std::string>> Fields(const SelFact::Table *extra);
+    const std::string &CatalogueFields(const std::string &table);
+    void RefreshChoices();
+
+    // Tables page.
+    SelFact::Table EditedTable();
+    void ShowTables(int selected);
+    void LoadTable(int row);
+    void RefreshOperands();
+    void StoreEditedTable(bool add);
+    // Columns and sort pages.
+    void ShowEntries(DesignerPage page, int selected);
+    void LoadEntry(DesignerPage page, int row);
+    void StoreEntry(DesignerPage page, bool add);
+    void MoveOrRemove(DesignerPage page, int control);
+    // Selection page.
+    void ShowSelection();
+    void ReadSelection();
+
+    SelFact &query_;
+    HWND dialog_ = nullptr;
+    HWND tabs_ = nullptr;
+    HWND pages_[4] = {};
+    std::vector<DesignerPage> tabPages_;
+    std::map<std::string, std::string> catalogue_;
+    bool filling_ = false;
+};
+
+INT_PTR CALLBACK Designer::MainProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto *self = reinterpret_cast<Designer *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
+    try {
+        switch (message) {
+        case WM_INITDIALOG:
+            self = reinterpret_cast<Designer *>(lParam);
+            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
+            TranslateDialog(dialog);
+            self->Init(dialog);
+            return TRUE;
+        case WM_COMMAND:
+            return self && self->Command(LOWORD(wParam)) ? TRUE : FALSE;
+        case WM_NOTIFY: {
+            const auto *header = reinterpret_cast<const NMHDR *>(lParam);
+            if (self && header->idFrom == IDC_SELFACT_TABS && header->code == TCN_SELCHANGE) self->ShowCurrentPage();
+            return FALSE;
+        }
+        case WM_DESTROY:
+            if (self) self->query_.dialog = self->query_.tabs = nullptr;
+            return FALSE;
+        default:
+            return FALSE;
+        }
+    } catch (...) {
+        return EndDialogAfterFailure(dialog);
+    }
+}
+
+INT_PTR CALLBACK Designer::PageProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto *self = reinterpret_cast<Designer *>(GetWindowLongPtrA(page, GWLP_USERDATA));
+    try {
+        switch (message) {
+        case WM_INITDIALOG:
+            SetWindowLongPtrA(page, GWLP_USERDATA, lParam);
+            TranslateDialog(page);
+            return FALSE;
+        case WM_COMMAND:
+            if (self && !self->filling_) self->PageCommand(page, LOWORD(wParam), HIWORD(wParam));
+            return TRUE;
+        case WM_NOTIFY:
+            if (self && !self->filling_) self->PageNotify(page, *reinterpret_cast<const NMHDR *>(lParam));
+            return FALSE;
+        default:
+            return FALSE;
+        }
+    } catch (...) {
+        return EndDialogAfterFailure(GetParent(page));
+    }
+}
+
+void Designer::Init(HWND dialog) {
+    dialog_ = dialog;
+    tabs_ = GetDlgItem(dialog, IDC_SELFACT_TABS);
+    query_.dialog = dialog;
+    query_.tabs = tabs_;
+    char name[kNameSize] = {};
+    Kodbc_GetDataSourceName(query_.hdbc, name, sizeof name);
+    SetItemText(dialog, IDC_SELFACT_DSN, name);
+    CreatePages();
+    filling_ = true;
+
+    HWND join = PageItem(DesignerPage::Tables, IDC_SFT_JOIN);
+    for (int code = 1; code <= 4; ++code)
+        Korvel_AddBoxEntry(join, LibraryText(msg::JOIN_NONE + code - 1).c_str(), code, -1, 0);
+    HWND op = PageItem(DesignerPage::Tables, IDC_SFT_OPERATOR);
+    for (int code = 1; code <= 6; ++code)
+        Korvel_AddBoxEntry(op, LibraryText(msg::JOIN_OP_EQUAL + code - 1).c_str(), code, -1, 0);
+    SelectByData(join, DefaultJoinType(query_));
+    SelectByData(op, 1);
+    AddHeader(PageItem(DesignerPage::Tables, IDC_SFT_LIST), msg::HEADER_QUERY_TABLES);
+    AddHeader(PageItem(DesignerPage::Columns, kColumnsBase + kList), msg::HEADER_QUERY_COLUMNS);
+    if (Page(DesignerPage::Sort)) {
+        AddHeader(PageItem(DesignerPage::Sort, kSortBase + kList), msg::HEADER_SORT_KEYS);
+        HWND direction = PageItem(DesignerPage::Sort, IDC_SFS_DIRECTION);
+        for (const char *text : {"ASC", "DESC"}) Korvel_AddBoxEntry(direction, text, 0, -1, 0);
+        Korvel_SetBoxIndex(direction, 0);
+    }
+    ShowSchema();
+    ShowTables(-1);
+    ShowEntries(DesignerPage::Columns, -1);
+    ShowEntries(DesignerPage::Sort, -1);
+    RefreshChoices();
+    filling_ = false;
+    ShowPage(DesignerPage::Tables);
+    UpdatePreview();
+}
+
+void Designer::CreatePages() {
+    for (const PageInfo &info : kPages) {
+        if (info.page == DesignerPage::Sort && (query_.flags & SELFACT_VIEW)) continue;
+        HWND page = CreateDialogParamA(LibraryInstance(), MAKEINTRESOURCEA(info.templateId), dialog_,
+                                       &Designer::PageProcedure, reinterpret_cast<LPARAM>(this));
+        if (!page) throw std::bad_alloc();
+        SetWindowLongPtrA(page, GWLP_ID, info.windowId);
+        pages_[static_cast<int>(info.page)] = page;
+        // The page's caption is its tab's label.
+        char label[kLabelSize] = {};
+        GetWindowTextA(page, label, sizeof label);
+        TCITEMA item = {};
+        item.mask = TCIF_TEXT;
+        item.pszText = label;
+        SendMessageA(tabs_, TCM_INSERTITEMA, tabPages_.size(), reinterpret_cast<LPARAM>(&item));
+        tabPages_.push_back(info.page);
+    }
+    TranslateTabItems(tabs_);
+    // The pages fill what the tabs leave of the control, known once they are in.
+    RECT area = {};
+    GetClientRect(tabs_, &area);
+    SendMessageA(tabs_, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+    MapWindowPoints(tabs_, dialog_, reinterpret_cast<POINT *>(&area), 2);
+    for (DesignerPage page : tabPages_)
+        SetWindowPos(Page(page), HWND_TOP, area.left, area.top, area.right - area.left, area.bottom - area.top,
+                     SWP_NOACTIVATE);
+}
+
+void Designer::ShowPage(DesignerPage page) {
+    for (std::size_t i = 0; i < tabPages_.size(); ++i)
+        if (tabPages_[i] == page) SendMessageA(tabs_, TCM_SETCURSEL, i, 0);
+    ShowCurrentPage();
+}
+
+void Designer::ShowCurrentPage() {
+    const LRESULT current = SendMessageA(tabs_, TCM_GETCURSEL, 0, 0);
+    for (std::size_t i = 0; i < tabPages_.size(); ++i)
+        ShowWindow(Page(tabPages_[i]), static_cast<LRESULT>(i) == current ? SW_SHOW : SW_HIDE);
+}
+
+bool Designer::Command(int id) {
+    switch (id) {
+    case IDC_SELFACT_OK: Accept(); return true;
+    case IDCANCEL: EndDialog(dialog_, KODBC_DIALOG_CANCEL); return true;
+    case IDC_SELFACT_TEST: Test(); return true;
+    case IDC_SELFACT_CHOOSE_SCHEMA: ChooseSchema(); return true;
+    default: return false;
+    }
+}
+
+void Designer::UpdatePreview() { SetItemText(dialog_, IDC_SELFACT_SQL, SelFactSql(query_).c_str()); }
+
+void Designer::ShowSchema() {
+    SetItemText(dialog_, IDC_SELFACT_SCHEMA, query_.schema.c_str());
+    HWND tables = PageItem(DesignerPage::Tables, IDC_SFT_TABLE);
+    Korvel_ResetBox(tables);
+    Kodbc_FillTablesBoxExtended(query_.hdbc, KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, query_.schema.c_str(), 0, tables);
+}
+
+void Designer::ChooseSchema() {
+    char schema[kSchemaSize] = {};
+    lstrcpynA(schema, query_.schema.c_str(), sizeof schema);
+    if (Kodbc_SelectDbaseSchema(dialog_, query_.hdbc, schema, 0, 0) != KODBC_DIALOG_OK) return;
+    query_.schema = schema;
+    catalogue_.clear();
+    ShowSchema();
+    RefreshChoices();
+}
+
+void Designer::Accept() {
+    if (const int refused = CheckSelFact(query_)) {
+        ShowPage(PageOfRule(refused));
+        LibraryMessage(refused);
+        return;
+    }
+    if (TestSelFact(query_) == KODBC_SUCCESS) EndDialog(dialog_, KODBC_DIALOG_OK);
+}
+
+void Designer::Test() {
+    if (TestSelFact(query_) == KODBC_SUCCESS) LibraryMessage(msg::SELECT_TESTED_OK);
+}
+
+const std::string &Designer::CatalogueFields(const std::string &table) {
+    const std::string spec = query_.schema.empty() ? table : query_.schema + "." + table;
+    auto found = catalogue_.find(spec);
+    if (found != catalogue_.end()) return found->second;
+    auto fields = std::make_unique<char[]>(kFieldListSize);
+    if (Kodbc_GetFields(query_.hdbc, spec.c_str(), KODBC_FIELDS_WITH_TYPE, "\t", fields.get(), kFieldListSize) !=
+        KODBC_SUCCESS)
+        fields[0] = '\0';
+    return catalogue_.emplace(spec, fields.get()).first->second;
+}
+
+std::vector<std::pair<std::string, std::string>> Designer::Fields(const SelFact::Table *extra) {
+    std::vector<const SelFact::Table *> tables;
+    for (const SelFact::Table &table : query_.tables) tables.push_back(&table);
+    if (extra && extra->name) tables.push_back(extra);
+    std::vector<std::pair<std::string, std::string>> fields;
+    for (const SelFact::Table *table : tables) {
+        if (!table->name) continue;
+        const std::string list = QualifyFieldList(TableQualifier(*table), CatalogueFields(*table->name), true);
+        std::size_t start = 0;
+        while (start < list.size()) {
+            std::size_t tab = list.find('\t', start);
+            const std::string name = list.substr(start, tab == std::string::npos ? std::string::npos : tab - start);
+            std::string type;
+            if (tab != std::string::npos) {
+                const std::size_t next = list.find('\t', tab + 1);
+                type = list.substr(tab + 1, next == std::string::npos ? std::string::npos : next - tab - 1);
+                tab = next;
+            }
+            fields.emplace_back(name, type);
+            start = tab == std::string::npos ? list.size() : tab + 1;
+        }
+    }
+    return fields;
+}
+
+// What the pages offer follows the chosen tables.
+void Designer::RefreshChoices() {
+    const bool wasFilling = filling_;
+    filling_ = true;
+    const auto fields = Fields(nullptr);
+    std::vector<std::string> columns;
+    for (const SelFact::Table &table : query_.tables) columns.push_back(TableQualifier(table) + ".*");
+    std::vector<std::string> names;
+    for (const auto &field : fields) names.push_back(field.first);
+    columns.insert(columns.end(), names.begin(), names.end());
+    RefillKeepingText(PageItem(DesignerPage::Columns, kColumnsBase + kEntry), columns);
+    if (Page(DesignerPage::Sort)) {
+        std::vector<std::string> sortable = names;
+        for (const SelFact::Column &column : query_.columns)
+            if (column.alias) sortable.push_back(*column.alias);
+        RefillKeepingText(PageItem(DesignerPage::Sort, kSortBase + kEntry), sortable);
+    }
+    RefreshOperands();
+    ShowSelection();
+    filling_ = wasFilling;
+}
+
+SelFact::Table Designer::EditedTable() {
+    HWND page = Page(DesignerPage::Tables);
+    SelFact::Table table;
+    table.name = Optional(Text(GetDlgItem(page, IDC_SFT_TABLE)));
+    table.alias = Optional(Text(GetDlgItem(page, IDC_SFT_ALIAS)));
+    table.joinType = static_cast<int>(SelectedData(GetDlgItem(page, IDC_SFT_JOIN), 1));
+    table.joinOperator = static_cast<int>(SelectedData(GetDlgItem(page, IDC_SFT_OPERATOR), 1));
+    table.first = Optional(Text(GetDlgItem(page, IDC_SFT_FIRST)));
+    table.second = Optional(Text(GetDlgItem(page, IDC_SFT_SECOND)));
+    return table;
+}
+
+void Designer::RefreshOperands() {
+    const SelFact::Table edited = EditedTable();
+    std::vector<std::string> names;
+    // A table being edited offers its fields under the qualifier it will
+    // have, not under the one it has in the list.
+    const int row = SelectedRow(PageItem(DesignerPage::Tables, IDC_SFT_LIST));
+    for (const auto &field : Fields(row < 0 ? &edited : nullptr)) names.push_back(field.first);
+    RefillKeepingText(PageItem(DesignerPage::Tables, IDC_SFT_FIRST), names);
+    RefillKeepingText(PageItem(DesignerPage::Tables, IDC_SFT_SECOND), names);
+}
+
+void Designer::ShowTables(int selected) {
+    std::vector<std::vector<std::string>> rows;
+    for (const SelFact::Table &table : query_.tables)
+        rows.push_back({table.name.value_or(""), table.alias.value_or(""),
+                        LibraryText(msg::JOIN_NONE + table.joinType - 1),
+                        JoinConditionText(table, LibraryText(msg::JOIN_OP_EQUAL + table.joinOperator - 1))});
+    ShowRows(PageItem(DesignerPage::Tables, IDC_SFT_LIST), rows, selected);
+}
+
+void Designer::LoadTable(int row) {
+    if (row < 0 || static_cast<std::size_t>(row) >= query_.tables.size()) return;
+    const SelFact::Table &table = query_.tables[static_cast<std::size_t>(row)];
+    HWND page = Page(DesignerPage::Tables);
+    filling_ = true;
+    SelectText(GetDlgItem(page, IDC_SFT_TABLE), table.name.value_or(""));
+    SetDlgItemTextA(page, IDC_SFT_ALIAS, table.alias.value_or("").c_str());
+    SelectByData(GetDlgItem(page, IDC_SFT_JOIN), table.joinType);
+    SelectByData(GetDlgItem(page, IDC_SFT_OPERATOR), table.joinOperator);
+    RefreshOperands();
+    SetDlgItemTextA(page, IDC_SFT_FIRST, table.first.value_or("").c_str());
+    SetDlgItemTextA(page, IDC_SFT_SECOND, table.second.value_or("").c_str());
+    filling_ = false;
+}
+
+void Designer::StoreEditedTable(bool add) {
+    HWND list = PageItem(DesignerPage::Tables, IDC_SFT_LIST);
+    const int row = SelectedRow(list);
+    if (!add && row < 0) return;
+    SelFact::Table table = EditedTable();
+    if (!table.name) {
+        LibraryMessage(msg::SELECT_TABLE);
+        return;
+    }
+    const std::size_t index = add ? query_.tables.size() : static_cast<std::size_t>(row);
+    if (const int refused = StoreTable(query_, index, std::move(table))) {
+        LibraryMessage(refused);
+        return;
+    }
+    filling_ = true;
+    if (add) {
+        // Ready for the next table, which is joined to these.
+        ShowTables(-1);
+        HWND page = Page(DesignerPage::Tables);
+        for (int id : {IDC_SFT_ALIAS, IDC_SFT_FIRST, IDC_SFT_SECOND}) SetDlgItemTextA(page, id, "");
+        SelectByData(GetDlgItem(page, IDC_SFT_JOIN), DefaultJoinType(query_));
+        SelectByData(GetDlgItem(page, IDC_SFT_OPERATOR), 1);
+    } else {
+        ShowTables(static_cast<int>(index));
+    }
+    filling_ = false;
+    ShowEntries(DesignerPage::Columns, -1);
+    ShowEntries(DesignerPage::Sort, -1);
+    RefreshChoices();
+    UpdatePreview();
+}
+
+// Entries of the columns or the sort page.
+void Designer::ShowEntries(DesignerPage page, int selected) {
+    if (!Page(page)) return;
+    std::vector<std::vector<std::string>> rows;
+    if (page == DesignerPage::Columns)
+        for (const SelFact::Column &column : query_.columns)
+            rows.push_back({column.expression.value_or(""), column.alias.value_or("")});
+    else
+        for (const SelFact::Sort &sort : query_.sorts)
+            rows.push_back({sort.column.value_or(""), sort.direction.value_or("")});
+    const bool wasFilling = filling_;
+    filling_ = true;
+    ShowRows(PageItem(page, (page == DesignerPage::Columns ? kColumnsBase : kSortBase) + kList), rows, selected);
+    filling_ = wasFilling;
+}
+
+void Designer::LoadEntry(DesignerPage page, int row) {
+    const int base = page == DesignerPage::Columns ? kColumnsBase : kSortBase;
+    std::string first, second;
+    if (page == DesignerPage::Columns && row >= 0 && static_cast<std::size_t>(row) < query_.columns.size()) {
+        first = query_.columns[static_cast<std::size_t>(row)].expression.value_or("");
+        second = query_.columns[static_cast<std::size_t>(row)].alias.value_or("");
+    } else if (page == DesignerPage::Sort && row >= 0 && static_cast<std::size_t>(row) < query_.sorts.size()) {
+        first = query_.sorts[static_cast<std::size_t>(row)].column.value_or("");
+        second = query_.sorts[static_cast<std::size_t>(row)].direction.value_or("ASC");
+    } else {
+        return;
+    }
+    filling_ = true;
+    SetWindowTextA(PageItem(page, base + kEntry), first.c_str());
+    if (page == DesignerPage::Columns)
+        SetWindowTextA(PageItem(page, base + kSecond), second.c_str());
+    else
+        SelectText(PageItem(page, base + kSecond), second);
+    filling_ = false;
+}
+
+void Designer::StoreEntry(DesignerPage page, bool add) {
+    const int base = page == DesignerPage::Columns ? kColumnsBase : kSortBase;
+    const std::string first = Text(PageItem(page, base + kEntry));
+    const std::string second = Text(PageItem(page, base + kSecond));
+    const int row = SelectedRow(PageItem(page, base + kList));
+    if (first.empty() || (!add && row < 0)) return;
+    int at = row;
+    if (page == DesignerPage::Columns) {
+        SelFact::Column column{Optional(first), Optional(second)};
+        if (add) {
+            if (query_.columns.size() == query_.columns.capacity()) query_.columns.reserve(query_.columns.size() + 100);
+            query_.columns.push_back(std::move(column));
+            at = static_cast<int>(query_.columns.size()) - 1;
+        } else {
+            query_.columns[static_cast<std::size_t>(row)] = std::move(column);
+        }
+    } else {
+        SelFact::Sort sort{Optional(first), Optional(second)};
+        if (add) {
+            if (query_.sorts.size() == query_.sorts.capacity()) query_.sorts.reserve(query_.sorts.size() + 100);
+            query_.sorts.push_back(std::move(sort));
+            at = static_cast<int>(query_.sorts.size()) - 1;
+        } else {
+            query_.sorts[static_cast<std::size_t>(row)] = std::move(sort);
+        }
+    }
+    ShowEntries(page, at);
+    if (page == DesignerPage::Columns) RefreshChoices();  // the sort page offers column aliases
+    UpdatePreview();
+}
+
+void Designer::MoveOrRemove(DesignerPage page, int control) {
+    const int base = page == DesignerPage::Tables ? 0 : page == DesignerPage::Columns ? kColumnsBase : kSortBase;
+    HWND list = page == DesignerPage::Tables ? PageItem(page, IDC_SFT_LIST) : PageItem(page, base + kList);
+    const int row = SelectedRow(list);
+    if (row < 0) return;
+    const auto index = static_cast<std::size_t>(row);
+    const int delta = control == kUp ? -1 : 1;
+    int selected = -1;
+    if (control == kRemove) {
+        if (page == DesignerPage::Tables) RemoveTable(query_, index);
+        if (page == DesignerPage::Columns) RemoveEntry(query_.columns, index);
+        if (page == DesignerPage::Sort) RemoveEntry(query_.sorts, index);
+    } else {
+        if (page == DesignerPage::Tables) selected = MoveEntry(query_.tables, index, delta);
+        if (page == DesignerPage::Columns) selected = MoveEntry(query_.columns, index, delta);
+        if (page == DesignerPage::Sort) selected = MoveEntry(query_.sorts, index, delta);
+        if (selected < 0) return;
+    }
+    filling_ = true;
+    if (page == DesignerPage::Tables) ShowTables(selected);
+    filling_ = false;
+    ShowEntries(DesignerPage::Columns, page == DesignerPage::Columns ? selected : -1);
+    ShowEntries(DesignerPage::Sort, page == DesignerPage::Sort ? selected : -1);
+    if (page != DesignerPage::Sort) RefreshChoices();
+    UpdatePreview();
+}
+
+void Designer::ShowSelection() {
+    const auto fields = Fields(nullptr);
+    std::string list;
+    for (const auto &field : fields) list += field.first + "\t" + field.second + "\t";
+    const bool wasFilling = filling_;
+    filling_ = true;
+    Kodbc_OpDesc_To_DialogItems(OPDESC_SELECTION, query_.selection.c_str(), list.c_str(),
+                                Page(DesignerPage::Selection), kSelectionRows, 0);
+    filling_ = wasFilling;
+}
+
+void Designer::ReadSelection() {
+    auto selection = std::make_unique<char[]>(kSelectionSize);
+    Kodbc_DialogItems_To_OpDesc(OPDESC_SELECTION, Page(DesignerPage::Selection), kSelectionRows, selection.get(),
+                                kSelectionSize);
+    query_.selection = selection.get();
+    UpdatePreview();
+}
+
+void Designer::PageCommand(HWND page, int id, int notification) {
+    if (page == Page(DesignerPage::Selection)) {
+        if (notification == CBN_SELCHANGE || notification == CBN_EDITCHANGE) ReadSelection();
+        return;
+    }
+    if (page == Page(DesignerPage::Tables)) {
+        switch (id) {
+        case IDC_SFT_ADD: StoreEditedTable(true); return;
+        case IDC_SFT_APPLY: StoreEditedTable(false); return;
+        case IDC_SFT_UP: MoveOrRemove(DesignerPage::Tables, kUp); return;
+        case IDC_SFT_DOWN: MoveOrRemove(DesignerPage::Tables, kDown); return;
+        case IDC_SFT_REMOVE: MoveOrRemove(DesignerPage::Tables, kRemove); return;
+        case IDC_SFT_TABLE:
+            if (notification == CBN_SELCHANGE) RefreshOperands();
+            return;
+        case IDC_SFT_ALIAS:
+            if (notification == EN_KILLFOCUS) RefreshOperands();
+            return;
+        default: return;
+        }
+    }
+    const DesignerPage which = page == Page(DesignerPage::Columns) ? DesignerPage::Columns : DesignerPage::Sort;
+    const int base = which == DesignerPage::Columns ? kColumnsBase : kSortBase;
+    if (notification != BN_CLICKED) return;
+    const int control = id - base;
+    if (control == kAdd || control == kApply) StoreEntry(which, control == kAdd);
+    if (control == kUp || control == kDown || control == kRemove) MoveOrRemove(which, control);
+}
+
+void Designer::PageNotify(HWND page, const NMHDR &header) {
+    if (header.code != LVN_ITEMCHANGED) return;
+    const auto &change = reinterpret_cast<const NMLISTVIEW &>(header);
+    if (!(change.uChanged & LVIF_STATE) || !(change.uNewState & LVIS_SELECTED) || (change.uOldState & LVIS_SELECTED))
+        return;
+    if (page == Page(DesignerPage::Tables)) LoadTable(change.iItem);
+    else if (page == Page(DesignerPage::Columns)) LoadEntry(DesignerPage::Columns, change.iItem);
+    else if (page == Page(DesignerPage::Sort)) LoadEntry(DesignerPage::Sort, change.iItem);
+}
+
+} // namespace
+} // namespace kodbc::select
+
+using namespace kodbc;
+
+extern "C" KODBC_API int KODBC_CALL Kodbc_SelFact_Edit(SelFact *query, HWND owner) {
+    if (!query) return KODBC_DIALOG_CANCEL;
+    try {
+        auto copy = std::make_unique<SelFact>();
+        copy->hdbc = query->hdbc;
+        copy->schema = query->schema;
+        copy->flags = query->flags;
+        copy->columns = query->columns;
+        copy->tables = query->tables;
+        copy->selection = query->selection;
+        copy->sorts = query->sorts;
+        kodbc::select::Designer designer(*copy);
+        if (designer.Run(owner) != KODBC_DIALOG_OK) return KODBC_DIALOG_CANCEL;
+        query->columns = std::move(copy->columns);
+        query->tables = std::move(copy->tables);
+        query->selection = std::move(copy->selection);
+        query->sorts = std::move(copy->sorts);
+        return KODBC_DIALOG_OK;
+    } catch (const std::bad_alloc &) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+        return KODBC_DIALOG_CANCEL;
+    } catch (...) {
+        return KODBC_DIALOG_CANCEL;
+    }
+}

@@ -1,0 +1,294 @@
+// The query designer as a user meets it: a join of two tables built on the
+// pages, columns, a condition and a sort key picked, the statement checked
+// in the preview and read back from the query after OK; each rule that
+// refuses OK, with its page in front; "Testen"; and a cancel that leaves
+// the query as it was.
+#include "wizard_walker.h"
+
+#include "select/selfact_dialog_ids.h"
+
+#include <kodbc/kodbc_selfact.h>
+
+#include <commctrl.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using wintest::Click;
+using wintest::ControlText;
+using wintest::WaitFor;
+using Texts = std::vector<std::string>;
+
+constexpr char kTitle[] = "Assistent f\xFCr SELECT-Befehl";
+constexpr int kMessageText = 0xFFFF;  // the text of a message box
+constexpr int kPages[] = {IDC_SELFACT_PAGE_TABLES, IDC_SELFACT_PAGE_COLUMNS, IDC_SELFACT_PAGE_SELECTION,
+                          IDC_SELFACT_PAGE_SORT};
+
+HWND Page(HWND dialog, int page) { return GetDlgItem(dialog, page); }
+
+Texts TabLabels(HWND dialog) {
+    HWND tabs = GetDlgItem(dialog, IDC_SELFACT_TABS);
+    Texts labels;
+    const int count = static_cast<int>(SendMessageA(tabs, TCM_GETITEMCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+        char text[100] = {};
+        TCITEMA item = {};
+        item.mask = TCIF_TEXT;
+        item.pszText = text;
+        item.cchTextMax = sizeof text;
+        SendMessageA(tabs, TCM_GETITEMA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+        labels.push_back(item.pszText ? item.pszText : "");
+    }
+    return labels;
+}
+
+// The page whose window shows; 0 for none.
+int FrontPage(HWND dialog) {
+    for (int page : kPages)
+        if (Page(dialog, page) && IsWindowVisible(Page(dialog, page))) return page;
+    return 0;
+}
+
+// Clicks a tab as the user would: the selection, then the control's notice.
+void ChooseTab(HWND dialog, int index) {
+    HWND tabs = GetDlgItem(dialog, IDC_SELFACT_TABS);
+    SendMessageA(tabs, TCM_SETCURSEL, static_cast<WPARAM>(index), 0);
+    NMHDR header = {tabs, IDC_SELFACT_TABS, TCN_SELCHANGE};
+    SendMessageA(dialog, WM_NOTIFY, IDC_SELFACT_TABS, reinterpret_cast<LPARAM>(&header));
+}
+
+void Notify(HWND page, int id, int code) {
+    SendMessageA(page, WM_COMMAND, MAKEWPARAM(id, code), reinterpret_cast<LPARAM>(GetDlgItem(page, id)));
+}
+
+// Picks the entry of a combo box with that text, or (text null) that item data.
+void Choose(HWND page, int id, const char *text, LPARAM data = 0) {
+    HWND box = GetDlgItem(page, id);
+    const int count = static_cast<int>(SendMessageA(box, CB_GETCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+        const bool match = text ? wintest::BoxLines(box)[static_cast<std::size_t>(i)].text == text
+                                : SendMessageA(box, CB_GETITEMDATA, static_cast<WPARAM>(i), 0) == data;
+        if (!match) continue;
+        SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(i), 0);
+        Notify(page, id, CBN_SELCHANGE);
+        return;
+    }
+    ADD_FAILURE() << "no entry " << (text ? text : std::to_string(data)) << " in box " << id;
+}
+
+void Type(HWND page, int id, const char *text) { SetWindowTextA(GetDlgItem(page, id), text); }
+
+int Rows(HWND page, int list) { return static_cast<int>(SendMessageA(GetDlgItem(page, list), LVM_GETITEMCOUNT, 0, 0)); }
+
+// Presses a page's button and waits until its list has `rows` rows.
+void PressFor(HWND page, int button, int list, int rows) {
+    Click(page, button);
+    EXPECT_TRUE(WaitFor([&] { return Rows(page, list) == rows; })) << "button " << button;
+}
+
+// Waits for the library's next message box: photographed as `shot`,
+// answered with OK; its text.
+std::string AnswerBox(const std::string &shot) {
+    HWND box = nullptr;
+    WaitFor([&] {
+        return (box = FindWindowA("#32770", wintest::kLibraryMessageCaption)) != nullptr && IsWindowVisible(box);
+    }, 10000);
+    if (!box) return "<none>";
+    Sleep(300);
+    const std::string text = ControlText(box, kMessageText);
+    if (!shot.empty()) wintest::SaveScreenshot(box, shot);
+    PostMessageA(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+    WaitFor([&] { return !IsWindow(box); });
+    return text;
+}
+
+class SelFactDesignerTest : public wintest::ConnectedTest {
+protected:
+    void SetUp() override {
+        ConnectedTest::SetUp();
+        for (const char *table : {"kodbc_sfk", "kodbc_sfa"}) Run(std::string("DROP TABLE ") + table);
+        ASSERT_TRUE(Run("CREATE TABLE kodbc_sfk (Nr INTEGER, Name VARCHAR(20), Ort VARCHAR(20))"));
+        ASSERT_TRUE(Run("CREATE TABLE kodbc_sfa (KdNr INTEGER, Betrag INTEGER)"));
+        ASSERT_TRUE(Run("INSERT INTO kodbc_sfk VALUES (1, 'Meier', 'Bonn')"));
+        ASSERT_TRUE(Run("INSERT INTO kodbc_sfa VALUES (1, 20)"));
+        ASSERT_EQ(Kodbc_SelFact_Create(&query_, hdbc_, "", 0), SELFACT_OK);
+    }
+    void TearDown() override {
+        Kodbc_SelFact_Destroy(query_);
+        for (const char *table : {"kodbc_sfk", "kodbc_sfa"}) Run(std::string("DROP TABLE ") + table);
+        ConnectedTest::TearDown();
+    }
+    std::string Part(int part) {
+        char text[2000] = {};
+        Kodbc_SelFact_GetDescriptor(query_, part, text, sizeof text, 0);
+        return text;
+    }
+    std::string Sql() {
+        char sql[2000] = {};
+        Kodbc_SelFact_CreateSql(query_, sql, sizeof sql, 0);
+        return sql;
+    }
+    void Preset(const char *tables, const char *columns) {
+        Kodbc_SelFact_SetDescriptor(query_, SELFACT_TABLES, tables, 0);
+        Kodbc_SelFact_SetDescriptor(query_, SELFACT_COLUMNS, columns, 0);
+    }
+    SelFact *query_ = nullptr;
+};
+
+TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
+    Texts labels, operands, columnChoices, shown;
+    std::string preview, tested;
+    int tablesAfterMove = -1;
+    wintest::DialogRobot robot(kTitle, "selfact-10064", [&](HWND dialog) {
+        labels = TabLabels(dialog);
+        HWND tables = Page(dialog, IDC_SELFACT_PAGE_TABLES);
+        Choose(tables, IDC_SFT_TABLE, "kodbc_sfk");
+        Type(tables, IDC_SFT_ALIAS, "k");
+        PressFor(tables, IDC_SFT_ADD, IDC_SFT_LIST, 1);
+        Type(tables, IDC_SFT_ALIAS, "a");
+        Choose(tables, IDC_SFT_TABLE, "kodbc_sfa");
+        operands = wintest::BoxTexts(GetDlgItem(tables, IDC_SFT_FIRST));
+        Choose(tables, IDC_SFT_JOIN, nullptr, 2);
+        Type(tables, IDC_SFT_FIRST, "k.Nr");
+        Type(tables, IDC_SFT_SECOND, "a.KdNr");
+        PressFor(tables, IDC_SFT_ADD, IDC_SFT_LIST, 2);
+        for (int row = 0; row < 2; ++row) {
+            std::string line;
+            for (int column = 0; column < 4; ++column)
+                line += (column ? "|" : "") + wintest::ListViewCell(GetDlgItem(tables, IDC_SFT_LIST), row, column);
+            shown.push_back(line);
+        }
+        Sleep(200);
+        wintest::SaveScreenshot(dialog, "selfact-10064-tabellen");
+
+        ChooseTab(dialog, 1);
+        HWND columns = Page(dialog, IDC_SELFACT_PAGE_COLUMNS);
+        columnChoices = wintest::BoxTexts(GetDlgItem(columns, IDC_SFC_COLUMN));
+        for (const char *column : {"k.Ort", "k.Name", "a.Betrag"}) {
+            Type(columns, IDC_SFC_COLUMN, column);
+            Type(columns, IDC_SFC_ALIAS, std::string(column) == "k.Name" ? "Kunde" : "");
+            PressFor(columns, IDC_SFC_ADD, IDC_SFC_LIST, Rows(columns, IDC_SFC_LIST) + 1);
+        }
+        // k.Ort goes to the end and then away.
+        ListView_SetItemState(GetDlgItem(columns, IDC_SFC_LIST), 0, LVIS_SELECTED, LVIS_SELECTED);
+        Click(columns, IDC_SFC_DOWN);
+        Click(columns, IDC_SFC_DOWN);
+        WaitFor([&] { return wintest::ListViewCell(GetDlgItem(columns, IDC_SFC_LIST), 2, 0) == "k.Ort"; });
+        PressFor(columns, IDC_SFC_REMOVE, IDC_SFC_LIST, 2);
+        tablesAfterMove = Rows(tables, IDC_SFT_LIST);
+        Sleep(200);
+        wintest::SaveScreenshot(dialog, "selfact-10064-spalten");
+
+        ChooseTab(dialog, 2);
+        HWND selection = Page(dialog, IDC_SELFACT_PAGE_SELECTION);
+        Choose(selection, IDC_SFW_G1R1_FIELD, "a.Betrag");
+        Type(selection, IDC_SFW_G1R1_VALUE, "10");
+        Choose(selection, IDC_SFW_G1R1_OPERATION, nullptr, OPDESC_OP_GREATER);
+        Sleep(200);
+        wintest::SaveScreenshot(dialog, "selfact-10064-selektion");
+
+        ChooseTab(dialog, 3);
+        HWND sort = Page(dialog, IDC_SELFACT_PAGE_SORT);
+        Type(sort, IDC_SFS_COLUMN, "k.Name");
+        Choose(sort, IDC_SFS_DIRECTION, "DESC");
+        PressFor(sort, IDC_SFS_ADD, IDC_SFS_LIST, 1);
+        Sleep(200);
+        wintest::SaveScreenshot(dialog, "selfact-10064-sortierung");
+        preview = ControlText(dialog, IDC_SELFACT_SQL);
+
+        Click(dialog, IDC_SELFACT_TEST);
+        tested = AnswerBox("selfact-1706");
+        Click(dialog, IDC_SELFACT_OK);
+    }, 60000);
+    const int result = Kodbc_SelFact_Edit(query_, nullptr);
+    robot.Join();
+
+    ASSERT_TRUE(robot.Found()) << "dialog 10064 never appeared";
+    EXPECT_EQ(result, 1);
+    EXPECT_EQ(labels, (Texts{"Tabellen", "Spalten", "Selektion", "Sortierung"}));
+    EXPECT_EQ(operands, (Texts{"k.Nr", "k.Name", "k.Ort", "a.KdNr", "a.Betrag"}));
+    EXPECT_EQ(shown, (Texts{"kodbc_sfk|k||", "kodbc_sfa|a|linkes Kreuzprodukt|k.Nr = a.KdNr"}));
+    EXPECT_EQ(columnChoices, (Texts{"k.*", "a.*", "k.Nr", "k.Name", "k.Ort", "a.KdNr", "a.Betrag"}));
+    EXPECT_EQ(tablesAfterMove, 2);
+    EXPECT_NE(tested.find("Der SELECT-Befehl wurde erfolgreich getestet"), std::string::npos) << tested;
+    const std::string expected = "SELECT k.Name AS Kunde, a.Betrag FROM kodbc_sfk AS k LEFT JOIN kodbc_sfa AS a ON "
+                                 "k.Nr = a.KdNr WHERE (a.Betrag > 10) ORDER BY k.Name DESC";
+    EXPECT_EQ(preview, expected);
+    EXPECT_EQ(Sql(), expected);
+    EXPECT_EQ(Part(SELFACT_TABLES), "kodbc_sfk\tk\t\tEQ\t\t\nkodbc_sfa\ta\tLJ\tEQ\tk.Nr\ta.KdNr");
+    EXPECT_EQ(Part(SELFACT_COLUMNS), "k.Name\tKunde\na.Betrag\t");
+    EXPECT_EQ(Part(SELFACT_SORT), "k.Name\tDESC");
+    EXPECT_EQ(Part(SELFACT_SELECTION), "a.Betrag\tGT\t10\t4\n\v\v\v\v");
+}
+
+TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
+    struct Case {
+        const char *tables, *columns;
+        int startTab;
+        const char *said;
+        int front;
+        const char *shot;
+    } cases[] = {
+        {"", "", 1, "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.", IDC_SELFACT_PAGE_TABLES, "selfact-1625"},
+        {"kodbc_sfk\tk\tLJ\tEQ\tk.Nr\tk.Nr", "k.Name\t", 3,
+         "Die erste Tabelle der Liste darf keine Verkn\xFCpfung mit anderen Tabellen sein", IDC_SELFACT_PAGE_TABLES,
+         "selfact-1653"},
+        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\t\t\t\t", "k.Name\t", 2,
+         "Alle Tabellen au\xDF" "er der ersten m\xFCssen Verkn\xFC" "fungen mit anderen Tabellen sein.",
+         IDC_SELFACT_PAGE_TABLES, "selfact-1654"},
+        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\tIJ\tEQ\tk.Nr\ta.KdNr", "", 0,
+         "Es mu\xDF mindestens eine Spalte ausgew\xE4hlt werden.", IDC_SELFACT_PAGE_COLUMNS, "selfact-1655"},
+        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\tIJ\tEQ\tk.Nr\t", "k.Name\t", 1,
+         "m\xFCssen beide Operanden angegeben werden.", IDC_SELFACT_PAGE_TABLES, "selfact-1652"},
+    };
+    for (const Case &c : cases) {
+        Preset(c.tables, c.columns);
+        std::string said;
+        int startedOn = 0, front = 0;
+        wintest::DialogRobot robot(kTitle, "", [&](HWND dialog) {
+            ChooseTab(dialog, c.startTab);
+            startedOn = FrontPage(dialog);
+            Click(dialog, IDC_SELFACT_OK);
+            said = AnswerBox(c.shot);
+            front = FrontPage(dialog);
+            Click(dialog, IDC_SELFACT_CANCEL);
+        });
+        EXPECT_EQ(Kodbc_SelFact_Edit(query_, nullptr), 2) << c.shot;
+        robot.Join();
+        EXPECT_EQ(startedOn, kPages[c.startTab]) << c.shot;
+        EXPECT_NE(said.find(c.said), std::string::npos) << c.shot << ": " << said;
+        EXPECT_EQ(front, c.front) << c.shot;
+    }
+}
+
+TEST_F(SelFactDesignerTest, AJoinWithoutOperandsIsRefusedAndCancelKeepsTheQuery) {
+    Preset("kodbc_sfk\tk\t\t\t\t", "k.Name\t");
+    const std::string tables = Part(SELFACT_TABLES), columns = Part(SELFACT_COLUMNS);
+    std::string said;
+    int rowsAfterRefusal = -1, rowsAfterAdd = -1;
+    wintest::DialogRobot robot(kTitle, "", [&](HWND dialog) {
+        HWND page = Page(dialog, IDC_SELFACT_PAGE_TABLES);
+        Choose(page, IDC_SFT_TABLE, "kodbc_sfa");
+        Choose(page, IDC_SFT_JOIN, nullptr, 3);
+        Type(page, IDC_SFT_FIRST, "k.Nr");
+        Click(page, IDC_SFT_ADD);
+        said = AnswerBox("");
+        rowsAfterRefusal = Rows(page, IDC_SFT_LIST);
+        Type(page, IDC_SFT_SECOND, "kodbc_sfa.KdNr");
+        PressFor(page, IDC_SFT_ADD, IDC_SFT_LIST, 2);
+        rowsAfterAdd = Rows(page, IDC_SFT_LIST);
+        Click(dialog, IDC_SELFACT_CANCEL);
+    });
+    EXPECT_EQ(Kodbc_SelFact_Edit(query_, nullptr), 2);
+    robot.Join();
+    EXPECT_NE(said.find("Wenn die Tabelle mit einer anderen verkn\xFCpft werden soll"), std::string::npos) << said;
+    EXPECT_EQ(rowsAfterRefusal, 1);
+    EXPECT_EQ(rowsAfterAdd, 2);
+    EXPECT_EQ(Part(SELFACT_TABLES), tables);
+    EXPECT_EQ(Part(SELFACT_COLUMNS), columns);
+    EXPECT_EQ(Kodbc_SelFact_Edit(nullptr, nullptr), 2);
+}
+
+} // namespace
