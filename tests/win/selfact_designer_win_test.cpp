@@ -6,6 +6,7 @@
 #include "wizard_walker.h"
 
 #include "select/selfact_dialog_ids.h"
+#include "tools/picker_dialog_ids.h"
 
 #include <kodbc/kodbc_selfact.h>
 
@@ -289,6 +290,46 @@ TEST_F(SelFactDesignerTest, AJoinWithoutOperandsIsRefusedAndCancelKeepsTheQuery)
     EXPECT_EQ(Part(SELFACT_TABLES), tables);
     EXPECT_EQ(Part(SELFACT_COLUMNS), columns);
     EXPECT_EQ(Kodbc_SelFact_Edit(nullptr, nullptr), 2);
+}
+
+} // namespace
+
+namespace {
+
+// A view's body: no sort page, and OK tests the statement as a view, which
+// is dropped again. The schema picked serves the designer alone.
+TEST_F(SelFactDesignerTest, AViewHasNoSortPageAndIsTestedAsAView) {
+    SelFact *view = nullptr;
+    ASSERT_EQ(Kodbc_SelFact_Create(&view, hdbc_, "", SELFACT_VIEW), SELFACT_OK);
+    Kodbc_SelFact_SetDescriptor(view, SELFACT_TABLES, "kodbc_sfk\tk\t\t\t\t", 0);
+    Kodbc_SelFact_SetDescriptor(view, SELFACT_COLUMNS, "k.Name\t", 0);
+    Texts labels;
+    bool sortPage = true;
+    std::string schema;
+    wintest::DialogRobot robot(kTitle, "", [&](HWND dialog) {
+        labels = TabLabels(dialog);
+        sortPage = Page(dialog, IDC_SELFACT_PAGE_SORT) != nullptr;
+        Click(dialog, IDC_SELFACT_CHOOSE_SCHEMA);
+        HWND picker = nullptr;
+        WaitFor([&] { return (picker = FindWindowA("#32770", "Datenbank-Schema ausw\xE4hlen")) != nullptr; });
+        if (picker) {
+            SetWindowTextA(GetDlgItem(picker, IDC_SCHEMA_PICKER_BOX), "main");
+            Click(picker, IDC_SCHEMA_PICKER_OK);
+            WaitFor([&] { return ControlText(dialog, IDC_SELFACT_SCHEMA) == "main"; });
+        }
+        schema = ControlText(dialog, IDC_SELFACT_SCHEMA);
+        Click(dialog, IDC_SELFACT_OK);
+    });
+    EXPECT_EQ(Kodbc_SelFact_Edit(view, nullptr), 1);
+    robot.Join();
+    EXPECT_EQ(labels, (Texts{"Tabellen", "Spalten", "Selektion"}));
+    EXPECT_FALSE(sortPage);
+    EXPECT_EQ(schema, "main");
+    EXPECT_TRUE(wintest::QueryRows(hdbc_, "SELECT * FROM __KORVEL_TEST__").empty()) << "the test view was dropped";
+    char sql[200] = {};
+    Kodbc_SelFact_CreateSql(view, sql, sizeof sql, 0);
+    EXPECT_STREQ(sql, "SELECT k.Name FROM kodbc_sfk AS k");
+    Kodbc_SelFact_Destroy(view);
 }
 
 } // namespace
