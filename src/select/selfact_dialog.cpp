@@ -383,14 +383,14 @@ void Designer::Test() {
 }
 
 const std::string &Designer::CatalogueFields(const std::string &table) {
-    const std::string spec = query_.schema.empty() ? table : query_.schema + "." + table;
-    auto found = catalogue_.find(spec);
+    const std::string qualified = query_.schema.empty() ? table : query_.schema + "." + table;
+    auto found = catalogue_.find(qualified);
     if (found != catalogue_.end()) return found->second;
     auto fields = std::make_unique<char[]>(kFieldListSize);
-    if (Kodbc_GetFields(query_.hdbc, spec.c_str(), KODBC_FIELDS_WITH_TYPE, "\t", fields.get(), kFieldListSize) !=
+    if (Kodbc_GetFields(query_.hdbc, qualified.c_str(), KODBC_FIELDS_WITH_TYPE, "\t", fields.get(), kFieldListSize) !=
         KODBC_SUCCESS)
         fields[0] = '\0';
-    return catalogue_.emplace(spec, fields.get()).first->second;
+    return catalogue_.emplace(qualified, fields.get()).first->second;
 }
 
 std::vector<std::pair<std::string, std::string>> Designer::Fields(const SelFact::Table *extra) {
