@@ -6,6 +6,7 @@
 
 #include "select/selfact.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -37,14 +38,24 @@ std::string QualifyFieldList(const std::string &qualifier, const std::string &fi
 // with the operator's label (not its SQL); empty for a table not joined.
 std::string JoinConditionText(const SelFact::Table &table, const std::string &operatorLabel);
 
-// List editing. Moving by delta (-1 up, +1 down) returns the entry's new
-// index, or -1 when it cannot move; removing returns whether it was there.
+// List editing. Moving an entry to another place (the entries between
+// close up) or by delta (-1 up, +1 down) returns its new index, or -1 when
+// it cannot move; removing returns whether it was there.
+template <class T>
+int MoveEntryTo(std::vector<T> &entries, std::size_t from, std::size_t to) {
+    if (from >= entries.size() || to >= entries.size() || from == to) return -1;
+    auto first = entries.begin();
+    if (from < to)
+        std::rotate(first + static_cast<long>(from), first + static_cast<long>(from) + 1, first + static_cast<long>(to) + 1);
+    else
+        std::rotate(first + static_cast<long>(to), first + static_cast<long>(from), first + static_cast<long>(from) + 1);
+    return static_cast<int>(to);
+}
 template <class T>
 int MoveEntry(std::vector<T> &entries, std::size_t index, int delta) {
     const long target = static_cast<long>(index) + delta;
-    if (index >= entries.size() || target < 0 || target >= static_cast<long>(entries.size())) return -1;
-    std::swap(entries[index], entries[static_cast<std::size_t>(target)]);
-    return static_cast<int>(target);
+    if (target < 0) return -1;
+    return MoveEntryTo(entries, index, static_cast<std::size_t>(target));
 }
 template <class T>
 bool RemoveEntry(std::vector<T> &entries, std::size_t index) {

@@ -199,7 +199,11 @@ private:
     void ShowEntries(DesignerPage page, int selected);
     void LoadEntry(DesignerPage page, int row);
     void StoreEntry(DesignerPage page, bool add);
+    HWND ListOf(DesignerPage page) const;
     void MoveOrRemove(DesignerPage page, int control);
+    void Move(DesignerPage page, int from, int to);
+    void Reshow(DesignerPage page, int selected);
+    void Drop(HWND page, POINT at);
     // Selection page.
     void ShowSelection();
     void ReadSelection();
@@ -211,6 +215,8 @@ private:
     std::vector<DesignerPage> tabPages_;
     std::map<std::string, std::string> catalogue_;
     bool filling_ = false;
+    HWND dragList_ = nullptr;  // while a row is dragged
+    int dragRow_ = -1;
 };
 
 INT_PTR CALLBACK Designer::MainProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -254,6 +260,13 @@ INT_PTR CALLBACK Designer::PageProcedure(HWND page, UINT message, WPARAM wParam,
             return TRUE;
         case WM_NOTIFY:
             if (self && !self->filling_) self->PageNotify(page, *reinterpret_cast<const NMHDR *>(lParam));
+            return FALSE;
+        case WM_LBUTTONUP:
+            if (!self || !self->dragList_) return FALSE;
+            self->Drop(page, POINT{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
+            return TRUE;
+        case WM_CAPTURECHANGED:
+            if (self) self->dragList_ = nullptr;
             return FALSE;
         default:
             return FALSE;
@@ -587,24 +600,38 @@ void Designer::StoreEntry(DesignerPage page, bool add) {
     UpdatePreview();
 }
 
+HWND Designer::ListOf(DesignerPage page) const {
+    if (page == DesignerPage::Tables) return PageItem(page, IDC_SFT_LIST);
+    return PageItem(page, (page == DesignerPage::Columns ? kColumnsBase : kSortBase) + kList);
+}
+
 void Designer::MoveOrRemove(DesignerPage page, int control) {
-    const int base = page == DesignerPage::Tables ? 0 : page == DesignerPage::Columns ? kColumnsBase : kSortBase;
-    HWND list = page == DesignerPage::Tables ? PageItem(page, IDC_SFT_LIST) : PageItem(page, base + kList);
-    const int row = SelectedRow(list);
+    const int row = SelectedRow(ListOf(page));
     if (row < 0) return;
-    const auto index = static_cast<std::size_t>(row);
-    const int delta = control == kUp ? -1 : 1;
-    int selected = -1;
-    if (control == kRemove) {
-        if (page == DesignerPage::Tables) RemoveTable(query_, index);
-        if (page == DesignerPage::Columns) RemoveEntry(query_.columns, index);
-        if (page == DesignerPage::Sort) RemoveEntry(query_.sorts, index);
-    } else {
-        if (page == DesignerPage::Tables) selected = MoveEntry(query_.tables, index, delta);
-        if (page == DesignerPage::Columns) selected = MoveEntry(query_.columns, index, delta);
-        if (page == DesignerPage::Sort) selected = MoveEntry(query_.sorts, index, delta);
-        if (selected < 0) return;
+    if (control != kRemove) {
+        Move(page, row, row + (control == kUp ? -1 : 1));
+        return;
     }
+    const auto index = static_cast<std::size_t>(row);
+    if (page == DesignerPage::Tables) RemoveTable(query_, index);
+    if (page == DesignerPage::Columns) RemoveEntry(query_.columns, index);
+    if (page == DesignerPage::Sort) RemoveEntry(query_.sorts, index);
+    Reshow(page, -1);
+}
+
+void Designer::Move(DesignerPage page, int from, int to) {
+    if (from < 0 || to < 0) return;
+    const auto source = static_cast<std::size_t>(from), target = static_cast<std::size_t>(to);
+    int moved = -1;
+    if (page == DesignerPage::Tables) moved = MoveEntryTo(query_.tables, source, target);
+    if (page == DesignerPage::Columns) moved = MoveEntryTo(query_.columns, source, target);
+    if (page == DesignerPage::Sort) moved = MoveEntryTo(query_.sorts, source, target);
+    if (moved >= 0) Reshow(page, moved);
+}
+
+// After a list of `page` changed: the lists again, `selected` selected in
+// the changed one, and what the pages offer.
+void Designer::Reshow(DesignerPage page, int selected) {
     filling_ = true;
     if (page == DesignerPage::Tables) ShowTables(selected);
     filling_ = false;
@@ -612,6 +639,25 @@ void Designer::MoveOrRemove(DesignerPage page, int control) {
     ShowEntries(DesignerPage::Sort, page == DesignerPage::Sort ? selected : -1);
     if (page != DesignerPage::Sort) RefreshChoices();
     UpdatePreview();
+}
+
+// A row dragged in a list is dropped on the row under the button; below
+// the last row it goes to the end, outside the list nowhere.
+void Designer::Drop(HWND page, POINT at) {
+    HWND list = dragList_;
+    const int from = dragRow_;
+    dragList_ = nullptr;
+    ReleaseCapture();
+    MapWindowPoints(page, list, &at, 1);
+    RECT inside = {};
+    GetClientRect(list, &inside);
+    if (!PtInRect(&inside, at)) return;
+    LVHITTESTINFO hit = {};
+    hit.pt = at;
+    int to = static_cast<int>(SendMessageA(list, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    if (to < 0) to = Korvel_ListView_GetItemCount(list) - 1;
+    for (DesignerPage kind : {DesignerPage::Tables, DesignerPage::Columns, DesignerPage::Sort})
+        if (Page(kind) == page) Move(kind, from, to);
 }
 
 void Designer::ShowSelection() {
@@ -663,6 +709,12 @@ void Designer::PageCommand(HWND page, int id, int notification) {
 }
 
 void Designer::PageNotify(HWND page, const NMHDR &header) {
+    if (header.code == LVN_BEGINDRAG) {
+        dragList_ = header.hwndFrom;
+        dragRow_ = reinterpret_cast<const NMLISTVIEW &>(header).iItem;
+        SetCapture(page);
+        return;
+    }
     if (header.code != LVN_ITEMCHANGED) return;
     const auto &change = reinterpret_cast<const NMLISTVIEW &>(header);
     if (!(change.uChanged & LVIF_STATE) || !(change.uNewState & LVIS_SELECTED) || (change.uOldState & LVIS_SELECTED))

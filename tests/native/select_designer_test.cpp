@@ -107,6 +107,22 @@ TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
         EXPECT_EQ(MoveEntry(query.columns, c.index, c.delta), c.moved) << c.index << " by " << c.delta;
         EXPECT_EQ(Part(query, SELFACT_COLUMNS), c.columns) << c.index << " by " << c.delta;
     }
+    // Dragged to another place, the entries between close up.
+    const struct {
+        std::size_t from, to;
+        int moved;
+        std::string columns;
+    } drags[] = {
+        {0, 2, 2, "a.*\t\nk.Ort\t\nk.Name\tKunde"},
+        {2, 0, 0, "k.Ort\t\nk.Name\tKunde\na.*\t"},
+        {1, 1, -1, kColumns},
+        {1, 3, -1, kColumns},
+    };
+    for (const auto &d : drags) {
+        SelFact query = Query(kTwoTables, kColumns);
+        EXPECT_EQ(MoveEntryTo(query.columns, d.from, d.to), d.moved) << d.from << " to " << d.to;
+        EXPECT_EQ(Part(query, SELFACT_COLUMNS), d.columns) << d.from << " to " << d.to;
+    }
     SelFact query = Query(kTwoTables, kColumns);
     EXPECT_TRUE(RemoveEntry(query.columns, 0));
     EXPECT_FALSE(RemoveEntry(query.columns, 2));

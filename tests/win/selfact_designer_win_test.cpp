@@ -89,6 +89,22 @@ void PressFor(HWND page, int button, int list, int rows) {
     EXPECT_TRUE(WaitFor([&] { return Rows(page, list) == rows; })) << "button " << button;
 }
 
+// Drags row `from` of a list onto row `to` as the mouse would: the list's
+// notice that a drag begins, then the button released over the target.
+void Drag(HWND page, int listId, int from, int to) {
+    HWND list = GetDlgItem(page, listId);
+    NMLISTVIEW begin = {};
+    begin.hdr = {list, static_cast<UINT_PTR>(listId), LVN_BEGINDRAG};
+    begin.iItem = from;
+    SendMessageA(page, WM_NOTIFY, static_cast<WPARAM>(listId), reinterpret_cast<LPARAM>(&begin));
+    RECT target = {};
+    target.left = LVIR_BOUNDS;
+    SendMessageA(list, LVM_GETITEMRECT, static_cast<WPARAM>(to), reinterpret_cast<LPARAM>(&target));
+    POINT at = {target.left + 5, (target.top + target.bottom) / 2};
+    MapWindowPoints(list, page, &at, 1);
+    PostMessageA(page, WM_LBUTTONUP, 0, MAKELPARAM(at.x, at.y));
+}
+
 // Waits for the library's next message box: photographed as `shot`,
 // answered with OK; its text.
 std::string AnswerBox(const std::string &shot) {
@@ -139,7 +155,7 @@ protected:
 };
 
 TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
-    Texts labels, operands, columnChoices, shown;
+    Texts labels, operands, columnChoices, shown, dragged;
     std::string preview, tested;
     int tablesAfterMove = -1;
     wintest::DialogRobot robot(kTitle, "selfact-10064", [&](HWND dialog) {
@@ -172,11 +188,15 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
             Type(columns, IDC_SFC_ALIAS, std::string(column) == "k.Name" ? "Kunde" : "");
             PressFor(columns, IDC_SFC_ADD, IDC_SFC_LIST, Rows(columns, IDC_SFC_LIST) + 1);
         }
-        // k.Ort goes to the end and then away.
-        ListView_SetItemState(GetDlgItem(columns, IDC_SFC_LIST), 0, LVIS_SELECTED, LVIS_SELECTED);
+        // k.Ort goes down a row, is dragged to the end, and then away.
+        HWND list = GetDlgItem(columns, IDC_SFC_LIST);
+        ListView_SetItemState(list, 0, LVIS_SELECTED, LVIS_SELECTED);
         Click(columns, IDC_SFC_DOWN);
-        Click(columns, IDC_SFC_DOWN);
-        WaitFor([&] { return wintest::ListViewCell(GetDlgItem(columns, IDC_SFC_LIST), 2, 0) == "k.Ort"; });
+        WaitFor([&] { return wintest::ListViewCell(list, 1, 0) == "k.Ort"; });
+        Drag(columns, IDC_SFC_LIST, 1, 2);
+        WaitFor([&] { return wintest::ListViewCell(list, 2, 0) == "k.Ort"; });
+        dragged = {wintest::ListViewCell(list, 0, 0), wintest::ListViewCell(list, 1, 0),
+                   wintest::ListViewCell(list, 2, 0)};
         PressFor(columns, IDC_SFC_REMOVE, IDC_SFC_LIST, 2);
         tablesAfterMove = Rows(tables, IDC_SFT_LIST);
         Sleep(200);
@@ -213,6 +233,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
     EXPECT_EQ(shown, (Texts{"kodbc_sfk|k||", "kodbc_sfa|a|linkes Kreuzprodukt|k.Nr = a.KdNr"}));
     EXPECT_EQ(columnChoices, (Texts{"k.*", "a.*", "k.Nr", "k.Name", "k.Ort", "a.KdNr", "a.Betrag"}));
     EXPECT_EQ(tablesAfterMove, 2);
+    EXPECT_EQ(dragged, (Texts{"k.Name", "a.Betrag", "k.Ort"}));
     EXPECT_NE(tested.find("Der SELECT-Befehl wurde erfolgreich getestet"), std::string::npos) << tested;
     const std::string expected = "SELECT k.Name AS Kunde, a.Betrag FROM kodbc_sfk AS k LEFT JOIN kodbc_sfa AS a ON "
                                  "k.Nr = a.KdNr WHERE (a.Betrag > 10) ORDER BY k.Name DESC";
