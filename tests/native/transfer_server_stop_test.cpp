@@ -1,0 +1,255 @@
+// A database server that goes away in the middle of an export or an import:
+// the run must end with the driver's error shown, the file complete up to
+// the last record written, and the records inserted so far kept; a hang
+// would show as the test's timeout. The servers are private to this test
+// (started in a folder of its own with the test command's script), because
+// stopping the run's shared ones would break every test after it.
+#include "test_support.h"
+
+#include "transfer/export_file.h"
+#include "transfer/import_run.h"
+
+#include <sql.h>
+#include <sqlext.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace kodbc::test {
+namespace {
+
+using namespace transfer;
+
+constexpr long kRows = 50000;
+// Each exported row is this wide, so that the rows still on their way are far
+// more than the connection's buffers hold when the server goes away.
+constexpr int kPadding = 150;
+constexpr long kStopAt = 1000;
+
+struct Engine {
+    const char *name;
+    const char *driverSection;  // in the odbcinst.ini the script writes
+    const char *portFile;
+    // Connection attributes beyond server, port, database and account, asking
+    // the driver to fetch while the export runs instead of reading the whole
+    // result first, so that the stop falls into the fetching.
+    const char *options;
+    const char *fillSql;  // kRows numbered rows into kodbc_stop
+    // False where the driver reads the whole result when the statement runs
+    // whatever the options say: a stop while fetching cannot touch the
+    // export there, which must then simply complete.
+    bool fetchesWhileExporting;
+};
+
+const Engine kEngines[] = {
+    {"PostgreSQL", "PostgreSQL", "pg.port", "Servername=127.0.0.1;Username=kodbc;UseDeclareFetch=1;Fetch=100",
+     "INSERT INTO kodbc_stop SELECT n, 'Zeile ' || n || repeat('x', 150) FROM generate_series(1, 50000) AS s(n)", true},
+    {"MariaDB", "MariaDB", "maria.port", "Server=127.0.0.1;User=kodbc;NO_CACHE=1",
+     // The server bounds recursive queries at 1000 rows; its sequence tables are not bounded.
+     "INSERT INTO kodbc_stop SELECT seq, CONCAT('Zeile ', seq, REPEAT('x', 150)) FROM seq_1_to_50000", false},
+};
+
+std::string Trimmed(std::string text) {
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
+    return text;
+}
+
+// The servers of one folder, through the script the test command uses.
+class PrivateServers {
+public:
+    explicit PrivateServers(std::string dir) : dir_(std::move(dir)) {}
+    ~PrivateServers() { Run("stop"); }
+    bool Run(const char *action) const {
+        const std::string command = std::string("bash '") + KODBC_SOURCE_DIR "/scripts/servers.sh' " + action +
+                                    " '" + dir_ + "' >'" + dir_ + ".log' 2>&1";
+        return std::system(command.c_str()) == 0;
+    }
+    // The driver's library file as the script found it.
+    std::string Driver(const char *section) const {
+        std::ifstream ini(dir_ + "/odbcinst.ini");
+        std::string line, current;
+        while (std::getline(ini, line)) {
+            if (!line.empty() && line.front() == '[') current = line.substr(1, line.find(']') - 1);
+            else if (current == section && line.rfind("Driver=", 0) == 0) return line.substr(7);
+        }
+        return {};
+    }
+    std::string Port(const char *file) const { return Trimmed(ReadFile(dir_ + "/" + file)); }
+
+private:
+    std::string dir_;
+};
+
+class ServerStop : public ::testing::TestWithParam<Engine> {
+protected:
+    void SetUp() override {
+        if (!Contains(DataSources(), "kodbc_pg")) GTEST_SKIP() << "the database servers are not part of this run";
+        dir_ = ::testing::TempDir() + "kodbc_server_stop_" + GetParam().name;
+        std::remove((dir_ + ".log").c_str());
+        // Open to the database's own account, so that its cluster lives in
+        // here and survives the restarts.
+        ::mkdir(dir_.c_str(), 0755);
+        ::chmod(dir_.c_str(), 0755);
+        servers_ = std::make_unique<PrivateServers>(dir_);
+        ASSERT_TRUE(servers_->Run("start")) << ReadFile(dir_ + ".log");
+    }
+    void TearDown() override {
+        Disconnect();
+        servers_.reset();
+        if (!dir_.empty()) std::system(("rm -rf '" + dir_ + "' '" + dir_ + ".log'").c_str());
+    }
+
+    void Connect() {
+        Disconnect();
+        ASSERT_TRUE(servers_->Run("start")) << ReadFile(dir_ + ".log");
+        const Engine &engine = GetParam();
+        const std::string text = "DRIVER=" + servers_->Driver(engine.driverSection) + ";Port=" +
+                                 servers_->Port(engine.portFile) + ";Database=kodbc;Password=kodbc-test-pw;" +
+                                 engine.options;
+        ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &henv_)));
+        SQLSetEnvAttr(henv_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+        ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, henv_, &hdbc_)));
+        std::string connection = text;
+        ASSERT_TRUE(SQL_SUCCEEDED(SQLDriverConnect(hdbc_, nullptr, reinterpret_cast<SQLCHAR *>(connection.data()),
+                                                   SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT)))
+            << text;
+    }
+    void Disconnect() {
+        if (hdbc_) {
+            SQLDisconnect(hdbc_);
+            SQLFreeHandle(SQL_HANDLE_DBC, hdbc_);
+        }
+        if (henv_) SQLFreeHandle(SQL_HANDLE_ENV, henv_);
+        hdbc_ = henv_ = nullptr;
+    }
+    void Exec(const std::string &sql) {
+        SQLHSTMT stmt = nullptr;
+        ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+        const SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS);
+        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        ASSERT_TRUE(SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA) << sql;
+    }
+    void ExecQuietly(const char *sql) {
+        SQLHSTMT stmt = nullptr;
+        SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt);
+        SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql)), SQL_NTS);
+        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+    }
+    long Count(const char *table) {
+        SQLHSTMT stmt = nullptr;
+        SQLINTEGER count = -1;
+        const std::string sql = std::string("SELECT COUNT(*) FROM ") + table;
+        if (SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)) &&
+            SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS)) &&
+            SQL_SUCCEEDED(SQLFetch(stmt)))
+            SQLGetData(stmt, 1, SQL_C_SLONG, &count, 0, nullptr);
+        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        return count;
+    }
+    bool ShowedOdbcError() const {
+        for (const auto &entry : messages_.entries())
+            if (entry.kind == KODBC_MESSAGE_ODBC_ERROR) return true;
+        return false;
+    }
+
+    // Stops the servers when the work loop reports record kStopAt.
+    class StoppingProgress : public wizards::WizardProgress {
+    public:
+        explicit StoppingProgress(PrivateServers &servers) : servers_(servers) {}
+        void Start(long) override {}
+        bool Step(long value) override {
+            if (value == kStopAt) stopped_ = servers_.Run("stop");
+            return false;
+        }
+        void Finish() override {}
+        bool stopped_ = false;
+
+    private:
+        PrivateServers &servers_;
+    };
+
+    std::string dir_;
+    std::unique_ptr<PrivateServers> servers_;
+    SQLHENV henv_ = nullptr;
+    SQLHDBC hdbc_ = nullptr;
+    MessageRecorder messages_;
+};
+
+// Export and import in one test, so that each engine's servers start once;
+// the import starts them again after the export stopped them.
+TEST_P(ServerStop, EndsWithTheErrorAndKeepsWhatWasWritten) {
+    ASSERT_NO_FATAL_FAILURE(Connect());
+    ExecQuietly("DROP TABLE kodbc_stop");
+    ExecQuietly("DROP TABLE kodbc_stop_imp");
+    ASSERT_NO_FATAL_FAILURE(Exec("CREATE TABLE kodbc_stop (nr INTEGER, name VARCHAR(200))"));
+    ASSERT_NO_FATAL_FAILURE(Exec(GetParam().fillSql));
+
+    {
+        SCOPED_TRACE("export");
+        std::vector<ExportField> fields;
+        ASSERT_TRUE(ReadExportFields(hdbc_, "kodbc_stop", fields));
+        const std::string file = dir_ + "_export.txt";
+        StoppingProgress progress(*servers_);
+        ExportCounts counts;
+        const bool written = WriteExportFile(hdbc_, ExportStatement(hdbc_, "kodbc_stop", fields, "") + " ORDER BY nr",
+                                             fields, ExportFormat(), file.c_str(), kRows, progress, &counts);
+        ASSERT_TRUE(progress.stopped_);
+        if (GetParam().fetchesWhileExporting) {
+            EXPECT_FALSE(written);
+            EXPECT_TRUE(ShowedOdbcError());
+            EXPECT_GE(counts.written, kStopAt);
+            EXPECT_LT(counts.written, kRows);
+        } else {
+            EXPECT_TRUE(written);
+            EXPECT_EQ(counts.written, kRows);
+        }
+
+        // Every record counted as written is in the file, whole, in order and
+        // ended; nothing after it.
+        const std::string text = ReadFile(file);
+        ASSERT_GE(text.size(), 2u);
+        EXPECT_EQ(text.substr(text.size() - 2), "\r\n");
+        const std::vector<std::string> lines = Split(text.substr(0, text.size() - 2), "\r\n");
+        ASSERT_EQ(lines.size(), static_cast<std::size_t>(counts.written) + 1);
+        EXPECT_EQ(lines.front(), "nr\tname");
+        EXPECT_EQ(lines.back(), std::to_string(counts.written) + "\tZeile " + std::to_string(counts.written) +
+                                   std::string(kPadding, 'x'));
+        std::remove(file.c_str());
+    }
+
+    SCOPED_TRACE("import");
+    messages_.clear();
+    const std::string file = dir_ + "_import.txt";
+    {
+        std::ofstream out(file, std::ios::binary);
+        out << "nr\tname\r\n";
+        for (long n = 1; n <= kRows; ++n) out << n << "\tZeile " << n << "\r\n";
+    }
+    ASSERT_NO_FATAL_FAILURE(Connect());
+    ImportTextFormat format;
+    ImportFieldList fields;
+    ASSERT_TRUE(DiscoverTextFields(file.c_str(), format, fields));
+    ASSERT_TRUE(ImportStatementRunner(hdbc_).Run(CreateImportTableStatement(hdbc_, "kodbc_stop_imp", fields, "").c_str()));
+    ImportCounts counts;
+    {
+        ImportRecordWriter writer(hdbc_, "kodbc_stop_imp", fields, false);
+        StoppingProgress progress(*servers_);
+        EXPECT_FALSE(ImportTextRecords(file.c_str(), format, fields, writer, progress, kRows, counts));
+        ASSERT_TRUE(progress.stopped_);
+    }
+    EXPECT_TRUE(ShowedOdbcError());
+    EXPECT_EQ(counts.written, kStopAt);
+
+    ASSERT_NO_FATAL_FAILURE(Connect());
+    EXPECT_EQ(Count("kodbc_stop_imp"), counts.written);
+    std::remove(file.c_str());
+}
+
+INSTANTIATE_TEST_SUITE_P(Engine, ServerStop, ::testing::ValuesIn(kEngines),
+                         [](const ::testing::TestParamInfo<Engine> &info) { return std::string(info.param.name); });
+
+} // namespace
+} // namespace kodbc::test
