@@ -23,6 +23,23 @@ constexpr int kValueSize = 10000;
 constexpr int kNameSize = 200;
 constexpr int kTableTextSize = 300;
 
+// Most values are short. Some drivers fill the whole length they are given
+// (10000 bytes a value, most of it padding), so a value is read into a
+// small first part of the buffer and only a longer one read on into the
+// rest; the text and its 9999-character bound are those of a single read.
+constexpr SQLLEN kFirstRead = 256;
+
+SQLRETURN ReadTextValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN *indicator) {
+    SQLRETURN rc = KODBC_SQL(SQLGetData, handle, column, SQL_C_CHAR, text, kFirstRead, indicator);
+    if (rc != SQL_SUCCESS_WITH_INFO || *indicator == SQL_NULL_DATA ||
+        (*indicator != SQL_NO_TOTAL && *indicator < kFirstRead))
+        return rc;
+    SQLLEN rest = 0;
+    rc = KODBC_SQL(SQLGetData, handle, column, SQL_C_CHAR, text + kFirstRead - 1,
+                   static_cast<SQLLEN>(kValueSize) - kFirstRead + 1, &rest);
+    return rc == SQL_NO_DATA ? SQL_SUCCESS : rc;
+}
+
 // One value: brackets around the text, converted to the OEM code page
 // for ASCII files.
 class ValueWriter {
@@ -145,8 +162,7 @@ bool WriteExportFile(SQLHDBC hdbc, const std::string &statement, const std::vect
         for (std::size_t i = 0; i < columns.size() && !failed; ++i) {
             if (i) file.write(delimiter.data(), delimiter.size());
             SQLLEN indicator = 0;
-            rc = KODBC_SQL(SQLGetData, handle.get(), static_cast<SQLUSMALLINT>(i + 1), SQL_C_CHAR, text.get(),
-                           static_cast<SQLLEN>(kValueSize), &indicator);
+            rc = ReadTextValue(handle.get(), static_cast<SQLUSMALLINT>(i + 1), text.get(), &indicator);
             if (!SQL_SUCCEEDED(rc)) {
                 ReportStatementError(handle.get(), rc, statement.c_str(), nullptr);
                 failed = true;

@@ -23,7 +23,7 @@ protected:
         const char *current = std::setlocale(LC_CTYPE, nullptr);
         locale_ = current ? current : "C";
         std::setlocale(LC_CTYPE, "C.UTF-8");  // the ANSI side of the OEM conversion
-        OwnTables({kTable});
+        OwnTables({kTable, kLongTable});
         const std::string q = IdentifierQuote();
         Exec(std::string("CREATE TABLE ") + kTable + " (nr INTEGER, " + q + "Preis Netto" + q +
              " DOUBLE PRECISION, name VARCHAR(40))");
@@ -37,17 +37,17 @@ protected:
         std::setlocale(LC_CTYPE, locale_.c_str());
         DataSourceTest::TearDown();
     }
-    std::vector<ExportField> Fields() {
+    std::vector<ExportField> Fields(const char *table = kTable) {
         std::vector<ExportField> fields;
-        EXPECT_TRUE(ReadExportFields(hdbc_, kTable, fields));
+        EXPECT_TRUE(ReadExportFields(hdbc_, table, fields));
         return fields;
     }
     // Writes the file and gives its bytes ("" when it failed).
     std::string Export(const ExportFormat &format, long maxRecords = 100, const std::string &where = "",
-                       RecordingProgress *progress = nullptr) {
+                       RecordingProgress *progress = nullptr, const char *table = kTable) {
         RecordingProgress own;
-        const std::vector<ExportField> fields = Fields();
-        const std::string sql = ExportStatement(hdbc_, kTable, fields, where) + " ORDER BY nr";
+        const std::vector<ExportField> fields = Fields(table);
+        const std::string sql = ExportStatement(hdbc_, table, fields, where) + " ORDER BY nr";
         if (!WriteExportFile(hdbc_, sql, fields, format, file_.c_str(), maxRecords, progress ? *progress : own))
             return "";
         std::ifstream in(file_, std::ios::binary);
@@ -57,6 +57,7 @@ protected:
     }
 
     static constexpr const char *kTable = "kodbc_ex";
+    static constexpr const char *kLongTable = "kodbc_ex_long";
     std::string file_, locale_;
 };
 
@@ -106,6 +107,19 @@ TEST_P(ExportFile, CountBoundsTheLoopAndCancelKeepsWhatWasWritten) {
     EXPECT_EQ(Export(format, 3, "", &cancelling), "1\t12,5\tM\xC3\xBCller \"der \xC3\x84ltere\"\r\n2\t\t");
     EXPECT_EQ(cancelling.maximum_, 3);
     EXPECT_TRUE(cancelling.finished_);
+}
+
+// A value longer than the first read is written whole; one longer than the
+// value buffer is cut at its 9999 characters, never beyond.
+TEST_P(ExportFile, LongValuesUpToTheValueBuffer) {
+    Exec(std::string("CREATE TABLE ") + kLongTable + " (nr INTEGER, t VARCHAR(12000))");
+    const std::string longer(300, 'a'), longest(12000, 'b');
+    Exec(std::string("INSERT INTO ") + kLongTable + " VALUES (1, '" + longer + "')");
+    Exec(std::string("INSERT INTO ") + kLongTable + " VALUES (2, '" + longest + "')");
+    ExportFormat format;
+    format.header = false;
+    EXPECT_EQ(Export(format, 100, "", nullptr, kLongTable),
+              "1\t" + longer + "\r\n2\t" + std::string(9999, 'b') + "\r\n");
 }
 
 TEST_P(ExportFile, FilesThatCannotBeWrittenFailLoudly) {
