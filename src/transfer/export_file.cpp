@@ -1,4 +1,5 @@
 #include "transfer/export_file.h"
+#include "transfer/text_value.h"
 
 #include "catalog/catalog_internal.h"
 #include "internal/execution.h"
@@ -22,23 +23,6 @@ namespace {
 constexpr int kValueSize = 10000;
 constexpr int kNameSize = 200;
 constexpr int kTableTextSize = 300;
-
-// Most values are short. Some drivers fill the whole length they are given
-// (10000 bytes a value, most of it padding), so a value is read into a
-// small first part of the buffer and only a longer one read on into the
-// rest; the text and its 9999-character bound are those of a single read.
-constexpr SQLLEN kFirstRead = 256;
-
-SQLRETURN ReadTextValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN *indicator) {
-    SQLRETURN rc = KODBC_SQL(SQLGetData, handle, column, SQL_C_CHAR, text, kFirstRead, indicator);
-    if (rc != SQL_SUCCESS_WITH_INFO || *indicator == SQL_NULL_DATA ||
-        (*indicator != SQL_NO_TOTAL && *indicator < kFirstRead))
-        return rc;
-    SQLLEN rest = 0;
-    rc = KODBC_SQL(SQLGetData, handle, column, SQL_C_CHAR, text + kFirstRead - 1,
-                   static_cast<SQLLEN>(kValueSize) - kFirstRead + 1, &rest);
-    return rc == SQL_NO_DATA ? SQL_SUCCESS : rc;
-}
 
 // One value: brackets around the text, converted to the OEM code page
 // for ASCII files.
@@ -162,7 +146,8 @@ bool WriteExportFile(SQLHDBC hdbc, const std::string &statement, const std::vect
         for (std::size_t i = 0; i < columns.size() && !failed; ++i) {
             if (i) file.write(delimiter.data(), delimiter.size());
             SQLLEN indicator = 0;
-            rc = ReadTextValue(handle.get(), static_cast<SQLUSMALLINT>(i + 1), text.get(), &indicator);
+            rc = ReadTextValue(handle.get(), static_cast<SQLUSMALLINT>(i + 1), text.get(), SQLLEN{kValueSize},
+                               &indicator);
             if (!SQL_SUCCEEDED(rc)) {
                 ReportStatementError(handle.get(), rc, statement.c_str(), nullptr);
                 failed = true;

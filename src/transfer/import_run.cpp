@@ -1,4 +1,5 @@
 #include "transfer/import_run.h"
+#include "transfer/text_value.h"
 
 #include "catalog/catalog_internal.h"
 #include "internal/execution.h"
@@ -181,8 +182,8 @@ bool ImportTableRecords(SQLHDBC source, const char *table, ImportFieldList &fiel
         }
         for (std::size_t c = 0; c < columns.size(); ++c) {
             SQLLEN indicator = 0;
-            rc = KODBC_SQL(SQLGetData, statement.get(), static_cast<SQLUSMALLINT>(c + 1), SQLSMALLINT{SQL_C_CHAR},
-                           text.get(), SQLLEN{kValueSize}, &indicator);
+            rc = ReadTextValue(statement.get(), static_cast<SQLUSMALLINT>(c + 1), text.get(), SQLLEN{kValueSize},
+                               &indicator);
             if (!odbc::succeeded(rc)) {
                 ReportStatementError(statement.get(), rc, sql.c_str(), nullptr);
                 return RecordRead::Failed;

@@ -1,0 +1,15 @@
+// Reading one column of the current row as text, for the export writer and
+// the import's table source alike.
+#pragma once
+
+#include <sql.h>
+#include <sqlext.h>
+
+namespace kodbc::transfer {
+
+// SQLGetData as SQL_C_CHAR into `text` (`size` bytes): the same text, NULL
+// indicator and truncation as one call with the whole size, but a short
+// value costs only a short read.
+SQLRETURN ReadTextValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN size, SQLLEN *indicator) noexcept;
+
+} // namespace kodbc::transfer
