@@ -124,10 +124,18 @@ bool ReadEscape(Scanner &in, KorvelDate &d) {
     return in.literal('}');
 }
 
+// Zero-padded to `width`, never shorter than the number; by hand because an
+// export formats a date for every row.
 void AppendNumber(korvel::BoundedText &out, int value, int width) {
-    char digits[16];
-    std::snprintf(digits, sizeof digits, "%0*d", width, value < 0 ? 0 : value);
-    out.append(digits);
+    char reversed[12];
+    int n = 0;
+    for (unsigned v = value < 0 ? 0u : static_cast<unsigned>(value); n == 0 || v; v /= 10)
+        reversed[n++] = static_cast<char>('0' + v % 10);
+    char digits[32];
+    int length = 0;
+    for (int pad = width - n; pad > 0 && length + n < static_cast<int>(sizeof digits); --pad) digits[length++] = '0';
+    while (n) digits[length++] = reversed[--n];
+    out.append(std::string_view(digits, static_cast<std::size_t>(length)));
 }
 
 } // namespace
