@@ -2,8 +2,7 @@
 // the import's table source alike.
 #pragma once
 
-#include <sql.h>
-#include <sqlext.h>
+#include <kodbc/kodbc_types.h>
 
 namespace kodbc::transfer {
 
