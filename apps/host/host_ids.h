@@ -18,6 +18,7 @@
 #define IDM_HOST_DELETE_RECORDS  201
 #define IDM_HOST_UPDATE_RECORDS  202
 #define IDM_HOST_EXPORT          203
+#define IDM_HOST_IMPORT          204  /* the new table becomes the current one */
 #define IDM_HOST_SQL_DATASOURCE  300  /* the performer that connects by itself */
 #define IDM_HOST_SQL_CONNECTION  301  /* the performer on the host's connection */
 #define IDM_HOST_SCHEMA          302

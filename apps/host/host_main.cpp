@@ -46,6 +46,7 @@ constexpr MenuItem kMenu[] = {
     {IDM_HOST_DELETE_RECORDS, "&L\xF6schen...", Needs::connection},
     {IDM_HOST_UPDATE_RECORDS, "\xC4&ndern...", Needs::connection},
     {IDM_HOST_EXPORT, "&Exportieren...", Needs::connection},
+    {IDM_HOST_IMPORT, "&Importieren...", Needs::connection},
     {-1, "&Extras", Needs::nothing},
     {IDM_HOST_SQL_DATASOURCE, "SQL-Befehl auf einer &Datenquelle...", Needs::nothing},
     {IDM_HOST_SQL_CONNECTION, "&SQL-Befehl ausf\xFChren...", Needs::connection},
@@ -203,6 +204,12 @@ void RunCommand(int id) {
     case IDM_HOST_EXPORT:
         Kodbc_ExportWizzard(g_host.hdbc, table, 0);
         break;
+    case IDM_HOST_IMPORT: {
+        char imported[sizeof g_host.table.Object.DbObjectName] = {};
+        if (Kodbc_ImportTableWizzard(g_host.hdbc, imported, sizeof imported) == KODBC_SUCCESS)
+            lstrcpynA(g_host.table.Object.DbObjectName, imported, sizeof imported);
+        break;
+    }
     case IDM_HOST_SQL_DATASOURCE:
         Kodbc_DialogSqlPerformer(&g_host.source);
         break;

@@ -103,6 +103,54 @@ KODBC_API int KODBC_CALL ExportWizzCallback(LONG_PTR wizard, int page, HWND wind
 ** Returns TRUE for the messages it handled, FALSE otherwise.
 */
 KODBC_API INT_PTR KODBC_CALL EditExportFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+
+/*
+** Kodbc_ImportTableWizzard: the import-table wizard (Windows) over the
+** active window: creates a new table on the open connection hdbc and fills
+** it from a table of another ODBC data source, a delimited text file or a
+** selection file (SDI or SEL). The user picks the kind of source, the
+** source, edits the fields (names, target types and lengths, which are
+** imported, auto-increment, file content; a field dialog, a pop-up menu,
+** moving and dragging rows), names the new table and confirms. The choices
+** are remembered under HKEY_CURRENT_USER, the library's key, subkey
+** "Import" ("Type", the data-source record, "Table", "TextFile",
+** "SdiFile", "SelFile"). After "Fertigstellen" the table is created and
+** one INSERT per source record is sent, as Kodbc_ImportTextFile and
+** Kodbc_ImportTable do it, under a progress indicator that can be
+** cancelled (the records written so far stay).
+** Returns 1 when the table was created and every record read was written
+** (also after a cancel); the new table's name is then copied into
+** tableName (size bytes, cut to size-1; nothing when null or size is 0).
+** Returns 2 when the wizard was cancelled, out of memory (1600), or when
+** the table could not be created or a record not written (shown; a table
+** created stays with the records written before).
+*/
+KODBC_API int KODBC_CALL Kodbc_ImportTableWizzard(SQLHDBC hdbc, char *tableName, int size);
+
+/*
+** ImportWizzCallback: the import wizard's step callback, called by the
+** wizard frame for every message of every page (wizard: the frame's
+** handle, page: the page's template number, then the page window's
+** message). Returns 0 when the handle names no running import wizard or
+** the message was not handled, 1 when it was. A page-leave message
+** (WM_USER+2) answers through the 32-bit value lParam points to (nothing
+** when lParam is null): 1 the page may be left, 2 it stays; backwards
+** (wParam 2) is always 1. Leaving the first page switches the source pages
+** of the kind chosen on and the others off.
+*/
+KODBC_API int KODBC_CALL ImportWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                            LPARAM lParam);
+
+/*
+** EditImportFieldDialogCallback: the dialog procedure of the field dialog
+** "Eigenschaften Importiertes Feld"; WM_INITDIALOG's lParam is the
+** wizard's import field (null: the dialog shows nothing and "OK" only
+** closes). The source's name, type and length are shown read-only; "OK"
+** takes over the target's name, type, length (when it is a number above
+** 0) and the flags and ends the dialog with 1; "Abbrechen" ends it with 2.
+** Returns TRUE for the messages it handled, FALSE otherwise.
+*/
+KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 #endif
 
 /* Import: flags of KodbcImportOptions. The delimiters and decimal marks are

@@ -31,6 +31,7 @@ ImportField &AddImportField(ImportFieldList &fields, std::string_view name, int 
     field.targetName = unique;
     field.sourceType = field.targetType = type;
     field.sourceLength = field.targetLength = length;
+    field.sourceIndex = fields.size();
     if (type == KODBC_TYPE_BINARY || type == KODBC_TYPE_LONG_TEXT) {
         field.targetType = KODBC_TYPE_VAR_TEXT;
         field.targetLength = kDefaultImportLength;

@@ -29,6 +29,9 @@ struct ImportField {
     bool fileContent = false;    // the value names a file whose content is imported instead
     bool noFileMessage = true;   // a file that cannot be opened leaves the field empty silently
     std::optional<std::string> value;  // the current record's value; none: NULL
+    // The column of a source record the field reads, which stays with it
+    // when the field is moved to another place in the list.
+    std::size_t sourceIndex = 0;
 };
 
 using ImportFieldList = std::vector<ImportField>;
@@ -36,7 +39,8 @@ using ImportFieldList = std::vector<ImportField>;
 // Appends a field for a source column. Its name has every point replaced
 // by "_"; when a field of that name exists already, "<name>_1", "<name>_2",
 // ... are tried, formed from the name as it came (points kept), until one
-// is free. Source and target both take that name, type and length. A
+// is free. Source and target both take that name, type and length; the
+// field reads the source column of its position at the time it is added. A
 // long-text or binary column cannot be carried over as it is: such a
 // field becomes VarText of 255 and is not imported unless the user says so.
 ImportField &AddImportField(ImportFieldList &fields, std::string_view name, int type = KODBC_TYPE_VAR_TEXT,

@@ -64,10 +64,11 @@ long CountRecordLines(LineReader &reader, const char *fileName) {
 
 bool SetRecordValues(ImportFieldList &fields, const std::vector<std::string> &values, std::size_t count,
                      char decimalMark, const std::string &folder, bool textSourcesOnly) {
-    for (std::size_t i = 0; i < count && i < fields.size(); ++i) {
-        const int source = fields[i].sourceType;
+    for (ImportField &field : fields) {
+        if (field.sourceIndex >= count) continue;
+        const int source = field.sourceType;
         if (textSourcesOnly && source != KODBC_TYPE_FIXED_TEXT && source != KODBC_TYPE_VAR_TEXT) continue;
-        if (!SetImportValue(fields[i], values[i], decimalMark, folder)) {
+        if (!SetImportValue(field, values[field.sourceIndex], decimalMark, folder)) {
             LibraryMessage(msg::OUT_OF_MEMORY);
             return false;
         }

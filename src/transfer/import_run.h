@@ -49,9 +49,9 @@ ImportFile OpenImportFile(const char *fileName);
 // goes back to; -1 after a read error (3800 shown).
 long CountRecordLines(LineReader &reader, const char *fileName);
 
-// Value n to field n for the first count values (at most one per field);
-// with textSourcesOnly only fields whose source is text take one. False
-// when out of memory (shown).
+// Value n to the field that reads source column n, for the first count
+// values; with textSourcesOnly only fields whose source is text take one.
+// False when out of memory (shown).
 bool SetRecordValues(ImportFieldList &fields, const std::vector<std::string> &values, std::size_t count,
                      char decimalMark, const std::string &folder, bool textSourcesOnly);
 
@@ -74,11 +74,12 @@ bool DiscoverTextFields(const char *fileName, const ImportTextFormat &format, Im
 // Reads the file's records: skips the line of names, counts the non-empty
 // lines after it and reads that many lines (an empty line among them is a
 // record without values, so as many lines at the end stay unread), at most
-// maxRecords. Value n of a line goes to field n when that field's source is
-// text; values beyond the last field are ignored. A file-content field
-// finds a name without a folder in the text file's folder. Stops at the
-// first record that cannot be written, or when the user cancels. True
-// when every record read was written (also after a cancel).
+// maxRecords. Value n of a line goes to the field of source column n when
+// that field's source is text; values beyond the last field are ignored.
+// A file-content field finds a name without a folder in the text file's
+// folder. Stops at the first record that cannot be written, or when the
+// user cancels. True when every record read was written (also after a
+// cancel).
 bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, ImportFieldList &fields,
                        ImportRecordWriter &writer, wizards::WizardProgress &progress, long maxRecords,
                        ImportCounts &counts);
@@ -106,7 +107,7 @@ ContactConversion ReadContactConversion();
 // Reads an SDI file's records: skips the header, counts the non-empty
 // lines after it and reads that many lines, at most maxRecords, as the
 // text-file run does; values are tab-separated OEM text, value n goes to
-// field n of the file's fields (the keyword fields take none), then the
+// the field of source column n (the keyword fields take none), then the
 // contact conversion runs. Results as ImportTextRecords.
 bool ImportSdiRecords(const char *fileName, ImportFieldList &fields, const ContactConversion &conversion,
                       ImportRecordWriter &writer, wizards::WizardProgress &progress, long maxRecords,

@@ -3,7 +3,6 @@
 #include "wizards/record_statements.h"
 #include "wizards/value_conversion.h"
 
-#include "internal/driver_info.h"
 #include "internal/execution.h"
 #include "internal/library.h"
 #include "internal/odbc_handles.h"
@@ -19,13 +18,11 @@
 #include <memory>
 #include <new>
 #include <string_view>
-#include <strings.h>
 
 namespace kodbc::wizards {
 namespace {
 
 constexpr int kBufferSize = 30000;
-constexpr int kInfoSize = 128;   // data-source and user names as the driver reports them
 constexpr int kNameSize = 200;
 constexpr int kFromSize = 300;
 
@@ -76,22 +73,6 @@ int ResultColumnType(SQLHSTMT statement, SQLUSMALLINT column) {
     return odbc::succeeded(rc) ? static_cast<int>(type) : 0;
 }
 
-// The connection that reads the source rows. A second connection to the
-// destination's own data source would wait for itself on a file database
-// (the open source query holds the file while the statements write to it),
-// so within one data source and login the destination's connection reads.
-SQLHDBC SourceQueryConnection(const AddRecordsContext &context) {
-    if (context.sourceDbc == context.destination) return context.sourceDbc;
-    char source[kInfoSize], destination[kInfoSize], sourceUser[kInfoSize], destinationUser[kInfoSize];
-    bool same = GetInfoText(context.sourceDbc, SQL_DATA_SOURCE_NAME, source, kInfoSize) &&
-                GetInfoText(context.destination, SQL_DATA_SOURCE_NAME, destination, kInfoSize) &&
-                strcasecmp(source, destination) == 0 &&
-                GetInfoText(context.sourceDbc, SQL_USER_NAME, sourceUser, kInfoSize) &&
-                GetInfoText(context.destination, SQL_USER_NAME, destinationUser, kInfoSize) &&
-                std::strcmp(sourceUser, destinationUser) == 0;
-    return same ? context.destination : context.sourceDbc;
-}
-
 } // namespace
 
 int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecordsRunCounts *counts) noexcept {
@@ -109,7 +90,7 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
 
     BuildSourceQuery(context, replace, sql.get(), kBufferSize);
     odbc::Statement query;
-    if (!PrepareStatement(SourceQueryConnection(context), sql.get(), query)) return KODBC_FAILURE;
+    if (!PrepareStatement(SourceQueryConnection(context.sourceDbc, context.destination), sql.get(), query)) return KODBC_FAILURE;
     if (ExecuteStatement(query, sql.get(), nullptr) != ExecOutcome::Executed) return KODBC_FAILURE;
 
     RecordStatementParts parts;

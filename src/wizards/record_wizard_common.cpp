@@ -1,6 +1,7 @@
 // The table page, counting and the final statement of the record wizards.
 #include "wizards/record_wizard_common.h"
 
+#include "internal/driver_info.h"
 #include "internal/execution.h"
 #include "internal/library.h"
 
@@ -16,6 +17,7 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <strings.h>
 
 namespace kodbc::wizards {
 
@@ -100,6 +102,19 @@ void FormatCountText(int stringId, long count, char *text, int size) noexcept {
     char format[2 * kPageTextSize];
     LoadLibraryString(LibraryInstance(), stringId, format, sizeof format);
     std::snprintf(text, static_cast<std::size_t>(size), format, count);
+}
+
+SQLHDBC SourceQueryConnection(SQLHDBC source, SQLHDBC destination) noexcept {
+    if (source == destination) return source;
+    constexpr int kInfoSize = 128;  // data-source and user names as the driver reports them
+    char sourceName[kInfoSize], destinationName[kInfoSize], sourceUser[kInfoSize], destinationUser[kInfoSize];
+    const bool same = GetInfoText(source, SQL_DATA_SOURCE_NAME, sourceName, kInfoSize) &&
+                      GetInfoText(destination, SQL_DATA_SOURCE_NAME, destinationName, kInfoSize) &&
+                      strcasecmp(sourceName, destinationName) == 0 &&
+                      GetInfoText(source, SQL_USER_NAME, sourceUser, kInfoSize) &&
+                      GetInfoText(destination, SQL_USER_NAME, destinationUser, kInfoSize) &&
+                      std::strcmp(sourceUser, destinationUser) == 0;
+    return same ? destination : source;
 }
 
 } // namespace kodbc::wizards

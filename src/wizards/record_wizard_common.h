@@ -101,6 +101,13 @@ bool BuildRecordStatement(SQLHDBC hdbc, const char *sqlTemplate, const char *tab
 // error (shown with the statement).
 bool RunRecordStatement(SQLHDBC hdbc, const char *statement) noexcept;
 
+// The connection that reads the source rows of a copy into destination. A
+// second connection to the destination's own data source would wait for
+// itself on a file database (the open source query holds the file while
+// the statements write to it), so within one data source and login the
+// destination's connection reads.
+SQLHDBC SourceQueryConnection(SQLHDBC source, SQLHDBC destination) noexcept;
+
 // String stringId formatted with count into text (at most size-1
 // characters, size at most kPageTextSize is what the pages use).
 void FormatCountText(int stringId, long count, char *text, int size) noexcept;

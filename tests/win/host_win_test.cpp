@@ -98,6 +98,7 @@ TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
         {IDM_HOST_DELETE_RECORDS, "L\xF6schen von Datens\xE4tzen aus einer Tabelle"},
         {IDM_HOST_UPDATE_RECORDS, "\xC4ndern von Datens\xE4tzen in einer Tabelle"},
         {IDM_HOST_EXPORT, "Exportieren von Datens\xE4tzen einer Tabelle"},
+        {IDM_HOST_IMPORT, "Importieren einer Tabelle"},
         {IDM_HOST_SQL_DATASOURCE, "SQL-Befehl ausf\xFChren"},
         {IDM_HOST_SQL_CONNECTION, "SQL-Befehl ausf\xFChren"},
         {IDM_HOST_SCHEMA, "Datenbank-Schema ausw\xE4hlen"},

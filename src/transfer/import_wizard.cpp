@@ -1,0 +1,535 @@
+// The import-table wizard's windows: eight pages in the wizard frame, of
+// which the kind of source switches four on and off, the field dialog and
+// the fields' pop-up menu. They move data between their controls and the
+// wizard's state; the rules are in import_wizard_state.cpp, the reading
+// and writing in import_run.cpp.
+#include "transfer/import_wizard_ids.h"
+#include "transfer/import_wizard_state.h"
+
+#include "wizards/list_view_pages.h"
+#include "wizards/record_wizard_pages.h"
+#include "wizards/wizard_step.h"
+
+#include "internal/datatypes.h"
+#include "internal/library.h"
+
+#include <korvel/bounded_text.h>
+#include <korvel/korvel32.h>
+
+#include <kodbc/kodbc_catalog.h>
+#include <kodbc/kodbc_connect.h>
+#include <kodbc/kodbc_transfer.h>
+
+#include <commctrl.h>
+#include <commdlg.h>
+
+#include <cstring>
+#include <string>
+
+using namespace kodbc;
+using namespace kodbc::transfer;
+using namespace kodbc::wizards;
+
+namespace {
+
+constexpr int kTextSize = 300;
+constexpr int kOtherTextLimit = 9;
+
+constexpr KorvelWizardPage kPages[] = {
+    {IDD_IMPORT_KIND, {0, 0}},      {IDD_IMPORT_DSN, {0, 0}},    {IDD_IMPORT_TABLE, {0, 0}},
+    {IDD_IMPORT_TEXT, {0, 0}},      {IDD_IMPORT_SELECTION, {0, 0}}, {IDD_IMPORT_FIELDS, {0, 0}},
+    {IDD_IMPORT_NAME, {0, 0}},      {IDD_IMPORT_FINISH, {0, 0}},  {0, {0, 0}},
+};
+
+constexpr int kKindButtons[] = {IDC_IMPORT_KIND_TABLE, IDC_IMPORT_KIND_TEXT, IDC_IMPORT_KIND_SDI,
+                                IDC_IMPORT_KIND_SEL};
+
+// Where the focus goes after a refusal: through the frame, which owns the page.
+void Focus(HWND page, int id) {
+    SendMessageA(GetParent(page), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(page, id)), TRUE);
+}
+
+std::string ItemText(HWND window, int id) {
+    char text[kTextSize] = {};
+    GetDlgItemTextA(window, id, text, sizeof text);
+    return text;
+}
+
+bool Checked(HWND window, int id) { return IsDlgButtonChecked(window, id) == BST_CHECKED; }
+
+// The selected entry of a list box; empty for none.
+std::string BoxSelection(HWND box) {
+    char text[kTextSize] = {};
+    const int index = Korvel_GetBoxIndex(box);
+    if (index < 0 || Korvel_GetBoxEntry(box, index, text, sizeof text) < 0) return {};
+    return text;
+}
+
+// Selects the entry that is exactly name, else the first.
+void SelectExactOrFirst(HWND box, const std::string &name) {
+    const int count = Korvel_GetBoxCount(box);
+    for (int i = 0; i < count; ++i) {
+        char text[kTextSize] = {};
+        Korvel_GetBoxEntry(box, i, text, sizeof text);
+        if (name == text) {
+            Korvel_SetBoxIndex(box, i);
+            return;
+        }
+    }
+    if (count > 0) Korvel_SetBoxIndex(box, 0);
+}
+
+// ---------------------------------------------------------------------------
+// Kind of source
+
+void SwitchSourcePages(const ImportWizardState &state) {
+    const ImportSourcePages pages = SourcePagesOf(state.kind);
+    Wizzard_EnableSubDialog(state.wizard, IDD_IMPORT_DSN, pages.dataSource);
+    Wizzard_EnableSubDialog(state.wizard, IDD_IMPORT_TABLE, pages.table);
+    Wizzard_EnableSubDialog(state.wizard, IDD_IMPORT_TEXT, pages.text);
+    Wizzard_EnableSubDialog(state.wizard, IDD_IMPORT_SELECTION, pages.selection);
+}
+
+ImportSource CheckedKind(HWND page) {
+    for (int i = 0; i < 4; ++i)
+        if (Checked(page, kKindButtons[i])) return static_cast<ImportSource>(i);
+    return ImportSource::Table;
+}
+
+int KindPage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_INITDIALOG: SwitchSourcePages(state); return 1;
+    case kPageActivate:
+        CheckRadioButton(page, IDC_IMPORT_KIND_TABLE, IDC_IMPORT_KIND_SEL, kKindButtons[static_cast<int>(state.kind)]);
+        return 1;
+    case kPageLeaveMessage: {
+        const PageDecision decision = LeaveImportKindPage(state, static_cast<unsigned>(wParam), CheckedKind(page));
+        SwitchSourcePages(state);
+        return AnswerLeave(page, lParam, decision);
+    }
+    }
+    return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Data source and table
+
+int DataSourcePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND list = GetDlgItem(page, IDC_IMPORT_DSN_LIST);
+    switch (message) {
+    case kPageActivate:
+        Kodbc_FillDataSourcesBox(list);
+        SelectExactOrFirst(list, state.source.DataSourceName);
+        SetDlgItemTextA(page, IDC_IMPORT_USER, state.source.UserId);
+        SetDlgItemTextA(page, IDC_IMPORT_PASSWORD, state.source.Password);
+        ActivateImportDataSourcePage(state);
+        return 1;
+    case kPageLeaveMessage: {
+        DataSourceRecord entered = state.source;
+        KorvelCopyString(entered.DataSourceName, BoxSelection(list).c_str(), sizeof entered.DataSourceName);
+        GetDlgItemTextA(page, IDC_IMPORT_USER, entered.UserId, sizeof entered.UserId);
+        GetDlgItemTextA(page, IDC_IMPORT_PASSWORD, entered.Password, sizeof entered.Password);
+        const PageDecision decision = LeaveImportDataSourcePage(state, static_cast<unsigned>(wParam), entered);
+        if (decision.messageId) Focus(page, IDC_IMPORT_DSN_LIST);
+        return AnswerLeave(page, lParam, decision);
+    }
+    }
+    return 0;
+}
+
+void FillSourceTables(ImportWizardState &state, HWND page) {
+    HWND list = GetDlgItem(page, IDC_IMPORT_TABLE_LIST);
+    Kodbc_FillTablesBox(state.sourceDbc, state.sourceFilter, list);
+    SelectExactOrFirst(list, state.sourceTable);
+}
+
+int TablePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case kPageActivate:
+        CheckDlgButton(page, IDC_IMPORT_FILTER_TABLES, (state.sourceFilter & kImportFilterTables) != 0);
+        CheckDlgButton(page, IDC_IMPORT_FILTER_QUERIES, (state.sourceFilter & kImportFilterQueries) != 0);
+        CheckDlgButton(page, IDC_IMPORT_FILTER_ALL, (state.sourceFilter & kImportFilterAll) != 0);
+        FillSourceTables(state, page);
+        return 1;
+    case WM_COMMAND:
+        switch (LOWORD(wParam)) {
+        case IDC_IMPORT_FILTER_TABLES:
+        case IDC_IMPORT_FILTER_QUERIES:
+        case IDC_IMPORT_FILTER_ALL:
+            if (HIWORD(wParam) != BN_CLICKED) return 0;
+            state.sourceFilter = ImportFilterFromChecks(Checked(page, IDC_IMPORT_FILTER_TABLES),
+                                                        Checked(page, IDC_IMPORT_FILTER_QUERIES),
+                                                        Checked(page, IDC_IMPORT_FILTER_ALL));
+            FillSourceTables(state, page);
+            return 1;
+        default: return 0;
+        }
+    case kPageLeaveMessage: {
+        const PageDecision decision = LeaveImportTablePage(state, static_cast<unsigned>(wParam),
+                                                           BoxSelection(GetDlgItem(page, IDC_IMPORT_TABLE_LIST)));
+        if (decision.messageId) Focus(page, IDC_IMPORT_TABLE_LIST);
+        return AnswerLeave(page, lParam, decision);
+    }
+    }
+    return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Text file and selection file
+
+void ShowFormat(const ImportTextFormat &format, HWND page) {
+    CheckRadioButton(page, IDC_IMPORT_ANSI, IDC_IMPORT_ASCII, format.ascii ? IDC_IMPORT_ASCII : IDC_IMPORT_ANSI);
+    CheckRadioButton(page, IDC_IMPORT_NAMES_FIRST_LINE, IDC_IMPORT_NAMES_NUMBERED,
+                     format.namesInFirstLine ? IDC_IMPORT_NAMES_FIRST_LINE : IDC_IMPORT_NAMES_NUMBERED);
+    CheckRadioButton(page, IDC_IMPORT_TAB, IDC_IMPORT_OTHER_DELIMITER,
+                     format.delimiter == DelimiterChoice::Tab     ? IDC_IMPORT_TAB
+                     : format.delimiter == DelimiterChoice::Blank ? IDC_IMPORT_BLANK
+                                                                  : IDC_IMPORT_OTHER_DELIMITER);
+    CheckRadioButton(page, IDC_IMPORT_COMMA, IDC_IMPORT_OTHER_DECIMAL,
+                     format.decimal == DecimalChoice::Comma   ? IDC_IMPORT_COMMA
+                     : format.decimal == DecimalChoice::Point ? IDC_IMPORT_POINT
+                                                              : IDC_IMPORT_OTHER_DECIMAL);
+    SetDlgItemTextA(page, IDC_IMPORT_DELIMITER_TEXT, format.otherDelimiter.c_str());
+    SetDlgItemTextA(page, IDC_IMPORT_DECIMAL_TEXT, format.otherDecimal.c_str());
+    const char left[2] = {format.leftBracket, 0}, right[2] = {format.rightBracket, 0};
+    SetDlgItemTextA(page, IDC_IMPORT_LEFT, left);
+    SetDlgItemTextA(page, IDC_IMPORT_RIGHT, right);
+}
+
+void ReadFormat(ImportTextFormat &format, HWND page) {
+    format.ascii = Checked(page, IDC_IMPORT_ASCII);
+    format.namesInFirstLine = !Checked(page, IDC_IMPORT_NAMES_NUMBERED);
+    format.delimiter = Checked(page, IDC_IMPORT_BLANK)             ? DelimiterChoice::Blank
+                       : Checked(page, IDC_IMPORT_OTHER_DELIMITER) ? DelimiterChoice::Other
+                                                                   : DelimiterChoice::Tab;
+    format.decimal = Checked(page, IDC_IMPORT_POINT)           ? DecimalChoice::Point
+                     : Checked(page, IDC_IMPORT_OTHER_DECIMAL) ? DecimalChoice::Other
+                                                               : DecimalChoice::Comma;
+    format.otherDelimiter = ItemText(page, IDC_IMPORT_DELIMITER_TEXT);
+    format.otherDecimal = ItemText(page, IDC_IMPORT_DECIMAL_TEXT);
+    format.leftBracket = ItemText(page, IDC_IMPORT_LEFT).c_str()[0];
+    format.rightBracket = ItemText(page, IDC_IMPORT_RIGHT).c_str()[0];
+}
+
+// The open-file dialog: its filter is a string of the library with "|"
+// where the dialog wants its zero bytes; its title is string 2901.
+void ChooseFile(HWND page) {
+    char filter[kTextSize] = {}, title[kTextSize] = {}, file[kImportFileNameSize] = {};
+    LoadLibraryString(LibraryInstance(), msg::EXPORT_FILE_FILTER, filter, sizeof filter - 1);
+    for (char *c = filter; *c; ++c)
+        if (*c == '|') *c = '\0';
+    LoadLibraryString(LibraryInstance(), msg::CAPTION_RECORD_PROGRESS, title, sizeof title);
+    GetDlgItemTextA(page, IDC_IMPORT_FILE, file, sizeof file);
+    OPENFILENAMEA dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = GetAncestor(page, GA_ROOT);
+    dialog.lpstrFilter = filter;
+    dialog.lpstrFile = file;
+    dialog.nMaxFile = sizeof file;
+    dialog.lpstrTitle = title[0] ? title : nullptr;
+    dialog.Flags = OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
+    if (GetOpenFileNameA(&dialog)) SetDlgItemTextA(page, IDC_IMPORT_FILE, file);
+}
+
+// The text page (withFormat) and the selection-file page.
+int FilePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam, bool withFormat) {
+    switch (message) {
+    case WM_INITDIALOG:
+        SendDlgItemMessageA(page, IDC_IMPORT_FILE, EM_LIMITTEXT, kImportFileNameSize - 1, 0);
+        if (withFormat) {
+            for (int id : {IDC_IMPORT_DELIMITER_TEXT, IDC_IMPORT_DECIMAL_TEXT})
+                SendDlgItemMessageA(page, id, EM_LIMITTEXT, kOtherTextLimit, 0);
+            for (int id : {IDC_IMPORT_LEFT, IDC_IMPORT_RIGHT}) SendDlgItemMessageA(page, id, EM_LIMITTEXT, 1, 0);
+        }
+        return 1;
+    case kPageActivate:
+        SetDlgItemTextA(page, IDC_IMPORT_FILE, ImportFileName(state).c_str());
+        if (withFormat) ShowFormat(state.format, page);
+        return 1;
+    case WM_COMMAND:
+        if (LOWORD(wParam) != IDC_IMPORT_BROWSE || HIWORD(wParam) != BN_CLICKED) return 0;
+        ChooseFile(page);
+        return 1;
+    case kPageLeaveMessage: {
+        if (withFormat) ReadFormat(state.format, page);  // kept when going back, too
+        const PageDecision decision =
+            LeaveImportFilePage(state, static_cast<unsigned>(wParam), ItemText(page, IDC_IMPORT_FILE));
+        if (decision.messageId) Focus(page, IDC_IMPORT_FILE);
+        return AnswerLeave(page, lParam, decision);
+    }
+    }
+    return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Fields
+
+// The row that is being dragged, while the page holds the mouse.
+int g_dragRow = -1;
+
+void ShowFieldRow(HWND list, int row, const ImportField &field) {
+    const std::vector<std::string> texts = ImportFieldRow(field);
+    for (std::size_t column = 0; column < texts.size(); ++column)
+        Korvel_ListView_SetItemText(list, row, static_cast<int>(column), texts[column].c_str());
+}
+
+void FillFieldList(const ImportWizardState &state, HWND list, int selected) {
+    SendMessageA(list, LVM_DELETEALLITEMS, 0, 0);
+    int row = 0;
+    for (const ImportField &field : state.fields) {
+        if (Korvel_ListView_AddItem(list, row, field.sourceName.c_str()) < 0) break;
+        ShowFieldRow(list, row++, field);
+    }
+    if (selected >= 0) {
+        SetRowSelected(list, selected, true);
+        SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(selected), FALSE);
+    }
+}
+
+void UpdateFieldButtons(HWND page) {
+    const int selected = SelectedRowCount(GetDlgItem(page, IDC_IMPORT_FIELD_LIST));
+    EnableWindow(GetDlgItem(page, IDC_IMPORT_PROPERTIES), selected > 0);
+    EnableWindow(GetDlgItem(page, IDC_IMPORT_UP), selected == 1);
+    EnableWindow(GetDlgItem(page, IDC_IMPORT_DOWN), selected == 1);
+}
+
+void EditFirstSelectedField(ImportWizardState &state, HWND page) {
+    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
+    const int row = FirstSelectedRow(list);
+    if (row < 0 || row >= static_cast<int>(state.fields.size())) return;
+    ImportField &field = state.fields[static_cast<std::size_t>(row)];
+    if (LibraryDialogBox(&EditImportFieldDialogCallback, IDD_IMPORT_FIELD, GetAncestor(page, GA_ROOT),
+                         reinterpret_cast<LPARAM>(&field)) == 1)
+        ShowFieldRow(list, row, field);
+}
+
+void ImportSelectedFields(ImportWizardState &state, HWND page, bool imported) {
+    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
+    for (int row : SelectedRows(list)) {
+        if (row >= static_cast<int>(state.fields.size())) continue;
+        state.fields[static_cast<std::size_t>(row)].imported = imported;
+        ShowFieldRow(list, row, state.fields[static_cast<std::size_t>(row)]);
+    }
+}
+
+void MoveField(ImportWizardState &state, HWND page, int from, int to) {
+    const int moved = MoveImportField(state.fields, from, to);
+    if (moved < 0) return;
+    FillFieldList(state, GetDlgItem(page, IDC_IMPORT_FIELD_LIST), moved);
+    UpdateFieldButtons(page);
+}
+
+// A dragged row is dropped on the row under the button; below the last
+// row it goes to the end, outside the list nowhere.
+void DropField(ImportWizardState &state, HWND page, POINT at) {
+    const int from = g_dragRow;
+    g_dragRow = -1;
+    ReleaseCapture();
+    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
+    MapWindowPoints(page, list, &at, 1);
+    RECT inside = {};
+    GetClientRect(list, &inside);
+    if (!PtInRect(&inside, at)) return;
+    LVHITTESTINFO hit = {};
+    hit.pt = at;
+    int to = static_cast<int>(SendMessageA(list, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    if (to < 0) to = Korvel_ListView_GetItemCount(list) - 1;
+    MoveField(state, page, from, to);
+}
+
+int FieldNotify(ImportWizardState &state, HWND page, const NMHDR &header) {
+    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
+    switch (header.code) {
+    case LVN_ITEMCHANGED: UpdateFieldButtons(page); return 1;
+    case LVN_BEGINDRAG:
+        g_dragRow = reinterpret_cast<const NMLISTVIEW &>(header).iItem;
+        SetCapture(page);
+        return 1;
+    case NM_DBLCLK: EditFirstSelectedField(state, page); return 1;
+    case NM_RCLICK: {
+        POINT at = reinterpret_cast<const NMITEMACTIVATE &>(header).ptAction;
+        ClientToScreen(list, &at);
+        TrackRowMenu(page, list, IDM_IMPORT_FIELD_MENU,
+                     {IDM_IMPORT_FIELD_ON, IDM_IMPORT_FIELD_OFF, IDM_IMPORT_FIELD_PROPERTIES},
+                     IDM_IMPORT_FIELD_PROPERTIES, at);
+        return 1;
+    }
+    }
+    return 0;
+}
+
+int FieldsPage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
+    switch (message) {
+    case WM_INITDIALOG: AddListViewColumns(list, msg::IMPORT_FIELD_HEADER); return 1;
+    case kPageActivate:
+        FillFieldList(state, list, -1);
+        UpdateFieldButtons(page);
+        return 1;
+    case WM_NOTIFY: {
+        const auto *header = reinterpret_cast<const NMHDR *>(lParam);
+        if (!header || header->idFrom != IDC_IMPORT_FIELD_LIST) return 0;
+        return FieldNotify(state, page, *header);
+    }
+    case WM_LBUTTONUP:
+        if (g_dragRow < 0) return 0;
+        DropField(state, page, POINT{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
+        return 1;
+    case WM_CAPTURECHANGED: g_dragRow = -1; return 0;
+    case WM_COMMAND:
+        switch (LOWORD(wParam)) {
+        case IDC_IMPORT_PROPERTIES:
+        case IDM_IMPORT_FIELD_PROPERTIES: EditFirstSelectedField(state, page); return 1;
+        case IDM_IMPORT_FIELD_ON: ImportSelectedFields(state, page, true); return 1;
+        case IDM_IMPORT_FIELD_OFF: ImportSelectedFields(state, page, false); return 1;
+        case IDC_IMPORT_UP:
+        case IDC_IMPORT_DOWN: {
+            const int row = FirstSelectedRow(list);
+            if (row >= 0) MoveField(state, page, row, row + (LOWORD(wParam) == IDC_IMPORT_UP ? -1 : 1));
+            return 1;
+        }
+        default: return 0;
+        }
+    case kPageLeaveMessage: {
+        const PageDecision decision = LeaveImportFieldsPage(state, static_cast<unsigned>(wParam));
+        if (decision.focusRow >= 0) {
+            SetRowSelected(list, -1, false);  // -1: every row
+            SetRowSelected(list, decision.focusRow, true);
+            SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(decision.focusRow), FALSE);
+            Focus(page, IDC_IMPORT_FIELD_LIST);
+        }
+        return AnswerLeave(page, lParam, decision);
+    }
+    }
+    return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Name and finish
+
+int NamePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_INITDIALOG:
+        SendDlgItemMessageA(page, IDC_IMPORT_NAME, EM_LIMITTEXT, kImportTableNameSize - 1, 0);
+        return 1;
+    case kPageActivate: SetDlgItemTextA(page, IDC_IMPORT_NAME, state.tableName.c_str()); return 1;
+    case kPageLeaveMessage: {
+        const PageDecision decision =
+            LeaveImportNamePage(state, static_cast<unsigned>(wParam), ItemText(page, IDC_IMPORT_NAME));
+        if (decision.messageId) Focus(page, IDC_IMPORT_NAME);
+        return AnswerLeave(page, lParam, decision);
+    }
+    }
+    return 0;
+}
+
+int DispatchPage(ImportWizardState &state, int page, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (page) {
+    case IDD_IMPORT_KIND: return KindPage(state, window, message, wParam, lParam);
+    case IDD_IMPORT_DSN: return DataSourcePage(state, window, message, wParam, lParam);
+    case IDD_IMPORT_TABLE: return TablePage(state, window, message, wParam, lParam);
+    case IDD_IMPORT_TEXT: return FilePage(state, window, message, wParam, lParam, true);
+    case IDD_IMPORT_SELECTION: return FilePage(state, window, message, wParam, lParam, false);
+    case IDD_IMPORT_FIELDS: return FieldsPage(state, window, message, wParam, lParam);
+    case IDD_IMPORT_NAME: return NamePage(state, window, message, wParam, lParam);
+    case IDD_IMPORT_FINISH: return message == kPageLeaveMessage ? AnswerLeave(window, lParam, GoOn()) : 0;
+    }
+    return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Field dialog
+
+std::string TypeName(int code) {
+    char text[kTextSize] = {};
+    DataTypeDisplayName(code, text, sizeof text);
+    return text;
+}
+
+void InitFieldDialog(HWND dialog, const ImportField &field) {
+    SetDlgItemTextA(dialog, IDC_IMPORT_SOURCE_NAME, field.sourceName.c_str());
+    SetDlgItemTextA(dialog, IDC_IMPORT_SOURCE_TYPE, TypeName(field.sourceType).c_str());
+    SetDlgItemTextA(dialog, IDC_IMPORT_SOURCE_LENGTH, std::to_string(field.sourceLength).c_str());
+    SetDlgItemTextA(dialog, IDC_IMPORT_TARGET_NAME, field.targetName.c_str());
+    HWND types = GetDlgItem(dialog, IDC_IMPORT_TARGET_TYPE);
+    for (const DataTypeRow *row = kDataTypeTable; row->code; ++row) {
+        const LRESULT index = SendMessageA(types, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(TypeName(row->code).c_str()));
+        if (index < 0) continue;
+        SendMessageA(types, CB_SETITEMDATA, static_cast<WPARAM>(index), row->code);
+        if (row->code == field.targetType) SendMessageA(types, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    }
+    SetDlgItemTextA(dialog, IDC_IMPORT_TARGET_LENGTH, std::to_string(field.targetLength).c_str());
+    CheckDlgButton(dialog, IDC_IMPORT_FIELD_IMPORTED, field.imported ? BST_CHECKED : BST_UNCHECKED);
+    CheckDlgButton(dialog, IDC_IMPORT_FIELD_CONTENT, field.fileContent ? BST_CHECKED : BST_UNCHECKED);
+    CheckDlgButton(dialog, IDC_IMPORT_FIELD_NO_MESSAGE, field.noFileMessage ? BST_CHECKED : BST_UNCHECKED);
+    CheckDlgButton(dialog, IDC_IMPORT_FIELD_AUTOINC, field.autoIncrement ? BST_CHECKED : BST_UNCHECKED);
+}
+
+bool TakeFieldDialog(HWND dialog, ImportField &field) {
+    HWND types = GetDlgItem(dialog, IDC_IMPORT_TARGET_TYPE);
+    const LRESULT index = SendMessageA(types, CB_GETCURSEL, 0, 0);
+    ImportFieldChoice choice;
+    choice.name = ItemText(dialog, IDC_IMPORT_TARGET_NAME);
+    choice.type = index < 0 ? field.targetType
+                            : static_cast<int>(SendMessageA(types, CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
+    choice.length = ItemText(dialog, IDC_IMPORT_TARGET_LENGTH);
+    choice.imported = Checked(dialog, IDC_IMPORT_FIELD_IMPORTED);
+    choice.fileContent = Checked(dialog, IDC_IMPORT_FIELD_CONTENT);
+    choice.noFileMessage = Checked(dialog, IDC_IMPORT_FIELD_NO_MESSAGE);
+    choice.autoIncrement = Checked(dialog, IDC_IMPORT_FIELD_AUTOINC);
+    return TakeImportFieldChoice(field, choice);
+}
+
+} // namespace
+
+extern "C" {
+
+KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        if (message == WM_INITDIALOG) {
+            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
+            TranslateDialog(dialog);
+            if (auto *field = reinterpret_cast<ImportField *>(lParam)) InitFieldDialog(dialog, *field);
+            return TRUE;
+        }
+        if (message != WM_COMMAND) return FALSE;
+        auto *field = reinterpret_cast<ImportField *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
+        switch (LOWORD(wParam)) {
+        case IDOK: EndDialog(dialog, field && TakeFieldDialog(dialog, *field) ? 1 : 2); return TRUE;
+        case IDCANCEL: EndDialog(dialog, 2); return TRUE;
+        default: return FALSE;
+        }
+    } catch (...) {
+        return EndDialogAfterFailure(dialog);
+    }
+}
+
+KODBC_API int KODBC_CALL ImportWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
+                                            LPARAM lParam) {
+    return WizardStep<ImportWizardState>(wizard, window, message, [&](ImportWizardState &state) {
+        const int handled = DispatchPage(state, page, window, message, wParam, lParam);
+        return message == WM_INITDIALOG ? 1 : handled;
+    });
+}
+
+KODBC_API int KODBC_CALL Kodbc_ImportTableWizzard(SQLHDBC hdbc, char *tableName, int size) {
+    try {
+        std::unique_ptr<ImportWizardState> state = CreateImportWizardState(hdbc);
+        if (!state) return KODBC_FAILURE;
+        INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_LISTVIEW_CLASSES};
+        InitCommonControlsEx(&controls);
+        constexpr int kSwitchesPages = 1;
+        if (PerformWizard(kPages, &ImportWizzCallback, state.get(), IDB_IMPORT_WIZARD, msg::TITLE_IMPORT_TABLE,
+                          kSwitchesPages) != 1)
+            return KODBC_FAILURE;
+        PlatformProgress progress(msg::CAPTION_RECORD_PROGRESS);
+        if (!RunImportWizard(*state, progress)) return KODBC_FAILURE;
+        if (tableName && size > 0) korvel::BoundedText(tableName, size).append(state->tableName);
+        return KODBC_SUCCESS;
+    } catch (...) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+        return KODBC_FAILURE;
+    }
+}
+
+} // extern "C"

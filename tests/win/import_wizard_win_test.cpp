@@ -1,0 +1,321 @@
+// The import-table wizard driven page by page on the SQLite data source,
+// once per kind of source: a German text file whose fields are renamed,
+// retyped, left out, moved and dragged (with the refusals of the fields
+// page on the way), another table of the data source, an SDI and a SEL
+// file; each new table is read back row by row.
+#include "wizard_walker.h"
+
+#include "transfer/import_wizard_ids.h"
+
+#include <kodbc/kodbc_transfer.h>
+
+#include <commctrl.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using wintest::Visible;
+using wintest::WaitFor;
+using Texts = std::vector<std::string>;
+
+constexpr char kTitle[] = "Importieren einer Tabelle";
+constexpr char kFieldDialog[] = "Eigenschaften Importiertes Feld";
+constexpr const char *kTables[] = {"kodbc_imw_text", "kodbc_imw_src", "kodbc_imw_tab", "kodbc_imw_sdi",
+                                   "kodbc_imw_sel"};
+
+// What the field dialog changes; empty and -1 leave a control alone.
+struct FieldEdit {
+    std::string name;
+    std::string type;
+    int autoInc = -1;
+};
+
+struct Walker : wintest::WizardWalker {
+    DWORD thread = 0;
+
+    HWND Fields() const { return Control(IDD_IMPORT_FIELDS, IDC_IMPORT_FIELD_LIST); }
+    std::string Cell(int row, int column) const { return wintest::ListViewCell(Fields(), row, column); }
+    Texts Column(int column) const {
+        Texts texts;
+        const int rows = Korvel_ListView_GetItemCount(Fields());
+        for (int row = 0; row < rows; ++row) texts.push_back(Cell(row, column));
+        return texts;
+    }
+    void SelectRow(int row) {
+        ListView_SetItemState(Fields(), -1, 0, LVIS_SELECTED);
+        ListView_SetItemState(Fields(), row, LVIS_SELECTED, LVIS_SELECTED);
+    }
+    int SelectedRow() const { return ListView_GetNextItem(Fields(), -1, LVNI_SELECTED); }
+    void Type(int page, int id, const std::string &text) { SetDlgItemTextA(Page(page), id, text.c_str()); }
+
+    // The field dialog on a row, as "&Eigenschaften..." opens it.
+    void EditField(int row, const FieldEdit &edit, const std::string &shot = "") {
+        SelectRow(row);
+        wintest::Click(Page(IDD_IMPORT_FIELDS), IDC_IMPORT_PROPERTIES);
+        HWND dialog = nullptr;
+        if (!WaitFor([&] { return (dialog = Visible(thread, "#32770", kFieldDialog)) != nullptr; })) {
+            Expect(false, "the field dialog did not open on row " + std::to_string(row));
+            return;
+        }
+        if (!shot.empty()) {
+            Sleep(300);
+            wintest::SaveScreenshot(dialog, shot);
+        }
+        if (!edit.name.empty()) SetDlgItemTextA(dialog, IDC_IMPORT_TARGET_NAME, edit.name.c_str());
+        if (!edit.type.empty()) {
+            HWND box = GetDlgItem(dialog, IDC_IMPORT_TARGET_TYPE);
+            const LRESULT index = SendMessageA(box, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                               reinterpret_cast<LPARAM>(edit.type.c_str()));
+            Expect(index >= 0, "no type " + edit.type);
+            SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+        }
+        if (edit.autoInc >= 0) CheckDlgButton(dialog, IDC_IMPORT_FIELD_AUTOINC, edit.autoInc ? BST_CHECKED : BST_UNCHECKED);
+        wintest::Click(dialog, IDOK);
+        Expect(WaitFor([&] { return !IsWindow(dialog); }), "the field dialog did not close");
+        Sleep(100);
+    }
+    // A row dragged onto another as the mouse would: the list's notice that
+    // a drag begins, then the button released over the target row.
+    void Drag(int from, int to) {
+        HWND page = Page(IDD_IMPORT_FIELDS), list = Fields();
+        static NMLISTVIEW begin = {};
+        begin = {};
+        begin.hdr = {list, static_cast<UINT_PTR>(IDC_IMPORT_FIELD_LIST), LVN_BEGINDRAG};
+        begin.iItem = from;
+        SendMessageA(page, WM_NOTIFY, IDC_IMPORT_FIELD_LIST, reinterpret_cast<LPARAM>(&begin));
+        RECT target = {};
+        target.left = LVIR_BOUNDS;
+        SendMessageA(list, LVM_GETITEMRECT, static_cast<WPARAM>(to), reinterpret_cast<LPARAM>(&target));
+        POINT at = {target.left + 5, (target.top + target.bottom) / 2};
+        MapWindowPoints(list, page, &at, 1);
+        PostMessageA(page, WM_LBUTTONUP, 0, MAKELPARAM(at.x, at.y));
+    }
+    // From the kind page to the fields page of a file source.
+    void ChooseFile(int kindButton, int filePage, const std::string &file) {
+        wintest::Click(Page(IDD_IMPORT_KIND), kindButton);
+        Sleep(100);
+        Press(KORVEL_WIZARD_NEXT, filePage);
+        Type(filePage, IDC_IMPORT_FILE, file);
+    }
+    // The name page shows `preset`; the name is taken and the table imported.
+    void Finish(const std::string &name, std::string &preset) {
+        Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_NAME);
+        preset = wintest::ControlText(Page(IDD_IMPORT_NAME), IDC_IMPORT_NAME);
+        Type(IDD_IMPORT_NAME, IDC_IMPORT_NAME, name);
+        Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_FINISH);
+        Press(KORVEL_WIZARD_NEXT, 0);
+    }
+};
+
+class ImportWizard : public wintest::ConnectedTest {
+protected:
+    void SetUp() override {
+        ConnectedTest::SetUp();
+        if (HasFatalFailure()) return;
+        for (const char *table : kTables) Run(std::string("DROP TABLE ") + table);
+        char dir[MAX_PATH] = {};
+        GetTempPathA(MAX_PATH, dir);
+        dir_ = dir;
+    }
+    void TearDown() override {
+        for (const char *table : kTables) Run(std::string("DROP TABLE ") + table);
+        for (const std::string &file : files_) DeleteFileA(file.c_str());
+        ConnectedTest::TearDown();
+    }
+    std::string WriteFile(const std::string &name, const std::string &bytes) {
+        files_.push_back(dir_ + name);
+        std::ofstream(files_.back(), std::ios::binary) << bytes;
+        return files_.back();
+    }
+    Texts Rows(const std::string &sql) { return wintest::QueryRows(hdbc_, sql); }
+    // Runs the wizard with walk; its result and the new table's name.
+    int Import(const std::string &firstShot, const std::function<void(Walker &)> &walk, Texts &messages) {
+        const DWORD thread = GetCurrentThreadId();
+        imported_[0] = '\0';
+        return wintest::RunWizard<Walker>(
+            kTitle, firstShot, "import-", [&] { return Kodbc_ImportTableWizzard(hdbc_, imported_, sizeof imported_); },
+            [&](Walker &w) {
+                w.thread = thread;
+                walk(w);
+            },
+            messages);
+    }
+    std::string dir_;
+    Texts files_;
+    char imported_[50] = {};
+};
+
+TEST_F(ImportWizard, TextFileWithEditedFields) {
+    const std::string file = WriteFile("kodbc_imw_text.txt",
+                                       "Nr;Name;Preis;Datum;Ort;Notiz\r\n"
+                                       "1;M\xFCller;1.234,50;03.02.2021;K\xF6ln;x\r\n"
+                                       "2;O'Brien;-7,25;31.12.1999;;y\r\n"
+                                       "3;Wei\xDF;0,5;01.01.2000;D\xFCsseldorf;z\r\n");
+    Texts messages, discovered, order, selectedOnRefusal;
+    std::string preset, firstRow;
+    const int result = Import("import-10080", [&](Walker &w) {
+        w.ChooseFile(IDC_IMPORT_KIND_TEXT, IDD_IMPORT_TEXT, "");
+        w.Refused(IDD_IMPORT_TEXT);
+        w.Type(IDD_IMPORT_TEXT, IDC_IMPORT_FILE, file);
+        wintest::Click(w.Page(IDD_IMPORT_TEXT), IDC_IMPORT_OTHER_DELIMITER);
+        w.Type(IDD_IMPORT_TEXT, IDC_IMPORT_DELIMITER_TEXT, ";");
+        w.Shot(IDD_IMPORT_TEXT);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_FIELDS);
+        discovered = w.Column(0);
+        for (int column = 0; column < 7; ++column) firstRow += (column ? "|" : "") + w.Cell(0, column);
+
+        w.EditField(1, {"Nachname", "", -1}, "import-10088");
+        w.EditField(2, {"", "Gleitkommazahl", -1});
+        w.EditField(3, {"", "Datum/Zeit", -1});
+        w.SelectRow(5);
+        PostMessageA(w.Page(IDD_IMPORT_FIELDS), WM_COMMAND, IDM_IMPORT_FIELD_OFF, 0);
+        WaitFor([&] { return w.Cell(5, 5) == "Nein"; });
+        w.SelectRow(4);
+        wintest::Click(w.Page(IDD_IMPORT_FIELDS), IDC_IMPORT_UP);
+        WaitFor([&] { return w.Cell(3, 0) == "Ort"; });
+        w.Drag(0, 1);
+        WaitFor([&] { return w.Cell(1, 0) == "Nr"; });
+        order = w.Column(1);
+
+        // The four checks that can refuse a text file's fields: a point in
+        // a name, a name twice, two auto-increment fields; each is undone.
+        const struct {
+            int row;
+            FieldEdit refused, undone;
+        } refusals[] = {
+            {3, {"Ort.Teil", "", -1}, {"Ort", "", -1}},
+            {2, {"Nr", "", -1}, {"Preis", "", -1}},
+        };
+        for (const auto &refusal : refusals) {
+            w.EditField(refusal.row, refusal.refused);
+            w.SelectRow(0);
+            w.Refused(IDD_IMPORT_FIELDS);
+            selectedOnRefusal.push_back(std::to_string(w.SelectedRow()));
+            w.EditField(refusal.row, refusal.undone);
+        }
+        w.EditField(1, {"", "", 1});
+        w.EditField(3, {"", "", 1});
+        w.SelectRow(0);
+        w.Refused(IDD_IMPORT_FIELDS);
+        selectedOnRefusal.push_back(std::to_string(w.SelectedRow()));
+        w.EditField(1, {"", "", 0});
+        w.EditField(3, {"", "", 0});
+        w.SelectRow(0);
+        w.Shot(IDD_IMPORT_FIELDS);
+
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_NAME);
+        w.Shot(IDD_IMPORT_NAME);
+        w.Press(KORVEL_WIZARD_BACK, IDD_IMPORT_FIELDS);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_NAME);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_FINISH);
+        w.Shot(IDD_IMPORT_FINISH);
+        w.Press(KORVEL_WIZARD_BACK, IDD_IMPORT_NAME);
+        w.Finish("kodbc_imw_text", preset);
+    }, messages);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_STREQ(imported_, "kodbc_imw_text");
+    EXPECT_EQ(preset, "kodbc_imw_text") << "the file's name without folder and extension";
+    EXPECT_EQ(discovered, (Texts{"Nr", "Name", "Preis", "Datum", "Ort", "Notiz"}));
+    EXPECT_EQ(firstRow, "Nr|Nr|VarText (255)|VarText (255)|Nein|Ja|Nein");
+    EXPECT_EQ(order, (Texts{"Nachname", "Nr", "Preis", "Ort", "Datum", "Notiz"}));
+    EXPECT_EQ(messages, (Texts{"Es mu\xDF eine Datei ausgew\xE4hlt werden.",
+                               "Der importierte Feldname enth\xE4lt unzul\xE4ssige Zeichen\n\nOrt.Teil",
+                               "Das Feld  'Nr'  kommt mehr als einmal in der Liste der importierten Feldnamen vor.  ",
+                               "Es darf nicht mehr als ein selbsthochz\xE4hlendes Feld importiert werden."}));
+    EXPECT_EQ(selectedOnRefusal, (Texts{"3", "2", "3"}));
+    EXPECT_EQ(Rows("SELECT Nachname, Nr, Preis, Ort, Datum FROM kodbc_imw_text ORDER BY Nr"),
+              (Texts{"M\xFCller|1|1234.5|K\xF6ln|2021-02-03 00:00:00", "O'Brien|2|-7.25|-|1999-12-31 00:00:00",
+                     "Wei\xDF|3|0.5|D\xFCsseldorf|2000-01-01 00:00:00"}));
+    EXPECT_TRUE(Rows("SELECT Notiz FROM kodbc_imw_text").empty()) << "the field left out is no column";
+    char remembered[300] = {}, type[10] = {};
+    Korvel_ReadRegistryString(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, "Import", "TextFile", "",
+                              remembered, sizeof remembered);
+    Korvel_ReadRegistryString(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, "Import", "Type", "", type,
+                              sizeof type);
+    EXPECT_EQ(remembered, file);
+    EXPECT_STREQ(type, "1");
+}
+
+TEST_F(ImportWizard, TableOfAnotherDataSource) {
+    ASSERT_TRUE(Run("CREATE TABLE kodbc_imw_src (nr INTEGER, name VARCHAR(20), betrag REAL)"));
+    ASSERT_TRUE(Run("INSERT INTO kodbc_imw_src VALUES (1, 'Anna', 2.5), (2, NULL, NULL)"));
+    Texts messages, types;
+    std::string preset;
+    const int result = Import("", [&](Walker &w) {
+        wintest::Click(w.Page(IDD_IMPORT_KIND), IDC_IMPORT_KIND_TABLE);
+        Sleep(100);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_DSN);
+        w.Choose(IDD_IMPORT_DSN, IDC_IMPORT_DSN_LIST, "");
+        w.Refused(IDD_IMPORT_DSN);
+        w.Choose(IDD_IMPORT_DSN, IDC_IMPORT_DSN_LIST, wintest::DataSource());
+        w.Shot(IDD_IMPORT_DSN);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_TABLE);
+        w.Choose(IDD_IMPORT_TABLE, IDC_IMPORT_TABLE_LIST, "kodbc_imw_src");
+        w.Shot(IDD_IMPORT_TABLE);
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_FIELDS);
+        types = w.Column(2);
+        // A number cannot become a date.
+        w.EditField(0, {"", "Datum/Zeit", -1});
+        w.Refused(IDD_IMPORT_FIELDS);
+        w.EditField(0, {"", "Ganzzahl", -1});
+        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_NAME);
+        // The source's name is preset, and it is taken.
+        preset = wintest::ControlText(w.Page(IDD_IMPORT_NAME), IDC_IMPORT_NAME);
+        w.Refused(IDD_IMPORT_NAME);
+        w.Press(KORVEL_WIZARD_BACK, IDD_IMPORT_FIELDS);
+        w.Finish("kodbc_imw_tab", preset);
+    }, messages);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_STREQ(imported_, "kodbc_imw_tab");
+    EXPECT_EQ(preset, "kodbc_imw_src");
+    EXPECT_EQ(types, (Texts{"Ganzzahl", "VarText (20)", "Gleitkommazahl"}));
+    ASSERT_EQ(messages.size(), 3u);
+    EXPECT_EQ(messages[0], "Es mu\xDF eine Datenquelle ausgew\xE4hlt werden.");
+    EXPECT_EQ(messages[1], "Die Konvertierung des Datentyps des Feldes  'nr'  ergibt keinen Sinn.");
+    EXPECT_EQ(Rows("SELECT nr, name, betrag FROM kodbc_imw_tab ORDER BY nr"), (Texts{"1|Anna|2.5", "2|-|-"}));
+}
+
+// The selection files in the OEM code page: their fields and records.
+TEST_F(ImportWizard, SelectionFiles) {
+    const std::string sdi = WriteFile("kodbc_imw.sdi",
+                                      "SDI\r\nx\r\nx\r\nx\r\n3\r\nKUNDE.NR FORMAT=NG5\r\nKUNDE.NAME\r\nTAG FORMAT=D10\r\n"
+                                      "ignoriert\r\n"
+                                      "1\tM\x81ller\t15.03.2024\r\n"
+                                      "2\tGro\xE1\t\r\n");
+    const std::string sel = WriteFile("kodbc_imw.sel", "Kopf\r\n2,2\r\n1,C,Nr,CN5\r\n2,C, Name ,C30\r\n"
+                                                       "1\r\n  M\x94" "bius  \r\n"
+                                                       "2,5\r\n\r\n");
+    const struct {
+        int kindButton;
+        std::string file, table, shot;
+    } sources[] = {
+        {IDC_IMPORT_KIND_SDI, sdi, "kodbc_imw_sdi", "import-10084"},
+        {IDC_IMPORT_KIND_SEL, sel, "kodbc_imw_sel", ""},
+    };
+    Texts fields[2];
+    for (int i = 0; i < 2; ++i) {
+        Texts messages;
+        std::string preset;
+        const int result = Import("", [&](Walker &w) {
+            w.ChooseFile(sources[i].kindButton, IDD_IMPORT_SELECTION, sources[i].file);
+            if (!sources[i].shot.empty()) w.Shot(IDD_IMPORT_SELECTION);
+            w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_FIELDS);
+            for (int row = 0; row < 3; ++row) fields[i].push_back(w.Cell(row, 0) + ":" + w.Cell(row, 2));
+            w.Finish(sources[i].table, preset);
+        }, messages);
+        EXPECT_EQ(result, 1) << sources[i].table;
+        EXPECT_TRUE(messages.empty()) << messages.front();
+    }
+    EXPECT_EQ(fields[0], (Texts{"NR:Ganzzahl", "NAME:VarText (255)", "TAG:Datum/Zeit"}));
+    EXPECT_EQ(Rows("SELECT NR, NAME, TAG FROM kodbc_imw_sdi ORDER BY NR"),
+              (Texts{"1|M\xFCller|2024-03-15 00:00:00", "2|Gro\xDF|-"}));
+    EXPECT_EQ(fields[1], (Texts{"Nr:Gleitkommazahl", "Name:VarText (255)", ":"}));
+    EXPECT_EQ(Rows("SELECT Nr, Name FROM kodbc_imw_sel ORDER BY Nr"), (Texts{"1.0|M\xF6" "bius", "2.5|-"}));
+}
+
+} // namespace
