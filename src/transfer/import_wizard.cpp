@@ -264,9 +264,6 @@ int FilePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, L
 // ---------------------------------------------------------------------------
 // Fields
 
-// The row that is being dragged, while the page holds the mouse.
-int g_dragRow = -1;
-
 void ShowFieldRow(HWND list, int row, const ImportField &field) {
     const std::vector<std::string> texts = ImportFieldRow(field);
     for (std::size_t column = 0; column < texts.size(); ++column)
@@ -322,8 +319,8 @@ void MoveField(ImportWizardState &state, HWND page, int from, int to) {
 // A dragged row is dropped on the row under the button; below the last
 // row it goes to the end, outside the list nowhere.
 void DropField(ImportWizardState &state, HWND page, POINT at) {
-    const int from = g_dragRow;
-    g_dragRow = -1;
+    const int from = state.dragRow;
+    state.dragRow = -1;
     ReleaseCapture();
     HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
     MapWindowPoints(page, list, &at, 1);
@@ -342,7 +339,7 @@ int FieldNotify(ImportWizardState &state, HWND page, const NMHDR &header) {
     switch (header.code) {
     case LVN_ITEMCHANGED: UpdateFieldButtons(page); return 1;
     case LVN_BEGINDRAG:
-        g_dragRow = reinterpret_cast<const NMLISTVIEW &>(header).iItem;
+        state.dragRow = reinterpret_cast<const NMLISTVIEW &>(header).iItem;
         SetCapture(page);
         return 1;
     case NM_DBLCLK: EditFirstSelectedField(state, page); return 1;
@@ -372,10 +369,10 @@ int FieldsPage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam,
         return FieldNotify(state, page, *header);
     }
     case WM_LBUTTONUP:
-        if (g_dragRow < 0) return 0;
+        if (state.dragRow < 0) return 0;
         DropField(state, page, POINT{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
         return 1;
-    case WM_CAPTURECHANGED: g_dragRow = -1; return 0;
+    case WM_CAPTURECHANGED: state.dragRow = -1; return 0;
     case WM_COMMAND:
         switch (LOWORD(wParam)) {
         case IDC_IMPORT_PROPERTIES:
@@ -489,8 +486,14 @@ KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT mes
         if (message == WM_INITDIALOG) {
             SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
             TranslateDialog(dialog);
-            if (auto *field = reinterpret_cast<ImportField *>(lParam)) InitFieldDialog(dialog, *field);
-            return TRUE;
+            auto *field = reinterpret_cast<ImportField *>(lParam);
+            if (!field) return TRUE;
+            InitFieldDialog(dialog, *field);
+            // The user comes to change the target, not to read the source.
+            HWND name = GetDlgItem(dialog, IDC_IMPORT_TARGET_NAME);
+            SetFocus(name);
+            SendMessageA(name, EM_SETSEL, 0, -1);
+            return FALSE;
         }
         if (message != WM_COMMAND) return FALSE;
         auto *field = reinterpret_cast<ImportField *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));

@@ -49,6 +49,7 @@ struct ImportWizardState {
     // and the kind; empty before the first discovery.
     std::string discovered;
     ImportSource discoveredKind = ImportSource::Table;
+    int dragRow = -1;            // the field row being dragged on the fields page
 
     ImportWizardState() = default;
     ImportWizardState(const ImportWizardState &) = delete;
