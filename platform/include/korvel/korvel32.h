@@ -354,5 +354,38 @@ void *Wizzard_GetParam(LONG_PTR wizard);
 // Takes effect at the next move; the buttons are relabelled at once. A
 // handle that names no running wizard, or an unknown page, changes nothing.
 void Wizzard_EnableSubDialog(LONG_PTR wizard, int page, int enable);
+
+// ---------------------------------------------------------------------------
+// File-name dialog and help (Windows)
+
+enum { KORVEL_FILE_DIALOG_RECORD_SIZE = 64, KORVEL_FILE_OPEN = 1, KORVEL_FILE_SAVE = 2 };
+enum { KORVEL_FILE_NAME_SIZE = 256 };
+
+// What the file-name dialog shows and where it remembers the last file.
+// recordSize must be KORVEL_FILE_DIALOG_RECORD_SIZE (the family's callers
+// have always passed 64, whatever the platform's layout).
+struct KorvelFileDialogRecord {
+    int recordSize;
+    HINSTANCE instance;     // module of the two strings
+    int titleId;            // the dialog's title
+    int filterId;           // "Name|pattern|Name|pattern|"
+    HKEY root;              // the remembered file: root, key path,
+    const char *keyPath;    //   section (subkey, may be null)
+    const char *section;    //   and value name; a null key path or value
+    const char *valueName;  //   name remembers nothing
+    int mode;               // KORVEL_FILE_OPEN or KORVEL_FILE_SAVE
+};
+
+// Asks for a file over the active window. fileName (KORVEL_FILE_NAME_SIZE
+// characters) starts as the remembered file when there is one, else as it
+// came in; on success it holds the chosen file, which is then remembered.
+// An open dialog wants an existing file, a save dialog asks before
+// replacing one and adds the filter's first extension to a bare name.
+// Returns 1, 0 when cancelled or for a bad record or a null buffer.
+int Korvel_ExtendedFileNameDialog(const KorvelFileDialogRecord *record, char *fileName);
+
+// Opens the module's help file (its own name with ".hlp") at context.
+// Returns 1 when the help could be started.
+int Korvel_PerformHelp(HWND owner, HINSTANCE instance, int context);
 #endif
 
