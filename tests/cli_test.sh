@@ -134,7 +134,21 @@ printf 'KORVEL-SMSname\tEQ\tAnna\t12\n\v' > "$out.sms"
 "$kodbc" sql kodbc_sqlite "INSERT INTO cli_sms VALUES ('Anna'), ('Bert')" >/dev/null 2>&1
 expect "count with a selection mask" 0 "^1$"  "$kodbc" count kodbc_sqlite cli_sms --where-file "$out.sms"
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_sms" >/dev/null 2>&1
-rm -f "$out.sms"
+expect "selmask read"           0 "^name	EQ	Anna	12$" "$kodbc" selmask read "$out.sms"
+# Written from a descriptor file and printed back as that same file.
+printf 'ort\tBW\tB\t12\n\vnr\tGT\t5\t4\n\v\v\v\n' >"$out.desc"
+expect "selmask write"          0 ""              "$kodbc" selmask write "$out.sms" --descriptor-file "$out.desc"
+checks=$((checks + 1))
+printf 'KORVEL-SMSort\tBW\tB\t12\n\vnr\tGT\t5\t4\n\v\v\v' | cmp -s - "$out.sms" ||
+    { echo "FAIL: the mask file is not the magic and the descriptor"; failures=$((failures + 1)); }
+expect "selmask read back"      0 ""              "$kodbc" selmask read "$out.sms"
+checks=$((checks + 1))
+cmp -s "$out" "$out.desc" || { echo "FAIL: the mask does not read back as its descriptor file"; failures=$((failures + 1)); }
+printf 'korvel-smsname\tEQ\tAnna\t12\n\v' >"$out.sms"
+expect "selmask read: lower-case magic" 1 ""      "$kodbc" selmask read "$out.sms"
+checks=$((checks + 1))
+grep -q "keine Selektionsmaske" "$out.err" || { echo "FAIL: no message for a file without the magic"; failures=$((failures + 1)); }
+rm -f "$out.sms" "$out.desc"
 
 # The demo's data source streams its results (a private copy of the configuration).
 demo=$(mktemp -d /tmp/kodbc-cli-demo.XXXXXX)

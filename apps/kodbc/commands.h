@@ -37,6 +37,9 @@ struct SystemTableRequest {
 
 int CountRecords(const std::string &dsn, const Login &login, const std::string &table, const std::string &whereFile);
 int PrintWhere(const std::string &dsn, const Login &login, const std::string &descriptorFile);
+// kodbc selmask read FILE | kodbc selmask write FILE --descriptor-file F
+int PrintSelectionMask(const std::string &file);
+int WriteSelectionMask(const std::string &file, const std::string &descriptorFile);
 int SystemTable(const std::string &dsn, const Login &login, const SystemTableRequest &request);
 int DeleteRecords(const std::string &dsn, const Login &login, const std::string &table,
                   const std::string &whereFile, bool assumeYes);

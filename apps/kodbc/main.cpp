@@ -95,6 +95,15 @@ int main(int argc, char **argv) {
     where->add_option("DSN", dsn, "Datenquelle")->required();
     where->add_option("--descriptor-file", whereFile, "Datei mit der Selektionsbeschreibung")->required();
 
+    std::string maskFile;
+    auto *selmask = app.add_subcommand("selmask", "Selektionsmasken (.sms) lesen und schreiben");
+    selmask->require_subcommand(1);
+    auto *selmaskRead = selmask->add_subcommand("read", "die Selektionsbeschreibung einer Selektionsmaske ausgeben");
+    selmaskRead->add_option("FILE", maskFile, "Selektionsmaske")->required();
+    auto *selmaskWrite = selmask->add_subcommand("write", "eine Selektionsbeschreibung als Selektionsmaske speichern");
+    selmaskWrite->add_option("FILE", maskFile, "Selektionsmaske (wird ersetzt)")->required();
+    selmaskWrite->add_option("--descriptor-file", whereFile, "Datei mit der Selektionsbeschreibung")->required();
+
     auto *systable = app.add_subcommand("systable", "Einträge der Systemtabelle lesen, schreiben, löschen");
     systable->add_option("ACTION", sys.action, "get, set oder delete")->required();
     systable->add_option("DSN", dsn, "Datenquelle")->required();
@@ -226,6 +235,8 @@ int main(int argc, char **argv) {
     if (*format) return FormatStatement(dsn, login, sqlTemplate, args);
     if (*count) return CountRecords(dsn, login, table, whereFile);
     if (*where) return PrintWhere(dsn, login, whereFile);
+    if (*selmaskRead) return PrintSelectionMask(maskFile);
+    if (*selmaskWrite) return WriteSelectionMask(maskFile, whereFile);
     if (*systable) return SystemTable(dsn, login, sys);
     if (*deleteCmd) return DeleteRecords(dsn, login, table, whereFile, assumeYes);
     if (*update) return UpdateRecords(dsn, login, table, setFile, whereFile);

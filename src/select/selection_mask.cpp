@@ -19,8 +19,6 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
-constexpr char kEndOfFile = 26;
-
 } // namespace
 
 bool ReadSelectionMask(const char *fileName, std::string &descriptor) {
@@ -31,19 +29,15 @@ bool ReadSelectionMask(const char *fileName, std::string &descriptor) {
         std::size_t got;
         while ((got = std::fread(block, 1, sizeof block, file.get())) > 0) bytes.append(block, got);
     }
-    if (!file || std::ferror(file.get()) || bytes.size() < kSelectionMaskMagicSize ||
-        bytes.compare(0, kSelectionMaskMagicSize, kSelectionMaskMagic) != 0) {
+    if (!file || std::ferror(file.get()) || !ParseSelectionMask(bytes, descriptor)) {
         LibraryMessage(msg::NOT_A_SELECTION_MASK, fileName ? fileName : "");
         return false;
     }
-    if (bytes.back() == kEndOfFile && bytes.size() > kSelectionMaskMagicSize) bytes.pop_back();
-    descriptor = bytes.substr(kSelectionMaskMagicSize);
     return true;
 }
 
 bool WriteSelectionMask(const char *fileName, const std::string &descriptor) {
-    std::string text = std::string(kSelectionMaskMagic) + descriptor;
-    if (text.size() > kSelectionMaskBufferSize) text.resize(kSelectionMaskBufferSize);
+    const std::string text = SelectionMaskText(descriptor);
     File file(fileName ? std::fopen(fileName, "wb") : nullptr);
     if (!file) {
         LibraryMessage(FileOpenErrorMessage(), fileName ? fileName : "");
