@@ -26,3 +26,4 @@
 #define IDM_HOST_ALIAS           304  /* alias of the selected field */
 #define IDM_HOST_ERROR_DISPLAY   305  /* a statement that must fail */
 #define IDM_HOST_QUERY_DESIGNER  306  /* a SELECT on the current table, designed */
+#define IDM_HOST_SELECTION_EDITOR 307 /* conditions on the current table's fields */

@@ -55,6 +55,7 @@ constexpr MenuItem kMenu[] = {
     {IDM_HOST_ALIAS, "Feld-&Alias...", Needs::field},
     {IDM_HOST_ERROR_DISPLAY, "&Fehleranzeige...", Needs::connection},
     {IDM_HOST_QUERY_DESIGNER, "SELECT-Befehl &entwerfen...", Needs::connection},
+    {IDM_HOST_SELECTION_EDITOR, "&Bedingungen eingeben...", Needs::table},
 };
 
 struct Host {
@@ -165,6 +166,29 @@ void DesignQuery() {
     Kodbc_SelFact_Destroy(query);
 }
 
+// The selection editor on the current table's fields; what the user wrote is
+// shown as its descriptor (tabs and line ends visible) and as a WHERE
+// clause. The next call starts from it.
+void EditSelection() {
+    static char selDesc[5000];
+    static char fields[30000];
+    if (Kodbc_GetFields(g_host.hdbc, g_host.table.Object.DbObjectName, KODBC_FIELDS_WITH_TYPE, "\t", fields,
+                        sizeof fields) != 1)
+        return;
+    if (Kodbc_Edit_SelDesc(selDesc, sizeof selDesc, fields, 0, 0) != 1) return;
+    std::string shown;
+    for (const char *c = selDesc; *c; ++c) {
+        if (*c == '\t') shown += " | ";
+        else if (*c == '\n') shown += "\r\n";
+        else if (*c == '\v') shown += "--- oder ---\r\n";
+        else shown += *c;
+    }
+    char where[5000] = {};
+    Kodbc_SelDesc_To_WhereClause(g_host.hdbc, selDesc, where, sizeof where);
+    shown += std::string("\r\nWHERE ") + where;
+    MessageBoxA(g_host.window, shown.c_str(), "Selektion", MB_OK | MB_ICONINFORMATION);
+}
+
 void RunCommand(int id) {
     TableRecord *table = &g_host.table;
     switch (id) {
@@ -230,6 +254,9 @@ void RunCommand(int id) {
         return;
     case IDM_HOST_QUERY_DESIGNER:
         DesignQuery();
+        return;
+    case IDM_HOST_SELECTION_EDITOR:
+        EditSelection();
         return;
     default:
         return;

@@ -167,6 +167,41 @@ KODBC_API void KODBC_CALL Kodbc_OpDesc_To_DialogItems(int kind, const char *desc
 ** dialog or items is null. reserved is not used.
 */
 KODBC_API void KODBC_CALL Kodbc_OpDesc_Clone_Boxes(HWND dialog, const OpDescDialogItem *items, int reserved);
+
+/*
+** Kodbc_Edit_SelDesc: the selection editor, dialog 10063 "Bedingungen
+** eingeben", modal over the active window. Returns 2 at once (nothing
+** shown) for a null selDesc or a selDescSize below 10. Otherwise the
+** dialog shows selDesc (may be empty) in four groups of rows (five, one,
+** one, one; the groups joined by "oder"), their boxes filled from
+** fieldList as Kodbc_OpDesc_To_DialogItems does (kind OPDESC_SELECTION,
+** reserved2 handed on as its last argument), and focuses the first control
+** without text, row by row and field, operator, value within a row.
+** "&Ok" writes the rows into selDesc (Kodbc_DialogItems_To_OpDesc, bounded
+** by selDescSize) and returns 1; "&Abbruch" returns 2 and leaves selDesc
+** as it was. "Hilfe..." opens the help at context 10019. "Selektion
+** laden..." asks for a mask file (title 2913, filter 1805; the file name
+** is remembered as "SelectMaskFile" under HKEY_CURRENT_USER
+** "Software\Korvel Software\Kodbc", section "Settings") and shows its
+** conditions over the rows: rows the file has no line for keep what they
+** show; a file that is no mask is refused with 1649, no memory with 1600.
+** "Selektion speichern..." takes the rows, asks for a file (title 2914,
+** same filter and remembered name) and writes them as a mask as
+** Kodbc_SaveSelectionMask does. Cancelling a file dialog changes nothing.
+** reserved1 is not used.
+*/
+KODBC_API int KODBC_CALL Kodbc_Edit_SelDesc(char *selDesc, int selDescSize, const char *fieldList, int reserved1,
+                                            int reserved2);
+
+/*
+** EditSelDesc_Dialog_Callback: the dialog procedure of dialog 10063.
+** WM_INITDIALOG's lParam is Kodbc_Edit_SelDesc's own record of its
+** arguments; with a null lParam the rows stay empty, the file buttons do
+** nothing and OK ends the dialog like "&Abbruch". The dialog ends with 1
+** (OK) or 2. Returns TRUE for the messages it handled, else FALSE (also
+** from WM_INITDIALOG when it set the focus itself).
+*/
+KODBC_API INT_PTR KODBC_CALL EditSelDesc_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
 #endif
 
 /*

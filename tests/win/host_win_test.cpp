@@ -106,6 +106,7 @@ TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
         {IDM_HOST_ALIAS, "Eingabe eines neuen Verwendungs-Namens"},
         {IDM_HOST_ERROR_DISPLAY, "Fehler beim ODBC-Datenbankzugriff"},
         {IDM_HOST_QUERY_DESIGNER, "Assistent f\xFCr SELECT-Befehl"},
+        {IDM_HOST_SELECTION_EDITOR, "Bedingungen eingeben"},
     };
     for (const auto &command : commands) {
         SCOPED_TRACE(command.command);
