@@ -169,7 +169,7 @@ KODBC_API void KODBC_CALL Kodbc_OpDesc_To_DialogItems(int kind, const char *desc
 KODBC_API void KODBC_CALL Kodbc_OpDesc_Clone_Boxes(HWND dialog, const OpDescDialogItem *items, int reserved);
 
 /*
-** Kodbc_Edit_SelDesc: the selection editor, dialog 10063 "Bedingungen
+** Kodbc_Edit_SelDesc: the selection editor, dialog 10065 "Bedingungen
 ** eingeben", modal over the active window. Returns 2 at once (nothing
 ** shown) for a null selDesc or a selDescSize below 10. Otherwise the
 ** dialog shows selDesc (may be empty) in four groups of rows (five, one,
@@ -194,7 +194,7 @@ KODBC_API int KODBC_CALL Kodbc_Edit_SelDesc(char *selDesc, int selDescSize, cons
                                             int reserved2);
 
 /*
-** EditSelDesc_Dialog_Callback: the dialog procedure of dialog 10063.
+** EditSelDesc_Dialog_Callback: the dialog procedure of dialog 10065.
 ** WM_INITDIALOG's lParam is Kodbc_Edit_SelDesc's own record of its
 ** arguments; with a null lParam the rows stay empty, the file buttons do
 ** nothing and OK ends the dialog like "&Abbruch". The dialog ends with 1

@@ -1,4 +1,4 @@
-// Dialog 10063, the selection editor: a caller's selection descriptor in
+// Dialog 10065, the selection editor: a caller's selection descriptor in
 // four groups of condition rows, and the mask files a user keeps them in.
 // The rows' contents move through the same two descriptor functions as on
 // every other selection page, so a mask saved here loads anywhere.

@@ -1,9 +1,9 @@
-// Dialog 10063, the selection editor: template and control numbers. Also
+// Dialog 10065, the selection editor: template and control numbers. Also
 // read by the resource compiler, so plain defines only. The rows carry the
 // numbers every selection dialog of the library uses for them.
 #pragma once
 
-#define IDD_SELDESC_EDITOR          10063
+#define IDD_SELDESC_EDITOR          10065
 
 #define IDC_SELEDIT_OK              1     /* "&Ok": IDOK */
 #define IDC_SELEDIT_CANCEL          2     /* "&Abbruch": IDCANCEL */

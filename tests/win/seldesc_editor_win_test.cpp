@@ -1,4 +1,4 @@
-// Dialog 10063 driven from outside: where the focus lands, what OK and
+// Dialog 10065 driven from outside: where the focus lands, what OK and
 // cancel leave in the caller's buffer, and masks saved, loaded and refused
 // through the file dialogs, which remember the last file.
 #include "robot.h"
@@ -182,7 +182,7 @@ TEST_F(SelectionEditor, SavesLoadsAndRefusesMasks) {
         Click(dialog, IDC_SELEDIT_LOAD);
         answered[1] = AnswerFileDialog(thread, "Selektion laden", native, &offered);
         WaitFor([&] { return wintest::ControlText(dialog, IDC_SELEDIT_G4_FIELD) == "Datum"; });
-        wintest::SaveScreenshot(dialog, "seleditor-10063");
+        wintest::SaveScreenshot(dialog, "seleditor-10065");
 
         Click(dialog, IDC_SELEDIT_LOAD);
         answered[2] = AnswerFileDialog(thread, "Selektion laden", lower);
