@@ -150,6 +150,46 @@ checks=$((checks + 1))
 grep -q "keine Selektionsmaske" "$out.err" || { echo "FAIL: no message for a file without the magic"; failures=$((failures + 1)); }
 rm -f "$out.sms" "$out.desc"
 
+# Queries from the designer's descriptors, and stored views
+printf 'cli_q\tq\t\t\t\t\ncli_o\to\tlj\tGT\tq.nr\to.nr\n' >"$out.tables"
+printf 'q.nr\tNummer\no.ort\t\n' >"$out.columns"
+printf 'q.nr\tdesc\nort\tasc\n' >"$out.sort"
+printf 'ort\tBW\tB\t12\n' >"$out.where"
+expect "query without a data source" 0 '^SELECT q.nr AS Nummer, o.ort FROM cli_q AS q LEFT JOIN cli_o AS o ON q.nr < o.nr ORDER BY q.nr desc, ort$' \
+       "$kodbc" query --tables-file "$out.tables" --columns-file "$out.columns" --sort-file "$out.sort"
+expect "query: --test needs a data source" 2 ""   "$kodbc" query --tables-file "$out.tables" --test
+expect "query: all columns without a column file" 0 '^SELECT \* FROM cli_q AS q LEFT JOIN' "$kodbc" query --tables-file "$out.tables"
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_q (nr INTEGER, ort VARCHAR(20))" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_o (nr INTEGER, ort VARCHAR(20))" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "INSERT INTO cli_q VALUES (1, 'Berlin'), (2, 'Essen')" >/dev/null 2>&1
+expect "query with a selection, tested" 0 "^SELECT q.nr AS Nummer, o.ort FROM .* WHERE .*ort.* LIKE 'B%'" \
+       "$kodbc" query kodbc_sqlite --tables-file "$out.tables" --columns-file "$out.columns" --where-file "$out.where" --view --test
+expect "query: a failing test"  1 ""              "$kodbc" query kodbc_sqlite --tables-file "$out.columns" --test
+expect "view create from SQL"   0 ""              "$kodbc" view create kodbc_sqlite cli_v --sql "SELECT nr FROM cli_q WHERE nr > 1"
+expect "view: in the catalogue" 0 "^cli_v$"       "$kodbc" tables kodbc_sqlite
+expect "view: its rows"         0 "^2$"           "$kodbc" sql kodbc_sqlite "SELECT * FROM cli_v"
+expect "view show"              0 "^SELECT nr FROM cli_q WHERE nr > 1$" "$kodbc" view show kodbc_sqlite cli_v
+expect "view show: columns default" 0 '^\*$'      "$kodbc" view show kodbc_sqlite cli_v
+expect "view test: the stored SQL" 0 ""           "$kodbc" view test kodbc_sqlite cli_v
+expect "view test: bad SQL"     1 ""              "$kodbc" view test kodbc_sqlite cli_v --sql "SELEKT nr FROM cli_q"
+expect "view create: name taken" 1 ""             "$kodbc" view create kodbc_sqlite cli_v --sql "SELECT nr FROM cli_q"
+expect "view create: no SQL"    2 ""              "$kodbc" view create kodbc_sqlite cli_v2
+expect "view create from the design" 0 ""         "$kodbc" view create kodbc_sqlite cli_v2 --tables-file "$out.tables" --columns-file "$out.columns"
+expect "view show: the design kept" 0 "^cli_o	o	LJ	GT	q.nr	o.nr$" "$kodbc" view show kodbc_sqlite cli_v2
+expect "view show: generated SQL" 0 "^SELECT q.nr AS Nummer, o.ort FROM cli_q AS q LEFT JOIN" "$kodbc" view show kodbc_sqlite cli_v2
+"$kodbc" sql kodbc_sqlite "CREATE VIEW cli_v3 AS SELECT nr FROM cli_q" >/dev/null 2>&1
+expect "view show: made elsewhere" 1 ""           "$kodbc" view show kodbc_sqlite cli_v3
+checks=$((checks + 1))
+grep -q "cli_v3" "$out.err" || { echo "FAIL: no message about a view the system table lacks"; failures=$((failures + 1)); }
+for v in cli_v cli_v2; do expect "view drop $v" 0 "" "$kodbc" view drop kodbc_sqlite $v; done
+expect "view drop: gone"        1 ""              "$kodbc" view drop kodbc_sqlite cli_v
+expect "view drop: design gone" 1 ""              "$kodbc" view show kodbc_sqlite cli_v2
+expect "view: not in the catalogue" 0 "^cli_q$"   "$kodbc" tables kodbc_sqlite
+checks=$((checks + 1))
+grep -q "^cli_v2\?$" "$out" && { echo "FAIL: dropped views still listed"; failures=$((failures + 1)); }
+for t in "VIEW cli_v3" "TABLE cli_q" "TABLE cli_o"; do "$kodbc" sql kodbc_sqlite "DROP $t" >/dev/null 2>&1; done
+rm -f "$out.tables" "$out.columns" "$out.sort" "$out.where"
+
 # The demo's data source streams its results (a private copy of the configuration).
 demo=$(mktemp -d /tmp/kodbc-cli-demo.XXXXXX)
 cp "$2/odbc.ini" "$demo/odbc.ini"

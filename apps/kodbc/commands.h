@@ -92,6 +92,20 @@ struct ImportRequest {
     std::string autoinc;                // FIELD
 };
 int ImportData(const Login &login, const ImportRequest &request);
+// kodbc query [DSN] --tables-file F [--columns-file F] [--where-file F] [--sort-file F] [--view] [--test]
+struct QueryRequest {
+    std::string schema;
+    std::string tablesFile, columnsFile, whereFile, sortFile;  // descriptor files
+    bool view = false, test = false;
+};
+int Query(const std::string &dsn, const Login &login, const QueryRequest &request);
+// kodbc view create|drop|test|show DSN NAME [--sql TEXT | --sql-file F]
+struct ViewRequest {
+    std::string action, name, sql, sqlFile;
+    QueryRequest design;  // schema and the design's descriptor files
+    bool ifExists = false;
+};
+int View(const std::string &dsn, const Login &login, const ViewRequest &request);
 // The data types by the names the dialogs show, or by their numbers; 0 for none.
 int TypeCode(const std::string &name);
 int RunDemo();

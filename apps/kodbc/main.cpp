@@ -204,6 +204,35 @@ int main(int argc, char **argv) {
     addRecordsCmd->add_option("--replace-on", addRecords.replaceOn,
                               "ZIELFELD=QUELLFELD: Sätze mit gleichem Kennfeld ersetzen, sonst hinzufügen");
 
+    kodbc_cli::QueryRequest queryRequest;
+    auto *queryCmd = app.add_subcommand("query", "SELECT-Befehl aus den Beschreibungen des Abfrage-Assistenten erzeugen");
+    queryCmd->add_option("DSN", dsn, "Datenquelle (ohne: keine Verbindung, Namen wie angegeben)");
+    queryCmd->add_option("--tables-file", queryRequest.tablesFile,
+                         "Datei mit den Tabellen (je Zeile: Name, Alias, LJ/IJ/RJ, EQ/NE/GT/GE/LT/LE, Operand, Operand; Tabulator dazwischen)")
+        ->required();
+    queryCmd->add_option("--columns-file", queryRequest.columnsFile, "Datei mit den Spalten (je Zeile: Ausdruck, Alias)");
+    queryCmd->add_option("--where-file", queryRequest.whereFile, "Datei mit einer Selektionsbeschreibung (Bedingungen)");
+    queryCmd->add_option("--sort-file", queryRequest.sortFile, "Datei mit der Sortierung (je Zeile: Spalte, ASC/DESC)");
+    queryCmd->add_option("--schema", queryRequest.schema, "Schema der Tabellen und der Testabfrage");
+    queryCmd->add_flag("--view", queryRequest.view, "Rumpf einer Abfrage (Sicht): der Test legt eine Sicht an");
+    queryCmd->add_flag("--test", queryRequest.test, "den Befehl testen (braucht DSN)");
+
+    kodbc_cli::ViewRequest viewRequest;
+    auto *viewCmd = app.add_subcommand("view", "gespeicherte Abfragen (Sichten mit ihrem Entwurf in der Systemtabelle)");
+    viewCmd->add_option("ACTION", viewRequest.action, "create, drop, test oder show")
+        ->required()
+        ->check(CLI::IsMember({"create", "drop", "test", "show"}));
+    viewCmd->add_option("DSN", dsn, "Datenquelle")->required();
+    viewCmd->add_option("NAME", viewRequest.name, "Name der Abfrage")->required();
+    auto *viewSql = viewCmd->add_option("--sql", viewRequest.sql, "SQL-Befehl (create, test)");
+    viewCmd->add_option("--sql-file", viewRequest.sqlFile, "Datei mit dem SQL-Befehl (create, test)")->excludes(viewSql);
+    viewCmd->add_option("--tables-file", viewRequest.design.tablesFile,
+                        "Entwurf: Datei mit den Tabellen (ohne SQL-Befehl: der Befehl wird daraus erzeugt)");
+    viewCmd->add_option("--columns-file", viewRequest.design.columnsFile, "Entwurf: Datei mit den Spalten");
+    viewCmd->add_option("--where-file", viewRequest.design.whereFile, "Entwurf: Datei mit einer Selektionsbeschreibung");
+    viewCmd->add_option("--schema", viewRequest.design.schema, "Schema der Abfrage");
+    viewCmd->add_flag("--if-exists", viewRequest.ifExists, "drop: eine fehlende Abfrage ist kein Fehler");
+
     auto *demo = app.add_subcommand("demo", "Beispieldatenbank anlegen (falls nötig) und vorführen");
 
     try {
@@ -253,6 +282,8 @@ int main(int argc, char **argv) {
                                    : "";
         return AlterTable(login, alter);
     }
+    if (*queryCmd) return Query(dsn, login, queryRequest);
+    if (*viewCmd) return View(dsn, login, viewRequest);
     if (*demo) return RunDemo();
     return kExitUsage;
 }

@@ -16,6 +16,7 @@
 #include "kodbc_select.h"
 #include "kodbc_seldesc.h"
 #include "kodbc_selfact.h"
+#include "kodbc_views.h"
 #include "kodbc_tableops.h"
 #include "kodbc_systable.h"
 #include "kodbc_wizards.h"

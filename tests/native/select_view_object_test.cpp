@@ -6,6 +6,7 @@
 #include "select/view_object.h"
 
 #include <kodbc/kodbc_systable.h>
+#include <kodbc/kodbc_views.h>
 
 namespace kodbc::test {
 namespace {
@@ -96,6 +97,67 @@ TEST_P(StoredView, RefusalsAndTolerances) {
 
     for (char c : std::string("az_9AZ")) EXPECT_TRUE(IsViewNameCharacter(c)) << c;
     for (char c : std::string("0 .-\xE4")) EXPECT_FALSE(IsViewNameCharacter(c)) << c;
+}
+
+// What the exported operations add: caller buffers, bounds and result codes.
+TEST_P(StoredView, ExportedOperations) {
+    const char *sql = "SELECT nr, ort FROM kodbc_sv_base";
+    EXPECT_EQ(Kodbc_View_Create(hdbc_, "", "kodbc_sv", sql, "kodbc_sv_base\t\t\t\t\t", nullptr, nullptr),
+              KODBC_VIEW_OK);
+    EXPECT_EQ(Stored("kodbc_sv", "Columns"), "*") << "null columns are all columns";
+
+    GuardedBuffer sqlOut(12), tables(200), columns(3), selection(200);
+    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv", sqlOut.data(), sqlOut.size(), tables.data(), tables.size(),
+                              columns.data(), columns.size(), selection.data(), selection.size(), 0),
+              KODBC_VIEW_OK);
+    EXPECT_EQ(sqlOut.text(), std::string(sql).substr(0, 11));
+    EXPECT_EQ(tables.text(), "kodbc_sv_base\t\t\t\t\t");
+    EXPECT_EQ(columns.text(), "*");
+    EXPECT_EQ(selection.text(), "");
+    for (auto *buffer : {&sqlOut, &tables, &columns, &selection}) EXPECT_TRUE(buffer->guards_intact());
+
+    // Copy proposals, bounded; an empty name proposes a new one.
+    EXPECT_EQ(Guarded(100, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, "", "kodbc_sv", out, size); }),
+              "Kopie_von_kodbc_sv");
+    EXPECT_EQ(Guarded(6, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, nullptr, "kodbc_sv", out, size); }),
+              "Kopie");
+    EXPECT_EQ(Guarded(100, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, "", nullptr, out, size); }),
+              "Neue_Abfrage");
+
+    // A view made elsewhere: quiet for callers without a window, 1612 otherwise.
+    Exec("CREATE VIEW kodbc_sv2 AS SELECT nr FROM kodbc_sv_base");
+    messages_.clear();
+    char columnsOnly[10] = {};
+    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv2", nullptr, 0, nullptr, 0, columnsOnly, sizeof columnsOnly,
+                              nullptr, 0, KODBC_VIEW_LOAD_QUIET),
+              KODBC_VIEW_NOT_DEFINED);
+    EXPECT_STREQ(columnsOnly, "*");
+    EXPECT_TRUE(messages_.entries().empty());
+    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv2", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0),
+              KODBC_VIEW_NOT_DEFINED);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+
+    struct {
+        const char *what;
+        int got;
+    } refusals[] = {
+        {"create without a name", Kodbc_View_Create(hdbc_, "", "", sql, nullptr, nullptr, nullptr)},
+        {"create without SQL", Kodbc_View_Create(hdbc_, "", "kodbc_sv3", nullptr, nullptr, nullptr, nullptr)},
+        {"create without a connection", Kodbc_View_Create(nullptr, "", "kodbc_sv3", sql, nullptr, nullptr, nullptr)},
+        {"drop without a name", Kodbc_View_Drop(hdbc_, "", nullptr, KODBC_VIEW_TOLERATE_ALL)},
+        {"test without SQL", Kodbc_View_Test(hdbc_, "", "")},
+        {"load without a name", Kodbc_View_Load(hdbc_, "", "", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0)},
+        {"copy name without a buffer", Kodbc_View_CopyName(hdbc_, "", "kodbc_sv", nullptr, 10)},
+    };
+    for (const auto &refusal : refusals) EXPECT_EQ(refusal.got, KODBC_VIEW_FAILED) << refusal.what;
+
+    EXPECT_EQ(Kodbc_View_Test(hdbc_, "", "SELECT ort FROM kodbc_sv_base"), KODBC_VIEW_OK);
+    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_OK);
+    EXPECT_EQ(Stored("kodbc_sv", "Sql"), "(none)");
+    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_FAILED);
+    messages_.clear();
+    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", KODBC_VIEW_TOLERATE_ALL), KODBC_VIEW_OK);
+    EXPECT_TRUE(messages_.entries().empty());
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(StoredView);
