@@ -27,3 +27,5 @@
 #define IDM_HOST_ERROR_DISPLAY   305  /* a statement that must fail */
 #define IDM_HOST_QUERY_DESIGNER  306  /* a SELECT on the current table, designed */
 #define IDM_HOST_SELECTION_EDITOR 307 /* conditions on the current table's fields */
+#define IDM_HOST_NEW_VIEW        308  /* the new view becomes the current table */
+#define IDM_HOST_EDIT_VIEW       309  /* the current table, taken as a stored view */

@@ -56,6 +56,8 @@ constexpr MenuItem kMenu[] = {
     {IDM_HOST_ERROR_DISPLAY, "&Fehleranzeige...", Needs::connection},
     {IDM_HOST_QUERY_DESIGNER, "SELECT-Befehl &entwerfen...", Needs::connection},
     {IDM_HOST_SELECTION_EDITOR, "&Bedingungen eingeben...", Needs::table},
+    {IDM_HOST_NEW_VIEW, "Neue Abfra&ge...", Needs::connection},
+    {IDM_HOST_EDIT_VIEW, "Abfrage bearbeite&n...", Needs::table},
 };
 
 struct Host {
@@ -189,6 +191,15 @@ void EditSelection() {
     MessageBoxA(g_host.window, shown.c_str(), "Selektion", MB_OK | MB_ICONINFORMATION);
 }
 
+// A stored view, new or the current table; the view made becomes current.
+void EditView(bool existing) {
+    char name[sizeof g_host.table.Object.DbObjectName] = {};
+    if (existing) lstrcpynA(name, g_host.table.Object.DbObjectName, sizeof name);
+    const int mode = (existing ? KODBC_VIEW_MODE_EXISTING : KODBC_VIEW_MODE_NEW) | KODBC_VIEW_MODE_CALLER;
+    if (Kodbc_View_Edit(g_host.hdbc, g_host.schema, name, sizeof name, mode, g_host.window) == KODBC_DIALOG_OK)
+        lstrcpynA(g_host.table.Object.DbObjectName, name, sizeof name);
+}
+
 void RunCommand(int id) {
     TableRecord *table = &g_host.table;
     switch (id) {
@@ -258,6 +269,10 @@ void RunCommand(int id) {
     case IDM_HOST_SELECTION_EDITOR:
         EditSelection();
         return;
+    case IDM_HOST_NEW_VIEW:
+    case IDM_HOST_EDIT_VIEW:
+        EditView(id == IDM_HOST_EDIT_VIEW);
+        break;
     default:
         return;
     }

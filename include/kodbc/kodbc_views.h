@@ -31,6 +31,11 @@ extern "C" {
 /* Kodbc_View_Load: no message box for a view without its definition. */
 #define KODBC_VIEW_LOAD_QUIET        0x1
 
+/* Kodbc_View_Edit modes. */
+#define KODBC_VIEW_MODE_NEW          0x1
+#define KODBC_VIEW_MODE_EXISTING     0x2
+#define KODBC_VIEW_MODE_CALLER       0x1000000 /* set by the family's callers */
+
 /*
 ** Kodbc_View_Create: runs "CREATE VIEW schema.name AS sql" (the statement
 ** cut to 4999 characters) and, when it went through, writes the four
@@ -93,6 +98,43 @@ KODBC_API int KODBC_CALL Kodbc_View_Load(SQLHDBC hdbc, const char *schema, const
 KODBC_API int KODBC_CALL Kodbc_View_CopyName(SQLHDBC hdbc, const char *schema, const char *name, char *out,
                                              int outSize);
 
+#ifdef _WIN32
+/*
+** Kodbc_View_Edit: dialog 10063 "Abfrage bearbeiten" over owner for view
+** name in schema. name is in and out: with an empty name the dialog
+** proposes "Neue_Abfrage" made unique; with KODBC_VIEW_MODE_EXISTING the
+** view's stored design is loaded, and a view without its "Sql" item is
+** refused with message 1612 (result 2, no dialog). mode is a set of
+** KODBC_VIEW_MODE_* bits. The dialog edits a copy: its name (only the
+** name characters can be typed), the SQL text, "Assistent..." (the query
+** designer on the view's descriptors, which regenerates the SQL text),
+** "Testen..." (notice 1707 when the view could be made), loading and
+** saving the SQL text from and to a file (the file used last is kept in
+** HKEY_CURRENT_USER "Software\\Korvel Software\\Kodbc\\LastUsed", value
+** "SqlStatementFile"). "&OK" refuses an empty name
+** (1611), a name with other characters (1603), an empty SQL text (1609)
+** and an SQL text that fails the test; then it creates the view under
+** the name with its design. With KODBC_VIEW_MODE_EXISTING or
+** KODBC_VIEW_MODE_CALLER a view of the name the dialog opened with is
+** replaced (the name unchanged) or, once the new one is made, dropped (a
+** rename). A failure is shown and keeps the dialog open.
+** Returns 1 after OK, the view created and its name written into name
+** (cut to nameSize-1); 2 when cancelled, refused, for a null hdbc or
+** name, a nameSize below 1, or out of memory (message 1600).
+*/
+KODBC_API int KODBC_CALL Kodbc_View_Edit(SQLHDBC hdbc, const char *schema, char *name, int nameSize, int mode,
+                                         HWND owner);
+
+/*
+** ViewEdit_Dialog_Callback: the dialog procedure of dialog 10063.
+** WM_INITDIALOG's lParam is the library's own view record that
+** Kodbc_View_Edit builds (a working copy); with a null lParam the dialog
+** offers nothing to act on and only closes (2). Ends with 1 after OK as
+** Kodbc_View_Edit describes, 2 when cancelled, 2 after message 1600 when
+** memory ran out. Returns TRUE for the messages it handled, else FALSE.
+*/
+KODBC_API INT_PTR KODBC_CALL ViewEdit_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+#endif
 
 #ifdef __cplusplus
 }

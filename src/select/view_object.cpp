@@ -8,6 +8,7 @@
 #include <kodbc/kodbc_systable.h>
 
 #include <cstring>
+#include <strings.h>
 #include <memory>
 
 namespace kodbc::select {
@@ -125,6 +126,40 @@ int TestStoredView(ViewObject &view) {
     DropStoredView(view, kTestView, kViewDropTolerateAll);
     if (CreateStoredView(view, kTestView) != KODBC_SUCCESS) return KODBC_FAILURE;
     DropStoredView(view, kTestView, 0);
+    return KODBC_SUCCESS;
+}
+
+std::string ViewNameOnly(const std::string &name) {
+    std::string kept;
+    for (char c : name)
+        if (IsViewNameCharacter(c)) kept += c;
+    return kept;
+}
+
+int CheckViewEntries(const ViewObject &view, ViewField &focus) {
+    focus = ViewField::Name;
+    if (view.name.empty()) return msg::ENTER_VIEW_NAME;
+    if (ViewNameOnly(view.name) != view.name) return msg::VIEW_NAME_INVALID_CHARS;
+    focus = ViewField::Sql;
+    if (view.sql.empty()) return msg::ENTER_SQL_STATEMENT;
+    focus = ViewField::None;
+    return 0;
+}
+
+int SaveEditedView(ViewObject &view, ViewField &focus) {
+    focus = ViewField::Sql;
+    if (TestStoredView(view) != KODBC_SUCCESS) return KODBC_FAILURE;
+    focus = ViewField::None;
+    const bool replaces = (view.mode & (kViewModeExisting | kViewModeCallers)) && !view.openingName.empty() &&
+                          OdbcEh_DoesTableExist(nullptr, view.hdbc, KODBC_OBJECT_VIEW, view.schema.c_str(),
+                                                view.openingName.c_str(), 0) == 1;
+    if (!replaces) return CreateStoredView(view);
+    // Under the same name the old view has to go first. A new name is made
+    // before the old one goes, so that a name already taken loses nothing.
+    if (strcasecmp(view.name.c_str(), view.openingName.c_str()) == 0)
+        return DropStoredView(view, view.openingName, 0) == KODBC_SUCCESS ? CreateStoredView(view) : KODBC_FAILURE;
+    if (CreateStoredView(view) != KODBC_SUCCESS) return KODBC_FAILURE;
+    DropStoredView(view, view.openingName, 0);
     return KODBC_SUCCESS;
 }
 

@@ -29,6 +29,7 @@ struct ViewObject {
     std::string columns = "*";
     std::string selection;
     int mode = 0;
+    bool showing = false;  // set while the dialog itself writes the name and SQL fields
 };
 
 // A view object in schema: with a name, its design read from the system
@@ -62,5 +63,23 @@ int TestStoredView(ViewObject &view);
 // Whether every character of name may stand in a view's name (no digit 0,
 // as the applications have always had it).
 bool IsViewNameCharacter(char c);
+
+// name with the characters a view's name may not have left out.
+std::string ViewNameOnly(const std::string &name);
+
+// Where the dialog puts the focus after a refusal.
+enum class ViewField { None, Name, Sql };
+
+// The entries OK needs before anything is run: the message that refuses
+// them (1611 no name, 1603 a character a name may not have, 1609 no SQL
+// text) with the field to go to, or 0.
+int CheckViewEntries(const ViewObject &view, ViewField &focus);
+
+// OK's work once the entries pass: the test, then the view created under
+// the name; for an existing view or one of the family's callers, a view of
+// the opening name in the schema is replaced (the same name) or dropped
+// after the creation (a rename). 1 done; 2 when a step failed (shown),
+// with focus on the SQL text when the test failed.
+int SaveEditedView(ViewObject &view, ViewField &focus);
 
 } // namespace kodbc::select

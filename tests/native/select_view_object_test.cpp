@@ -3,6 +3,7 @@
 // behind, and the refusals.
 #include "test_support.h"
 
+#include "internal/library.h"
 #include "select/view_object.h"
 
 #include <kodbc/kodbc_systable.h>
@@ -158,6 +159,55 @@ TEST_P(StoredView, ExportedOperations) {
     messages_.clear();
     EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", KODBC_VIEW_TOLERATE_ALL), KODBC_VIEW_OK);
     EXPECT_TRUE(messages_.entries().empty());
+}
+
+// OK's rules: the entries first, then the test, the replacement or rename.
+TEST_P(StoredView, EditedViewIsCheckedThenReplacedOrRenamed) {
+    const struct {
+        const char *name, *sql;
+        int message;
+        ViewField focus;
+    } entries[] = {
+        {"", "SELECT 1", msg::ENTER_VIEW_NAME, ViewField::Name},
+        {"kodbc_sv0", "SELECT 1", msg::VIEW_NAME_INVALID_CHARS, ViewField::Name},
+        {"kodbc_sv", "", msg::ENTER_SQL_STATEMENT, ViewField::Sql},
+        {"kodbc_sv", "SELECT 1", 0, ViewField::None},
+    };
+    for (const auto &entry : entries) {
+        ViewObject view;
+        view.name = entry.name;
+        view.sql = entry.sql;
+        ViewField focus = ViewField::None;
+        EXPECT_EQ(CheckViewEntries(view, focus), entry.message) << entry.name << "/" << entry.sql;
+        EXPECT_EQ(focus, entry.focus) << entry.name << "/" << entry.sql;
+    }
+    EXPECT_EQ(ViewNameOnly("a 0b-9_\xE4"), "ab9_");
+
+    ViewObject view = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeNew | kViewModeCallers);
+    ViewField focus = ViewField::None;
+    view.sql = "SELEKT nr FROM kodbc_sv_base";
+    EXPECT_EQ(SaveEditedView(view, focus), 2);
+    EXPECT_EQ(focus, ViewField::Sql);
+    view.sql = "SELECT nr FROM kodbc_sv_base";
+    EXPECT_EQ(SaveEditedView(view, focus), 1);
+
+    // Opened again: the same name replaces it, a new name renames it.
+    ViewObject opened = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeExisting);
+    opened.sql = "SELECT ort FROM kodbc_sv_base";
+    EXPECT_EQ(SaveEditedView(opened, focus), 1);
+    EXPECT_EQ(Stored("kodbc_sv", "Sql"), opened.sql);
+    opened.name = "kodbc_sv2";
+    EXPECT_EQ(SaveEditedView(opened, focus), 1);
+    EXPECT_FALSE(Exists("kodbc_sv"));
+    EXPECT_EQ(Stored("kodbc_sv", "Sql"), "(none)");
+    EXPECT_EQ(Stored("kodbc_sv2", "Sql"), opened.sql);
+    // A new view whose opening name is taken by another view leaves that one alone.
+    ViewObject fresh = NewViewObject(hdbc_, "", "", kViewModeNew);
+    fresh.openingName = "kodbc_sv2";
+    fresh.name = "kodbc_sv";
+    fresh.sql = "SELECT nr FROM kodbc_sv_base";
+    EXPECT_EQ(SaveEditedView(fresh, focus), 1);
+    EXPECT_TRUE(Exists("kodbc_sv2"));
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(StoredView);

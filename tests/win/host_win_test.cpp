@@ -107,6 +107,7 @@ TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
         {IDM_HOST_ERROR_DISPLAY, "Fehler beim ODBC-Datenbankzugriff"},
         {IDM_HOST_QUERY_DESIGNER, "Assistent f\xFCr SELECT-Befehl"},
         {IDM_HOST_SELECTION_EDITOR, "Bedingungen eingeben"},
+        {IDM_HOST_NEW_VIEW, "Abfrage bearbeiten"},
     };
     for (const auto &command : commands) {
         SCOPED_TRACE(command.command);
