@@ -182,6 +182,9 @@ TEST_F(SelectionEditor, SavesLoadsAndRefusesMasks) {
         Click(dialog, IDC_SELEDIT_LOAD);
         answered[1] = AnswerFileDialog(thread, "Selektion laden", native, &offered);
         WaitFor([&] { return wintest::ControlText(dialog, IDC_SELEDIT_G4_FIELD) == "Datum"; });
+        // The combo boxes' edit fields repaint after their text has changed.
+        RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+        Sleep(300);
         wintest::SaveScreenshot(dialog, "seleditor-10065");
 
         Click(dialog, IDC_SELEDIT_LOAD);
