@@ -57,4 +57,13 @@ void SetItemText(HWND dialog, int controlId, const char *text) {
     SetDlgItemTextA(dialog, controlId, text ? text : "");
 }
 
+std::string ItemText(HWND dialog, int controlId) {
+    HWND item = GetDlgItem(dialog, controlId);
+    const int length = GetWindowTextLengthA(item);
+    std::string text(static_cast<std::size_t>(length) + 1, '\0');
+    const int got = GetWindowTextA(item, text.data(), length + 1);
+    text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+    return text;
+}
+
 } // namespace kodbc

@@ -8,14 +8,7 @@ INT_PTR ModalDialog::Run(WORD dialogId, HWND owner) {
     return LibraryDialogBox(&ModalDialog::Procedure, dialogId, owner, reinterpret_cast<LPARAM>(this));
 }
 
-std::string ModalDialog::ItemText(int controlId) const {
-    HWND item = Item(controlId);
-    int length = GetWindowTextLengthA(item);
-    std::string text(static_cast<std::size_t>(length) + 1, '\0');
-    int got = GetWindowTextA(item, text.data(), length + 1);
-    text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-    return text;
-}
+std::string ModalDialog::ItemText(int controlId) const { return kodbc::ItemText(window_, controlId); }
 
 bool ModalDialog::OnCommand(int controlId, int) {
     if (controlId != IDCANCEL) return false;

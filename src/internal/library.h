@@ -7,6 +7,7 @@
 #include <kodbc_internal/message_ids.h>
 
 #include <cstdint>
+#include <string>
 
 namespace kodbc {
 
@@ -59,6 +60,8 @@ INT_PTR LibraryDialogBox(DLGPROC procedure, WORD dialogId, HWND owner, LPARAM pa
 // message 1600 when memory ran out. Returns FALSE for the procedure.
 INT_PTR EndDialogAfterFailure(HWND dialog) noexcept;
 void SetItemText(HWND dialog, int controlId, const char *text);
+// The whole text of a dialog's control; empty for none.
+std::string ItemText(HWND dialog, int controlId);
 #endif
 
 } // namespace kodbc

@@ -31,13 +31,6 @@ constexpr char kLastUsedValue[] = "SqlStatementFile";
 
 ViewObject &ViewOf(HWND dialog) { return *reinterpret_cast<ViewObject *>(GetWindowLongPtrA(dialog, GWLP_USERDATA)); }
 
-std::string FieldText(HWND dialog, int id) {
-    HWND field = GetDlgItem(dialog, id);
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(field)) + 1, '\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextA(field, text.data(), static_cast<int>(text.size()))));
-    return text;
-}
-
 // Writes a field without taking its change notice for the user's.
 void ShowField(HWND dialog, ViewObject &view, int id, const std::string &text) {
     view.showing = true;
@@ -66,7 +59,7 @@ void FocusOn(HWND dialog, ViewField field) {
 void NameChanged(HWND dialog, ViewObject &view) {
     if (view.showing) return;
     HWND field = GetDlgItem(dialog, IDC_VIEW_NAME);
-    const std::string typed = FieldText(dialog, IDC_VIEW_NAME);
+    const std::string typed = ItemText(dialog, IDC_VIEW_NAME);
     const std::string kept = ViewNameOnly(typed);
     if (kept != typed) {
         DWORD caret = 0;
@@ -139,7 +132,7 @@ void LoadFromFile(HWND dialog, ViewObject &view) {
     for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, in)) > 0;) text.append(chunk, n);
     std::fclose(in);
     ShowField(dialog, view, IDC_VIEW_SQL, WithReturns(text));
-    view.sql = FieldText(dialog, IDC_VIEW_SQL);
+    view.sql = ItemText(dialog, IDC_VIEW_SQL);
 }
 
 void SaveToFile(HWND dialog, const ViewObject &view) {
@@ -171,7 +164,7 @@ bool Command(HWND dialog, ViewObject &view, int id, int notification) {
         return true;
     }
     if (id == IDC_VIEW_SQL && notification == EN_CHANGE) {
-        if (!view.showing) view.sql = FieldText(dialog, IDC_VIEW_SQL);
+        if (!view.showing) view.sql = ItemText(dialog, IDC_VIEW_SQL);
         return true;
     }
     if (notification != BN_CLICKED) return false;
@@ -193,7 +186,7 @@ void Init(HWND dialog, ViewObject &view) {
     SendDlgItemMessageA(dialog, IDC_VIEW_NAME, EM_LIMITTEXT, kViewNameLimit, 0);
     ShowField(dialog, view, IDC_VIEW_NAME, view.name);
     ShowField(dialog, view, IDC_VIEW_SQL, WithReturns(view.sql));
-    view.sql = FieldText(dialog, IDC_VIEW_SQL);
+    view.sql = ItemText(dialog, IDC_VIEW_SQL);
 }
 
 } // namespace

@@ -21,14 +21,6 @@ namespace {
 constexpr int kColumnNameLimit = 50;
 constexpr int kTypeNameSize = 100;
 
-std::string ItemText(HWND dialog, int id) {
-    HWND item = GetDlgItem(dialog, id);
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(item)) + 1, '\0');
-    const int got = GetWindowTextA(item, text.data(), static_cast<int>(text.size()));
-    text.resize(static_cast<std::size_t>(std::max(0, got)));
-    return text;
-}
-
 void Enable(HWND dialog, int id, bool enabled) { EnableWindow(GetDlgItem(dialog, id), enabled); }
 
 // The common frame of the three procedures: the request in the user data,

@@ -32,15 +32,6 @@ struct PerformerState {
     RecentStatements recent;
 };
 
-std::string ItemText(HWND dialog, int controlId) {
-    HWND item = GetDlgItem(dialog, controlId);
-    const int length = GetWindowTextLengthA(item);
-    std::string text(static_cast<std::size_t>(length) + 1, '\0');
-    const int got = GetWindowTextA(item, text.data(), length + 1);
-    text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-    return text;
-}
-
 // The drop-down list shows the entries as they are kept, encoded; the top
 // one is selected.
 void ShowRecent(HWND dialog, const RecentStatements &recent) {

@@ -4,6 +4,7 @@
 // the writing in export_file.cpp.
 #include "transfer/export_wizard_ids.h"
 #include "transfer/export_wizard_state.h"
+#include "transfer/transfer_pages.h"
 
 #include "wizards/list_view_pages.h"
 #include "wizards/record_wizard_grids.h"
@@ -17,7 +18,6 @@
 #include <kodbc/kodbc_transfer.h>
 
 #include <commctrl.h>
-#include <commdlg.h>
 
 #include <cstring>
 #include <string>
@@ -28,19 +28,16 @@ using namespace kodbc::wizards;
 
 namespace {
 
-constexpr int kTextSize = 300;
-constexpr int kOtherTextLimit = 9;
+constexpr TextLayoutControls kLayout = {
+    IDC_EXPORT_TAB,   IDC_EXPORT_BLANK, IDC_EXPORT_OTHER_DELIMITER, IDC_EXPORT_DELIMITER_TEXT,
+    IDC_EXPORT_COMMA, IDC_EXPORT_POINT, IDC_EXPORT_OTHER_DECIMAL,   IDC_EXPORT_DECIMAL_TEXT,
+    IDC_EXPORT_LEFT,  IDC_EXPORT_RIGHT,
+};
 
 constexpr KorvelWizardPage kPages[] = {
     {IDD_EXPORT_TABLE, {0, 0}}, {IDD_EXPORT_CONDITIONS, {0, 0}}, {IDD_EXPORT_FIELDS, {0, 0}},
     {IDD_EXPORT_FILE, {0, 0}},  {IDD_EXPORT_FINISH, {0, 0}},     {0, {0, 0}},
 };
-
-std::string ItemText(HWND window, int id) {
-    char text[kTextSize] = {};
-    GetDlgItemTextA(window, id, text, sizeof text);
-    return text;
-}
 
 // ---------------------------------------------------------------------------
 // Conditions
@@ -82,22 +79,13 @@ void UpdatePropertiesButton(HWND page) {
 }
 
 void EditFirstSelectedField(ExportWizardState &state, HWND page) {
-    HWND list = GetDlgItem(page, IDC_EXPORT_FIELD_LIST);
-    const int row = FirstSelectedRow(list);
-    if (row < 0 || row >= static_cast<int>(state.fields.size())) return;
-    ExportField &field = state.fields[static_cast<std::size_t>(row)];
-    if (LibraryDialogBox(&EditExportFieldDialogCallback, IDD_EXPORT_FIELD, GetAncestor(page, GA_ROOT),
-                         reinterpret_cast<LPARAM>(&field)) == 1)
-        ShowFieldRow(list, row, field);
+    EditFirstListField(GetDlgItem(page, IDC_EXPORT_FIELD_LIST), state.fields, &EditExportFieldDialogCallback,
+                       IDD_EXPORT_FIELD, ShowFieldRow);
 }
 
 void ExportSelectedFields(ExportWizardState &state, HWND page, bool exported) {
-    HWND list = GetDlgItem(page, IDC_EXPORT_FIELD_LIST);
-    for (int row : SelectedRows(list)) {
-        if (row >= static_cast<int>(state.fields.size())) continue;
-        state.fields[static_cast<std::size_t>(row)].exported = exported;
-        ShowFieldRow(list, row, state.fields[static_cast<std::size_t>(row)]);
-    }
+    TakeSelectedFields(GetDlgItem(page, IDC_EXPORT_FIELD_LIST), state.fields, &ExportField::exported, exported,
+                       ShowFieldRow);
 }
 
 int FieldsPage(ExportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -147,71 +135,28 @@ void ShowFormat(const ExportWizardState &state, HWND page) {
     SetDlgItemTextA(page, IDC_EXPORT_FILE, state.fileName.c_str());
     CheckRadioButton(page, IDC_EXPORT_ANSI, IDC_EXPORT_ASCII,
                      format.encoding == ExportEncoding::Ascii ? IDC_EXPORT_ASCII : IDC_EXPORT_ANSI);
-    CheckRadioButton(page, IDC_EXPORT_TAB, IDC_EXPORT_OTHER_DELIMITER,
-                     format.delimiter == DelimiterChoice::Tab     ? IDC_EXPORT_TAB
-                     : format.delimiter == DelimiterChoice::Blank ? IDC_EXPORT_BLANK
-                                                                  : IDC_EXPORT_OTHER_DELIMITER);
-    CheckRadioButton(page, IDC_EXPORT_COMMA, IDC_EXPORT_OTHER_DECIMAL,
-                     format.decimal == DecimalChoice::Comma   ? IDC_EXPORT_COMMA
-                     : format.decimal == DecimalChoice::Point ? IDC_EXPORT_POINT
-                                                              : IDC_EXPORT_OTHER_DECIMAL);
-    SetDlgItemTextA(page, IDC_EXPORT_DELIMITER_TEXT, format.otherDelimiter.c_str());
-    SetDlgItemTextA(page, IDC_EXPORT_DECIMAL_TEXT, format.otherDecimal.c_str());
-    const char left[2] = {format.leftBracket, 0}, right[2] = {format.rightBracket, 0};
-    SetDlgItemTextA(page, IDC_EXPORT_LEFT, left);
-    SetDlgItemTextA(page, IDC_EXPORT_RIGHT, right);
+    ShowTextLayout(page, kLayout, format);
     CheckDlgButton(page, IDC_EXPORT_HEADER, format.header ? BST_CHECKED : BST_UNCHECKED);
 }
 
 void ReadFormat(ExportWizardState &state, HWND page) {
     ExportFormat &format = state.format;
-    auto checked = [&](int id) { return IsDlgButtonChecked(page, id) == BST_CHECKED; };
-    format.encoding = checked(IDC_EXPORT_ASCII) ? ExportEncoding::Ascii : ExportEncoding::Ansi;
-    format.delimiter = checked(IDC_EXPORT_BLANK)             ? DelimiterChoice::Blank
-                       : checked(IDC_EXPORT_OTHER_DELIMITER) ? DelimiterChoice::Other
-                                                             : DelimiterChoice::Tab;
-    format.decimal = checked(IDC_EXPORT_POINT)           ? DecimalChoice::Point
-                     : checked(IDC_EXPORT_OTHER_DECIMAL) ? DecimalChoice::Other
-                                                         : DecimalChoice::Comma;
-    format.otherDelimiter = ItemText(page, IDC_EXPORT_DELIMITER_TEXT);
-    format.otherDecimal = ItemText(page, IDC_EXPORT_DECIMAL_TEXT);
-    format.leftBracket = ItemText(page, IDC_EXPORT_LEFT).c_str()[0];
-    format.rightBracket = ItemText(page, IDC_EXPORT_RIGHT).c_str()[0];
-    format.header = checked(IDC_EXPORT_HEADER);
-}
-
-// The save-file dialog: its filter is a string of the library with "|"
-// where the dialog wants its zero bytes.
-void ChooseFile(HWND page) {
-    char filter[kTextSize] = {}, title[kTextSize] = {}, file[kExportFileNameSize] = {};
-    LoadLibraryString(LibraryInstance(), msg::EXPORT_FILE_FILTER, filter, sizeof filter - 1);
-    for (char *c = filter; *c; ++c)
-        if (*c == '|') *c = '\0';
-    LoadLibraryString(LibraryInstance(), msg::CAPTION_EXPORT, title, sizeof title);
-    GetDlgItemTextA(page, IDC_EXPORT_FILE, file, sizeof file);
-    OPENFILENAMEA dialog = {};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = GetAncestor(page, GA_ROOT);
-    dialog.lpstrFilter = filter;
-    dialog.lpstrFile = file;
-    dialog.nMaxFile = sizeof file;
-    dialog.lpstrTitle = title;
-    dialog.Flags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST;
-    if (GetSaveFileNameA(&dialog)) SetDlgItemTextA(page, IDC_EXPORT_FILE, file);
+    format.encoding = IsDlgButtonChecked(page, IDC_EXPORT_ASCII) == BST_CHECKED ? ExportEncoding::Ascii
+                                                                                : ExportEncoding::Ansi;
+    ReadTextLayout(page, kLayout, format);
+    format.header = IsDlgButtonChecked(page, IDC_EXPORT_HEADER) == BST_CHECKED;
 }
 
 int FilePage(ExportWizardState &state, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_INITDIALOG:
         SendDlgItemMessageA(page, IDC_EXPORT_FILE, EM_LIMITTEXT, kExportFileNameSize - 1, 0);
-        for (int id : {IDC_EXPORT_DELIMITER_TEXT, IDC_EXPORT_DECIMAL_TEXT})
-            SendDlgItemMessageA(page, id, EM_LIMITTEXT, kOtherTextLimit, 0);
-        for (int id : {IDC_EXPORT_LEFT, IDC_EXPORT_RIGHT}) SendDlgItemMessageA(page, id, EM_LIMITTEXT, 1, 0);
+        LimitTextLayout(page, kLayout);
         return 1;
     case kPageActivate: ShowFormat(state, page); return 1;
     case WM_COMMAND:
         if (LOWORD(wParam) != IDC_EXPORT_BROWSE || HIWORD(wParam) != BN_CLICKED) return 0;
-        ChooseFile(page);
+        ChooseTransferFile(page, IDC_EXPORT_FILE, kExportFileNameSize, msg::CAPTION_EXPORT, true);
         return 1;
     case kPageLeaveMessage:
         ReadFormat(state, page);  // kept when going back, too

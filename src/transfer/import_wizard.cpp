@@ -5,6 +5,7 @@
 // and writing in import_run.cpp.
 #include "transfer/import_wizard_ids.h"
 #include "transfer/import_wizard_state.h"
+#include "transfer/transfer_pages.h"
 
 #include "wizards/list_view_pages.h"
 #include "wizards/record_wizard_pages.h"
@@ -21,7 +22,6 @@
 #include <kodbc/kodbc_transfer.h>
 
 #include <commctrl.h>
-#include <commdlg.h>
 
 #include <cstring>
 #include <string>
@@ -33,7 +33,11 @@ using namespace kodbc::wizards;
 namespace {
 
 constexpr int kTextSize = 300;
-constexpr int kOtherTextLimit = 9;
+constexpr TextLayoutControls kLayout = {
+    IDC_IMPORT_TAB,   IDC_IMPORT_BLANK, IDC_IMPORT_OTHER_DELIMITER, IDC_IMPORT_DELIMITER_TEXT,
+    IDC_IMPORT_COMMA, IDC_IMPORT_POINT, IDC_IMPORT_OTHER_DECIMAL,   IDC_IMPORT_DECIMAL_TEXT,
+    IDC_IMPORT_LEFT,  IDC_IMPORT_RIGHT,
+};
 
 constexpr KorvelWizardPage kPages[] = {
     {IDD_IMPORT_KIND, {0, 0}},      {IDD_IMPORT_DSN, {0, 0}},    {IDD_IMPORT_TABLE, {0, 0}},
@@ -47,12 +51,6 @@ constexpr int kKindButtons[] = {IDC_IMPORT_KIND_TABLE, IDC_IMPORT_KIND_TEXT, IDC
 // Where the focus goes after a refusal: through the frame, which owns the page.
 void Focus(HWND page, int id) {
     SendMessageA(GetParent(page), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(page, id)), TRUE);
-}
-
-std::string ItemText(HWND window, int id) {
-    char text[kTextSize] = {};
-    GetDlgItemTextA(window, id, text, sizeof text);
-    return text;
 }
 
 bool Checked(HWND window, int id) { return IsDlgButtonChecked(window, id) == BST_CHECKED; }
@@ -181,54 +179,13 @@ void ShowFormat(const ImportTextFormat &format, HWND page) {
     CheckRadioButton(page, IDC_IMPORT_ANSI, IDC_IMPORT_ASCII, format.ascii ? IDC_IMPORT_ASCII : IDC_IMPORT_ANSI);
     CheckRadioButton(page, IDC_IMPORT_NAMES_FIRST_LINE, IDC_IMPORT_NAMES_NUMBERED,
                      format.namesInFirstLine ? IDC_IMPORT_NAMES_FIRST_LINE : IDC_IMPORT_NAMES_NUMBERED);
-    CheckRadioButton(page, IDC_IMPORT_TAB, IDC_IMPORT_OTHER_DELIMITER,
-                     format.delimiter == DelimiterChoice::Tab     ? IDC_IMPORT_TAB
-                     : format.delimiter == DelimiterChoice::Blank ? IDC_IMPORT_BLANK
-                                                                  : IDC_IMPORT_OTHER_DELIMITER);
-    CheckRadioButton(page, IDC_IMPORT_COMMA, IDC_IMPORT_OTHER_DECIMAL,
-                     format.decimal == DecimalChoice::Comma   ? IDC_IMPORT_COMMA
-                     : format.decimal == DecimalChoice::Point ? IDC_IMPORT_POINT
-                                                              : IDC_IMPORT_OTHER_DECIMAL);
-    SetDlgItemTextA(page, IDC_IMPORT_DELIMITER_TEXT, format.otherDelimiter.c_str());
-    SetDlgItemTextA(page, IDC_IMPORT_DECIMAL_TEXT, format.otherDecimal.c_str());
-    const char left[2] = {format.leftBracket, 0}, right[2] = {format.rightBracket, 0};
-    SetDlgItemTextA(page, IDC_IMPORT_LEFT, left);
-    SetDlgItemTextA(page, IDC_IMPORT_RIGHT, right);
+    ShowTextLayout(page, kLayout, format);
 }
 
 void ReadFormat(ImportTextFormat &format, HWND page) {
     format.ascii = Checked(page, IDC_IMPORT_ASCII);
     format.namesInFirstLine = !Checked(page, IDC_IMPORT_NAMES_NUMBERED);
-    format.delimiter = Checked(page, IDC_IMPORT_BLANK)             ? DelimiterChoice::Blank
-                       : Checked(page, IDC_IMPORT_OTHER_DELIMITER) ? DelimiterChoice::Other
-                                                                   : DelimiterChoice::Tab;
-    format.decimal = Checked(page, IDC_IMPORT_POINT)           ? DecimalChoice::Point
-                     : Checked(page, IDC_IMPORT_OTHER_DECIMAL) ? DecimalChoice::Other
-                                                               : DecimalChoice::Comma;
-    format.otherDelimiter = ItemText(page, IDC_IMPORT_DELIMITER_TEXT);
-    format.otherDecimal = ItemText(page, IDC_IMPORT_DECIMAL_TEXT);
-    format.leftBracket = ItemText(page, IDC_IMPORT_LEFT).c_str()[0];
-    format.rightBracket = ItemText(page, IDC_IMPORT_RIGHT).c_str()[0];
-}
-
-// The open-file dialog: its filter is a string of the library with "|"
-// where the dialog wants its zero bytes; its title is string 2901.
-void ChooseFile(HWND page) {
-    char filter[kTextSize] = {}, title[kTextSize] = {}, file[kImportFileNameSize] = {};
-    LoadLibraryString(LibraryInstance(), msg::EXPORT_FILE_FILTER, filter, sizeof filter - 1);
-    for (char *c = filter; *c; ++c)
-        if (*c == '|') *c = '\0';
-    LoadLibraryString(LibraryInstance(), msg::CAPTION_RECORD_PROGRESS, title, sizeof title);
-    GetDlgItemTextA(page, IDC_IMPORT_FILE, file, sizeof file);
-    OPENFILENAMEA dialog = {};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = GetAncestor(page, GA_ROOT);
-    dialog.lpstrFilter = filter;
-    dialog.lpstrFile = file;
-    dialog.nMaxFile = sizeof file;
-    dialog.lpstrTitle = title[0] ? title : nullptr;
-    dialog.Flags = OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST;
-    if (GetOpenFileNameA(&dialog)) SetDlgItemTextA(page, IDC_IMPORT_FILE, file);
+    ReadTextLayout(page, kLayout, format);
 }
 
 // The text page (withFormat) and the selection-file page.
@@ -236,11 +193,7 @@ int FilePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, L
     switch (message) {
     case WM_INITDIALOG:
         SendDlgItemMessageA(page, IDC_IMPORT_FILE, EM_LIMITTEXT, kImportFileNameSize - 1, 0);
-        if (withFormat) {
-            for (int id : {IDC_IMPORT_DELIMITER_TEXT, IDC_IMPORT_DECIMAL_TEXT})
-                SendDlgItemMessageA(page, id, EM_LIMITTEXT, kOtherTextLimit, 0);
-            for (int id : {IDC_IMPORT_LEFT, IDC_IMPORT_RIGHT}) SendDlgItemMessageA(page, id, EM_LIMITTEXT, 1, 0);
-        }
+        if (withFormat) LimitTextLayout(page, kLayout);
         return 1;
     case kPageActivate:
         SetDlgItemTextA(page, IDC_IMPORT_FILE, ImportFileName(state).c_str());
@@ -248,7 +201,7 @@ int FilePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, L
         return 1;
     case WM_COMMAND:
         if (LOWORD(wParam) != IDC_IMPORT_BROWSE || HIWORD(wParam) != BN_CLICKED) return 0;
-        ChooseFile(page);
+        ChooseTransferFile(page, IDC_IMPORT_FILE, kImportFileNameSize, msg::CAPTION_RECORD_PROGRESS, false);
         return 1;
     case kPageLeaveMessage: {
         if (withFormat) ReadFormat(state.format, page);  // kept when going back, too
@@ -291,22 +244,13 @@ void UpdateFieldButtons(HWND page) {
 }
 
 void EditFirstSelectedField(ImportWizardState &state, HWND page) {
-    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
-    const int row = FirstSelectedRow(list);
-    if (row < 0 || row >= static_cast<int>(state.fields.size())) return;
-    ImportField &field = state.fields[static_cast<std::size_t>(row)];
-    if (LibraryDialogBox(&EditImportFieldDialogCallback, IDD_IMPORT_FIELD, GetAncestor(page, GA_ROOT),
-                         reinterpret_cast<LPARAM>(&field)) == 1)
-        ShowFieldRow(list, row, field);
+    EditFirstListField(GetDlgItem(page, IDC_IMPORT_FIELD_LIST), state.fields, &EditImportFieldDialogCallback,
+                       IDD_IMPORT_FIELD, ShowFieldRow);
 }
 
 void ImportSelectedFields(ImportWizardState &state, HWND page, bool imported) {
-    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
-    for (int row : SelectedRows(list)) {
-        if (row >= static_cast<int>(state.fields.size())) continue;
-        state.fields[static_cast<std::size_t>(row)].imported = imported;
-        ShowFieldRow(list, row, state.fields[static_cast<std::size_t>(row)]);
-    }
+    TakeSelectedFields(GetDlgItem(page, IDC_IMPORT_FIELD_LIST), state.fields, &ImportField::imported, imported,
+                       ShowFieldRow);
 }
 
 void MoveField(ImportWizardState &state, HWND page, int from, int to) {

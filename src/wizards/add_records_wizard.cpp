@@ -46,12 +46,6 @@ constexpr KorvelWizardPage kPages[] = {
 
 HWND Item(HWND page, int id) { return GetDlgItem(page, id); }
 
-std::string ItemText(HWND page, int id) {
-    char text[kBoxTextSize] = {};
-    GetDlgItemTextA(page, id, text, sizeof text);
-    return text;
-}
-
 // The selected entry of a list or combo box; empty for none.
 std::string BoxSelection(HWND box) {
     char text[kBoxTextSize] = {};
