@@ -57,6 +57,17 @@ void SetItemText(HWND dialog, int controlId, const char *text) {
     SetDlgItemTextA(dialog, controlId, text ? text : "");
 }
 
+int ListViewDropRow(HWND window, HWND list, POINT at) {
+    MapWindowPoints(window, list, &at, 1);
+    RECT inside = {};
+    GetClientRect(list, &inside);
+    if (!PtInRect(&inside, at)) return -1;
+    LVHITTESTINFO hit = {};
+    hit.pt = at;
+    const int row = static_cast<int>(SendMessageA(list, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    return row >= 0 ? row : static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0)) - 1;
+}
+
 std::string ItemText(HWND dialog, int controlId) {
     HWND item = GetDlgItem(dialog, controlId);
     const int length = GetWindowTextLengthA(item);

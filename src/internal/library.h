@@ -62,6 +62,10 @@ INT_PTR EndDialogAfterFailure(HWND dialog) noexcept;
 void SetItemText(HWND dialog, int controlId, const char *text);
 // The whole text of a dialog's control; empty for none.
 std::string ItemText(HWND dialog, int controlId);
+// Where a row dragged over a list view is dropped when the button comes up
+// at `at` (client coordinates of window): the row under it, the last row
+// below the rows, -1 outside the list.
+int ListViewDropRow(HWND window, HWND list, POINT at);
 #endif
 
 } // namespace kodbc

@@ -648,14 +648,8 @@ void Designer::Drop(HWND page, POINT at) {
     const int from = dragRow_;
     dragList_ = nullptr;
     ReleaseCapture();
-    MapWindowPoints(page, list, &at, 1);
-    RECT inside = {};
-    GetClientRect(list, &inside);
-    if (!PtInRect(&inside, at)) return;
-    LVHITTESTINFO hit = {};
-    hit.pt = at;
-    int to = static_cast<int>(SendMessageA(list, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
-    if (to < 0) to = Korvel_ListView_GetItemCount(list) - 1;
+    const int to = ListViewDropRow(page, list, at);
+    if (to < 0) return;
     for (DesignerPage kind : {DesignerPage::Tables, DesignerPage::Columns, DesignerPage::Sort})
         if (Page(kind) == page) Move(kind, from, to);
 }

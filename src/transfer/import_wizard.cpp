@@ -8,6 +8,7 @@
 #include "transfer/transfer_pages.h"
 
 #include "wizards/list_view_pages.h"
+#include "wizards/page_controls.h"
 #include "wizards/record_wizard_pages.h"
 #include "wizards/wizard_step.h"
 
@@ -48,34 +49,7 @@ constexpr KorvelWizardPage kPages[] = {
 constexpr int kKindButtons[] = {IDC_IMPORT_KIND_TABLE, IDC_IMPORT_KIND_TEXT, IDC_IMPORT_KIND_SDI,
                                 IDC_IMPORT_KIND_SEL};
 
-// Where the focus goes after a refusal: through the frame, which owns the page.
-void Focus(HWND page, int id) {
-    SendMessageA(GetParent(page), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(page, id)), TRUE);
-}
-
 bool Checked(HWND window, int id) { return IsDlgButtonChecked(window, id) == BST_CHECKED; }
-
-// The selected entry of a list box; empty for none.
-std::string BoxSelection(HWND box) {
-    char text[kTextSize] = {};
-    const int index = Korvel_GetBoxIndex(box);
-    if (index < 0 || Korvel_GetBoxEntry(box, index, text, sizeof text) < 0) return {};
-    return text;
-}
-
-// Selects the entry that is exactly name, else the first.
-void SelectExactOrFirst(HWND box, const std::string &name) {
-    const int count = Korvel_GetBoxCount(box);
-    for (int i = 0; i < count; ++i) {
-        char text[kTextSize] = {};
-        Korvel_GetBoxEntry(box, i, text, sizeof text);
-        if (name == text) {
-            Korvel_SetBoxIndex(box, i);
-            return;
-        }
-    }
-    if (count > 0) Korvel_SetBoxIndex(box, 0);
-}
 
 // ---------------------------------------------------------------------------
 // Kind of source
@@ -123,12 +97,10 @@ int DataSourcePage(ImportWizardState &state, HWND page, UINT message, WPARAM wPa
         ActivateImportDataSourcePage(state);
         return 1;
     case kPageLeaveMessage: {
-        DataSourceRecord entered = state.source;
-        KorvelCopyString(entered.DataSourceName, BoxSelection(list).c_str(), sizeof entered.DataSourceName);
-        GetDlgItemTextA(page, IDC_IMPORT_USER, entered.UserId, sizeof entered.UserId);
-        GetDlgItemTextA(page, IDC_IMPORT_PASSWORD, entered.Password, sizeof entered.Password);
+        const DataSourceRecord entered =
+            EnteredSource(page, state.source, IDC_IMPORT_DSN_LIST, IDC_IMPORT_USER, IDC_IMPORT_PASSWORD);
         const PageDecision decision = LeaveImportDataSourcePage(state, static_cast<unsigned>(wParam), entered);
-        if (decision.messageId) Focus(page, IDC_IMPORT_DSN_LIST);
+        if (decision.messageId) FocusOnPage(page, IDC_IMPORT_DSN_LIST);
         return AnswerLeave(page, lParam, decision);
     }
     }
@@ -165,7 +137,7 @@ int TablePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, 
     case kPageLeaveMessage: {
         const PageDecision decision = LeaveImportTablePage(state, static_cast<unsigned>(wParam),
                                                            BoxSelection(GetDlgItem(page, IDC_IMPORT_TABLE_LIST)));
-        if (decision.messageId) Focus(page, IDC_IMPORT_TABLE_LIST);
+        if (decision.messageId) FocusOnPage(page, IDC_IMPORT_TABLE_LIST);
         return AnswerLeave(page, lParam, decision);
     }
     }
@@ -207,7 +179,7 @@ int FilePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, L
         if (withFormat) ReadFormat(state.format, page);  // kept when going back, too
         const PageDecision decision =
             LeaveImportFilePage(state, static_cast<unsigned>(wParam), ItemText(page, IDC_IMPORT_FILE));
-        if (decision.messageId) Focus(page, IDC_IMPORT_FILE);
+        if (decision.messageId) FocusOnPage(page, IDC_IMPORT_FILE);
         return AnswerLeave(page, lParam, decision);
     }
     }
@@ -266,16 +238,8 @@ void DropField(ImportWizardState &state, HWND page, POINT at) {
     const int from = state.dragRow;
     state.dragRow = -1;
     ReleaseCapture();
-    HWND list = GetDlgItem(page, IDC_IMPORT_FIELD_LIST);
-    MapWindowPoints(page, list, &at, 1);
-    RECT inside = {};
-    GetClientRect(list, &inside);
-    if (!PtInRect(&inside, at)) return;
-    LVHITTESTINFO hit = {};
-    hit.pt = at;
-    int to = static_cast<int>(SendMessageA(list, LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
-    if (to < 0) to = Korvel_ListView_GetItemCount(list) - 1;
-    MoveField(state, page, from, to);
+    const int to = ListViewDropRow(page, GetDlgItem(page, IDC_IMPORT_FIELD_LIST), at);
+    if (to >= 0) MoveField(state, page, from, to);
 }
 
 int FieldNotify(ImportWizardState &state, HWND page, const NMHDR &header) {
@@ -337,7 +301,7 @@ int FieldsPage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam,
             SetRowSelected(list, -1, false);  // -1: every row
             SetRowSelected(list, decision.focusRow, true);
             SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(decision.focusRow), FALSE);
-            Focus(page, IDC_IMPORT_FIELD_LIST);
+            FocusOnPage(page, IDC_IMPORT_FIELD_LIST);
         }
         return AnswerLeave(page, lParam, decision);
     }
@@ -357,7 +321,7 @@ int NamePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, L
     case kPageLeaveMessage: {
         const PageDecision decision =
             LeaveImportNamePage(state, static_cast<unsigned>(wParam), ItemText(page, IDC_IMPORT_NAME));
-        if (decision.messageId) Focus(page, IDC_IMPORT_NAME);
+        if (decision.messageId) FocusOnPage(page, IDC_IMPORT_NAME);
         return AnswerLeave(page, lParam, decision);
     }
     }

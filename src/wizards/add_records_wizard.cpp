@@ -7,6 +7,7 @@
 #include "wizards/add_records_run.h"
 #include "wizards/add_records_wizard_ids.h"
 #include "wizards/list_view_pages.h"
+#include "wizards/page_controls.h"
 #include "wizards/record_wizard_common.h"
 #include "wizards/wizard_step.h"
 
@@ -45,33 +46,6 @@ constexpr KorvelWizardPage kPages[] = {
 // Controls
 
 HWND Item(HWND page, int id) { return GetDlgItem(page, id); }
-
-// The selected entry of a list or combo box; empty for none.
-std::string BoxSelection(HWND box) {
-    char text[kBoxTextSize] = {};
-    const int index = Korvel_GetBoxIndex(box);
-    if (index < 0 || Korvel_GetBoxEntry(box, index, text, sizeof text) < 0) return {};
-    return text;
-}
-
-// Selects the entry that is exactly name, else the first.
-void SelectExactOrFirst(HWND box, const char *name) {
-    const int count = Korvel_GetBoxCount(box);
-    for (int i = 0; i < count; ++i) {
-        char text[kBoxTextSize] = {};
-        Korvel_GetBoxEntry(box, i, text, sizeof text);
-        if (name && std::strcmp(text, name) == 0) {
-            Korvel_SetBoxIndex(box, i);
-            return;
-        }
-    }
-    if (count > 0) Korvel_SetBoxIndex(box, 0);
-}
-
-// The focus goes through the frame, the dialog that owns the page.
-void Focus(HWND page, int id) {
-    SendMessageA(GetParent(page), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(page, id)), TRUE);
-}
 
 void Answer(LPARAM lParam, int answer) {
     if (lParam) *reinterpret_cast<int32_t *>(lParam) = answer;
@@ -147,7 +121,7 @@ int DestinationTablePage(AddRecordsContext &context, HWND page, UINT message, WP
     case kLeave:
         if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
             const PageDecision decision = LeaveDestinationTablePage(context, BoxSelection(list).c_str());
-            if (decision.stays()) Focus(page, IDC_ADDREC_DEST_LIST);
+            if (decision.stays()) FocusOnPage(page, IDC_ADDREC_DEST_LIST);
             Answer(lParam, decision.answer());
         }
         return 1;
@@ -168,12 +142,10 @@ int SourceDataSourcePage(AddRecordsContext &context, HWND page, UINT message, WP
         return 1;
     case kLeave:
         if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
-            DataSourceRecord entered = context.source;
-            KorvelCopyString(entered.DataSourceName, BoxSelection(list).c_str(), sizeof entered.DataSourceName);
-            GetDlgItemTextA(page, IDC_ADDREC_USER, entered.UserId, sizeof entered.UserId);
-            GetDlgItemTextA(page, IDC_ADDREC_PASSWORD, entered.Password, sizeof entered.Password);
+            const DataSourceRecord entered =
+                EnteredSource(page, context.source, IDC_ADDREC_DSN_LIST, IDC_ADDREC_USER, IDC_ADDREC_PASSWORD);
             const PageDecision decision = LeaveSourceDataSourcePage(context, entered);
-            if (decision.messageId) Focus(page, IDC_ADDREC_DSN_LIST);
+            if (decision.messageId) FocusOnPage(page, IDC_ADDREC_DSN_LIST);
             Answer(lParam, decision.answer());
         }
         return 1;
@@ -214,7 +186,7 @@ int SourceTablePage(AddRecordsContext &context, HWND page, UINT message, WPARAM 
         if (IsLeavingForwards(static_cast<unsigned>(wParam))) {
             const PageDecision decision =
                 LeaveSourceTablePage(context, BoxSelection(Item(page, IDC_ADDREC_SOURCE_LIST)).c_str());
-            if (decision.messageId) Focus(page, IDC_ADDREC_SOURCE_LIST);
+            if (decision.messageId) FocusOnPage(page, IDC_ADDREC_SOURCE_LIST);
             Answer(lParam, decision.answer());
         }
         return 1;
@@ -231,7 +203,7 @@ int MappingPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wPar
         return 1;
     case kActivate:
         FillMappingList(context, page);
-        Focus(page, IDC_ADDREC_MAPPING_LIST);
+        FocusOnPage(page, IDC_ADDREC_MAPPING_LIST);
         UpdatePropertiesButton(page);
         return 1;
     case WM_NOTIFY: {
@@ -273,7 +245,7 @@ int MappingPage(AddRecordsContext &context, HWND page, UINT message, WPARAM wPar
             if (decision.focusRow >= 0) {
                 SetRowSelected(list, -1, false);  // -1: every row
                 SetRowSelected(list, decision.focusRow, true);
-                Focus(page, IDC_ADDREC_MAPPING_LIST);
+                FocusOnPage(page, IDC_ADDREC_MAPPING_LIST);
             }
             Answer(lParam, decision.answer());
         }
