@@ -68,6 +68,16 @@ int ListViewDropRow(HWND window, HWND list, POINT at) {
     return row >= 0 ? row : static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0)) - 1;
 }
 
+void ListViewSelectOnly(HWND list, int row) {
+    LVITEMA item = {};
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+    if (row < 0) return;
+    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+}
+
 std::string ItemText(HWND dialog, int controlId) {
     HWND item = GetDlgItem(dialog, controlId);
     const int length = GetWindowTextLengthA(item);

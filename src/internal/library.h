@@ -66,6 +66,8 @@ std::string ItemText(HWND dialog, int controlId);
 // at `at` (client coordinates of window): the row under it, the last row
 // below the rows, -1 outside the list.
 int ListViewDropRow(HWND window, HWND list, POINT at);
+// Selects and focuses row alone (below 0: nothing) and scrolls it into view.
+void ListViewSelectOnly(HWND list, int row);
 #endif
 
 } // namespace kodbc

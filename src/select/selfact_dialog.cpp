@@ -111,16 +111,6 @@ int SelectedRow(HWND list) {
     return static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
 }
 
-void SelectRow(HWND list, int row) {
-    LVITEMA item = {};
-    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
-    if (row < 0) return;
-    item.state = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
-}
-
 void ShowRows(HWND list, const std::vector<std::vector<std::string>> &rows, int selected) {
     SendMessageA(list, LVM_DELETEALLITEMS, 0, 0);
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -129,7 +119,7 @@ void ShowRows(HWND list, const std::vector<std::vector<std::string>> &rows, int 
         for (std::size_t column = 1; column < rows[row].size(); ++column)
             Korvel_ListView_SetItemText(list, at, static_cast<int>(column), rows[row][column].c_str());
     }
-    SelectRow(list, selected);
+    ListViewSelectOnly(list, selected);
 }
 
 // Refills an editable combo box, keeping what it shows.

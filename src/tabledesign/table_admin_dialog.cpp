@@ -54,17 +54,6 @@ std::vector<int> SelectedRows(HWND list) {
     return rows;
 }
 
-// Selects row alone (below 0: nothing) and scrolls it into view.
-void SelectOnly(HWND list, int row) {
-    LVITEMA item = {};
-    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
-    if (row < 0) return;
-    item.state = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
-}
-
 // The row of a column; the catalogue may spell a name in another case than
 // it was typed.
 int RowOf(const TableAdminContext &context, const std::string &name) {
@@ -170,7 +159,7 @@ void DropSelectedColumns(HWND dialog, TableAdminContext &context) {
     for (std::size_t i = 0; i < names.size() && at < 0; ++i)
         if (RowOf(context, names[i]) < 0) at = rows[i];
     const int count = static_cast<int>(context.columns.size());
-    SelectOnly(context.list, count == 0 ? -1 : std::min(at, count - 1));
+    ListViewSelectOnly(context.list, count == 0 ? -1 : std::min(at, count - 1));
     UpdateButtons(dialog, context);
 }
 
@@ -179,7 +168,7 @@ void AddOneColumn(HWND dialog, TableAdminContext &context) {
     if (!AskForColumn(dialog, request)) return;
     if (!AddColumn(context.hdbc, context.table, request.name.c_str(), request.typeCode, request.length)) return;
     Refresh(dialog, context);
-    SelectOnly(context.list, RowOf(context, request.name));
+    ListViewSelectOnly(context.list, RowOf(context, request.name));
     UpdateButtons(dialog, context);
 }
 
@@ -189,7 +178,7 @@ void AddAutoIncrement(HWND dialog, TableAdminContext &context) {
     if (!AskForAutoIncrementColumn(dialog, request)) return;
     if (!AddAutoIncrementColumn(context.hdbc, context.table, request.name.c_str())) return;
     Refresh(dialog, context);
-    SelectOnly(context.list, RowOf(context, request.name));
+    ListViewSelectOnly(context.list, RowOf(context, request.name));
     UpdateButtons(dialog, context);
 }
 

@@ -202,10 +202,7 @@ void FillFieldList(const ImportWizardState &state, HWND list, int selected) {
         if (Korvel_ListView_AddItem(list, row, field.sourceName.c_str()) < 0) break;
         ShowFieldRow(list, row++, field);
     }
-    if (selected >= 0) {
-        SetRowSelected(list, selected, true);
-        SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(selected), FALSE);
-    }
+    ListViewSelectOnly(list, selected);
 }
 
 void UpdateFieldButtons(HWND page) {
@@ -298,9 +295,7 @@ int FieldsPage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam,
     case kPageLeaveMessage: {
         const PageDecision decision = LeaveImportFieldsPage(state, static_cast<unsigned>(wParam));
         if (decision.focusRow >= 0) {
-            SetRowSelected(list, -1, false);  // -1: every row
-            SetRowSelected(list, decision.focusRow, true);
-            SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(decision.focusRow), FALSE);
+            ListViewSelectOnly(list, decision.focusRow);
             FocusOnPage(page, IDC_IMPORT_FIELD_LIST);
         }
         return AnswerLeave(page, lParam, decision);
