@@ -7,7 +7,9 @@
 #include <kodbc/kodbc_frame.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <memory>
 
 namespace kodbc {
 namespace {
@@ -114,6 +116,16 @@ int FileOpenErrorMessage(int error) {
     }
 }
 int FileOpenErrorMessage() { return FileOpenErrorMessage(errno); }
+
+bool ReadWholeFile(const char *fileName, std::string &bytes) {
+    std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(fileName ? std::fopen(fileName, "rb") : nullptr,
+                                                          std::fclose);
+    if (!file) return false;
+    bytes.clear();
+    char block[4096];
+    for (std::size_t got; (got = std::fread(block, 1, sizeof block, file.get())) > 0;) bytes.append(block, got);
+    return !std::ferror(file.get());
+}
 
 void ShowTempNotice(int stringId) {
     Korvel_DisplayTempWind(g_state.instance, stringId, kNoticeTiming, kNoticeColor);

@@ -78,6 +78,24 @@ void ListViewSelectOnly(HWND list, int row) {
     SendMessageA(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
 }
 
+bool AskForRememberedFile(int mode, int titleId, int filterId, const char *section, const char *valueName,
+                          std::string &fileName) {
+    char name[KORVEL_FILE_NAME_SIZE] = {};
+    KorvelFileDialogRecord record = {};
+    record.recordSize = KORVEL_FILE_DIALOG_RECORD_SIZE;
+    record.instance = LibraryInstance();
+    record.titleId = titleId;
+    record.filterId = filterId;
+    record.root = HKEY_CURRENT_USER;
+    record.keyPath = kRegistryKey;
+    record.section = section;
+    record.valueName = valueName;
+    record.mode = mode;
+    if (Korvel_ExtendedFileNameDialog(&record, name) != 1) return false;
+    fileName = name;
+    return true;
+}
+
 std::string ItemText(HWND dialog, int controlId) {
     HWND item = GetDlgItem(dialog, controlId);
     const int length = GetWindowTextLengthA(item);

@@ -49,11 +49,24 @@ int FileErrorClass();
 int FileOpenErrorMessage(int error);
 int FileOpenErrorMessage();
 
+// A file's bytes as they are. False when it cannot be opened or read.
+bool ReadWholeFile(const char *fileName, std::string &bytes);
+
 // Shows a temporary notice (string `stringId`) in the library's colours.
 void ShowTempNotice(int stringId);
 
 #ifdef _WIN32
 void TranslateDialog(HWND dialog);
+// The object an exported dialog procedure works on: the lParam of
+// WM_INITDIALOG, kept in the window's user data, with the dialog translated
+// there before the procedure fills it. Null when the caller handed none.
+template <class T> T *ExportedDialogObject(HWND dialog, UINT message, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
+        TranslateDialog(dialog);
+    }
+    return reinterpret_cast<T *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
+}
 void TranslateTabItems(HWND tabControl);
 INT_PTR LibraryDialogBox(DLGPROC procedure, WORD dialogId, HWND owner, LPARAM parameter);
 // For a dialog procedure's catch (...): ends the dialog with 2, after
@@ -66,6 +79,12 @@ std::string ItemText(HWND dialog, int controlId);
 // at `at` (client coordinates of window): the row under it, the last row
 // below the rows, -1 outside the list.
 int ListViewDropRow(HWND window, HWND list, POINT at);
+// The base library's open or save dialog (`mode` KORVEL_FILE_OPEN or
+// KORVEL_FILE_SAVE), starting at the file remembered under `valueName` of
+// `section` in the library's key and remembering the one chosen there.
+// False when the user cancelled.
+bool AskForRememberedFile(int mode, int titleId, int filterId, const char *section, const char *valueName,
+                          std::string &fileName);
 // Selects and focuses row alone (below 0: nothing) and scrolls it into view.
 void ListViewSelectOnly(HWND list, int row);
 #endif

@@ -62,30 +62,21 @@ bool FocusFirstEmpty(HWND dialog) {
     return false;
 }
 
-// The open or save dialog for masks; the file it remembers is the last one
-// loaded or saved. False when the user cancelled.
-bool AskForMaskFile(int mode, int titleId, char (&fileName)[KORVEL_FILE_NAME_SIZE]) {
-    KorvelFileDialogRecord record = {};
-    record.recordSize = KORVEL_FILE_DIALOG_RECORD_SIZE;
-    record.instance = LibraryInstance();
-    record.titleId = titleId;
-    record.filterId = msg::FILTER_SELECTION_MASKS;
-    record.root = HKEY_CURRENT_USER;
-    record.keyPath = kRegistryKey;
-    record.section = kSettingsSection;
-    record.valueName = kRememberedMask;
-    record.mode = mode;
-    return Korvel_ExtendedFileNameDialog(&record, fileName) == 1;
+// The file it starts at is the last mask loaded or saved. False when the
+// user cancelled.
+bool AskForMaskFile(int mode, int titleId, std::string &fileName) {
+    return AskForRememberedFile(mode, titleId, msg::FILTER_SELECTION_MASKS, kSettingsSection, kRememberedMask,
+                                fileName);
 }
 
 // A mask's conditions over the rows; rows the file has no line for keep
 // what they show.
 void LoadMask(HWND dialog, const EditorState &state) {
-    char fileName[KORVEL_FILE_NAME_SIZE] = {};
+    std::string fileName;
     if (!AskForMaskFile(KORVEL_FILE_OPEN, msg::TITLE_LOAD_SELECTION, fileName)) return;
     std::string descriptor;
     try {
-        if (!select::ReadSelectionMask(fileName, descriptor)) return;
+        if (!select::ReadSelectionMask(fileName.c_str(), descriptor)) return;
     } catch (const std::bad_alloc &) {
         LibraryMessage(msg::OUT_OF_MEMORY);
         return;
@@ -101,9 +92,9 @@ void SaveMask(HWND dialog) {
     char *descriptor = buffer + select::kSelectionMaskMagicSize;
     Kodbc_DialogItems_To_OpDesc(OPDESC_SELECTION, dialog, kRows, descriptor,
                                 select::kSelectionMaskBufferSize - select::kSelectionMaskMagicSize);
-    char fileName[KORVEL_FILE_NAME_SIZE] = {};
+    std::string fileName;
     if (!AskForMaskFile(KORVEL_FILE_SAVE, msg::TITLE_SAVE_SELECTION, fileName)) return;
-    select::WriteSelectionMask(fileName, descriptor);
+    select::WriteSelectionMask(fileName.c_str(), descriptor);
 }
 
 bool Command(HWND dialog, const EditorState *state, int id) {
@@ -139,10 +130,9 @@ extern "C" {
 
 KODBC_API INT_PTR KODBC_CALL EditSelDesc_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     try {
+        const auto *state = ExportedDialogObject<const EditorState>(dialog, message, lParam);
         if (message == WM_INITDIALOG) {
-            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
-            TranslateDialog(dialog);
-            if (const auto *state = reinterpret_cast<const EditorState *>(lParam))
+            if (state)
                 Kodbc_OpDesc_To_DialogItems(OPDESC_SELECTION, state->selDesc, state->fieldList, dialog, kRows,
                                             state->reserved2);
             return FocusFirstEmpty(dialog) ? FALSE : TRUE;
@@ -150,7 +140,6 @@ KODBC_API INT_PTR KODBC_CALL EditSelDesc_Dialog_Callback(HWND dialog, UINT messa
         if (message != WM_COMMAND) return FALSE;
         const int notification = HIWORD(wParam);
         if (notification != BN_CLICKED) return FALSE;
-        const auto *state = reinterpret_cast<const EditorState *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
         return Command(dialog, state, LOWORD(wParam)) ? TRUE : FALSE;
     } catch (...) {
         return EndDialogAfterFailure(dialog);

@@ -22,14 +22,8 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 } // namespace
 
 bool ReadSelectionMask(const char *fileName, std::string &descriptor) {
-    File file(fileName ? std::fopen(fileName, "rb") : nullptr);
     std::string bytes;
-    if (file) {
-        char block[4096];
-        std::size_t got;
-        while ((got = std::fread(block, 1, sizeof block, file.get())) > 0) bytes.append(block, got);
-    }
-    if (!file || std::ferror(file.get()) || !ParseSelectionMask(bytes, descriptor)) {
+    if (!ReadWholeFile(fileName, bytes) || !ParseSelectionMask(bytes, descriptor)) {
         LibraryMessage(msg::NOT_A_SELECTION_MASK, fileName ? fileName : "");
         return false;
     }

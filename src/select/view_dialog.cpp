@@ -29,8 +29,6 @@ constexpr int kStatementSize = 10000;
 constexpr char kLastUsedSection[] = "LastUsed";
 constexpr char kLastUsedValue[] = "SqlStatementFile";
 
-ViewObject &ViewOf(HWND dialog) { return *reinterpret_cast<ViewObject *>(GetWindowLongPtrA(dialog, GWLP_USERDATA)); }
-
 // Writes a field without taking its change notice for the user's.
 void ShowField(HWND dialog, ViewObject &view, int id, const std::string &text) {
     view.showing = true;
@@ -100,37 +98,21 @@ void OpenDesigner(HWND dialog, ViewObject &view) {
     ShowField(dialog, view, IDC_VIEW_SQL, view.sql);
 }
 
-// The base library's open or save dialog, starting at the SQL file used
-// last and remembering the one chosen. False when the user cancelled.
+// Starts at the SQL file used last. False when the user cancelled.
 bool AskForSqlFile(bool save, std::string &file) {
-    char name[KORVEL_FILE_NAME_SIZE] = {};
-    KorvelFileDialogRecord record = {};
-    record.recordSize = KORVEL_FILE_DIALOG_RECORD_SIZE;
-    record.instance = LibraryInstance();
-    record.titleId = save ? msg::CAPTION_VIEW_SAVE : msg::CAPTION_VIEW_LOAD;
-    record.filterId = msg::VIEW_FILE_FILTER;
-    record.root = HKEY_CURRENT_USER;
-    record.keyPath = kRegistryKey;
-    record.section = kLastUsedSection;
-    record.valueName = kLastUsedValue;
-    record.mode = save ? KORVEL_FILE_SAVE : KORVEL_FILE_OPEN;
-    if (Korvel_ExtendedFileNameDialog(&record, name) != 1) return false;
-    file = name;
-    return true;
+    return AskForRememberedFile(save ? KORVEL_FILE_SAVE : KORVEL_FILE_OPEN,
+                                save ? msg::CAPTION_VIEW_SAVE : msg::CAPTION_VIEW_LOAD, msg::VIEW_FILE_FILTER,
+                                kLastUsedSection, kLastUsedValue, file);
 }
 
 void LoadFromFile(HWND dialog, ViewObject &view) {
     std::string file;
     if (!AskForSqlFile(false, file)) return;
-    std::FILE *in = std::fopen(file.c_str(), "rb");
-    if (!in) {
+    std::string text;
+    if (!ReadWholeFile(file.c_str(), text)) {
         LibraryErrorHandler(dialog, FileErrorClass(), file.c_str());
         return;
     }
-    std::string text;
-    char chunk[4096];
-    for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, in)) > 0;) text.append(chunk, n);
-    std::fclose(in);
     ShowField(dialog, view, IDC_VIEW_SQL, WithReturns(text));
     view.sql = ItemText(dialog, IDC_VIEW_SQL);
 }
@@ -195,10 +177,9 @@ extern "C" {
 
 KODBC_API INT_PTR KODBC_CALL ViewEdit_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     try {
+        auto *view = ExportedDialogObject<ViewObject>(dialog, message, lParam);
         if (message == WM_INITDIALOG) {
-            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
-            TranslateDialog(dialog);
-            if (auto *view = reinterpret_cast<ViewObject *>(lParam)) {
+            if (view) {
                 Init(dialog, *view);
             } else {
                 for (int id : {IDC_VIEW_NAME, IDC_VIEW_SQL, IDC_VIEW_DESIGNER, IDC_VIEW_TEST, IDC_VIEW_LOAD,
@@ -208,12 +189,12 @@ KODBC_API INT_PTR KODBC_CALL ViewEdit_Dialog_Callback(HWND dialog, UINT message,
             return TRUE;
         }
         if (message != WM_COMMAND) return FALSE;
-        if (!GetWindowLongPtrA(dialog, GWLP_USERDATA)) {
+        if (!view) {
             if (LOWORD(wParam) != IDCANCEL) return FALSE;
             EndDialog(dialog, KODBC_DIALOG_CANCEL);
             return TRUE;
         }
-        return Command(dialog, ViewOf(dialog), LOWORD(wParam), HIWORD(wParam)) ? TRUE : FALSE;
+        return Command(dialog, *view, LOWORD(wParam), HIWORD(wParam)) ? TRUE : FALSE;
     } catch (...) {
         return EndDialogAfterFailure(dialog);
     }

@@ -224,10 +224,9 @@ extern "C" {
 
 KODBC_API INT_PTR KODBC_CALL TableAdmin_Dialog_Callback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     try {
+        auto *context = ExportedDialogObject<TableAdminContext>(dialog, message, lParam);
         if (message == WM_INITDIALOG) {
-            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
-            TranslateDialog(dialog);
-            if (auto *context = reinterpret_cast<TableAdminContext *>(lParam)) {
+            if (context) {
                 Init(dialog, *context);
             } else {
                 for (int id = IDC_TABLE_ADMIN_ADD_COLUMN; id <= IDC_TABLE_ADMIN_ADD_AUTOINC; ++id)
@@ -235,7 +234,6 @@ KODBC_API INT_PTR KODBC_CALL TableAdmin_Dialog_Callback(HWND dialog, UINT messag
             }
             return TRUE;
         }
-        auto *context = reinterpret_cast<TableAdminContext *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
         switch (message) {
         case WM_COMMAND:
             if (!context) {

@@ -29,10 +29,9 @@ template <class Request>
 INT_PTR RequestProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, void (*init)(HWND, Request &),
                          bool (*command)(HWND, Request &, int, int)) {
     try {
+        auto *request = ExportedDialogObject<Request>(dialog, message, lParam);
         if (message == WM_INITDIALOG) {
-            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
-            TranslateDialog(dialog);
-            if (auto *request = reinterpret_cast<Request *>(lParam)) init(dialog, *request);
+            if (request) init(dialog, *request);
             else Enable(dialog, IDOK, false);
             return TRUE;
         }
@@ -42,7 +41,6 @@ INT_PTR RequestProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam
             EndDialog(dialog, 2);
             return TRUE;
         }
-        auto *request = reinterpret_cast<Request *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
         return request && command(dialog, *request, id, HIWORD(wParam)) ? TRUE : FALSE;
     } catch (...) {
         return EndDialogAfterFailure(dialog);

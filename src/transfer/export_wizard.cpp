@@ -200,14 +200,12 @@ extern "C" {
 
 KODBC_API INT_PTR KODBC_CALL EditExportFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     try {
+        auto *field = ExportedDialogObject<ExportField>(dialog, message, lParam);
         if (message == WM_INITDIALOG) {
-            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
-            TranslateDialog(dialog);
-            if (auto *field = reinterpret_cast<ExportField *>(lParam)) InitFieldDialog(dialog, *field);
+            if (field) InitFieldDialog(dialog, *field);
             return TRUE;
         }
         if (message != WM_COMMAND) return FALSE;
-        auto *field = reinterpret_cast<ExportField *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
         switch (LOWORD(wParam)) {
         case IDOK:
             if (!field) {

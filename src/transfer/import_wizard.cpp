@@ -386,10 +386,8 @@ extern "C" {
 
 KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     try {
+        auto *field = ExportedDialogObject<ImportField>(dialog, message, lParam);
         if (message == WM_INITDIALOG) {
-            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
-            TranslateDialog(dialog);
-            auto *field = reinterpret_cast<ImportField *>(lParam);
             if (!field) return TRUE;
             InitFieldDialog(dialog, *field);
             // The user comes to change the target, not to read the source.
@@ -399,7 +397,6 @@ KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT mes
             return FALSE;
         }
         if (message != WM_COMMAND) return FALSE;
-        auto *field = reinterpret_cast<ImportField *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
         switch (LOWORD(wParam)) {
         case IDOK: EndDialog(dialog, field && TakeFieldDialog(dialog, *field) ? 1 : 2); return TRUE;
         case IDCANCEL: EndDialog(dialog, 2); return TRUE;

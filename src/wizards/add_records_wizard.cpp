@@ -397,13 +397,11 @@ extern "C" {
 
 KODBC_API INT_PTR KODBC_CALL EditAddRecFieldDialogCallback(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     try {
+        auto *field = ExportedDialogObject<AddRecField>(dialog, message, lParam);
         if (message == WM_INITDIALOG) {
-            SetWindowLongPtrA(dialog, GWLP_USERDATA, lParam);
-            TranslateDialog(dialog);
-            if (auto *field = reinterpret_cast<AddRecField *>(lParam)) InitFieldDialog(dialog, *field);
+            if (field) InitFieldDialog(dialog, *field);
             return TRUE;
         }
-        auto *field = reinterpret_cast<AddRecField *>(GetWindowLongPtrA(dialog, GWLP_USERDATA));
         if (message != WM_COMMAND) return FALSE;
         if (!field) {
             if (LOWORD(wParam) != IDCANCEL && LOWORD(wParam) != IDOK) return FALSE;
