@@ -11,13 +11,13 @@
 
 namespace kodbc {
 
-bool PrepareStatement(SQLHDBC hdbc, const char *sql, odbc::Statement &statement) noexcept {
+bool PrepareStatement(SQLHDBC hdbc, const char *sql, odbc::Statement &statement, int bufferSize) noexcept {
     statement = odbc::Statement(hdbc);
     if (!statement.ok()) {
         Kodbc_DisplayErrorHdbc(hdbc);
         return false;
     }
-    if (Korvel_DumpSqlStatement(sql, 0) != 1) {
+    if (Korvel_DumpSqlStatement(sql, bufferSize) != 1) {
         statement.reset();
         return false;
     }

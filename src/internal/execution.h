@@ -14,9 +14,9 @@
 namespace kodbc {
 
 // Allocates a statement on hdbc (a failure shows the connection's error)
-// and offers sql to the dump. False when either fails; the dump's refusal
-// is silent.
-bool PrepareStatement(SQLHDBC hdbc, const char *sql, odbc::Statement &statement) noexcept;
+// and offers sql to the dump with the size of its buffer (0: not known).
+// False when either fails; the dump's refusal is silent.
+bool PrepareStatement(SQLHDBC hdbc, const char *sql, odbc::Statement &statement, int bufferSize = 0) noexcept;
 
 enum class ExecOutcome {
     Executed,   // success, SQL_SUCCESS_WITH_INFO and SQL_NO_DATA included

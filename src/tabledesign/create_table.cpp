@@ -95,7 +95,7 @@ bool RunCreateTable(SQLHDBC hdbc, const CreateTablePlan &plan) {
     for (const CreateTableStatement &statement : plan.statements) {
         const char *sql = statement.text.c_str();
         if (!handle.ok()) {
-            if (!PrepareStatement(hdbc, sql, handle)) return false;
+            if (!PrepareStatement(hdbc, sql, handle, statement.bufferSize)) return false;
         } else if (Korvel_DumpSqlStatement(sql, statement.bufferSize) != 1) {
             return false;
         }

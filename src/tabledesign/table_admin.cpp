@@ -33,7 +33,7 @@ bool RunAlter(SQLHDBC hdbc, int bufferSize, const char *sqlTemplate, const char 
     Kodbc_SprintfSqlStatement(hdbc, sql.get(), bufferSize, sqlTemplate, arg1, arg2, arg3, arg4, nullptr, nullptr,
                               nullptr, nullptr);
     odbc::Statement statement;
-    if (!PrepareStatement(hdbc, sql.get(), statement)) return false;
+    if (!PrepareStatement(hdbc, sql.get(), statement, bufferSize)) return false;
     return ExecuteStatement(statement, sql.get(), nullptr) == ExecOutcome::Executed;
 }
 

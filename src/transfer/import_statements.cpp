@@ -160,7 +160,7 @@ bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fi
 
 bool ImportStatementRunner::Run(const char *sql) noexcept {
     if (!statement_.ok()) {
-        if (!PrepareStatement(hdbc_, sql, statement_)) return false;
+        if (!PrepareStatement(hdbc_, sql, statement_, kImportStatementSize)) return false;
     } else if (Korvel_DumpSqlStatement(sql, kImportStatementSize) != 1) {
         return false;
     }
