@@ -1,6 +1,7 @@
 // The library's data-type codes: the mapping from ODBC types, the table of
 // display names and column templates, and values turned into display text.
 #include "internal/datatypes.h"
+#include "internal/db_capabilities.h"
 #include "internal/library.h"
 
 #include <korvel/bounded_text.h>
@@ -52,6 +53,14 @@ int FormatColumnTemplate(const DataTypeRow *row, int length, char *buffer, int s
             out.append(pattern[i]);
         }
     }
+    return out.int_length();
+}
+
+int FormatColumnDefinition(SQLHDBC hdbc, const DataTypeRow *row, int length, char *buffer, int size) {
+    const char *instead = row ? tabledesign::ColumnTypeInsteadOfTemplate(hdbc, row->code) : nullptr;
+    if (!instead) return FormatColumnTemplate(row, length, buffer, size);
+    korvel::BoundedText out(buffer, size);
+    out.append(instead);
     return out.int_length();
 }
 

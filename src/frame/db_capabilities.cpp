@@ -1,12 +1,28 @@
 #include "internal/db_capabilities.h"
+#include "internal/driver_info.h"
 
 #include <kodbc/kodbc_connect.h>
+
+#include <strings.h>
 
 namespace kodbc::tabledesign {
 namespace {
 
 constexpr char kDropPrimaryKey[] = "ALTER TABLE %t DROP PRIMARY KEY";
 constexpr char kNotNullEmpty[] = " NOT NULL DEFAULT ''";
+constexpr int kDbmsNameSize = 100;
+
+// PostgreSQL has no DATETIME; FLOAT is single precision on MySQL and
+// MariaDB (12345.678 comes back as 12345.7).
+const struct {
+    const char *dbmsName;
+    int typeCode;
+    const char *columnType;
+} kColumnTypesInsteadOfTemplates[] = {
+    {"PostgreSQL", KODBC_TYPE_DATETIME, "TIMESTAMP"},
+    {"MySQL", KODBC_TYPE_FLOAT, "DOUBLE"},
+    {"MariaDB", KODBC_TYPE_FLOAT, "DOUBLE"},
+};
 
 } // namespace
 
@@ -36,6 +52,30 @@ const DbCapabilityRow &CapabilitiesOf(int databaseType) {
 
 const DbCapabilityRow &CapabilitiesOf(SQLHDBC hdbc) {
     return CapabilitiesOf(Kodbc_GetDatabaseType(hdbc));
+}
+
+const char *ColumnTypeInsteadOfTemplate(const char *dbmsName, int typeCode) {
+    if (!dbmsName) return nullptr;
+    for (const auto &entry : kColumnTypesInsteadOfTemplates)
+        if (entry.typeCode == typeCode && strcasecmp(entry.dbmsName, dbmsName) == 0) return entry.columnType;
+    return nullptr;
+}
+
+const char *ColumnTypeInsteadOfTemplate(SQLHDBC hdbc, int typeCode) {
+    char name[kDbmsNameSize];
+    if (!GetInfoText(hdbc, SQL_DBMS_NAME, name, sizeof name)) return nullptr;
+    return ColumnTypeInsteadOfTemplate(name, typeCode);
+}
+
+const char *AddedColumnClause(const DbCapabilityRow &row, int typeCode) {
+    switch (typeCode) {
+    case KODBC_TYPE_INTEGER:
+    case KODBC_TYPE_FLOAT:
+    case KODBC_TYPE_DATETIME:
+        return nullptr;
+    default:
+        return row.addedColumnClause;
+    }
 }
 
 } // namespace kodbc::tabledesign

@@ -42,4 +42,9 @@ int DataTypeText(int code, int length, char *buffer, int size);
 // to size-1. Returns the length written (0 for a null row).
 int FormatColumnTemplate(const DataTypeRow *row, int length, char *buffer, int size);
 
+// The column definition of a row for the connected database: the type
+// that keeps the row's values there where the template's would not,
+// else the formatted template. The statement builders use this one.
+int FormatColumnDefinition(SQLHDBC hdbc, const DataTypeRow *row, int length, char *buffer, int size);
+
 } // namespace kodbc

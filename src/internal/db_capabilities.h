@@ -1,7 +1,9 @@
 // What each kind of database allows when tables and views are designed: SELECT INTO,
-// auto-incrementing key columns, dropping views and primary keys, and the
-// clause an added column gets. One table read by the create-table wizard,
-// the table administration, the views and the command-line tool.
+// auto-incrementing key columns, dropping views and primary keys, the
+// clause an added column gets, and the column types that keep a value where
+// the data-type table's templates would not. Read by the create-table
+// wizard, the table administration, the import, the views and the
+// command-line tool.
 #pragma once
 
 #include <kodbc/kodbc_types.h>
@@ -33,5 +35,21 @@ inline bool SupportsAutoIncrement(const DbCapabilityRow &row) {
 inline const char *DropViewStatement(const DbCapabilityRow &row) {
     return row.dropView ? row.dropView : "DROP VIEW";
 }
+
+// The column type to use instead of the data-type table's template for a
+// library type code on a database of this DBMS name (as the driver reports
+// it), where the database lacks the template's type or would lose
+// precision in it; null where the template stands. The database type code
+// cannot tell: MariaDB and PostgreSQL both count as "other".
+const char *ColumnTypeInsteadOfTemplate(const char *dbmsName, int typeCode);
+// The same for the connection's DBMS.
+const char *ColumnTypeInsteadOfTemplate(SQLHDBC hdbc, int typeCode);
+
+// The clause a column of the library type gets when it is added to a
+// table: the row's clause for the text types, whose empty value it names;
+// none for numbers and dates, where '' is no value: PostgreSQL and MariaDB
+// refuse the column, others would fill it with a number or date nobody
+// entered.
+const char *AddedColumnClause(const DbCapabilityRow &row, int typeCode);
 
 } // namespace kodbc::tabledesign

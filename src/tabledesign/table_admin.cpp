@@ -132,9 +132,9 @@ bool AddColumn(SQLHDBC hdbc, const char *table, const char *name, int typeCode, 
         return false;
     }
     char definition[kColumnDefinitionSize] = {};
-    FormatColumnTemplate(row, length, definition, sizeof definition);
+    FormatColumnDefinition(hdbc, row, length, definition, sizeof definition);
     // The clause is the database's, whatever the user meant by "not empty".
-    const char *clause = CapabilitiesOf(hdbc).addedColumnClause;
+    const char *clause = AddedColumnClause(CapabilitiesOf(hdbc), typeCode);
     return RunAlter(hdbc, 200, "ALTER TABLE %t ADD %f %s%s", table, name, definition, clause ? clause : "");
 }
 

@@ -86,7 +86,7 @@ std::string CreateImportTableStatement(SQLHDBC hdbc, const char *table, const Im
         if (field.autoIncrement && row->counterTypeFromSource && !counterType.empty())
             korvel::BoundedText(type, sizeof type).append(counterType);
         else
-            FormatColumnTemplate(row, field.targetLength, type, sizeof type);
+            FormatColumnDefinition(hdbc, row, field.targetLength, type, sizeof type);
         if (!first) sql += ", ";
         sql += name;
         sql += ' ';

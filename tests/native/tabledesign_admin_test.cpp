@@ -4,6 +4,9 @@
 #include "test_support.h"
 
 #include "tabledesign/table_admin.h"
+#include "transfer/import_statements.h"
+
+#include <string>
 
 namespace kodbc::test {
 namespace {
@@ -114,6 +117,38 @@ TEST_P(TableAdminOn, KeysAndAutoIncrementAsTheDatabaseTakesThem) {
     EXPECT_EQ(DropPrimaryKey(hdbc_, kTable, false), !postgres);
     EXPECT_EQ(OdbcErrors(), postgres ? 1u : 0u);
     EXPECT_EQ(PrimaryKeyText(hdbc_, kTable), postgres ? "id" : "");
+}
+
+// A Datum/Zeit and a Gleitkommazahl column keep a stamp and a number with
+// eight digits, whether the import's new table has them or they are added
+// to a table that holds a record already.
+TEST_P(TableAdminOn, DateAndFloatColumnsKeepTheirValues) {
+    constexpr const char *kNew = "kodbc_ta_new";
+    OwnTables({kNew});
+    transfer::ImportFieldList fields(2);
+    fields[0].targetName = "d";
+    fields[0].targetType = KODBC_TYPE_DATETIME;
+    fields[1].targetName = "f";
+    fields[1].targetType = KODBC_TYPE_FLOAT;
+    ASSERT_TRUE(transfer::ImportStatementRunner(hdbc_).Run(
+        transfer::CreateImportTableStatement(hdbc_, kNew, fields, "").c_str()));
+    Exec(std::string("INSERT INTO ") + kNew + " (d, f) VALUES ('2024-03-15 10:00:00', 12345.678)");
+
+    Exec(std::string("INSERT INTO ") + kTable + " (id) VALUES (1)");
+    ASSERT_TRUE(AddColumn(hdbc_, kTable, "d", KODBC_TYPE_DATETIME, 0));
+    ASSERT_TRUE(AddColumn(hdbc_, kTable, "f", KODBC_TYPE_FLOAT, 0));
+    Exec(std::string("UPDATE ") + kTable + " SET d = '2024-03-15 10:00:00', f = 12345.678");
+
+    for (const char *table : {kNew, kTable}) {
+        SCOPED_TRACE(table);
+        const std::vector<std::string> stamps = Column(std::string("SELECT d FROM ") + table);
+        const std::vector<std::string> numbers = Column(std::string("SELECT f FROM ") + table);
+        ASSERT_EQ(stamps.size(), 1u);
+        ASSERT_EQ(numbers.size(), 1u);
+        EXPECT_EQ(stamps[0].substr(0, 19), "2024-03-15 10:00:00");
+        EXPECT_DOUBLE_EQ(std::stod(numbers[0]), 12345.678) << numbers[0];
+    }
+    EXPECT_EQ(OdbcErrors(), 0u);
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(TableAdminOn);

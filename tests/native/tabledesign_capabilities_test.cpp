@@ -35,5 +35,29 @@ TEST(DbCapabilities, LookupForEveryDatabaseTypeAndTheFallback) {
     EXPECT_FALSE(CapabilitiesOf(KODBC_DBTYPE_MYSQL).selectInto);
 }
 
+// Decided by the DBMS name: MySQL, MariaDB and PostgreSQL all may count as
+// "other". Only text columns get the empty-text clause when added.
+TEST(DbCapabilities, ColumnTypesThatKeepTheValue) {
+    const struct {
+        const char *dbms;
+        int type;
+        const char *instead;
+    } cases[] = {
+        {"PostgreSQL", KODBC_TYPE_DATETIME, "TIMESTAMP"}, {"PostgreSQL", KODBC_TYPE_FLOAT, nullptr},
+        {"MySQL", KODBC_TYPE_FLOAT, "DOUBLE"},            {"mariadb", KODBC_TYPE_FLOAT, "DOUBLE"},
+        {"MariaDB", KODBC_TYPE_DATETIME, nullptr},        {"SQLite", KODBC_TYPE_FLOAT, nullptr},
+        {nullptr, KODBC_TYPE_FLOAT, nullptr},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << (c.dbms ? c.dbms : "(null)") << "/" << c.type);
+        const char *got = tabledesign::ColumnTypeInsteadOfTemplate(c.dbms, c.type);
+        EXPECT_STREQ(got, c.instead);
+    }
+    const tabledesign::DbCapabilityRow &other = CapabilitiesOf(KODBC_DBTYPE_OTHER);
+    EXPECT_STREQ(tabledesign::AddedColumnClause(other, KODBC_TYPE_FIXED_TEXT), " NOT NULL DEFAULT ''");
+    for (int type : {KODBC_TYPE_INTEGER, KODBC_TYPE_FLOAT, KODBC_TYPE_DATETIME})
+        EXPECT_EQ(tabledesign::AddedColumnClause(other, type), nullptr) << type;
+}
+
 } // namespace
 } // namespace kodbc::test
