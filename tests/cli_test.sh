@@ -154,7 +154,7 @@ rm -f "$out.sms" "$out.desc"
 printf 'cli_q\tq\t\t\t\t\ncli_o\to\tlj\tGT\tq.nr\to.nr\n' >"$out.tables"
 printf 'q.nr\tNummer\no.ort\t\n' >"$out.columns"
 printf 'q.nr\tdesc\nort\tasc\n' >"$out.sort"
-printf 'ort\tBW\tB\t12\n' >"$out.where"
+printf 'o.ort\tBW\tB\t12\n' >"$out.where"
 expect "query without a data source" 0 '^SELECT q.nr AS Nummer, o.ort FROM cli_q AS q LEFT JOIN cli_o AS o ON q.nr < o.nr ORDER BY q.nr desc, ort$' \
        "$kodbc" query --tables-file "$out.tables" --columns-file "$out.columns" --sort-file "$out.sort"
 expect "query: --test needs a data source" 2 ""   "$kodbc" query --tables-file "$out.tables" --test
@@ -172,6 +172,7 @@ expect "view show"              0 "^SELECT nr FROM cli_q WHERE nr > 1$" "$kodbc"
 expect "view show: columns default" 0 '^\*$'      "$kodbc" view show kodbc_sqlite cli_v
 expect "view test: the stored SQL" 0 ""           "$kodbc" view test kodbc_sqlite cli_v
 expect "view test: bad SQL"     1 ""              "$kodbc" view test kodbc_sqlite cli_v --sql "SELEKT nr FROM cli_q"
+expect "view test: no such column" 1 ""          "$kodbc" view test kodbc_sqlite cli_v --sql "SELECT nosuch FROM cli_q"
 expect "view create: name taken" 1 ""             "$kodbc" view create kodbc_sqlite cli_v --sql "SELECT nr FROM cli_q"
 expect "view create: no SQL"    2 ""              "$kodbc" view create kodbc_sqlite cli_v2
 expect "view create from the design" 0 ""         "$kodbc" view create kodbc_sqlite cli_v2 --tables-file "$out.tables" --columns-file "$out.columns"

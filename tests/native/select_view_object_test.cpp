@@ -100,6 +100,33 @@ TEST_P(StoredView, RefusalsAndTolerances) {
     for (char c : std::string("0 .-\xE4")) EXPECT_FALSE(IsViewNameCharacter(c)) << c;
 }
 
+// SQLite makes a view over a column that does not exist and refuses it only
+// when it is read: the test reads the test view, and nothing of that view
+// stays, whatever the outcome.
+TEST_P(StoredView, TestReadsTheTestView) {
+    const struct {
+        const char *sql;
+        int result;
+    } cases[] = {
+        {"SELECT nosuch FROM kodbc_sv_base", KODBC_VIEW_FAILED},
+        {"SELECT nr, ort FROM kodbc_sv_base", KODBC_VIEW_OK},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.sql);
+        messages_.clear();
+        ViewObject view = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeNew);
+        view.sql = c.sql;
+        EXPECT_EQ(TestStoredView(view), c.result);
+        EXPECT_EQ(Kodbc_View_Test(hdbc_, "", c.sql), c.result);
+        ViewField focus = ViewField::None;
+        EXPECT_EQ(SaveEditedView(view, focus), c.result) << "OK tests first";
+        EXPECT_EQ(Exists("kodbc_sv"), c.result == KODBC_VIEW_OK);
+        EXPECT_EQ(OdbcErrors(), c.result == KODBC_VIEW_OK ? 0u : 3u);
+        EXPECT_FALSE(Exists("__KORVEL_TEST__"));
+        EXPECT_EQ(Stored("__KORVEL_TEST__", "Sql"), "(none)");
+    }
+}
+
 // What the exported operations add: caller buffers, bounds and result codes.
 TEST_P(StoredView, ExportedOperations) {
     const char *sql = "SELECT nr, ort FROM kodbc_sv_base";
