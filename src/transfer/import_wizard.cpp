@@ -173,7 +173,8 @@ int FilePage(ImportWizardState &state, HWND page, UINT message, WPARAM wParam, L
         return 1;
     case WM_COMMAND:
         if (LOWORD(wParam) != IDC_IMPORT_BROWSE || HIWORD(wParam) != BN_CLICKED) return 0;
-        ChooseTransferFile(page, IDC_IMPORT_FILE, kImportFileNameSize, msg::CAPTION_RECORD_PROGRESS, false);
+        ChooseTransferFile(page, IDC_IMPORT_FILE, kImportFileNameSize, msg::CAPTION_RECORD_PROGRESS, false,
+                           ImportFileFilter(state));
         return 1;
     case kPageLeaveMessage: {
         if (withFormat) ReadFormat(state.format, page);  // kept when going back, too

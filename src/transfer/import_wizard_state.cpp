@@ -190,6 +190,14 @@ const std::string &ImportFileName(const ImportWizardState &state) noexcept {
     }
 }
 
+int ImportFileFilter(const ImportWizardState &state) noexcept {
+    switch (state.kind) {
+    case ImportSource::Sdi: return msg::IMPORT_SDI_FILE_FILTER;
+    case ImportSource::Sel: return msg::IMPORT_SEL_FILE_FILTER;
+    default: return msg::EXPORT_FILE_FILTER;
+    }
+}
+
 PageDecision LeaveImportFilePage(ImportWizardState &state, unsigned direction, const std::string &fileName) noexcept {
     if (!IsLeavingForwards(direction)) return GoOn();
     if (fileName.empty()) return Stay(msg::SELECT_FILE);

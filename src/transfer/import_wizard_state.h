@@ -98,6 +98,8 @@ wizards::PageDecision LeaveImportFilePage(ImportWizardState &state, unsigned dir
 
 // The file name the file page of the current kind shows.
 const std::string &ImportFileName(const ImportWizardState &state) noexcept;
+// The string of the open-file dialog's filter for the current kind.
+int ImportFileFilter(const ImportWizardState &state) noexcept;
 
 // The texts of a field's row: "Feld", "Importieren als", "Typ",
 // "Importieren als Typ", "AutoInc", "Import", "Datei auspacken".

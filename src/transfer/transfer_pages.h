@@ -65,8 +65,9 @@ template <class Format> void ReadTextLayout(HWND page, const TextLayoutControls 
 // The open or save dialog over the page's wizard, starting at the file
 // named in control fileId (fileSize characters with the terminator) and
 // writing the chosen one back into it. Its filter is the library's string
-// of the text files.
-void ChooseTransferFile(HWND page, int fileId, int fileSize, int titleId, bool save);
+// filterId ("|" between the parts), by default that of the text files.
+void ChooseTransferFile(HWND page, int fileId, int fileSize, int titleId, bool save,
+                        int filterId = msg::EXPORT_FILE_FILTER);
 
 // The field of the list's first selected row, edited in the library's
 // dialog dialogId (its procedure gets the field); after OK the row is shown

@@ -14,11 +14,11 @@ void LimitTextLayout(HWND page, const TextLayoutControls &ids) {
     for (int id : {ids.left, ids.right}) SendDlgItemMessageA(page, id, EM_LIMITTEXT, 1, 0);
 }
 
-void ChooseTransferFile(HWND page, int fileId, int fileSize, int titleId, bool save) {
+void ChooseTransferFile(HWND page, int fileId, int fileSize, int titleId, bool save, int filterId) {
     // The filter keeps "|" where the dialog wants its zero bytes, so that
     // it can live in the string table.
     char filter[kTextSize] = {}, title[kTextSize] = {};
-    LoadLibraryString(LibraryInstance(), msg::EXPORT_FILE_FILTER, filter, sizeof filter - 1);
+    LoadLibraryString(LibraryInstance(), filterId, filter, sizeof filter - 1);
     for (char *c = filter; *c; ++c)
         if (*c == '|') *c = '\0';
     LoadLibraryString(LibraryInstance(), titleId, title, sizeof title);
