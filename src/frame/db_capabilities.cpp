@@ -24,6 +24,10 @@ const struct {
     {"MariaDB", KODBC_TYPE_FLOAT, "DOUBLE"},
 };
 
+// Databases that refuse the added-column clause's empty-text default on a
+// number or date column, so that such a column could not be added at all.
+const char *const kRefuseEmptyTextDefault[] = {"PostgreSQL", "MySQL", "MariaDB"};
+
 } // namespace
 
 // The order matters only for the fallback: an unknown type gets the row of
@@ -67,15 +71,19 @@ const char *ColumnTypeInsteadOfTemplate(SQLHDBC hdbc, int typeCode) {
     return ColumnTypeInsteadOfTemplate(name, typeCode);
 }
 
-const char *AddedColumnClause(const DbCapabilityRow &row, int typeCode) {
-    switch (typeCode) {
-    case KODBC_TYPE_INTEGER:
-    case KODBC_TYPE_FLOAT:
-    case KODBC_TYPE_DATETIME:
-        return nullptr;
-    default:
-        return row.addedColumnClause;
-    }
+const char *AddedColumnClause(const DbCapabilityRow &row, const char *dbmsName, int typeCode) {
+    const bool textOnlyDefault = typeCode == KODBC_TYPE_INTEGER || typeCode == KODBC_TYPE_FLOAT ||
+                                 typeCode == KODBC_TYPE_DATETIME;
+    if (textOnlyDefault && dbmsName)
+        for (const char *refusing : kRefuseEmptyTextDefault)
+            if (strcasecmp(refusing, dbmsName) == 0) return nullptr;
+    return row.addedColumnClause;
+}
+
+const char *AddedColumnClause(SQLHDBC hdbc, int typeCode) {
+    char name[kDbmsNameSize] = {};
+    if (!GetInfoText(hdbc, SQL_DBMS_NAME, name, sizeof name)) name[0] = '\0';
+    return AddedColumnClause(CapabilitiesOf(hdbc), name, typeCode);
 }
 
 } // namespace kodbc::tabledesign

@@ -46,10 +46,11 @@ const char *ColumnTypeInsteadOfTemplate(const char *dbmsName, int typeCode);
 const char *ColumnTypeInsteadOfTemplate(SQLHDBC hdbc, int typeCode);
 
 // The clause a column of the library type gets when it is added to a
-// table: the row's clause for the text types, whose empty value it names;
-// none for numbers and dates, where '' is no value: PostgreSQL and MariaDB
-// refuse the column, others would fill it with a number or date nobody
-// entered.
-const char *AddedColumnClause(const DbCapabilityRow &row, int typeCode);
+// table: the row's clause, except for a number or date column on a DBMS
+// (by the name its driver reports) that refuses '' as such a column's
+// default and with it the whole column.
+const char *AddedColumnClause(const DbCapabilityRow &row, const char *dbmsName, int typeCode);
+// The same for the connection's database.
+const char *AddedColumnClause(SQLHDBC hdbc, int typeCode);
 
 } // namespace kodbc::tabledesign

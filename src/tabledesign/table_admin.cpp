@@ -134,7 +134,7 @@ bool AddColumn(SQLHDBC hdbc, const char *table, const char *name, int typeCode, 
     char definition[kColumnDefinitionSize] = {};
     FormatColumnDefinition(hdbc, row, length, definition, sizeof definition);
     // The clause is the database's, whatever the user meant by "not empty".
-    const char *clause = AddedColumnClause(CapabilitiesOf(hdbc), typeCode);
+    const char *clause = AddedColumnClause(hdbc, typeCode);
     return RunAlter(hdbc, 200, "ALTER TABLE %t ADD %f %s%s", table, name, definition, clause ? clause : "");
 }
 

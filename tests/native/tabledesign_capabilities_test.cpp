@@ -54,9 +54,11 @@ TEST(DbCapabilities, ColumnTypesThatKeepTheValue) {
         EXPECT_STREQ(got, c.instead);
     }
     const tabledesign::DbCapabilityRow &other = CapabilitiesOf(KODBC_DBTYPE_OTHER);
-    EXPECT_STREQ(tabledesign::AddedColumnClause(other, KODBC_TYPE_FIXED_TEXT), " NOT NULL DEFAULT ''");
-    for (int type : {KODBC_TYPE_INTEGER, KODBC_TYPE_FLOAT, KODBC_TYPE_DATETIME})
-        EXPECT_EQ(tabledesign::AddedColumnClause(other, type), nullptr) << type;
+    EXPECT_STREQ(tabledesign::AddedColumnClause(other, "PostgreSQL", KODBC_TYPE_FIXED_TEXT), " NOT NULL DEFAULT ''");
+    for (int type : {KODBC_TYPE_INTEGER, KODBC_TYPE_FLOAT, KODBC_TYPE_DATETIME}) {
+        EXPECT_EQ(tabledesign::AddedColumnClause(other, "MariaDB", type), nullptr) << type;
+        EXPECT_STREQ(tabledesign::AddedColumnClause(other, "SQLite", type), " NOT NULL DEFAULT ''") << type;
+    }
 }
 
 } // namespace
