@@ -93,8 +93,12 @@ expect "create-table: the address columns" 0 "^Plz  *VarText (20)" "$kodbc" colu
 
 "$kodbc" sql kodbc_sqlite "CREATE TABLE cli_alt (id INTEGER NOT NULL, a VARCHAR(5), b VARCHAR(5))" >/dev/null 2>&1
 expect "alter: length missing"  1 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz VarText
-expect "alter: unknown type"    2 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz Text 5
+expect "alter: unknown type"    2 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz Textur 5
 expect "alter: add-column"      0 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz varText 5
+expect "alter: SQL type names"  0 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column kurz Varchar 8
+expect "alter: SQL type names"  0 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column betrag double
+expect "alter: VARCHAR is VarText" 0 "^kurz  *VarText (8)" "$kodbc" columns kodbc_sqlite cli_alt
+expect "alter: DOUBLE is Gleitkommazahl" 0 "^betrag  *Gleitkommazahl" "$kodbc" columns kodbc_sqlite cli_alt
 expect "alter: drop asks, no terminal says no" 1 "^0 Spalte" "$kodbc" alter kodbc_sqlite cli_alt drop-column a b
 expect "alter: drop with --yes" 0 "^2 Spalte"      "$kodbc" --yes alter kodbc_sqlite cli_alt drop-column a b
 expect "alter: what is left"    0 "^plz  *VarText (5)  *Nein" "$kodbc" columns kodbc_sqlite cli_alt
@@ -115,7 +119,7 @@ expect "export: full disk"      1 ""               "$kodbc" export kodbc_sqlite 
 expect "export: bad delimiter"  2 ""               "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" --delimiter 0123456789
 "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" >/dev/null 2>&1
 mkdir -p "$out.d" && cp "$out.txt" "$out.d/cli_imp.txt"
-expect "import: an exported file with no options" 0 "^2 Datensätze importiert$" "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --type nr=Ganzzahl --type preis=Gleitkommazahl
+expect "import: an exported file with no options" 0 "^2 Datensätze importiert$" "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --type nr=integer --type preis=Gleitkommazahl
 expect "import: the table is named after the file" 0 "^1	2.5	Größe$" "$kodbc" sql kodbc_sqlite "SELECT nr, preis, name FROM cli_imp ORDER BY nr"
 expect "import: from a table, dry run" 0 "^INSERT INTO cli_im (nr,name) VALUES (1,'Größe')$" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_ex --table cli_im --skip preis --dry-run
 expect "import: unknown field"  1 ""               "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --table cli_im --skip nix
