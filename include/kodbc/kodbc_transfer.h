@@ -203,6 +203,19 @@ typedef struct KodbcImportResult {
     int createSize;
     char *firstInsert;      /* receives the first record's INSERT (may be null) */
     int insertSize;
+    /* What the format's rules changed on the way, for the user to hear: */
+    long valuesCut;             /* values cut to the text format's 99 characters */
+    long linesCut;              /* lines cut to the line limit (30000 bytes) */
+    long numbersChanged;        /* numbers that lost characters to the number rule ("4.10" -> 410) */
+    long firstNumberAt;         /* the first of them: its line (firstNumberInLine) or record */
+    int firstNumberInLine;
+    char firstNumber[100];      /* its text in the source (cut) */
+    char firstNumberAs[100];    /* what was written (cut) */
+    char firstNumberField[100]; /* its field */
+    /* The fields not imported, one line each: the name, a tab and why:
+       "LangText" or "Binärdaten" for a column the import cannot carry
+       (turned into VarText and left out), empty when left out by choice. */
+    char notImported[2000];
 } KodbcImportResult;
 
 /*
