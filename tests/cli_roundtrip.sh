@@ -1,9 +1,10 @@
 #!/bin/sh
 # Export and import through the command-line tool on every data source of
 # the run (KODBC_TEST_DSNS, ODBCINI as the test command sets them): a table
-# of German data goes out with the defaults, comes back as a new table, and
-# that table, exported again, gives the same bytes. Skipped (77) without
-# data sources.
+# of German data (umlauts, quotes, NULL, numbers with exponents) goes out
+# with the defaults, comes back as a new table from the file and as a copy
+# of the table, and each, exported again, gives the same bytes. Skipped
+# (77) without data sources.
 set -u
 kodbc=$1
 [ -n "${KODBC_TEST_DSNS:-}" ] && [ -n "${ODBCINI:-}" ] || { echo "no data sources given"; exit 77; }
@@ -18,29 +19,39 @@ fail() { echo "FAIL: $dsn: $1"; failures=$((failures + 1)); }
 for dsn in $(echo "$KODBC_TEST_DSNS" | tr ',' ' '); do
   # The date column keeps its type where the new table can have one.
   case $dsn in
-    kodbc_pg) stamp=TIMESTAMP; keep_date= ;;
-    *) stamp=DATETIME; keep_date=--type=stamp=Datum/Zeit ;;
+    kodbc_pg) stamp=TIMESTAMP; keep_date= copy_date=--type=stamp=VarText:20 ;;
+    *) stamp=DATETIME; keep_date=--type=stamp=Datum/Zeit copy_date= ;;
   esac
   "$kodbc" sql "$dsn" "DROP TABLE rt_src" >/dev/null 2>&1
   "$kodbc" sql "$dsn" "DROP TABLE rt_back" >/dev/null 2>&1
+  "$kodbc" sql "$dsn" "DROP TABLE rt_copy" >/dev/null 2>&1
   "$kodbc" sql "$dsn" "CREATE TABLE rt_src (nr INTEGER, preis DOUBLE PRECISION, name VARCHAR(40), stamp $stamp, note VARCHAR(40))" >/dev/null 2>&1 ||
     { fail "cannot create the table"; continue; }
   for values in "1, 1234.5, 'Müller \"der Ältere\"', '2024-03-07 09:05:01', 'O''Neil'" \
                 "2, NULL, '', NULL, NULL" \
-                "3, -0.25, 'Größe;Maß', '1999-12-31 23:59:59', 'ÄÖÜäöüß'"; do
+                "3, -0.25, 'Größe;Maß', '1999-12-31 23:59:59', 'ÄÖÜäöüß'" \
+                "4, 1e20, 'Zitat ''eins'' und \"zwei\"', NULL, 'l''Été'" \
+                "5, 1e-5, NULL, NULL, ''" \
+                "6, -2.5e-7, '\"', NULL, ''''"; do
     "$kodbc" sql "$dsn" "INSERT INTO rt_src VALUES ($values)" >/dev/null 2>&1 || fail "cannot insert $values"
   done
   "$kodbc" export "$dsn" rt_src -f "$work/rt_src.txt" >/dev/null 2>"$work/err" || { fail "export: $(cat "$work/err")"; continue; }
   "$kodbc" import "$dsn" "$work/rt_src.txt" --table rt_back --type nr=Ganzzahl --type preis=Gleitkommazahl \
     $keep_date >"$work/out" 2>"$work/err" || { fail "import: $(cat "$work/err")"; continue; }
-  grep -q "^3 Datensätze importiert$" "$work/out" || fail "import count: $(cat "$work/out")"
+  grep -q "^6 Datensätze importiert$" "$work/out" || fail "import count: $(cat "$work/out")"
   "$kodbc" export "$dsn" rt_back -f "$work/rt_back.txt" >/dev/null 2>"$work/err" || fail "export again: $(cat "$work/err")"
   cmp -s "$work/rt_src.txt" "$work/rt_back.txt" ||
     fail "the values changed on the way: $(diff "$work/rt_src.txt" "$work/rt_back.txt" | od -c | head -20)"
+  "$kodbc" import "$dsn" --from "$dsn:rt_src" --table rt_copy $copy_date >"$work/out" 2>"$work/err" ||
+    fail "import of the table: $(cat "$work/err")"
+  "$kodbc" export "$dsn" rt_copy -f "$work/rt_copy.txt" >/dev/null 2>"$work/err" || fail "export of the copy: $(cat "$work/err")"
+  cmp -s "$work/rt_src.txt" "$work/rt_copy.txt" ||
+    fail "the values changed in the copy: $(diff "$work/rt_src.txt" "$work/rt_copy.txt" | od -c | head -20)"
   grep -q "1234,5	Müller \"der Ältere\"	07.03.2024 09:05:01	O'Neil" "$work/rt_src.txt" ||
     fail "the exported file: $(od -c "$work/rt_src.txt" | head -20)"
   "$kodbc" sql "$dsn" "DROP TABLE rt_src" >/dev/null 2>&1
   "$kodbc" sql "$dsn" "DROP TABLE rt_back" >/dev/null 2>&1
+  "$kodbc" sql "$dsn" "DROP TABLE rt_copy" >/dev/null 2>&1
 done
 echo "$failures failed"
 [ "$failures" -eq 0 ]

@@ -81,6 +81,13 @@ checks=$((checks + 1))
 grep -q "ergibt keinen Sinn" "$out.err" || { echo "FAIL: no type message on stderr"; failures=$((failures + 1)); }
 expect "add-records: unknown field" 1 ""          "$kodbc" add-records kodbc_sqlite cli_ar_dst --from kodbc_sqlite:cli_ar_src --map nix=name
 expect "add-records: bad --from" 2 ""             "$kodbc" add-records kodbc_sqlite cli_ar_dst --from cli_ar_src
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_ar_num (id INTEGER, wert DOUBLE PRECISION)" >/dev/null 2>&1
+"$kodbc" sql kodbc_sqlite "INSERT INTO cli_ar_num VALUES (3, 1e20)" >/dev/null 2>&1
+expect "add-records: a number into text" 0 "1 geschrieben" "$kodbc" add-records kodbc_sqlite cli_ar_dst --from kodbc_sqlite:cli_ar_num --map note=wert
+checks=$((checks + 1))
+grep -q "Hinweis: bei 1 Zahl(en) wurden Zeichen weggelassen, zuerst in Datensatz 1, Feld 'note'" "$out.err" ||
+  { echo "FAIL: add-records does not tell the changed number"; sed 's/^/  err: /' "$out.err"; failures=$((failures + 1)); }
+"$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_num" >/dev/null 2>&1
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_src" >/dev/null 2>&1
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ar_dst" >/dev/null 2>&1
 
@@ -93,8 +100,12 @@ expect "create-table: the address columns" 0 "^Plz  *VarText (20)" "$kodbc" colu
 
 "$kodbc" sql kodbc_sqlite "CREATE TABLE cli_alt (id INTEGER NOT NULL, a VARCHAR(5), b VARCHAR(5))" >/dev/null 2>&1
 expect "alter: length missing"  1 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz VarText
-expect "alter: unknown type"    2 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz Text 5
+expect "alter: unknown type"    2 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz Textur 5
 expect "alter: add-column"      0 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column plz varText 5
+expect "alter: SQL type names"  0 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column kurz Varchar 8
+expect "alter: SQL type names"  0 ""               "$kodbc" alter kodbc_sqlite cli_alt add-column betrag double
+expect "alter: VARCHAR is VarText" 0 "^kurz  *VarText (8)" "$kodbc" columns kodbc_sqlite cli_alt
+expect "alter: DOUBLE is Gleitkommazahl" 0 "^betrag  *Gleitkommazahl" "$kodbc" columns kodbc_sqlite cli_alt
 expect "alter: drop asks, no terminal says no" 1 "^0 Spalte" "$kodbc" alter kodbc_sqlite cli_alt drop-column a b
 expect "alter: drop with --yes" 0 "^2 Spalte"      "$kodbc" --yes alter kodbc_sqlite cli_alt drop-column a b
 expect "alter: what is left"    0 "^plz  *VarText (5)  *Nein" "$kodbc" columns kodbc_sqlite cli_alt
@@ -115,7 +126,7 @@ expect "export: full disk"      1 ""               "$kodbc" export kodbc_sqlite 
 expect "export: bad delimiter"  2 ""               "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" --delimiter 0123456789
 "$kodbc" export kodbc_sqlite cli_ex -f "$out.txt" >/dev/null 2>&1
 mkdir -p "$out.d" && cp "$out.txt" "$out.d/cli_imp.txt"
-expect "import: an exported file with no options" 0 "^2 Datensätze importiert$" "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --type nr=Ganzzahl --type preis=Gleitkommazahl
+expect "import: an exported file with no options" 0 "^2 Datensätze importiert$" "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --type nr=integer --type preis=Gleitkommazahl
 expect "import: the table is named after the file" 0 "^1	2.5	Größe$" "$kodbc" sql kodbc_sqlite "SELECT nr, preis, name FROM cli_imp ORDER BY nr"
 expect "import: from a table, dry run" 0 "^INSERT INTO cli_im (nr,name) VALUES (1,'Größe')$" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_ex --table cli_im --skip preis --dry-run
 expect "import: unknown field"  1 ""               "$kodbc" import kodbc_sqlite "$out.d/cli_imp.txt" --table cli_im --skip nix
@@ -125,6 +136,28 @@ expect "import: an SDI file, dry run" 0 "^INSERT INTO cli_sdi (NAME,PLZ) VALUES 
 printf 'Kopf\r\n1,1\r\n1,C,Ort,C20\r\n K\224ln \r\n' >"$out.d/cli_sel.sel"
 expect "import: a SEL file, dry run" 0 "^INSERT INTO cli_sel (Ort) VALUES ('Köln')$" "$kodbc" import kodbc_sqlite "$out.d/cli_sel.sel" --kind sel --dry-run
 expect "import: a selection file is no table" 2 "" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_ex --table cli_im --kind sel
+printf 'n\tnotiz\r\n4.10\t%0120d\r\n5\tkurz\r\n' 0 >"$out.d/cli_notes.txt"
+expect "import: the rules' losses told" 0 "^2 Datensätze importiert$" "$kodbc" import kodbc_sqlite "$out.d/cli_notes.txt" --type n=Ganzzahl
+checks=$((checks + 1))
+grep -q "Hinweis: 1 Wert(e) auf 99 Zeichen gekürzt" "$out.err" &&
+  grep -q "Hinweis: bei 1 Zahl(en) wurden Zeichen weggelassen, zuerst in Zeile 2, Feld 'n': \"4.10\" wurde 410" "$out.err" ||
+  { echo "FAIL: no summary of the import's losses"; sed 's/^/  err: /' "$out.err"; failures=$((failures + 1)); }
+"$kodbc" sql kodbc_sqlite "CREATE TABLE cli_lt (nr INTEGER, notiz TEXT)" >/dev/null 2>&1
+expect "import: a LangText column left out" 0 "" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_lt --table cli_lt2
+checks=$((checks + 1))
+grep -q "Hinweis: Feld 'notiz' nicht importiert (LangText" "$out.err" ||
+  { echo "FAIL: the LangText field is not named"; sed 's/^/  err: /' "$out.err"; failures=$((failures + 1)); }
+printf 'a;;b\r\n1;2;3\r\n' >"$out.d/cli_leer.txt"
+expect "import: a field without a name" 1 "" "$kodbc" import kodbc_sqlite "$out.d/cli_leer.txt" --delimiter ";"
+checks=$((checks + 1))
+grep -q "keinen Namen" "$out.err" || { echo "FAIL: no message for the empty name"; failures=$((failures + 1)); }
+expect "import: no field imported" 1 "" "$kodbc" import kodbc_sqlite --from kodbc_sqlite:cli_ex --table cli_im --skip nr --skip preis --skip name
+checks=$((checks + 1))
+grep -q "kein Feld zum Importieren" "$out.err" || { echo "FAIL: no message for an empty field list"; failures=$((failures + 1)); }
+expect "import: refused, nothing created" 0 "" "$kodbc" tables kodbc_sqlite
+checks=$((checks + 1))
+! grep -q -e "^cli_leer$" -e "^cli_im$" "$out" || { echo "FAIL: a refused import created its table"; failures=$((failures + 1)); }
+for t in cli_notes cli_lt cli_lt2; do "$kodbc" sql kodbc_sqlite "DROP TABLE $t" >/dev/null 2>&1; done
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_imp" >/dev/null 2>&1
 rm -rf "$out.d"
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_ex" >/dev/null 2>&1

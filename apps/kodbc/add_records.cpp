@@ -85,6 +85,10 @@ int AddRecords(const Login &login, const AddRecordsRequest &request) {
     }
     if (rc != KODBC_SUCCESS) return kExitFailed;
     std::printf("%ld Datensätze gelesen, %ld geschrieben\n", result.RecordsRead, result.RecordsWritten);
+    std::fflush(stdout);
+    NoteCutValues(result.ValuesCut, "29999 Bytes");
+    NoteChangedNumbers(result.NumbersChanged, "Datensatz " + std::to_string(result.FirstNumberRecord),
+                       result.FirstNumberField, result.FirstNumber, result.FirstNumberAs);
     if (result.Ended == KODBC_ADDREC_CANCELLED) {
         Error("abgebrochen; die geschriebenen Datensätze bleiben erhalten");
         return kExitFailed;

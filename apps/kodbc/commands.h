@@ -106,7 +106,8 @@ struct ViewRequest {
     bool ifExists = false;
 };
 int View(const std::string &dsn, const Login &login, const ViewRequest &request);
-// The data types by the names the dialogs show, or by their numbers; 0 for none.
+// The data types by the names the dialogs show, the usual SQL names
+// (VARCHAR, INTEGER, DOUBLE, TIMESTAMP, BLOB, ...) or their numbers; 0 for none.
 int TypeCode(const std::string &name);
 int RunDemo();
 

@@ -11,6 +11,8 @@
 namespace kodbc_cli {
 
 int TypeCode(const std::string &name) {
+    // The dialogs' names first, then the usual SQL names, each for the
+    // library type that holds its values.
     static const struct {
         const char *name;
         int code;
@@ -18,6 +20,11 @@ int TypeCode(const std::string &name) {
         {"FixText", KODBC_TYPE_FIXED_TEXT}, {"VarText", KODBC_TYPE_VAR_TEXT},       {"LangText", KODBC_TYPE_LONG_TEXT},
         {"Datum/Zeit", KODBC_TYPE_DATETIME}, {"Ganzzahl", KODBC_TYPE_INTEGER},      {"Gleitkommazahl", KODBC_TYPE_FLOAT},
         {"Binärdaten", KODBC_TYPE_BINARY},
+        {"CHAR", KODBC_TYPE_FIXED_TEXT},     {"VARCHAR", KODBC_TYPE_VAR_TEXT},      {"TEXT", KODBC_TYPE_LONG_TEXT},
+        {"INTEGER", KODBC_TYPE_INTEGER},     {"INT", KODBC_TYPE_INTEGER},           {"SMALLINT", KODBC_TYPE_INTEGER},
+        {"DOUBLE", KODBC_TYPE_FLOAT},        {"FLOAT", KODBC_TYPE_FLOAT},           {"REAL", KODBC_TYPE_FLOAT},
+        {"DECIMAL", KODBC_TYPE_FLOAT},       {"DATE", KODBC_TYPE_DATETIME},         {"TIMESTAMP", KODBC_TYPE_DATETIME},
+        {"DATETIME", KODBC_TYPE_DATETIME},   {"BLOB", KODBC_TYPE_BINARY},
     };
     for (const auto &type : kTypes)
         if (strcasecmp(type.name, name.c_str()) == 0 || std::to_string(type.code) == name) return type.code;
@@ -60,7 +67,8 @@ int AlterTable(const Login &login, const AlterRequest &request) {
     int typeCode = 0;
     if (request.action == "add-column" && (typeCode = TypeCode(request.type)) == 0) {
         Error("unbekannter Datentyp '" + request.type +
-              "' (FixText, VarText, LangText, Datum/Zeit, Ganzzahl, Gleitkommazahl, Binärdaten)");
+              "' (FixText, VarText, LangText, Datum/Zeit, Ganzzahl, Gleitkommazahl, Binärdaten oder CHAR, VARCHAR, "
+              "TEXT, INTEGER, INT, SMALLINT, DOUBLE, FLOAT, REAL, DECIMAL, DATE, TIMESTAMP, DATETIME, BLOB)");
         return kExitUsage;
     }
     Connection connection(request.dsn, login.user, login.password);

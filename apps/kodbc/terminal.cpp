@@ -144,4 +144,17 @@ std::vector<std::string> Split(const std::string &text, char separator) {
 
 void Error(const std::string &text) { std::fprintf(stderr, "kodbc: %s\n", text.c_str()); }
 
+void NoteCutValues(long count, const char *limit) {
+    if (count > 0) std::fprintf(stderr, "kodbc: Hinweis: %ld Wert(e) auf %s gekürzt\n", count, limit);
+}
+
+void NoteChangedNumbers(long count, const std::string &where, const std::string &field, const std::string &from,
+                        const std::string &to) {
+    if (count <= 0) return;
+    std::fprintf(stderr,
+                 "kodbc: Hinweis: bei %ld Zahl(en) wurden Zeichen weggelassen, zuerst in %s, Feld '%s': "
+                 "\"%s\" wurde %s\n",
+                 count, where.c_str(), field.c_str(), from.c_str(), to.empty() ? "NULL" : to.c_str());
+}
+
 } // namespace kodbc_cli

@@ -50,4 +50,11 @@ std::vector<std::string> Split(const std::string &text, char separator);
 // Prints "kodbc: text" on stderr.
 void Error(const std::string &text);
 
+// What a transfer's rules changed on the way, said on stderr after the run
+// ("kodbc: Hinweis: ..."): values cut to a limit ("99 Zeichen"), and numbers that
+// lost characters with the first of them (where: "Zeile 3", "Datensatz 2").
+void NoteCutValues(long count, const char *limit);
+void NoteChangedNumbers(long count, const std::string &where, const std::string &field, const std::string &from,
+                        const std::string &to);
+
 } // namespace kodbc_cli

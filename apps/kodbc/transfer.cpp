@@ -119,6 +119,25 @@ bool CollectImportFields(const ImportRequest &request, std::map<std::string, Kod
     return true;
 }
 
+// What the import's rules dropped or cut, on stderr; the run's outcome is
+// not changed by it.
+void SayImportNotes(const KodbcImportResult &result) {
+    for (const std::string &line : Split(result.notImported, '\n')) {
+        const std::size_t tab = line.find('\t');
+        const std::string name = line.substr(0, tab), why = tab == std::string::npos ? "" : line.substr(tab + 1);
+        std::fprintf(stderr, "kodbc: Hinweis: Feld '%s' nicht importiert (%s)\n", name.c_str(),
+                     why.empty() ? "ausgelassen"
+                                 : (why + "; mit --type " + name + "=VarText:LÄNGE wird es übernommen").c_str());
+    }
+    NoteCutValues(result.valuesCut, "99 Zeichen");
+    if (result.linesCut > 0)
+        std::fprintf(stderr, "kodbc: Hinweis: %ld überlange Zeile(n) gekürzt, ihr Rest wurde nicht gelesen\n",
+                     result.linesCut);
+    NoteChangedNumbers(result.numbersChanged,
+                       (result.firstNumberInLine ? "Zeile " : "Datensatz ") + std::to_string(result.firstNumberAt),
+                       result.firstNumberField, result.firstNumber, result.firstNumberAs);
+}
+
 } // namespace
 
 int ExportTable(const Login &login, const ExportRequest &request) {
@@ -216,6 +235,8 @@ int ImportData(const Login &login, const ImportRequest &request) {
     }
     if (rc == KODBC_FAILURE && result.written == 0 && !create[0]) return kExitFailed;
     std::printf("%ld Datensätze importiert%s\n", result.written, rc == KODBC_IMPORT_CANCELLED ? " (abgebrochen)" : "");
+    std::fflush(stdout);
+    SayImportNotes(result);
     return rc == KODBC_SUCCESS ? kExitOk : kExitFailed;
 }
 

@@ -203,6 +203,19 @@ typedef struct KodbcImportResult {
     int createSize;
     char *firstInsert;      /* receives the first record's INSERT (may be null) */
     int insertSize;
+    /* What the format's rules changed on the way, for the user to hear: */
+    long valuesCut;             /* values cut to the text format's 99 characters */
+    long linesCut;              /* lines cut to the line limit (30000 bytes) */
+    long numbersChanged;        /* numbers that lost characters to the number rule ("4.10" -> 410) */
+    long firstNumberAt;         /* the first of them: its line (firstNumberInLine) or record */
+    int firstNumberInLine;
+    char firstNumber[100];      /* its text in the source (cut) */
+    char firstNumberAs[100];    /* what was written (cut) */
+    char firstNumberField[100]; /* its field */
+    /* The fields not imported, one line each: the name, a tab and why:
+       "LangText" or "Binärdaten" for a column the import cannot carry
+       (turned into VarText and left out), empty when left out by choice. */
+    char notImported[2000];
 } KodbcImportResult;
 
 /*
@@ -211,10 +224,14 @@ typedef struct KodbcImportResult {
 ** (one per value; named by the values, made unique, or F0, F1, ... with
 ** KODBC_IMPORT_NUMBERED_NAMES), each VarText of 255; options->fields then
 ** change them by name. The field page's checks follow (their message shown
-** on failure), then the new table is created ("CREATE TABLE"), and each
-** line after the names becomes one INSERT: values split at the delimiter
-** outside brackets, numbers kept as digits and signs with the decimal mark
-** made a point, German dates as timestamps, empty values NULL. As many
+** on failure), then each line after the names becomes one INSERT, the
+** new table being created ("CREATE TABLE") just before the first (or after
+** the last line for a file without records, so a file that cannot be read
+** leaves no table): values split at the delimiter outside brackets,
+** numbers kept as digits and signs with the decimal mark made a point and
+** an exponent kept ("1,0e+20"), German dates as timestamps, empty values
+** NULL; a number field's value that makes no number ("12-05-2024") ends
+** the run with 3820 (its line and field shown). As many
 ** lines are read as there are non-empty ones (an empty line is a record
 ** too). table names the new table; null or empty: the file's name without
 ** folder and extension. Null options: the wizard's defaults (tab, decimal
@@ -222,14 +239,17 @@ typedef struct KodbcImportResult {
 ** Kodbc_ExportTable with its defaults. A progress indicator runs over the
 ** records (a terminal's bar on Linux; Ctrl+C stops). result (may be null)
 ** receives the count and, where buffers are given, the statements (cut to
-** size-1); with KODBC_IMPORT_DRY_RUN nothing is executed and these are
-** the whole answer.
+** size-1), and what the format's rules changed on the way (values and
+** lines cut, numbers that lost characters, fields not imported); with
+** KODBC_IMPORT_DRY_RUN nothing is executed and the statements are the
+** whole answer.
 ** Returns 1 imported (or built, in a dry run); KODBC_IMPORT_CANCELLED when
 ** stopped by the user (the records inserted so far stay);
 ** KODBC_IMPORT_NO_SUCH_FIELD when options->fields names a field the file
 ** does not have (result->badField says which); 2 for a null connection or
 ** file name, a file that cannot be opened or has no fields (3800, 3806
-** shown), a field list the checks refuse (3801 to 3804 shown), a type
+** shown), a field list the checks refuse (3801 to 3804, 3822, 3823
+** shown), a value that makes no number (3820 or 3821 shown), a type
 ** outside the data-type table, or a statement that was refused or failed
 ** (shown; records inserted before stay).
 **

@@ -170,6 +170,13 @@ typedef struct KodbcAddRecordsResult {
     long RecordsWritten;   /* INSERT and UPDATE statements that ran */
     int32_t Ended;         /* KODBC_ADDREC_COMPLETE, _CANCELLED or _STOPPED */
     int32_t RefusedField;  /* index of the refused choice, else -1 */
+    /* What the conversions changed on the way, for the user to hear: */
+    long ValuesCut;              /* values longer than 30000 bytes, cut */
+    long NumbersChanged;         /* numbers written into text fields that lost characters (1e+20 as 1+20) */
+    long FirstNumberRecord;      /* the first of them: its source record, */
+    char FirstNumber[100];       /* its text in the source (cut), */
+    char FirstNumberAs[100];     /* what was written (cut), */
+    char FirstNumberField[100];  /* and its destination field */
 } KodbcAddRecordsResult;
 
 /*

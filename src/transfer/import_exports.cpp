@@ -77,6 +77,31 @@ void Keep(const std::string &text, char *buffer, int size) {
     if (buffer && size > 0) korvel::BoundedText(buffer, size).append(text);
 }
 
+template <std::size_t N>
+void Keep(const std::string &text, char (&buffer)[N]) {
+    Keep(text, buffer, static_cast<int>(N));
+}
+
+void KeepNotes(const ImportFieldList &fields, const ImportNotes &notes, KodbcImportResult &result) {
+    result.valuesCut = notes.valuesCut;
+    result.linesCut = notes.linesCut;
+    result.numbersChanged = notes.numbersChanged;
+    result.firstNumberAt = notes.firstNumberAt;
+    result.firstNumberInLine = notes.byLine ? 1 : 0;
+    Keep(notes.firstNumber, result.firstNumber);
+    Keep(notes.firstNumberAs, result.firstNumberAs);
+    Keep(notes.firstNumberField, result.firstNumberField);
+    std::string left;
+    for (const ImportField &field : fields) {
+        if (field.imported) continue;
+        const char *why = field.sourceType == KODBC_TYPE_LONG_TEXT ? "LangText"
+                          : field.sourceType == KODBC_TYPE_BINARY  ? "Bin\xC3\xA4rdaten"
+                                                                   : "";
+        left += field.sourceName + "\t" + why + "\n";
+    }
+    Keep(left, result.notImported);
+}
+
 // Everything after the fields were discovered: the caller's changes, the
 // page's checks, the table and the records (read by readRecords).
 template <class ReadRecords>
@@ -96,9 +121,8 @@ int RunImport(SQLHDBC hdbc, const std::string &table, ImportFieldList &fields, c
     const bool dryRun = (options.flags & KODBC_IMPORT_DRY_RUN) != 0;
     const std::string create = CreateImportTableStatement(hdbc, table.c_str(), fields, CounterTypeName(hdbc));
     if (result) Keep(create, result->createStatement, result->createSize);
-    if (!dryRun && !ImportStatementRunner(hdbc).Run(create.c_str())) return KODBC_FAILURE;
 
-    ImportRecordWriter writer(hdbc, table.c_str(), fields, dryRun);
+    ImportRecordWriter writer(hdbc, table.c_str(), fields, dryRun, create);
     ImportCounts counts;
     bool ok;
     if (dryRun) {
@@ -107,11 +131,12 @@ int RunImport(SQLHDBC hdbc, const std::string &table, ImportFieldList &fields, c
         counts.written = 0;
     } else {
         wizards::PlatformProgress progress(msg::CAPTION_RECORD_PROGRESS);
-        ok = readRecords(writer, progress, LONG_MAX, counts);
+        ok = readRecords(writer, progress, LONG_MAX, counts) && writer.Start();
     }
     if (result) {
         result->written = counts.written;
         Keep(writer.first(), result->firstInsert, result->insertSize);
+        KeepNotes(fields, counts.notes, *result);
     }
     if (!ok) return KODBC_FAILURE;
     return counts.cancelled ? KODBC_IMPORT_CANCELLED : KODBC_SUCCESS;
@@ -119,7 +144,13 @@ int RunImport(SQLHDBC hdbc, const std::string &table, ImportFieldList &fields, c
 
 void ClearResult(KodbcImportResult *result) {
     if (!result) return;
-    result->written = 0;
+    char *create = result->createStatement, *insert = result->firstInsert;
+    const int createSize = result->createSize, insertSize = result->insertSize;
+    *result = KodbcImportResult{};
+    result->createStatement = create;
+    result->createSize = createSize;
+    result->firstInsert = insert;
+    result->insertSize = insertSize;
     result->badField = -1;
     Keep("", result->createStatement, result->createSize);
     Keep("", result->firstInsert, result->insertSize);

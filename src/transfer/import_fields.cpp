@@ -42,6 +42,10 @@ ImportField &AddImportField(ImportFieldList &fields, std::string_view name, int 
 }
 
 ImportFieldCheck CheckImportFields(const ImportFieldList &fields) {
+    // No table can have a column without a name, wherever it stands (two
+    // of them would otherwise be taken for one name given twice).
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        if (fields[i].imported && fields[i].targetName.empty()) return {msg::IMPORT_NAME_EMPTY, i, {}};
     // The page has always stopped these checks one field short; users'
     // lists depend on the last field passing unexamined.
     const std::size_t examined = fields.empty() ? 0 : fields.size() - 1;
@@ -66,6 +70,9 @@ ImportFieldCheck CheckImportFields(const ImportFieldList &fields) {
             !wizards::IsTypeCompatible(field.sourceType, field.targetType))
             return {msg::TYPE_CONVERSION_SENSELESS, i, field.sourceName};
     }
+    // Nor a table without a column.
+    if (std::none_of(fields.begin(), fields.end(), [](const ImportField &field) { return field.imported; }))
+        return {msg::IMPORT_NOTHING_IMPORTED, 0, {}};
     return {};
 }
 

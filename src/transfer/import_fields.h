@@ -46,13 +46,14 @@ using ImportFieldList = std::vector<ImportField>;
 ImportField &AddImportField(ImportFieldList &fields, std::string_view name, int type = KODBC_TYPE_VAR_TEXT,
                             int length = kDefaultImportLength);
 
-// The first refusal of the field page, in the order the page checks:
-// forbidden characters in an imported target name (point, quotes, square
+// The first refusal of the field page, in the order the page checks: an
+// imported field without a target name (over every field), forbidden characters in an imported target name (point, quotes, square
 // and round brackets), a target name that occurs again in a later field,
 // a second imported auto-increment field, a type conversion that makes no
 // sense. The characters, auto-increment and conversion checks stop before
 // the last field of the list, which they have never examined; the
-// duplicate check sees it as the later partner. message is 0 when the page
+// duplicate check sees it as the later partner. Last, a list with no
+// imported field at all (its name is empty). message is 0 when the page
 // may be left; field is the row to select, name the text the message
 // shows.
 struct ImportFieldCheck {

@@ -33,11 +33,20 @@ bool IsTextType(int type) {
 
 } // namespace
 
-ImportRecordWriter::ImportRecordWriter(SQLHDBC hdbc, const char *table, const ImportFieldList &fields, bool dryRun)
+ImportRecordWriter::ImportRecordWriter(SQLHDBC hdbc, const char *table, const ImportFieldList &fields, bool dryRun,
+                                       std::string create)
     : parts_(PrepareImportInsert(hdbc, table, fields)), runner_(hdbc), sql_(new char[kImportStatementSize]),
-      dryRun_(dryRun) {}
+      create_(std::move(create)), dryRun_(dryRun) {}
+
+bool ImportRecordWriter::Start() {
+    if (dryRun_ || create_.empty()) return true;
+    const std::string create = std::move(create_);
+    create_.clear();
+    return runner_.Run(create.c_str());
+}
 
 bool ImportRecordWriter::Write(const ImportFieldList &fields) {
+    if (!Start()) return false;
     BuildImportInsert(parts_, fields, sql_.get(), kImportStatementSize);
     if (first_.empty()) first_ = sql_.get();
     return dryRun_ || runner_.Run(sql_.get());
@@ -62,16 +71,45 @@ long CountRecordLines(LineReader &reader, const char *fileName) {
     return lines;
 }
 
+namespace {
+
+// The value of the record being read (the one after those written) as its
+// field takes it; false after a message.
+bool TakeValue(ImportField &field, std::string_view text, char decimalMark, const std::string &folder,
+               ImportCounts &counts) {
+    bool changed = false;
+    const ValueResult taken = SetImportValue(field, text, decimalMark, folder, &changed);
+    if (taken == ValueResult::OutOfMemory) {
+        LibraryMessage(msg::OUT_OF_MEMORY);
+        return false;
+    }
+    ImportNotes &notes = counts.notes;
+    const long at = counts.written + 1 + (notes.byLine ? notes.linesBefore : 0);
+    if (taken == ValueResult::NotANumber) {
+        const std::string where = std::to_string(at);
+        LibraryMessage(notes.byLine ? msg::IMPORT_NOT_A_NUMBER_LINE : msg::IMPORT_NOT_A_NUMBER_RECORD,
+                       std::string(text).c_str(), where.c_str(), field.targetName.c_str());
+        return false;
+    }
+    if (changed && notes.numbersChanged++ == 0) {
+        notes.firstNumber = text;
+        notes.firstNumberAs = field.value.value_or(std::string());
+        notes.firstNumberField = field.targetName;
+        notes.firstNumberAt = at;
+    }
+    return true;
+}
+
+} // namespace
+
 bool SetRecordValues(ImportFieldList &fields, const std::vector<std::string> &values, std::size_t count,
-                     char decimalMark, const std::string &folder, bool textSourcesOnly) {
+                     char decimalMark, const std::string &folder, bool textSourcesOnly, ImportCounts *counts) {
+    ImportCounts none;
     for (ImportField &field : fields) {
         if (field.sourceIndex >= count) continue;
         const int source = field.sourceType;
         if (textSourcesOnly && source != KODBC_TYPE_FIXED_TEXT && source != KODBC_TYPE_VAR_TEXT) continue;
-        if (!SetImportValue(field, values[field.sourceIndex], decimalMark, folder)) {
-            LibraryMessage(msg::OUT_OF_MEMORY);
-            return false;
-        }
+        if (!TakeValue(field, values[field.sourceIndex], decimalMark, folder, counts ? *counts : none)) return false;
     }
     return true;
 }
@@ -120,6 +158,8 @@ bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, Imp
     LineReader reader(file.get());
     std::string_view line;
     if (format.namesInFirstLine) reader.Next(line);
+    counts.notes.byLine = true;
+    counts.notes.linesBefore = reader.Lines();
     const long lines = CountRecordLines(reader, fileName);
     if (lines < 0) return false;
     counts.expected = std::min(lines, maxRecords);
@@ -130,9 +170,13 @@ bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, Imp
     std::string ansi;
     return WriteRecords(fields, writer, progress, counts, [&] {
         if (!reader.Next(line)) return RecordRead::End;
+        std::size_t cut = 0;
         const std::size_t found = SplitLine(format.ascii ? OemLineToAnsi(line, ansi) : line, delimiter,
-                                            format.leftBracket, format.rightBracket, values);
-        return SetRecordValues(fields, values, found, mark, folder, true) ? RecordRead::Read : RecordRead::Failed;
+                                            format.leftBracket, format.rightBracket, values, &cut);
+        counts.notes.valuesCut += static_cast<long>(cut);
+        if (reader.Cut()) ++counts.notes.linesCut;
+        return SetRecordValues(fields, values, found, mark, folder, true, &counts) ? RecordRead::Read
+                                                                                   : RecordRead::Failed;
     });
 }
 
@@ -191,10 +235,8 @@ bool ImportTableRecords(SQLHDBC source, const char *table, ImportFieldList &fiel
             }
             if (indicator == SQL_NULL_DATA) continue;
             Kodbc_OdbcDataToString(text.get(), kValueSize, static_cast<int>(sqlTypes[c]), kTableDecimalMark);
-            if (!SetImportValue(fields[columns[c]], text.get(), kTableDecimalMark, std::string())) {
-                LibraryMessage(msg::OUT_OF_MEMORY);
+            if (!TakeValue(fields[columns[c]], text.get(), kTableDecimalMark, std::string(), counts))
                 return RecordRead::Failed;
-            }
         }
         return RecordRead::Read;
     });

@@ -18,12 +18,18 @@
 namespace kodbc::transfer {
 
 // Writes the records of a run: builds each INSERT and runs it, or in a dry
-// run keeps the first one only.
+// run keeps the first one only. A create statement given runs just before
+// the first record is written, so a source that cannot be read leaves no
+// table behind; Start() runs it for a source without records.
 class ImportRecordWriter {
 public:
-    ImportRecordWriter(SQLHDBC hdbc, const char *table, const ImportFieldList &fields, bool dryRun);
-    // False when the statement was refused or failed (shown).
+    ImportRecordWriter(SQLHDBC hdbc, const char *table, const ImportFieldList &fields, bool dryRun,
+                       std::string create = {});
+    // False when a statement was refused or failed (shown).
     bool Write(const ImportFieldList &fields);
+    // Runs the create statement unless it ran (or there is none, or the run
+    // is dry). False when it was refused or failed (shown).
+    bool Start();
     // The first record's statement.
     const std::string &first() const { return first_; }
 
@@ -32,13 +38,29 @@ private:
     ImportStatementRunner runner_;
     std::unique_ptr<char[]> sql_;
     std::string first_;
+    std::string create_;
     bool dryRun_;
+};
+
+// What the text format's and the number rule's ways changed on the way,
+// for a summary after the run.
+struct ImportNotes {
+    long valuesCut = 0;      // values cut to kImportValueLength characters
+    long linesCut = 0;       // lines cut to the line limit
+    long numbersChanged = 0; // numbers that lost characters to the rule
+    // The first of those numbers: the source's text, what it became, its
+    // field, and the line (byLine) or record it stood in.
+    std::string firstNumber, firstNumberAs, firstNumberField;
+    long firstNumberAt = 0;
+    bool byLine = false;      // the source's records are its lines...
+    long linesBefore = 0;     // ...after this many others
 };
 
 struct ImportCounts {
     long expected = 0;       // records the progress runs over
     long written = 0;        // records written
     bool cancelled = false;  // the user stopped; what was written stays
+    ImportNotes notes;
 };
 
 // A source file opened for binary reading; null after 3800 was shown.
@@ -51,9 +73,12 @@ long CountRecordLines(LineReader &reader, const char *fileName);
 
 // Value n to the field that reads source column n, for the first count
 // values; with textSourcesOnly only fields whose source is text take one.
-// False when out of memory (shown).
+// False when out of memory (shown) or when a number field's value makes no
+// number (3820 or 3821 shown, with the line or record after the counts'
+// written ones). Numbers that lost characters are noted in counts.
 bool SetRecordValues(ImportFieldList &fields, const std::vector<std::string> &values, std::size_t count,
-                     char decimalMark, const std::string &folder, bool textSourcesOnly);
+                     char decimalMark, const std::string &folder, bool textSourcesOnly,
+                     ImportCounts *counts = nullptr);
 
 // What a source's reader made of its next record.
 enum class RecordRead { Read, End, Failed };

@@ -64,6 +64,8 @@ bool ImportSdiRecords(const char *fileName, ImportFieldList &fields, const Conta
         LibraryMessage(msg::IMPORT_SDI_INVALID, fileName);
         return false;
     }
+    counts.notes.byLine = true;
+    counts.notes.linesBefore = reader.Lines();
     const long lines = CountRecordLines(reader, fileName);
     if (lines < 0) return false;
     counts.expected = std::min(lines, maxRecords);
@@ -76,8 +78,12 @@ bool ImportSdiRecords(const char *fileName, ImportFieldList &fields, const Conta
     return WriteRecords(fields, writer, progress, counts, [&] {
         std::string_view line;
         if (!reader.Next(line)) return RecordRead::End;
-        const std::size_t found = SplitLine(OemLineToAnsi(line, ansi), '\t', 0, 0, values);
-        if (!SetRecordValues(fields, values, std::min(found, fileFields), kSelectionDecimalMark, folder, false))
+        std::size_t cut = 0;
+        const std::size_t found = SplitLine(OemLineToAnsi(line, ansi), '\t', 0, 0, values, &cut);
+        counts.notes.valuesCut += static_cast<long>(cut);
+        if (reader.Cut()) ++counts.notes.linesCut;
+        if (!SetRecordValues(fields, values, std::min(found, fileFields), kSelectionDecimalMark, folder, false,
+                             &counts))
             return RecordRead::Failed;
         ConvertContacts(fields, conversion);
         return RecordRead::Read;
@@ -116,7 +122,7 @@ bool ImportSelRecords(const char *fileName, ImportFieldList &fields, ImportRecor
     std::vector<std::string> values;
     return WriteRecords(fields, writer, progress, counts, [&] {
         if (!ReadSelRecord(reader, header.size(), values)) return RecordRead::End;
-        return SetRecordValues(fields, values, values.size(), kSelectionDecimalMark, folder, false)
+        return SetRecordValues(fields, values, values.size(), kSelectionDecimalMark, folder, false, &counts)
                    ? RecordRead::Read
                    : RecordRead::Failed;
     });

@@ -63,6 +63,8 @@ bool LineReader::Next(std::string_view &line) {
         ended = feed != nullptr;
     }
     if (!any) return false;
+    cut_ = cut;
+    ++lines_;
     // The CR of a cut line went with the rest; the last byte kept is text.
     if (!cut && !line_.empty() && line_.back() == '\r') line_.pop_back();
     const std::size_t nul = line_.find('\0');
@@ -80,7 +82,8 @@ bool LineReader::Rewind(long offset) {
 }
 
 std::size_t SplitLine(std::string_view line, char delimiter, char leftBracket, char rightBracket,
-                      std::vector<std::string> &values) {
+                      std::vector<std::string> &values, std::size_t *cut) {
+    if (cut) *cut = 0;
     if (line.empty()) return 0;
     std::size_t count = 0;
     auto next = [&]() -> std::string & {
@@ -90,7 +93,7 @@ std::size_t SplitLine(std::string_view line, char delimiter, char leftBracket, c
         return value;
     };
     std::string *value = &next();
-    bool bracketed = false;
+    bool bracketed = false, full = false;
     for (char c : line) {
         if (bracketed) {
             if (c == rightBracket) {
@@ -99,12 +102,18 @@ std::size_t SplitLine(std::string_view line, char delimiter, char leftBracket, c
             }
         } else if (c == delimiter && delimiter != '\0') {
             value = &next();
+            full = false;
             continue;
         } else if (c == leftBracket && leftBracket != '\0') {
             bracketed = true;
             continue;
         }
-        if (value->size() < kImportValueLength) value->push_back(c);
+        if (value->size() < kImportValueLength) {
+            value->push_back(c);
+        } else if (!full) {
+            full = true;
+            if (cut) ++*cut;
+        }
     }
     return count;
 }

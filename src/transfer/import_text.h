@@ -60,6 +60,10 @@ public:
     // cannot seek.
     bool Rewind(long offset);
     bool Error() const noexcept { return error_; }
+    // Whether the last line read was cut to the limit.
+    bool Cut() const noexcept { return cut_; }
+    // Lines read so far (going back does not count them down).
+    long Lines() const noexcept { return lines_; }
 
 private:
     bool Fill();
@@ -67,7 +71,8 @@ private:
     std::unique_ptr<char[]> block_;
     std::size_t begin_ = 0, end_ = 0;
     long offset_ = 0;
-    bool error_ = false;
+    long lines_ = 0;
+    bool error_ = false, cut_ = false;
     std::string line_;
 };
 
@@ -77,9 +82,10 @@ private:
 // character may be both: a doubled one closes and reopens, leaving
 // nothing). Brackets are dropped, nothing is trimmed, a value keeps its
 // first kImportValueLength characters. An empty line gives no value. The
-// strings of values are reused; count is the number of values.
+// strings of values are reused; count is the number of values. cut (may be
+// null) receives the number of values cut.
 std::size_t SplitLine(std::string_view line, char delimiter, char leftBracket, char rightBracket,
-                      std::vector<std::string> &values);
+                      std::vector<std::string> &values, std::size_t *cut = nullptr);
 
 // The fields of a file whose first line (already in the ANSI code page)
 // is line: one per value, named by the value or "F0", "F1", ..., each

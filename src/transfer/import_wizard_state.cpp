@@ -302,23 +302,28 @@ bool RunImportWizard(ImportWizardState &state, wizards::WizardProgress &progress
     try {
         const char *table = state.tableName.c_str();
         const std::string create = CreateImportTableStatement(state.hdbc, table, state.fields, CounterTypeName(state.hdbc));
-        if (!ImportStatementRunner(state.hdbc).Run(create.c_str())) return false;
-        ImportRecordWriter writer(state.hdbc, table, state.fields, false);
+        // The table is created once the source gave its first record.
+        ImportRecordWriter writer(state.hdbc, table, state.fields, false, create);
         ImportCounts counts;
+        bool ok = false;
         switch (state.kind) {
         case ImportSource::Table:
-            return ImportTableRecords(wizards::SourceQueryConnection(state.sourceDbc, state.hdbc),
-                                      state.sourceTable.c_str(), state.fields, writer, progress, LONG_MAX, counts);
+            ok = ImportTableRecords(wizards::SourceQueryConnection(state.sourceDbc, state.hdbc),
+                                    state.sourceTable.c_str(), state.fields, writer, progress, LONG_MAX, counts);
+            break;
         case ImportSource::Text:
-            return ImportTextRecords(state.textFile.c_str(), state.format, state.fields, writer, progress, LONG_MAX,
-                                     counts);
+            ok = ImportTextRecords(state.textFile.c_str(), state.format, state.fields, writer, progress, LONG_MAX,
+                                   counts);
+            break;
         case ImportSource::Sdi:
-            return ImportSdiRecords(state.sdiFile.c_str(), state.fields, state.conversion, writer, progress, LONG_MAX,
-                                    counts);
+            ok = ImportSdiRecords(state.sdiFile.c_str(), state.fields, state.conversion, writer, progress, LONG_MAX,
+                                  counts);
+            break;
         case ImportSource::Sel:
-            return ImportSelRecords(state.selFile.c_str(), state.fields, writer, progress, LONG_MAX, counts);
+            ok = ImportSelRecords(state.selFile.c_str(), state.fields, writer, progress, LONG_MAX, counts);
+            break;
         }
-        return false;
+        return ok && writer.Start();
     } catch (...) {
         LibraryMessage(msg::OUT_OF_MEMORY);
         return false;

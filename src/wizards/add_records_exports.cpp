@@ -75,6 +75,12 @@ int AddRecords(SQLHDBC destination, const char *destinationTable, SQLHDBC source
         result->Ended = counts.cancelled ? KODBC_ADDREC_CANCELLED
                         : counts.stopped ? KODBC_ADDREC_STOPPED
                                          : KODBC_ADDREC_COMPLETE;
+        result->ValuesCut = counts.valuesCut;
+        result->NumbersChanged = counts.numbersChanged;
+        result->FirstNumberRecord = counts.firstNumberRecord;
+        KorvelCopyString(result->FirstNumber, counts.firstNumber.c_str(), sizeof result->FirstNumber);
+        KorvelCopyString(result->FirstNumberAs, counts.firstNumberAs.c_str(), sizeof result->FirstNumberAs);
+        KorvelCopyString(result->FirstNumberField, counts.firstNumberField.c_str(), sizeof result->FirstNumberField);
     }
     return KODBC_SUCCESS;
 }

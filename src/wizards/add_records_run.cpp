@@ -51,8 +51,10 @@ void BuildSourceQuery(const AddRecordsContext &context, bool replace, char *out,
 }
 
 // Column `column` of the current row as text; false for NULL or a column
-// that cannot be read.
-bool ReadColumn(SQLHSTMT statement, SQLUSMALLINT column, char *buffer, int size, std::string_view &value) {
+// that cannot be read. cut (may be null) tells whether the value was longer
+// than the buffer.
+bool ReadColumn(SQLHSTMT statement, SQLUSMALLINT column, char *buffer, int size, std::string_view &value,
+                bool *cut = nullptr) {
     SQLLEN indicator = 0;
     SQLRETURN rc = KODBC_SQL(SQLGetData, statement, column, static_cast<SQLSMALLINT>(SQL_C_CHAR),
                              static_cast<SQLPOINTER>(buffer), static_cast<SQLLEN>(size), &indicator);
@@ -61,6 +63,7 @@ bool ReadColumn(SQLHSTMT statement, SQLUSMALLINT column, char *buffer, int size,
     // know its length): what is in the buffer counts.
     std::size_t length = indicator >= 0 && indicator < size ? static_cast<std::size_t>(indicator)
                                                             : std::strlen(buffer);
+    if (cut) *cut = rc == SQL_SUCCESS_WITH_INFO && (indicator == SQL_NO_TOTAL || indicator >= size);
     value = std::string_view(buffer, length);
     return true;
 }
@@ -119,10 +122,19 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
         for (const auto &field : context.fields) {
             if (!field || !field->readsSource()) continue;
             std::string_view text;
-            if (!ReadColumn(query.get(), ++column, value.get(), kBufferSize, text)) continue;
+            bool cut = false;
+            if (!ReadColumn(query.get(), ++column, value.get(), kBufferSize, text, &cut)) continue;
+            if (cut) ++result.valuesCut;
             if (!ConvertSourceValue(field->sourceType, field->destinationType, text, field->value)) {
                 converted = false;
                 continue;
+            }
+            const bool number = field->sourceType == KODBC_TYPE_INTEGER || field->sourceType == KODBC_TYPE_FLOAT;
+            if (number && field->value != text && result.numbersChanged++ == 0) {
+                result.firstNumber = text;
+                result.firstNumberAs = field->value;
+                result.firstNumberField = field->destinationName;
+                result.firstNumberRecord = record;
             }
             field->valueIsNull = false;
         }

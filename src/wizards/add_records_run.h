@@ -3,6 +3,8 @@
 // the destination table.
 #pragma once
 
+#include <string>
+
 #include "wizards/add_records.h"
 #include "wizards/wizard_progress.h"
 
@@ -13,6 +15,14 @@ struct AddRecordsRunCounts {
     long written = 0;        // statements that ran
     bool cancelled = false;  // the user stopped the run
     bool stopped = false;    // a statement failed, was refused, or a value could not be converted
+    // What the conversions changed on the way, for the user to hear: values
+    // longer than the read buffer (cut), numbers written into text fields
+    // that lost characters (1e+20 as 1+20), and the first of those numbers
+    // with its record and destination field.
+    long valuesCut = 0;
+    long numbersChanged = 0;
+    std::string firstNumber, firstNumberAs, firstNumberField;
+    long firstNumberRecord = 0;
 };
 
 // Copies the records of context.sourceTable (on context.sourceDbc) into

@@ -5,6 +5,7 @@
 
 #include "transfer/import_run.h"
 #include "transfer/import_values.h"
+#include "transfer/import_wizard_state.h"
 
 #include <kodbc_internal/message_ids.h>
 
@@ -118,6 +119,11 @@ TEST(ImportFields, ChecksInOrderAndNeverTheLastFieldButForDuplicates) {
         {"number into date", {Field("n", integer, date), Field("x")}, msg::TYPE_CONVERSION_SENSELESS, 0},
         {"date into number, last", {Field("x"), Field("d", date, integer)}, 0, 0},
         {"text into anything", {Field("t", KODBC_TYPE_VAR_TEXT, date), Field("x")}, 0, 0},
+        {"empty name, even last", {Field("a"), Field("b(2)"), Field("")}, msg::IMPORT_NAME_EMPTY, 2},
+        {"two empty names", {Field(""), Field("")}, msg::IMPORT_NAME_EMPTY, 0},
+        {"empty name not imported", {Field("", 10, 10, false, false), Field("a")}, 0, 0},
+        {"nothing imported", {Field("a", 10, 10, false, false), Field("b", 10, 10, false, false)},
+         msg::IMPORT_NOTHING_IMPORTED, 0},
     };
     for (const auto &c : cases) {
         const ImportFieldCheck check = CheckImportFields(c.fields);
@@ -148,9 +154,49 @@ TEST(ImportValues, ConvertByTargetType) {
     };
     for (const auto &c : cases) {
         ImportField field = Field("f", KODBC_TYPE_VAR_TEXT, c.type);
-        EXPECT_TRUE(SetImportValue(field, c.text, c.mark, ""));
+        EXPECT_EQ(SetImportValue(field, c.text, c.mark, ""), ValueResult::Taken);
         EXPECT_EQ(field.value, c.value) << c.text;
     }
+}
+
+TEST(ImportValues, NumbersKeepTheirExponentOrAreRefused) {
+    const NumberText number = NumberText::Number, none = NumberText::NotANumber;
+    const struct {
+        const char *text;
+        char mark;
+        const char *out;
+        NumberText kind;
+        bool dropped;
+    } cases[] = {
+        {"1e20", '.', "1e20", number, false},
+        {"1,0e+20", ',', "1.0e+20", number, false},
+        {"-2.5e-7", '.', "-2.5e-7", number, false},
+        {"1E-05", ',', "1e-05", number, false},
+        {" 42 ", ',', "42", number, false},
+        {"1.234,5 \xE2\x82\xAC", ',', "1234.5", number, true},
+        {"4.10", ',', "410", number, true},
+        {"12 EUR", ',', "12", number, true},
+        {"-1.234,50e3", ',', "-1234.50e3", number, true},
+        {"n/a", ',', "", NumberText::Empty, true},
+        {"12-05-2024", ',', "12-05-2024", none, false},
+        {"1.0+20", '.', "1.0+20", none, false},
+        {"1,5,5", ',', "1.5.5", none, false},
+        {"e5", ',', "5", number, true},
+        {"-", ',', "-", none, false},
+    };
+    for (const auto &c : cases) {
+        std::string out;
+        bool dropped = false;
+        EXPECT_EQ(ToNumberText(c.text, c.mark, out, dropped), c.kind) << c.text;
+        EXPECT_EQ(out, c.out) << c.text;
+        EXPECT_EQ(dropped, c.dropped) << c.text;
+    }
+    ImportField field = Field("f", KODBC_TYPE_VAR_TEXT, KODBC_TYPE_INTEGER);
+    bool changed = false;
+    EXPECT_EQ(SetImportValue(field, "12-05-2024", ',', "", &changed), ValueResult::NotANumber);
+    EXPECT_FALSE(field.value) << "never written bare";
+    EXPECT_EQ(SetImportValue(field, "4.10", ',', "", &changed), ValueResult::Taken);
+    EXPECT_TRUE(changed);
 }
 
 TEST(ImportValues, FileContentFromTheSourceFolder) {
@@ -161,14 +207,14 @@ TEST(ImportValues, FileContentFromTheSourceFolder) {
     }
     ImportField field = Field("f");
     field.fileContent = true;
-    EXPECT_TRUE(SetImportValue(field, "kodbc_import_content.txt", ',', folder));
+    EXPECT_EQ(SetImportValue(field, "kodbc_import_content.txt", ',', folder), ValueResult::Taken);
     EXPECT_EQ(field.value, "Zeile 1\r\nZeile 2");
     std::remove((folder + "kodbc_import_content.txt").c_str());
 
     MessageRecorder messages;
     for (bool silent : {true, false}) {
         field.noFileMessage = silent;
-        EXPECT_TRUE(SetImportValue(field, "kodbc_import_content.txt", ',', folder));
+        EXPECT_EQ(SetImportValue(field, "kodbc_import_content.txt", ',', folder), ValueResult::Taken);
         EXPECT_FALSE(field.value);
     }
     ASSERT_EQ(messages.entries().size(), 1u);
@@ -282,6 +328,21 @@ protected:
         return ImportTextRecords(file_.c_str(), format, fields, writer, progress, 1000, counts);
     }
 
+    bool DstExists() {
+        std::vector<char> out(30000);
+        Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), static_cast<int>(out.size()), "|");
+        return ("|" + std::string(out.data()) + "|").find("|kodbc_imp_dst|") != std::string::npos;
+    }
+    KodbcImportResult ImportFileTyped(const char *field, int type, int expected) {
+        const KodbcImportField typed = {field, nullptr, type, 0, 0};
+        KodbcImportOptions options{};
+        options.fields = &typed;
+        options.fieldCount = 1;
+        KodbcImportResult result{};
+        EXPECT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_imp_dst", file_.c_str(), &options, &result), expected);
+        return result;
+    }
+
     std::string q_, file_, locale_;
 };
 
@@ -363,6 +424,62 @@ TEST_P(ImportRun, OddLinesAndCancelKeepWhatWasWritten) {
     EXPECT_TRUE(RunText(2, counts));
     EXPECT_TRUE(counts.cancelled);
     EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst"), Values{"2"});
+}
+
+TEST_P(ImportRun, ExponentNumbersSurviveFileAndTableSource) {
+    Exec("CREATE TABLE kodbc_imp_src (nr INTEGER, wert DOUBLE PRECISION)");
+    Exec("INSERT INTO kodbc_imp_src VALUES (1, 1e20)");
+    Exec("INSERT INTO kodbc_imp_src VALUES (2, 1e-5)");
+    Exec("INSERT INTO kodbc_imp_src VALUES (3, -2.5e-7)");
+    // Compared by range: each driver prints a double in its own way.
+    const struct {
+        const char *nr, *low, *high;
+    } stored[] = {{"1", "0.999e20", "1.001e20"}, {"2", "0.999e-5", "1.001e-5"}, {"3", "-2.501e-7", "-2.499e-7"}};
+    for (const char *source : {"table", "file"}) {
+        if (source == std::string("table")) {
+            ASSERT_EQ(Kodbc_ImportTable(hdbc_, "kodbc_imp_dst", hdbc_, "kodbc_imp_src", nullptr, nullptr),
+                      KODBC_SUCCESS);
+        } else {
+            DropTables({"kodbc_imp_dst"});
+            ASSERT_EQ(Kodbc_ExportTable(hdbc_, "kodbc_imp_src", nullptr, nullptr, file_.c_str(), nullptr),
+                      KODBC_SUCCESS);
+            ImportFileTyped("wert", KODBC_TYPE_FLOAT, KODBC_SUCCESS);
+        }
+        for (const auto &c : stored)
+            EXPECT_EQ(Column(std::string("SELECT nr FROM kodbc_imp_dst WHERE wert BETWEEN ") + c.low + " AND " + c.high),
+                      Values{c.nr})
+                << source << " " << c.nr << ": " << ::testing::PrintToString(Column("SELECT wert FROM kodbc_imp_dst"));
+    }
+}
+
+TEST_P(ImportRun, NoNumberEndsTheRunAndAFailedStartLeavesNoTable) {
+    WriteFile("a\tb\n1\t5\n2\t12-05-2024\n3\t7\n");
+    EXPECT_EQ(ImportFileTyped("b", KODBC_TYPE_INTEGER, KODBC_FAILURE).written, 1);
+    EXPECT_EQ(Column("SELECT b FROM kodbc_imp_dst"), Values{"5"});
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    EXPECT_NE(messages_.entries()[0].text.find("'12-05-2024'  in Zeile 3 ergibt f\xC3\xBCr das Feld  'b'"),
+              std::string::npos)
+        << messages_.entries()[0].text;
+
+    // The same refusal in the first record, and a file gone when the run
+    // reads it: no table is created.
+    DropTables({"kodbc_imp_dst"});
+    WriteFile("a\tb\n2\t12-05-2024\n");
+    ImportFileTyped("b", KODBC_TYPE_INTEGER, KODBC_FAILURE);
+    EXPECT_FALSE(DstExists());
+    auto state = CreateImportWizardState(hdbc_);
+    ASSERT_TRUE(state);
+    state->kind = ImportSource::Text;
+    state->textFile = file_ + ".fehlt";
+    state->tableName = "kodbc_imp_dst";
+    state->fields = {Field("a"), Field("b")};
+    RecordingProgress progress(0);
+    EXPECT_FALSE(RunImportWizard(*state, progress));
+    EXPECT_FALSE(DstExists());
+    // A source without records still gives its (empty) table.
+    WriteFile("a\tb\n");
+    EXPECT_EQ(ImportFileTyped("b", KODBC_TYPE_INTEGER, KODBC_SUCCESS).written, 0);
+    EXPECT_TRUE(DstExists());
 }
 
 TEST_P(ImportRun, FailuresAreShown) {
