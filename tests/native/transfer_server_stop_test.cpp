@@ -12,6 +12,7 @@
 #include <sql.h>
 #include <sqlext.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -87,7 +88,8 @@ class ServerStop : public ::testing::TestWithParam<Engine> {
 protected:
     void SetUp() override {
         if (!Contains(DataSources(), "kodbc_pg")) GTEST_SKIP() << "the database servers are not part of this run";
-        dir_ = ::testing::TempDir() + "kodbc_server_stop_" + GetParam().name;
+        // The process number keeps two test runs on one machine apart.
+        dir_ = ::testing::TempDir() + "kodbc_server_stop_" + GetParam().name + "_" + std::to_string(::getpid());
         std::remove((dir_ + ".log").c_str());
         // Open to the database's own account, so that its cluster lives in
         // here and survives the restarts.
