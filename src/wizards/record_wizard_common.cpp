@@ -4,6 +4,7 @@
 #include "internal/driver_info.h"
 #include "internal/execution.h"
 #include "internal/library.h"
+#include "internal/odbc_call.h"
 
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
@@ -161,17 +162,55 @@ void FormatCountText(int stringId, long count, char *text, int size) noexcept {
     std::snprintf(text, static_cast<std::size_t>(size), format, count);
 }
 
+bool SharesSourceConnection(const ConnectionSharing &sharing) noexcept {
+    if (!sharing.sameLogin) return false;
+    return sharing.activeStatements == 0 || sharing.activeStatements > 1 || sharing.fileDatabase;
+}
+
+namespace {
+
+constexpr int kInfoSize = 128;  // data-source, user and DBMS names as the driver reports them
+
+// A numeric SQLGetInfo item; fallback when the driver does not answer.
+SQLUSMALLINT InfoNumber(SQLHDBC hdbc, SQLUSMALLINT item, SQLUSMALLINT fallback) {
+    SQLUSMALLINT value = 0;
+    SQLSMALLINT length = 0;
+    if (!odbc::succeeded(KODBC_SQL(SQLGetInfo, hdbc, item, static_cast<SQLPOINTER>(&value),
+                                   static_cast<SQLSMALLINT>(sizeof value), &length)))
+        return fallback;
+    return value;
+}
+
+// File drivers say so; SQLite keeps the whole database in one file that a
+// writer locks against every other connection, but reports itself as a
+// server would.
+bool IsFileDatabase(SQLHDBC hdbc) {
+    if (InfoNumber(hdbc, SQL_FILE_USAGE, SQL_FILE_NOT_SUPPORTED) != SQL_FILE_NOT_SUPPORTED) return true;
+    char name[kInfoSize];
+    return GetInfoText(hdbc, SQL_DBMS_NAME, name, kInfoSize) && strcasecmp(name, "SQLite") == 0;
+}
+
+} // namespace
+
+ConnectionSharing ReadConnectionSharing(SQLHDBC source, SQLHDBC destination) noexcept {
+    ConnectionSharing sharing;
+    char sourceName[kInfoSize], destinationName[kInfoSize], sourceUser[kInfoSize], destinationUser[kInfoSize];
+    sharing.sameLogin = GetInfoText(source, SQL_DATA_SOURCE_NAME, sourceName, kInfoSize) &&
+                        GetInfoText(destination, SQL_DATA_SOURCE_NAME, destinationName, kInfoSize) &&
+                        strcasecmp(sourceName, destinationName) == 0 &&
+                        GetInfoText(source, SQL_USER_NAME, sourceUser, kInfoSize) &&
+                        GetInfoText(destination, SQL_USER_NAME, destinationUser, kInfoSize) &&
+                        std::strcmp(sourceUser, destinationUser) == 0;
+    if (!sharing.sameLogin) return sharing;
+    // A driver that does not answer is taken at its most cautious: one statement.
+    sharing.activeStatements = InfoNumber(destination, SQL_MAX_CONCURRENT_ACTIVITIES, 1);
+    sharing.fileDatabase = IsFileDatabase(destination);
+    return sharing;
+}
+
 SQLHDBC SourceQueryConnection(SQLHDBC source, SQLHDBC destination) noexcept {
     if (source == destination) return source;
-    constexpr int kInfoSize = 128;  // data-source and user names as the driver reports them
-    char sourceName[kInfoSize], destinationName[kInfoSize], sourceUser[kInfoSize], destinationUser[kInfoSize];
-    const bool same = GetInfoText(source, SQL_DATA_SOURCE_NAME, sourceName, kInfoSize) &&
-                      GetInfoText(destination, SQL_DATA_SOURCE_NAME, destinationName, kInfoSize) &&
-                      strcasecmp(sourceName, destinationName) == 0 &&
-                      GetInfoText(source, SQL_USER_NAME, sourceUser, kInfoSize) &&
-                      GetInfoText(destination, SQL_USER_NAME, destinationUser, kInfoSize) &&
-                      std::strcmp(sourceUser, destinationUser) == 0;
-    return same ? destination : source;
+    return SharesSourceConnection(ReadConnectionSharing(source, destination)) ? destination : source;
 }
 
 } // namespace kodbc::wizards

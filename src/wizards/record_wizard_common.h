@@ -117,11 +117,22 @@ int RecordStatementRefusal(SQLHDBC hdbc, const char *table, const char *selDesc,
 // error (shown with the statement).
 bool RunRecordStatement(SQLHDBC hdbc, const char *statement) noexcept;
 
-// The connection that reads the source rows of a copy into destination. A
-// second connection to the destination's own data source would wait for
-// itself on a file database (the open source query holds the file while
-// the statements write to it), so within one data source and login the
-// destination's connection reads.
+// Whether one connection may read the source rows of a copy while the
+// statements write the destination: only within one data source and login,
+// and only where the driver runs more than one active statement on a
+// connection (the first INSERT would fail otherwise) or the database is a
+// file that a second connection would find locked by the open query.
+struct ConnectionSharing {
+    bool sameLogin = false;      // same data source and user
+    int activeStatements = 1;    // as the driver reports it; 0 for no limit
+    bool fileDatabase = false;   // the data lies in a file locked as a whole
+};
+bool SharesSourceConnection(const ConnectionSharing &sharing) noexcept;
+// What the two connections report.
+ConnectionSharing ReadConnectionSharing(SQLHDBC source, SQLHDBC destination) noexcept;
+
+// The connection that reads the source rows of a copy into destination:
+// destination when it may be shared (above), else source.
 SQLHDBC SourceQueryConnection(SQLHDBC source, SQLHDBC destination) noexcept;
 
 // String stringId formatted with count into text (at most size-1
