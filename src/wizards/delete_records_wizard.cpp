@@ -67,7 +67,7 @@ extern "C" {
 
 KODBC_API int KODBC_CALL DelRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                              LPARAM lParam) {
-    return WizardStep<DeleteRecordsContext>(wizard, window, message, [&](DeleteRecordsContext &context) {
+    return WizardStep<DeleteRecordsContext>(wizard, window, message, lParam, [&](DeleteRecordsContext &context) {
         if (page != IDD_DELREC_TABLE && page != IDD_DELREC_CONDITIONS && page != IDD_DELREC_SUMMARY) return 0;
         return message == WM_INITDIALOG ? 1 : DispatchPage(context, page, window, message, wParam, lParam);
     });
