@@ -62,10 +62,14 @@ expect "update prints the count" 0 "^1$"          "$kodbc" update kodbc_sqlite c
 expect "updated"                0 "^3	Hamburg$"  "$kodbc" sql kodbc_sqlite "SELECT nr, ort FROM cli_d"
 expect "update matching nothing" 1 ""             "$kodbc" update kodbc_sqlite cli_d --set-file "$out.set" --where-file "$out.where"
 expect "update without SET file" 2 ""             "$kodbc" update kodbc_sqlite cli_d
+x=$(printf '%0180d' 0)
+printf 'ort\tCT\t%s\t12\nort\tCT\t%s\t12\nort\tCT\t%s\t12\n' "$x" "$x" "$x" >"$out.long"
+expect "delete refuses a condition too long for its statement" 1 "" "$kodbc" delete kodbc_sqlite cli_d --where-file "$out.long" --yes
+expect "nothing deleted"        0 "^1$"           "$kodbc" count kodbc_sqlite cli_d
 expect "delete all"             0 ""              "$kodbc" delete kodbc_sqlite cli_d --yes
 expect "no record left"         0 "^0$"           "$kodbc" count kodbc_sqlite cli_d
 "$kodbc" sql kodbc_sqlite "DROP TABLE cli_d" >/dev/null 2>&1
-rm -f "$out.where" "$out.set"
+rm -f "$out.where" "$out.set" "$out.long"
 
 # add records from another table
 "$kodbc" sql kodbc_sqlite "CREATE TABLE cli_ar_src (id INTEGER, name VARCHAR(20), tag DATE)" >/dev/null 2>&1

@@ -3,7 +3,6 @@
 #include "terminal.h"
 
 #include <cstdio>
-#include <memory>
 
 namespace kodbc_cli {
 namespace {
@@ -57,15 +56,11 @@ int AddRecords(const Login &login, const AddRecordsRequest &request) {
 
     Connection destination(request.dsn, login.user, login.password);
     if (!destination.ok()) return kExitFailed;
-    // Within one data source one connection serves both sides (a second
-    // one could lock itself out on a file database).
-    std::unique_ptr<Connection> other;
-    SQLHDBC source = destination.hdbc();
-    if (sourceDsn != request.dsn) {
-        other = std::make_unique<Connection>(sourceDsn, login.user, login.password);
-        if (!other->ok()) return kExitFailed;
-        source = other->hdbc();
-    }
+    // The source has a connection of its own; the library reads it on the
+    // destination's where that one can serve both sides.
+    Connection other(sourceDsn, login.user, login.password);
+    if (!other.ok()) return kExitFailed;
+    SQLHDBC source = other.hdbc();
 
     std::vector<KodbcAddRecordsField> fields;
     for (const Choice &c : choices) fields.push_back({c.field.c_str(), c.mode, c.value.c_str()});

@@ -5,38 +5,9 @@
 #include "terminal.h"
 
 #include <cstdio>
-#include <cstring>
-#include <vector>
 
 namespace kodbc_cli {
 namespace {
-
-constexpr int kWholeClauseSize = 30000;
-// The statement keeps this much of its WHERE condition and SET clause; the
-// formatter keeps 299 characters of the SET clause.
-constexpr int kStatementClauseSize = 500;
-constexpr std::size_t kSetClauseChars = 299;
-
-// The wizards shorten a long condition for their statement, which would
-// then touch other records than were counted (a lone group that is too
-// long vanishes and leaves every record). A script is refused instead.
-bool ConditionFits(SQLHDBC hdbc, const std::string &selDesc) {
-    std::vector<char> whole(kWholeClauseSize), kept(kStatementClauseSize);
-    Kodbc_SelDesc_To_WhereClause(hdbc, selDesc.c_str(), whole.data(), kWholeClauseSize);
-    Kodbc_SelDesc_To_WhereClause(hdbc, selDesc.c_str(), kept.data(), kStatementClauseSize);
-    if (std::strcmp(whole.data(), kept.data()) == 0) return true;
-    Error("Die Bedingung ist für den Befehl zu lang (höchstens 499 Zeichen SQL).");
-    return false;
-}
-
-// A shortened SET clause may still be valid and change fewer fields.
-bool SetClauseFits(SQLHDBC hdbc, const std::string &setDesc) {
-    std::vector<char> whole(kWholeClauseSize);
-    Kodbc_OpDesc_To_SetClause(hdbc, setDesc.c_str(), whole.data(), kWholeClauseSize);
-    if (std::strlen(whole.data()) <= kSetClauseChars) return true;
-    Error("Die Zuweisungen sind für den Befehl zu lang (höchstens 299 Zeichen SQL).");
-    return false;
-}
 
 bool ReadOptionalDescriptor(const std::string &path, std::string &descriptor) {
     descriptor.clear();
@@ -52,7 +23,10 @@ int DeleteRecords(const std::string &dsn, const Login &login, const std::string 
     Connection connection(dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
     SQLHDBC hdbc = connection.hdbc();
-    if (!ConditionFits(hdbc, selDesc)) return kExitFailed;
+    // A statement that would reach other records than the count is refused
+    // before anything is asked (the refusal has been shown).
+    if (Kodbc_CheckRecordStatement(hdbc, table.c_str(), selDesc.c_str(), nullptr) != KODBC_SUCCESS)
+        return kExitFailed;
 
     char summary[KODBC_RECORD_PAGE_TEXT_SIZE];
     Kodbc_DeleteRecordsSummary(hdbc, table.c_str(), selDesc.c_str(), summary, sizeof summary);
@@ -72,7 +46,8 @@ int UpdateRecords(const std::string &dsn, const Login &login, const std::string 
     Connection connection(dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
     SQLHDBC hdbc = connection.hdbc();
-    if (!ConditionFits(hdbc, selDesc) || !SetClauseFits(hdbc, setDesc)) return kExitFailed;
+    if (Kodbc_CheckRecordStatement(hdbc, table.c_str(), selDesc.c_str(), setDesc.c_str()) != KODBC_SUCCESS)
+        return kExitFailed;
 
     long count = 0;
     // Refusals (no record matches, nothing to assign) have been shown.

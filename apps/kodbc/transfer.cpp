@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <deque>
 #include <map>
-#include <memory>
 #include <set>
 
 namespace kodbc_cli {
@@ -213,15 +212,11 @@ int ImportData(const Login &login, const ImportRequest &request) {
     if (request.from.empty()) {
         rc = Kodbc_ImportTextFile(connection.hdbc(), request.table.c_str(), request.file.c_str(), &options, &result);
     } else {
-        // Within one data source one connection serves both sides (a second
-        // one could lock itself out on a file database).
-        std::unique_ptr<Connection> other;
-        SQLHDBC source = connection.hdbc();
-        if (sourceDsn != request.dsn) {
-            other = std::make_unique<Connection>(sourceDsn, login.user, login.password);
-            if (!other->ok()) return kExitFailed;
-            source = other->hdbc();
-        }
+        // The source has a connection of its own; the library reads it on the
+        // destination's where that one can serve both sides.
+        Connection other(sourceDsn, login.user, login.password);
+        if (!other.ok()) return kExitFailed;
+        SQLHDBC source = other.hdbc();
         rc = Kodbc_ImportTable(connection.hdbc(), request.table.c_str(), source, sourceTable.c_str(), &options,
                                &result);
     }

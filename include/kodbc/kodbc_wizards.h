@@ -21,11 +21,14 @@ extern "C" {
 ** descriptor in the SET form (kodbc_seldesc.h); null or empty selDesc
 ** selects every record. Records are counted with the whole condition
 ** (formed in 10000 bytes), but the statement, its WHERE condition and its
-** SET clause are formed in 500 bytes each, as the wizards do: a condition
-** that does not fit loses the groups and conditions that do not fit (a
-** lone group too long for 500 bytes leaves no condition at all, so every
-** record is concerned), and a statement that does not fit is cut (and
-** then fails). The statement is offered to the SQL dump
+** SET clause are formed in 500 bytes each, as the wizards do (the
+** formatter keeps 299 characters of the SET clause). A condition formed
+** in 500 bytes loses the groups and conditions that do not fit (a lone
+** group too long leaves no condition at all), which would concern other
+** records than were counted; a statement that would hold less of the
+** condition than the count, or less of the SET clause than the
+** assignments give, is therefore refused with message 2171 (conditions)
+** or 2172 (assignments) and not run. The statement is offered to the SQL dump
 ** (Korvel_DumpSqlStatement) with its buffer size 500 before it runs; a
 ** refusal is silent. ODBC errors are shown at the point of failure with
 ** the statement text.
@@ -55,6 +58,17 @@ KODBC_API long KODBC_CALL Kodbc_DeleteRecordsSummary(SQLHDBC hdbc, const char *t
 ** the dump's refusal or an ODBC error (shown).
 */
 KODBC_API int KODBC_CALL Kodbc_DeleteRecords(SQLHDBC hdbc, const char *table, const char *selDesc);
+
+/*
+** Kodbc_CheckRecordStatement: whether the statement of Kodbc_DeleteRecords
+** (setDesc null) or Kodbc_UpdateRecords would hold the whole condition
+** and SET clause. Returns 1 when it would (also when the condition cannot
+** be formed or nothing is assigned, which those functions report); 2
+** after showing message 2171 or 2172, and for hdbc 0 or a null or empty
+** table (nothing shown). Nothing is counted or run.
+*/
+KODBC_API int KODBC_CALL Kodbc_CheckRecordStatement(SQLHDBC hdbc, const char *table, const char *selDesc,
+                                                    const char *setDesc);
 
 /*
 ** Kodbc_UpdateRecords: the update wizard's checks and work in one call.

@@ -121,7 +121,7 @@ extern "C" {
 
 KODBC_API int KODBC_CALL CreateTableWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                                  LPARAM lParam) {
-    return wizards::WizardStep<CreateTableContext>(wizard, window, message, [&](CreateTableContext &context) {
+    return wizards::WizardStep<CreateTableContext>(wizard, window, message, lParam, [&](CreateTableContext &context) {
         return message == WM_INITDIALOG ? 1 : DispatchPage(context, page, window, message, wParam, lParam);
     });
 }

@@ -227,7 +227,7 @@ KODBC_API INT_PTR KODBC_CALL EditExportFieldDialogCallback(HWND dialog, UINT mes
 
 KODBC_API int KODBC_CALL ExportWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                             LPARAM lParam) {
-    return WizardStep<ExportWizardState>(wizard, window, message, [&](ExportWizardState &state) {
+    return WizardStep<ExportWizardState>(wizard, window, message, lParam, [&](ExportWizardState &state) {
         const int handled = DispatchPage(state, page, window, message, wParam, lParam);
         return message == WM_INITDIALOG ? 1 : handled;
     });

@@ -1,5 +1,6 @@
 #include "transfer/import_run.h"
 #include "transfer/import_values.h"
+#include "wizards/record_wizard_common.h"
 
 #include "internal/datatypes.h"
 #include "internal/library.h"
@@ -226,7 +227,8 @@ extern "C" KODBC_API int KODBC_CALL Kodbc_ImportTable(SQLHDBC hdbc, const char *
         return RunImport(hdbc, name, fields, chosen, result,
                          [&](ImportRecordWriter &writer, wizards::WizardProgress &progress, long most,
                              ImportCounts &counts) {
-                             return ImportTableRecords(source, sourceTable, fields, writer, progress, most, counts);
+                             return ImportTableRecords(wizards::SourceQueryConnection(source, hdbc), sourceTable,
+                                                       fields, writer, progress, most, counts);
                          });
     } catch (...) {
         LibraryMessage(msg::OUT_OF_MEMORY);

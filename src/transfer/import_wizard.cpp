@@ -410,7 +410,7 @@ KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT mes
 
 KODBC_API int KODBC_CALL ImportWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                             LPARAM lParam) {
-    return WizardStep<ImportWizardState>(wizard, window, message, [&](ImportWizardState &state) {
+    return WizardStep<ImportWizardState>(wizard, window, message, lParam, [&](ImportWizardState &state) {
         const int handled = DispatchPage(state, page, window, message, wParam, lParam);
         return message == WM_INITDIALOG ? 1 : handled;
     });

@@ -417,7 +417,7 @@ KODBC_API INT_PTR KODBC_CALL EditAddRecFieldDialogCallback(HWND dialog, UINT mes
 
 KODBC_API int KODBC_CALL AddRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                              LPARAM lParam) {
-    return WizardStep<AddRecordsContext>(wizard, window, message, [&](AddRecordsContext &context) {
+    return WizardStep<AddRecordsContext>(wizard, window, message, lParam, [&](AddRecordsContext &context) {
         return DispatchPage(context, page, window, message, wParam, lParam);
     });
 }

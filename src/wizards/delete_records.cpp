@@ -54,10 +54,21 @@ long DeleteSummaryText(const DeleteRecordsContext &context, char *text, int size
     return DeleteSummaryText(context.hdbc, context.table.Object.DbObjectName, context.selDesc.get(), text, size);
 }
 
+PageDecision LeaveSummaryPage(const DeleteRecordsContext &context, unsigned direction) noexcept {
+    if (!IsLeavingForwards(direction)) return GoOn();
+    const int refusal =
+        RecordStatementRefusal(context.hdbc, context.table.Object.DbObjectName, context.selDesc.get(), nullptr);
+    return refusal ? Stay(refusal) : GoOn();
+}
+
 bool DeleteSelectedRecords(SQLHDBC hdbc, const char *table, const char *selDesc) noexcept {
     if (!hdbc || !table || !*table) return false;
+    if (const int refusal = RecordStatementRefusal(hdbc, table, selDesc, nullptr)) {
+        LibraryMessage(refusal);
+        return false;
+    }
     char statement[kStatementSize];
-    if (!BuildRecordStatement(hdbc, "DELETE from %t", table, nullptr, selDesc, statement)) return false;
+    if (BuildRecordStatement(hdbc, table, selDesc, nullptr, statement) != RecordStatement::Whole) return false;
     return RunRecordStatement(hdbc, statement);
 }
 
@@ -80,6 +91,16 @@ KODBC_API long KODBC_CALL Kodbc_DeleteRecordsSummary(SQLHDBC hdbc, const char *t
 
 KODBC_API int KODBC_CALL Kodbc_DeleteRecords(SQLHDBC hdbc, const char *table, const char *selDesc) {
     return DeleteSelectedRecords(hdbc, table, selDesc) ? KODBC_SUCCESS : KODBC_FAILURE;
+}
+
+KODBC_API int KODBC_CALL Kodbc_CheckRecordStatement(SQLHDBC hdbc, const char *table, const char *selDesc,
+                                                    const char *setDesc) {
+    if (!hdbc || !table || !*table) return KODBC_FAILURE;
+    if (const int refusal = RecordStatementRefusal(hdbc, table, selDesc, setDesc)) {
+        kodbc::LibraryMessage(refusal);
+        return KODBC_FAILURE;
+    }
+    return KODBC_SUCCESS;
 }
 
 } // extern "C"

@@ -52,11 +52,17 @@ PageDecision LeaveConditionPage(DeleteRecordsContext &context, unsigned directio
 long DeleteSummaryText(SQLHDBC hdbc, const char *table, const char *selDesc, char *text, int size) noexcept;
 long DeleteSummaryText(const DeleteRecordsContext &context, char *text, int size) noexcept;
 
+// Leaving the summary page: "Fertigstellen" is let through also when
+// nothing will be deleted, but not to a statement that would hold less of
+// the condition than was counted (the refusal is shown).
+PageDecision LeaveSummaryPage(const DeleteRecordsContext &context, unsigned direction) noexcept;
+
 // After "Fertigstellen": one "DELETE from" the table with the condition
 // (see BuildRecordStatement). Runs also when nothing matches. True when the
 // statement ran; false for a null connection or an empty table name
-// (silently), a condition that cannot be formed, the dump's refusal or an
-// error (shown).
+// (silently), a condition that cannot be formed, a statement that would not
+// hold the whole condition (refused with its message), the dump's refusal
+// or an error (shown).
 bool DeleteSelectedRecords(SQLHDBC hdbc, const char *table, const char *selDesc) noexcept;
 bool DeleteSelectedRecords(const DeleteRecordsContext &context) noexcept;
 

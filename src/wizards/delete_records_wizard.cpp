@@ -38,7 +38,7 @@ int ConditionPage(DeleteRecordsContext &context, HWND page, UINT message, WPARAM
     return 0;
 }
 
-int SummaryPage(DeleteRecordsContext &context, HWND page, UINT message, LPARAM lParam) {
+int SummaryPage(DeleteRecordsContext &context, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case kPageActivate: {
         char text[kPageTextSize];
@@ -46,8 +46,8 @@ int SummaryPage(DeleteRecordsContext &context, HWND page, UINT message, LPARAM l
         ShowPageText(page, text);
         return 1;
     }
-    // "Fertigstellen" is let through also when nothing will be deleted.
-    case kPageLeaveMessage: return AnswerLeave(page, lParam, GoOn());
+    case kPageLeaveMessage:
+        return AnswerLeave(page, lParam, LeaveSummaryPage(context, static_cast<unsigned>(wParam)));
     }
     return 0;
 }
@@ -56,7 +56,7 @@ int DispatchPage(DeleteRecordsContext &context, int page, HWND window, UINT mess
     switch (page) {
     case IDD_DELREC_TABLE: return TablePage(context, window, message, wParam, lParam);
     case IDD_DELREC_CONDITIONS: return ConditionPage(context, window, message, wParam, lParam);
-    case IDD_DELREC_SUMMARY: return SummaryPage(context, window, message, lParam);
+    case IDD_DELREC_SUMMARY: return SummaryPage(context, window, message, wParam, lParam);
     }
     return 0;
 }
@@ -67,7 +67,7 @@ extern "C" {
 
 KODBC_API int KODBC_CALL DelRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                              LPARAM lParam) {
-    return WizardStep<DeleteRecordsContext>(wizard, window, message, [&](DeleteRecordsContext &context) {
+    return WizardStep<DeleteRecordsContext>(wizard, window, message, lParam, [&](DeleteRecordsContext &context) {
         if (page != IDD_DELREC_TABLE && page != IDD_DELREC_CONDITIONS && page != IDD_DELREC_SUMMARY) return 0;
         return message == WM_INITDIALOG ? 1 : DispatchPage(context, page, window, message, wParam, lParam);
     });

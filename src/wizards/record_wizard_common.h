@@ -88,24 +88,51 @@ bool ReadFieldList(SQLHDBC hdbc, const char *table, OwnedText &list) noexcept;
 // 0 also for a failed count (shown).
 long CountSelectedRecords(SQLHDBC hdbc, const char *table, const char *selDesc) noexcept;
 
-// "DELETE from %t" or "UPDATE %t SET %s" (setClause may be null for the
-// first) into statement (kStatementSize bytes), then " WHERE (", the
-// condition of selDesc and ")" when it is not empty. The condition is
-// formed in kStatementSize bytes, so a long one loses what does not fit
-// and a long statement is cut. False when the condition cannot be formed.
-bool BuildRecordStatement(SQLHDBC hdbc, const char *sqlTemplate, const char *table, const char *setClause,
-                          const char *selDesc, char (&statement)[kStatementSize]) noexcept;
+// What became of the conditions and assignments on their way into the one
+// statement of a record wizard.
+enum class RecordStatement {
+    Whole,           // holds the condition as counted and the SET clause as checked
+    NotFormed,       // the condition cannot be formed, or nothing is assigned
+    ConditionCut,    // holds less of the condition than the records were counted with
+    AssignmentsCut,  // holds less of the SET clause than the assignments give
+};
+
+// "DELETE from %t" (setDesc null) or "UPDATE %t SET %s" with the SET clause
+// of setDesc, into statement (kStatementSize bytes), then " WHERE (", the
+// condition of selDesc and ")" when it is not empty. The condition and the
+// SET clause are formed in kStatementSize bytes and the formatter keeps 299
+// characters of the SET clause, so a long condition loses the groups that
+// do not fit (a lone group leaves no condition at all) and long assignments
+// are cut inside a value; only a Whole statement may run.
+RecordStatement BuildRecordStatement(SQLHDBC hdbc, const char *table, const char *selDesc, const char *setDesc,
+                                     char (&statement)[kStatementSize]) noexcept;
+
+// The message that refuses the statement of table, selDesc and setDesc
+// (null for the delete), not shown; 0 when it may run (a condition that
+// cannot be formed fails later, as it always has).
+int RecordStatementRefusal(SQLHDBC hdbc, const char *table, const char *selDesc, const char *setDesc) noexcept;
 
 // Offers statement to the dump (with its buffer size) and executes it
 // directly on a statement of its own. False after a refusal (silent) or an
 // error (shown with the statement).
 bool RunRecordStatement(SQLHDBC hdbc, const char *statement) noexcept;
 
-// The connection that reads the source rows of a copy into destination. A
-// second connection to the destination's own data source would wait for
-// itself on a file database (the open source query holds the file while
-// the statements write to it), so within one data source and login the
-// destination's connection reads.
+// Whether one connection may read the source rows of a copy while the
+// statements write the destination: only within one data source and login,
+// and only where the driver runs more than one active statement on a
+// connection (the first INSERT would fail otherwise) or the database is a
+// file that a second connection would find locked by the open query.
+struct ConnectionSharing {
+    bool sameLogin = false;      // same data source and user
+    int activeStatements = 1;    // as the driver reports it; 0 for no limit
+    bool fileDatabase = false;   // the data lies in a file locked as a whole
+};
+bool SharesSourceConnection(const ConnectionSharing &sharing) noexcept;
+// What the two connections report.
+ConnectionSharing ReadConnectionSharing(SQLHDBC source, SQLHDBC destination) noexcept;
+
+// The connection that reads the source rows of a copy into destination:
+// destination when it may be shared (above), else source.
 SQLHDBC SourceQueryConnection(SQLHDBC source, SQLHDBC destination) noexcept;
 
 // String stringId formatted with count into text (at most size-1

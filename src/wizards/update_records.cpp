@@ -71,6 +71,9 @@ void ResultText(const UpdateRecordsContext &context, char *text, int size) noexc
 
 PageDecision LeaveConfirmationPage(UpdateRecordsContext &context, unsigned direction) noexcept {
     if (!IsLeavingForwards(direction)) return GoOn();
+    if (const int refusal = RecordStatementRefusal(context.hdbc, context.table.Object.DbObjectName,
+                                                   context.selDesc.get(), context.setDesc.get()))
+        return Stay(refusal);
     if (UpdateSelectedRecords(context.hdbc, context.table.Object.DbObjectName, context.selDesc.get(),
                               context.setDesc.get()))
         return GoOn();
@@ -79,11 +82,13 @@ PageDecision LeaveConfirmationPage(UpdateRecordsContext &context, unsigned direc
 
 bool UpdateSelectedRecords(SQLHDBC hdbc, const char *table, const char *selDesc, const char *setDesc) noexcept {
     if (!hdbc || !table || !*table) return false;
-    char set[kStatementSize];
-    Kodbc_OpDesc_To_SetClause(hdbc, setDesc, set, sizeof set);
-    if (!set[0]) return false;
+    if (const int refusal = RecordStatementRefusal(hdbc, table, selDesc, setDesc ? setDesc : "")) {
+        LibraryMessage(refusal);
+        return false;
+    }
     char statement[kStatementSize];
-    if (!BuildRecordStatement(hdbc, "UPDATE %t SET %s", table, set, selDesc, statement)) return false;
+    if (BuildRecordStatement(hdbc, table, selDesc, setDesc ? setDesc : "", statement) != RecordStatement::Whole)
+        return false;
     return RunRecordStatement(hdbc, statement);
 }
 

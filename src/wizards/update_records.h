@@ -54,15 +54,18 @@ void ConfirmationText(const UpdateRecordsContext &context, char *text, int size)
 void ResultText(const UpdateRecordsContext &context, char *text, int size) noexcept;
 
 // Leaving the confirmation page forwards runs the update, every time; a
-// failure (shown) keeps the user on the page.
+// failure (shown) keeps the user on the page, and so does a statement that
+// would hold less of the condition than was counted or less of the
+// assignments than were given (refused with its message, nothing runs).
 PageDecision LeaveConfirmationPage(UpdateRecordsContext &context, unsigned direction) noexcept;
 
 // One "UPDATE %t SET %s" with the condition (see BuildRecordStatement; the
 // SET clause formed in kStatementSize bytes, the formatter keeps 299
 // characters of it). True when the statement ran; false for a null
 // connection or an empty table name (silently), a condition that cannot be
-// formed, an empty SET clause (silently), the dump's refusal or an error
-// (shown).
+// formed, an empty SET clause (silently), a statement that would not hold
+// the whole condition and SET clause (refused with its message), the dump's
+// refusal or an error (shown).
 bool UpdateSelectedRecords(SQLHDBC hdbc, const char *table, const char *selDesc, const char *setDesc) noexcept;
 
 } // namespace kodbc::wizards

@@ -84,7 +84,7 @@ extern "C" {
 
 KODBC_API int KODBC_CALL UpdRecsWizzCallback(LONG_PTR wizard, int page, HWND window, UINT message, WPARAM wParam,
                                              LPARAM lParam) {
-    return WizardStep<UpdateRecordsContext>(wizard, window, message, [&](UpdateRecordsContext &context) {
+    return WizardStep<UpdateRecordsContext>(wizard, window, message, lParam, [&](UpdateRecordsContext &context) {
         if (!IsPage(page)) return 0;
         return message == WM_INITDIALOG ? 1 : DispatchPage(context, page, window, message, wParam, lParam);
     });

@@ -29,13 +29,17 @@ inline int PerformWizard(const KorvelWizardPage *pages, KorvelWizardCallback cal
 
 // What every step callback does before its pages: the context from the
 // frame (none: 0), the frame's handle kept in it, a page translated when it
-// is created; then dispatch(context). No exception reaches the frame.
+// is created; then dispatch(context). A page-leave message without its
+// answer reaches no page: nobody would learn what a page decided, and the
+// confirmation page of the update would run the update for nobody. No
+// exception reaches the frame.
 template <class Context, class Dispatch>
-int WizardStep(LONG_PTR wizard, HWND window, UINT message, Dispatch &&dispatch) noexcept {
+int WizardStep(LONG_PTR wizard, HWND window, UINT message, LPARAM lParam, Dispatch &&dispatch) noexcept {
     try {
         auto *context = static_cast<Context *>(Wizzard_GetParam(wizard));
         if (!context) return 0;
         context->wizard = wizard;
+        if (message == kPageLeaveMessage && !lParam) return 0;
         if (message == WM_INITDIALOG) TranslateDialog(window);
         return dispatch(*context);
     } catch (...) {

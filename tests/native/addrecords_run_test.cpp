@@ -6,6 +6,7 @@
 #include "wizards/add_records.h"
 #include "wizards/add_records_run.h"
 #include "wizards/record_statements.h"
+#include "wizards/record_wizard_common.h"
 
 #include <korvel/korvel32.h>
 
@@ -219,6 +220,34 @@ TEST_P(AddRecords, SourceOnItsOwnConnectionToTheSameDataSource) {
     EXPECT_EQ(counts.written, 3);
     EXPECT_EQ(OdbcErrors(), 0u);
     ActivateSourceDataSourcePage(*context_);  // drops the source connection
+}
+
+// Reading the source on the destination's connection saves a second one,
+// but a driver with one active statement per connection fails the first
+// INSERT while the source query is open.
+TEST_P(AddRecords, TheSourceIsReadOnTheDestinationsConnectionOnlyWhereThatServesBoth) {
+    struct Case {
+        ConnectionSharing sharing;  // same login, active statements, file database
+        bool shares;
+    };
+    const Case cases[] = {
+        {{false, 0, true}, false}, {{true, 1, false}, false}, {{true, 0, false}, true},
+        {{true, 2, false}, true},  {{true, 1, true}, true},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(SharesSourceConnection(c.sharing), c.shares)
+            << c.sharing.sameLogin << " " << c.sharing.activeStatements << " " << c.sharing.fileDatabase;
+
+    SQLHENV env = nullptr;
+    SQLHDBC second = nullptr;
+    DataSourceRecord record{};
+    std::strcpy(record.DataSourceName, GetParam().c_str());
+    ASSERT_EQ(Kodbc_ConnectDataSource(&record, &env, &second), KODBC_CONNECTED);
+    const ConnectionSharing read = ReadConnectionSharing(second, hdbc_);
+    EXPECT_TRUE(read.sameLogin);
+    EXPECT_EQ(read.fileDatabase, DbmsName() == "SQLite");
+    EXPECT_EQ(SourceQueryConnection(second, hdbc_), SharesSourceConnection(read) ? hdbc_ : second);
+    Kodbc_DisconnectDataSource(&env, &second);
 }
 
 TEST_P(AddRecords, ReplaceRunUpdatesMatchingRecords) {

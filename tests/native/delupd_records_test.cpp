@@ -8,6 +8,7 @@
 #include <kodbc/kodbc_wizards.h>
 #include <korvel/korvel32.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -74,26 +75,82 @@ TEST_P(RecordWizards, DeleteCountsShowsAndDeletes) {
     EXPECT_TRUE(messages_.entries().empty()) << LastMessage();
 }
 
-TEST_P(RecordWizards, LongConditionsAreCountedWholeButCutForTheStatement) {
-    std::string cities = "Berlin;Bonn", numbers = "1;2";
-    for (int i = 0; i < 19; ++i) cities += ";Xxxxxxxxx";
-    for (int i = 0; i < 140; ++i) numbers += ";0";
-    // One group of two long conditions: more than the statement's 500 bytes.
-    const std::string longGroup = Line("ort", "IL", cities, 12) + Line("nr", "IL", numbers, 4);
-    const std::string twoGroups = Line("nr", "EQ", "3", 4) + "\v" + longGroup + "\v";
+// The records are counted with the whole condition; a statement that would
+// hold less of it (or less of the assignments) must not run at all.
+TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefused) {
+    // One group of three conditions of about 190 characters: together more
+    // than the statement's 500 bytes, matching no record.
+    std::string longGroup;
+    for (int i = 0; i < 3; ++i) longGroup += Line("ort", "CT", std::string(180, 'x'), 12);
+    // Two of 225 characters: the condition fits its 500 bytes, the statement not.
+    const std::string nearlyFits = Line("ort", "CT", std::string(225, 'x'), 12) +
+                                   Line("ort", "CT", std::string(225, 'y'), 12);
+    const std::string second = Line("nr", "EQ", "2", 4);
+    // A formula whose SET clause has 298 or 299 characters, and one with two more.
+    std::string fitting = "zahl+1", tooLong;
+    for (char set[kStatementSize];;) {
+        Kodbc_OpDesc_To_SetClause(hdbc_, Line("zahl", "SFO", fitting + "+0", 4).c_str(), set, sizeof set);
+        if (std::strlen(set) > 299) break;
+        fitting += "+0";
+    }
+    tooLong = fitting + "+0";
+    const std::string shortSet = Line("zahl", "SFO", "zahl+1", 4);
+    const std::string fittingSet = Line("zahl", "SFO", fitting, 4), longSet = Line("zahl", "SFO", tooLong, 4);
+    ASSERT_EQ(CountSelectedRecords(hdbc_, "kc_delupd", longGroup.c_str()), 0);
+    char where[kStatementSize];
+    Kodbc_SelDesc_To_WhereClause(hdbc_, nearlyFits.c_str(), where, sizeof where);
+    ASSERT_GT(std::strlen(where), 470u) << where;
 
-    EXPECT_EQ(CountSelectedRecords(hdbc_, "kc_delupd", twoGroups.c_str()), 3);
-    char statement[kStatementSize];
-    ASSERT_TRUE(BuildRecordStatement(hdbc_, "DELETE from %t", "kc_delupd", nullptr, twoGroups.c_str(), statement));
-    const std::string cut = statement;
-    EXPECT_EQ(cut.substr(cut.size() - 5), " OR )") << "the separator stays, the group that does not fit goes";
-    ASSERT_TRUE(BuildRecordStatement(hdbc_, "DELETE from %t", "kc_delupd", nullptr, longGroup.c_str(), statement));
-    EXPECT_EQ(std::string(statement).find("WHERE"), std::string::npos) << statement;
-
-    // The cut statement fails on the data source and deletes nothing.
-    EXPECT_FALSE(DeleteSelectedRecords(hdbc_, "kc_delupd", twoGroups.c_str()));
-    EXPECT_EQ(Rows("nr").size(), 3u);
-    EXPECT_EQ(OdbcErrors(), 1u);
+    struct Case {
+        const char *what;
+        std::string selDesc;
+        const std::string *setDesc;  // null: delete
+        int refusal;
+        std::vector<std::string> zahl;  // afterwards; nothing deleted in any case
+    };
+    const Case cases[] = {
+        {"delete, a group that would vanish", longGroup, nullptr, 2171, {"1", "2", "3"}},
+        {"delete, a group after one that fits",
+         Line("nr", "EQ", "3", 4) + "\v" + longGroup + "\v", nullptr, 2171, {"1", "2", "3"}},
+        {"delete, a statement cut at its end", nearlyFits, nullptr, 2171, {"1", "2", "3"}},
+        {"update, a group that would vanish", longGroup, &shortSet, 2171, {"1", "2", "3"}},
+        {"update, assignments cut inside a value", second, &longSet, 2172, {"1", "2", "3"}},
+        {"update, assignments that just fit", second, &fittingSet, 0, {"1", "3", "3"}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.what);
+        messages_.clear();
+        const char *set = c.setDesc ? c.setDesc->c_str() : nullptr;
+        EXPECT_EQ(RecordStatementRefusal(hdbc_, "kc_delupd", c.selDesc.c_str(), set), c.refusal);
+        PageDecision left;
+        if (set) {
+            auto upd = CreateUpdateRecordsContext(hdbc_, nullptr, 0);
+            ASSERT_TRUE(upd);
+            StoreTableName(upd->table, "kc_delupd");
+            KorvelCopyString(upd->selDesc.get(), c.selDesc.c_str(), upd->selDesc.capacity);
+            KorvelCopyString(upd->setDesc.get(), set, upd->setDesc.capacity);
+            ASSERT_TRUE(LeaveAssignmentPage(*upd, kForwards).goOn) << "the assignment page checks as it always has";
+            left = LeaveConfirmationPage(*upd, kForwards);
+        } else {
+            auto del = CreateDeleteRecordsContext(hdbc_, nullptr, 0);
+            ASSERT_TRUE(del);
+            StoreTableName(del->table, "kc_delupd");
+            KorvelCopyString(del->selDesc.get(), c.selDesc.c_str(), del->selDesc.capacity);
+            left = LeaveSummaryPage(*del, kForwards);
+            EXPECT_EQ(Kodbc_DeleteRecords(hdbc_, "kc_delupd", c.selDesc.c_str()), KODBC_FAILURE);
+        }
+        EXPECT_EQ(left.goOn, c.refusal == 0);
+        EXPECT_EQ(left.messageId, c.refusal);
+        EXPECT_EQ(Kodbc_CheckRecordStatement(hdbc_, "kc_delupd", c.selDesc.c_str(), set),
+                  c.refusal ? KODBC_FAILURE : KODBC_SUCCESS);
+        EXPECT_EQ(Rows("zahl"), c.zahl);
+        EXPECT_EQ(OdbcErrors(), 0u);
+        for (const auto &entry : messages_.entries())
+            EXPECT_NE(entry.text.find(c.refusal == 2172 ? "Zuweisungen sind zu lang" : "Bedingungen sind zu lang"),
+                      std::string::npos)
+                << entry.text;
+        EXPECT_EQ(messages_.entries().empty(), c.refusal == 0);
+    }
 }
 
 TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKeepsThem) {

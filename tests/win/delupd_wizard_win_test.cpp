@@ -286,4 +286,71 @@ TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
                                                 "4|Dora|7.5|81|-"}));
 }
 
+// Three conditions of 180 characters in one group make more than the
+// statement's 500 bytes: the statement would lose the whole group.
+std::vector<Row> LongConditions(const char *operation, const std::string &value) {
+    return {{"name", operation, value.c_str()}, {"note", operation, value.c_str()}, {"name", operation, value.c_str()}};
+}
+
+constexpr char kConditionsTooLong[] = "Die Bedingungen sind zu lang f\xFCr den SQL-Befehl";
+const std::vector<std::string> kAllRows = {"1|Anna|1.5|10|a", "2|Bernd|2.5|20|b", "3|Clara|3.5|30|c",
+                                           "4|Dora|4.5|40|d"};
+
+TEST_F(RecordWizards, DeleteRefusesOnTheSummaryAStatementThatWouldLoseTheConditions) {
+    TableRecord table = Record("du_items");
+    const std::string value(180, 'x');
+    std::string summary;
+    std::vector<std::string> messages;
+    constexpr int C = IDD_DELREC_CONDITIONS, S = IDD_DELREC_SUMMARY;
+    int result = RunWizard(kDeleteTitle, "", IDD_DELREC_TABLE, Delete, table, [&](Walker &w) {
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Enter(C, LongConditions("enth\xE4lt", value));
+        w.Press(KORVEL_WIZARD_NEXT, S);
+        summary = w.PageText(S);
+        w.Refused(S);
+        w.Press(IDCANCEL, 0);
+    }, messages);
+    EXPECT_EQ(result, 2);
+    EXPECT_EQ(summary.rfind("Es befinden sich keine Datens", 0), 0u) << summary;
+    EXPECT_EQ(Rows(), kAllRows);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].rfind(kConditionsTooLong, 0), 0u) << messages[0];
+}
+
+// The confirmation page runs the update when it is left forwards, and only
+// then: a page-leave message without its answer does nothing there, and a
+// statement that would lose the conditions is refused.
+TEST_F(RecordWizards, UpdateConfirmationRunsNothingUnaskedAndRefusesAStatementThatWouldLoseTheConditions) {
+    TableRecord table = Record("du_items");
+    const std::string value(180, 'x');
+    bool stayedWithoutAnswer = false;
+    std::vector<std::string> messages;
+    constexpr int C = IDD_UPDREC_CONDITIONS, A = IDD_UPDREC_ASSIGNMENTS, P = IDD_UPDREC_CONFIRMATION;
+    int result = RunWizard(kUpdateTitle, "", IDD_UPDREC_TABLE, Update, table, [&](Walker &w) {
+        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Enter(C, {{"id", "ist gleich", "2"}});
+        w.Press(KORVEL_WIZARD_NEXT, A);
+        w.Enter(A, {{"note", "Fester Wert", "z"}});
+        w.Press(KORVEL_WIZARD_NEXT, P);
+        SendMessageA(w.Page(P), WM_USER + 2, KORVEL_WIZARD_FORWARD, 0);
+        Sleep(200);
+        stayedWithoutAnswer = w.Showing(P);
+        // Only record 2 matches, but the statement would update all four.
+        w.Press(KORVEL_WIZARD_BACK, A);
+        w.Press(KORVEL_WIZARD_BACK, C);
+        std::vector<Row> conditions = LongConditions("ist ungleich", value);
+        conditions.insert(conditions.begin(), Row{"id", "ist gleich", "2"});
+        w.Enter(C, conditions);
+        w.Press(KORVEL_WIZARD_NEXT, A);
+        w.Press(KORVEL_WIZARD_NEXT, P);
+        w.Refused(P);
+        w.Press(IDCANCEL, 0);
+    }, messages);
+    EXPECT_EQ(result, 2);
+    EXPECT_TRUE(stayedWithoutAnswer);
+    EXPECT_EQ(Rows(), kAllRows);
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].rfind(kConditionsTooLong, 0), 0u) << messages[0];
+}
+
 } // namespace
