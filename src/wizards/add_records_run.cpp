@@ -6,6 +6,7 @@
 #include "internal/execution.h"
 #include "internal/library.h"
 #include "internal/odbc_handles.h"
+#include "sqltext/column_name.h"
 
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
@@ -35,13 +36,13 @@ void BuildSourceQuery(const AddRecordsContext &context, bool replace, char *out,
     for (const auto &field : context.fields) {
         if (!field || !field->readsSource()) continue;
         if (!first) sql.append(',');
-        Kodbc_PrepareNameForSql92(context.sourceDbc, field->sourceField.c_str(), name, sizeof name);
+        sqltext::PrepareColumnName(context.sourceDbc, field->sourceField.c_str(), name, sizeof name);
         sql.append(name);
         first = false;
     }
     if (replace) {
         if (!first) sql.append(',');
-        Kodbc_PrepareNameForSql92(context.sourceDbc, context.sourceIdField, name, sizeof name);
+        sqltext::PrepareColumnName(context.sourceDbc, context.sourceIdField, name, sizeof name);
         sql.append(name);
     }
     char from[kFromSize];
@@ -100,7 +101,7 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
     char idField[kNameSize] = {};
     int idType = 0;
     if (replace) {
-        Kodbc_PrepareNameForSql92(context.destination, context.destIdField, idField, sizeof idField);
+        sqltext::PrepareColumnName(context.destination, context.destIdField, idField, sizeof idField);
         idType = ResultColumnType(query.get(), idColumn);
     }
     char idValue[kIdentifyingValueSize];

@@ -4,6 +4,7 @@
 #include "internal/driver_info.h"
 #include "internal/library.h"
 #include "internal/string_literal.h"
+#include "sqltext/column_name.h"
 
 #include <kodbc/kodbc_sqltext.h>
 
@@ -80,7 +81,7 @@ bool PrepareRecordStatementParts(SQLHDBC hdbc, const char *table, const AddRecFi
         for (std::size_t i = 0; i < fields.size(); ++i) {
             if (!fields[i] || !fields[i]->isWritten()) continue;
             char name[kNameSize];
-            Kodbc_PrepareNameForSql92(hdbc, fields[i]->destinationName.c_str(), name, sizeof name);
+            sqltext::PrepareColumnName(hdbc, fields[i]->destinationName.c_str(), name, sizeof name);
             parts.names[i] = name;
         }
         return true;
