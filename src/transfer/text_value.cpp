@@ -2,6 +2,8 @@
 
 #include "internal/odbc_call.h"
 
+#include <cstring>
+
 namespace kodbc::transfer {
 namespace {
 
@@ -11,17 +13,59 @@ namespace {
 // rest.
 constexpr SQLLEN kFirstRead = 256;
 
+// Whether a part read into `room` bytes was cut: a known length that fits
+// was not.
+bool Cut(SQLRETURN rc, SQLLEN indicator, SQLLEN room) noexcept {
+    return rc == SQL_SUCCESS_WITH_INFO && indicator != SQL_NULL_DATA &&
+           (indicator == SQL_NO_TOTAL || indicator >= room);
+}
+
+SQLRETURN ReadBinaryValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN size, SQLLEN *indicator) noexcept {
+    // The bytes land at the front and are spread into digits from the back,
+    // so no digit overwrites a byte not yet turned.
+    const SQLLEN room = (size - 1) / 2;
+    text[0] = '\0';
+    SQLRETURN rc = KODBC_SQL(SQLGetData, handle, column, SQLSMALLINT{SQL_C_BINARY}, text, room, indicator);
+    if (!SQL_SUCCEEDED(rc) || *indicator == SQL_NULL_DATA) return rc;
+    const SQLLEN bytes = Cut(rc, *indicator, room) || *indicator > room ? room : *indicator < 0 ? 0 : *indicator;
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    for (SQLLEN i = bytes; i-- > 0;) {
+        const unsigned char byte = static_cast<unsigned char>(text[i]);
+        text[2 * i] = kDigits[byte >> 4];
+        text[2 * i + 1] = kDigits[byte & 0x0F];
+    }
+    text[2 * bytes] = '\0';
+    *indicator = 2 * bytes;
+    return rc;
+}
+
 } // namespace
 
-SQLRETURN ReadTextValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN size, SQLLEN *indicator) noexcept {
+bool IsBinarySqlType(SQLLEN sqlType) noexcept {
+    return sqlType == SQL_BINARY || sqlType == SQL_VARBINARY || sqlType == SQL_LONGVARBINARY;
+}
+
+SQLRETURN ReadTextValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN size, SQLLEN *indicator,
+                        SQLLEN sqlType) noexcept {
+    if (size < 1) return SQL_ERROR;
+    if (IsBinarySqlType(sqlType)) return ReadBinaryValue(handle, column, text, size, indicator);
     const SQLLEN first = size < kFirstRead ? size : kFirstRead;
     SQLRETURN rc = KODBC_SQL(SQLGetData, handle, column, SQLSMALLINT{SQL_C_CHAR}, text, first, indicator);
-    if (rc != SQL_SUCCESS_WITH_INFO || first == size || *indicator == SQL_NULL_DATA ||
-        (*indicator != SQL_NO_TOTAL && *indicator < first))
-        return rc;
-    SQLLEN rest = 0;
-    rc = KODBC_SQL(SQLGetData, handle, column, SQLSMALLINT{SQL_C_CHAR}, text + first - 1, size - first + 1, &rest);
-    return rc == SQL_NO_DATA ? SQL_SUCCESS : rc;
+    if (first == size || !Cut(rc, *indicator, first)) return rc;
+    // Each next part goes where the text so far ends: a driver may hand over
+    // fewer bytes than the room it was given (a character it would have to
+    // split, digits of a byte), and the terminator stands behind what came.
+    for (;;) {
+        const SQLLEN received = static_cast<SQLLEN>(strnlen(text, static_cast<std::size_t>(size)));
+        const SQLLEN room = size - received;
+        if (room <= 1) return rc;
+        SQLLEN part = 0;
+        rc = KODBC_SQL(SQLGetData, handle, column, SQLSMALLINT{SQL_C_CHAR}, text + received, room, &part);
+        if (rc == SQL_NO_DATA) return SQL_SUCCESS;
+        if (!Cut(rc, part, room)) return rc;
+        // A part that brought nothing would bring nothing again.
+        if (strnlen(text, static_cast<std::size_t>(size)) == static_cast<std::size_t>(received)) return rc;
+    }
 }
 
 } // namespace kodbc::transfer
