@@ -1,5 +1,6 @@
 #include "transfer/text_value.h"
 
+#include "internal/binary_text.h"
 #include "internal/odbc_call.h"
 
 #include <cstring>
@@ -20,35 +21,12 @@ bool Cut(SQLRETURN rc, SQLLEN indicator, SQLLEN room) noexcept {
            (indicator == SQL_NO_TOTAL || indicator >= room);
 }
 
-SQLRETURN ReadBinaryValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN size, SQLLEN *indicator) noexcept {
-    // The bytes land at the front and are spread into digits from the back,
-    // so no digit overwrites a byte not yet turned.
-    const SQLLEN room = (size - 1) / 2;
-    text[0] = '\0';
-    SQLRETURN rc = KODBC_SQL(SQLGetData, handle, column, SQLSMALLINT{SQL_C_BINARY}, text, room, indicator);
-    if (!SQL_SUCCEEDED(rc) || *indicator == SQL_NULL_DATA) return rc;
-    const SQLLEN bytes = Cut(rc, *indicator, room) || *indicator > room ? room : *indicator < 0 ? 0 : *indicator;
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    for (SQLLEN i = bytes; i-- > 0;) {
-        const unsigned char byte = static_cast<unsigned char>(text[i]);
-        text[2 * i] = kDigits[byte >> 4];
-        text[2 * i + 1] = kDigits[byte & 0x0F];
-    }
-    text[2 * bytes] = '\0';
-    *indicator = 2 * bytes;
-    return rc;
-}
-
 } // namespace
-
-bool IsBinarySqlType(SQLLEN sqlType) noexcept {
-    return sqlType == SQL_BINARY || sqlType == SQL_VARBINARY || sqlType == SQL_LONGVARBINARY;
-}
 
 SQLRETURN ReadTextValue(SQLHSTMT handle, SQLUSMALLINT column, char *text, SQLLEN size, SQLLEN *indicator,
                         SQLLEN sqlType) noexcept {
     if (size < 1) return SQL_ERROR;
-    if (IsBinarySqlType(sqlType)) return ReadBinaryValue(handle, column, text, size, indicator);
+    if (IsBinarySqlType(sqlType)) return ReadBinaryAsHex(handle, column, text, size, indicator);
     const SQLLEN first = size < kFirstRead ? size : kFirstRead;
     SQLRETURN rc = KODBC_SQL(SQLGetData, handle, column, SQLSMALLINT{SQL_C_CHAR}, text, first, indicator);
     if (first == size || !Cut(rc, *indicator, first)) return rc;

@@ -6,9 +6,6 @@
 
 namespace kodbc::transfer {
 
-// Whether a column of this SQL type holds bytes rather than text.
-bool IsBinarySqlType(SQLLEN sqlType) noexcept;
-
 // SQLGetData as SQL_C_CHAR into `text` (`size` bytes): the same text, NULL
 // indicator and truncation as one call with the whole size, but a short
 // value costs only a short read. A binary column (sqlType) is read as bytes

@@ -263,6 +263,33 @@ TEST_P(AddRecords, PointedColumnNamesAndLongTexts) {
     EXPECT_EQ(OdbcErrors(), 0u);
 }
 
+// Bytes are copied as bytes into a binary column, as their hex digits into
+// a text column, whatever form the driver gives them as text.
+TEST_P(AddRecords, BytesCopiedAsBytesOrHexDigits) {
+    OwnTables({"ar_bin_src", "ar_bin_dst"});
+    const bool postgres = DbmsName() == "PostgreSQL";
+    const std::string bytes = "00090D0A275C00FF", type = postgres ? "BYTEA" : "BLOB";
+    Exec("CREATE TABLE ar_bin_src (b " + type + ")");
+    Exec("CREATE TABLE ar_bin_dst (b " + type + ", h VARCHAR(20))");
+    Exec("INSERT INTO ar_bin_src VALUES (" + (postgres ? "decode('" + bytes + "', 'hex')" : "X'" + bytes + "'") + ")");
+    TableRecord table{};
+    std::strcpy(table.Object.DbObjectName, "ar_bin_dst");
+    context_->sourceDbc = nullptr;  // borrowed, not to be disconnected
+    context_ = CreateAddRecordsContext(hdbc_, &table);
+    context_->sourceDbc = hdbc_;
+    std::strcpy(context_->source.DataSourceName, GetParam().c_str());
+    ASSERT_FALSE(LeaveSourceTablePage(*context_, "ar_bin_src").stays());
+    ASSERT_TRUE(ApplyFieldChoice(Field("h"), kFillSourceField, nullptr, "b"));
+    RecordingProgress progress;
+    AddRecordsRunCounts counts;
+    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(counts.written, 1);
+    EXPECT_EQ(Column(postgres ? "SELECT upper(encode(b, 'hex')) FROM ar_bin_dst" : "SELECT hex(b) FROM ar_bin_dst"),
+              std::vector<std::string>{bytes});
+    EXPECT_EQ(Column("SELECT h FROM ar_bin_dst"), std::vector<std::string>{bytes});
+    EXPECT_EQ(OdbcErrors(), 0u);
+}
+
 TEST_P(AddRecords, EarlyEndsKeepWhatWasWritten) {
     struct Case { const char *source; long cancelAt; const char *fixed; long read, written; bool cancelled, stopped; };
     const Case cases[] = {
