@@ -5,6 +5,7 @@
 #include "internal/table_types.h"
 #include "internal/text.h"
 
+#include <kodbc/kodbc_catalog.h>
 #include <kodbc/kodbc_types.h>
 
 #include <functional>
@@ -49,6 +50,10 @@ struct ColumnDescription {
 // ODBC error (shown) or for a null connection.
 int ForEachColumnDescription(SQLHDBC hdbc, const char *table,
                              const std::function<void(const ColumnDescription &)> &visit);
+
+// Kodbc_GetColumnProperties for a column the catalogue listed: its name is
+// one name, a point in it included.
+int CatalogColumnProperties(SQLHDBC hdbc, const char *table, const char *column, ColumnPropertiesRecord *record);
 
 // Box fillers' work buffer.
 inline constexpr int kBoxListSize = 30000;

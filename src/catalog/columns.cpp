@@ -1,6 +1,7 @@
 // Properties of single columns and the primary key of a table.
 #include "catalog/catalog_internal.h"
 #include "internal/odbc_handles.h"
+#include "sqltext/column_name.h"
 
 #include <korvel/bounded_text.h>
 
@@ -25,10 +26,19 @@ constexpr const char *kRefusalStates = "HY091,HYC00,S1091,S1C00";
 // describes the column without a row ever being read.
 class PreparedColumn {
 public:
-    PreparedColumn(SQLHDBC hdbc, const char *table, const char *field) {
+    // A catalogue column is one name; a field as callers give it may be
+    // qualified.
+    PreparedColumn(SQLHDBC hdbc, const char *table, const char *field, bool catalogueColumn = false) {
         if (!hdbc || IsBlank(table) || IsBlank(field)) return;
-        Kodbc_SprintfSqlStatement(hdbc, sql_, sizeof sql_, "SELECT %f FROM %t", field, table, nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, nullptr);
+        if (catalogueColumn) {
+            char column[kStatementSize];
+            sqltext::PrepareColumnName(hdbc, field, column, sizeof column);
+            Kodbc_SprintfSqlStatement(hdbc, sql_, sizeof sql_, "SELECT %s FROM %t", column, table, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr, nullptr);
+        } else {
+            Kodbc_SprintfSqlStatement(hdbc, sql_, sizeof sql_, "SELECT %f FROM %t", field, table, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr, nullptr);
+        }
         odbc::Statement stmt(hdbc);
         if (!stmt.ok()) {
             Kodbc_DisplayErrorHdbc(hdbc);
@@ -119,7 +129,44 @@ bool FetchKeyRow(odbc::Statement &stmt, char *value, SQLLEN &indicator, bool &fa
     return false;
 }
 
+// The properties of the prepared column; a property the driver refuses
+// stays 0, any other error ends the query.
+int ReadColumnProperties(PreparedColumn &column, ColumnPropertiesRecord &record) {
+    struct Property {
+        SQLUSMALLINT which;
+        int32_t ColumnPropertiesRecord::*field;
+        int32_t (*convert)(SQLLEN);
+    };
+    static constexpr Property kProperties[] = {
+        {SQL_COLUMN_TYPE, &ColumnPropertiesRecord::SqlDataType, [](SQLLEN v) { return static_cast<int32_t>(v); }},
+        {SQL_COLUMN_AUTO_INCREMENT, &ColumnPropertiesRecord::AutoIncrement, [](SQLLEN v) { return int32_t{v != 0}; }},
+        {SQL_COLUMN_CASE_SENSITIVE, &ColumnPropertiesRecord::CaseSensitive, [](SQLLEN v) { return int32_t{v != 0}; }},
+        {SQL_COLUMN_LENGTH, &ColumnPropertiesRecord::Length, [](SQLLEN v) { return static_cast<int32_t>(v); }},
+        {SQL_COLUMN_NULLABLE, &ColumnPropertiesRecord::Nullable,
+         [](SQLLEN v) { return int32_t{v != SQL_NO_NULLS}; }},
+        {SQL_COLUMN_UPDATABLE, &ColumnPropertiesRecord::Updatable,
+         [](SQLLEN v) { return int32_t{v != SQL_ATTR_READONLY}; }},
+    };
+    for (const Property &property : kProperties) {
+        SQLLEN value = 0;
+        switch (column.attribute(property.which, value)) {
+        case PreparedColumn::Answer::Given: record.*property.field = property.convert(value); break;
+        case PreparedColumn::Answer::Refused: break;
+        case PreparedColumn::Answer::Failed: return KODBC_FAILURE;
+        }
+    }
+    return KODBC_SUCCESS;
+}
+
 } // namespace
+
+int CatalogColumnProperties(SQLHDBC hdbc, const char *table, const char *column, ColumnPropertiesRecord *record) {
+    if (!record) return KODBC_FAILURE;
+    std::memset(record, 0, sizeof *record);
+    PreparedColumn prepared(hdbc, table, column, true);
+    return prepared.ok() ? ReadColumnProperties(prepared, *record) : KODBC_FAILURE;
+}
+
 } // namespace kodbc::catalog
 
 using namespace kodbc;
@@ -149,31 +196,7 @@ KODBC_API int KODBC_CALL Kodbc_GetColumnProperties(SQLHDBC hdbc, const char *tab
     std::memset(record, 0, sizeof *record);
     PreparedColumn column(hdbc, table, field);
     if (!column.ok()) return KODBC_FAILURE;
-    // A property the driver refuses stays 0; any other error ends the query.
-    struct Property {
-        SQLUSMALLINT which;
-        int32_t ColumnPropertiesRecord::*field;
-        int32_t (*convert)(SQLLEN);
-    };
-    static constexpr Property kProperties[] = {
-        {SQL_COLUMN_TYPE, &ColumnPropertiesRecord::SqlDataType, [](SQLLEN v) { return static_cast<int32_t>(v); }},
-        {SQL_COLUMN_AUTO_INCREMENT, &ColumnPropertiesRecord::AutoIncrement, [](SQLLEN v) { return int32_t{v != 0}; }},
-        {SQL_COLUMN_CASE_SENSITIVE, &ColumnPropertiesRecord::CaseSensitive, [](SQLLEN v) { return int32_t{v != 0}; }},
-        {SQL_COLUMN_LENGTH, &ColumnPropertiesRecord::Length, [](SQLLEN v) { return static_cast<int32_t>(v); }},
-        {SQL_COLUMN_NULLABLE, &ColumnPropertiesRecord::Nullable,
-         [](SQLLEN v) { return int32_t{v != SQL_NO_NULLS}; }},
-        {SQL_COLUMN_UPDATABLE, &ColumnPropertiesRecord::Updatable,
-         [](SQLLEN v) { return int32_t{v != SQL_ATTR_READONLY}; }},
-    };
-    for (const Property &property : kProperties) {
-        SQLLEN value = 0;
-        switch (column.attribute(property.which, value)) {
-        case PreparedColumn::Answer::Given: record->*property.field = property.convert(value); break;
-        case PreparedColumn::Answer::Refused: break;
-        case PreparedColumn::Answer::Failed: return KODBC_FAILURE;
-        }
-    }
-    return KODBC_SUCCESS;
+    return ReadColumnProperties(column, *record);
 }
 
 KODBC_API int KODBC_CALL Kodbc_GetPrimaryKeyColumns(SQLHDBC hdbc, const char *table, int flags,

@@ -247,6 +247,27 @@ bool PrepareSql92NameList(QuoteText &quote, char *list, int size, char separator
     return true;
 }
 
+bool PrepareColumnName(QuoteText &quote, std::string_view name, char *out, int size) noexcept {
+    BoundedText result(out, size);
+    if (!result.valid() || IsBlank(name)) return false;
+    bool whole = true;
+    if (IsPlainSqlIdentifier(name) || !quote.quotes()) {
+        whole = result.append(name);
+    } else {
+        const std::string_view q = quote.text();
+        whole = result.append(q);
+        for (std::size_t at = 0; whole && at < name.size();) {
+            const std::size_t next = name.find(q, at);
+            const std::size_t end = next == std::string_view::npos ? name.size() : next + q.size();
+            whole = result.append(name.substr(at, end - at)) && (next == std::string_view::npos || result.append(q));
+            at = end;
+        }
+        whole = whole && result.append(q);
+    }
+    if (!whole) out[0] = '\0';
+    return whole;
+}
+
 void EncloseInPlace(char *name, int size, std::string_view open, std::string_view close) noexcept {
     if (!name || size < 1) return;
     const std::size_t capacity = static_cast<std::size_t>(size) - 1;

@@ -71,6 +71,13 @@ bool PrepareSql92Name(QuoteText &quote, const char *name, char *out, int size) n
 // working copy could not be had; the list is then unchanged.
 bool PrepareSql92NameList(QuoteText &quote, char *list, int size, char separator, char joiner) noexcept;
 
+// A column name as the catalogue reports it is one name, points included:
+// unless it is a plain identifier it is enclosed whole in the quote text,
+// each quote text inside it doubled. A driver that does not quote gets the
+// name as it is. out holds the whole result or nothing: false when it did
+// not fit (or name is blank).
+bool PrepareColumnName(QuoteText &quote, std::string_view name, char *out, int size) noexcept;
+
 // Encloses the whole name in open and close, cut to size-1, in place.
 void EncloseInPlace(char *name, int size, std::string_view open, std::string_view close) noexcept;
 // The name in the quote text on both sides unless it is a plain identifier.

@@ -2,6 +2,7 @@
 // live in sql_names.cpp; here the driver is asked what they need: its
 // identifier quote text (once per call, and only when a rule gets to it)
 // and its schema usage.
+#include "sqltext/column_name.h"
 #include "sqltext/sql_names.h"
 
 #include "internal/driver_info.h"
@@ -24,6 +25,23 @@ QuoteText DriverQuote(SQLHDBC hdbc) { return QuoteText::Lazy(&FetchIdentifierQuo
 void ReportShortage() { kodbc::LibraryMessage(kodbc::msg::OUT_OF_MEMORY); }
 
 } // namespace
+
+namespace kodbc::sqltext {
+
+void PrepareColumnName(SQLHDBC hdbc, const char *name, char *out, int size) noexcept {
+    QuoteText quote = DriverQuote(hdbc);
+    PrepareColumnName(quote, name ? std::string_view(name) : std::string_view(), out, size);
+}
+
+std::string PrepareColumnName(SQLHDBC hdbc, const std::string &name) {
+    // Every character may be a doubled quote, and two enclose it.
+    std::string out(2 * name.size() + 2 * kQuoteTextSize + 1, '\0');
+    PrepareColumnName(hdbc, name.c_str(), out.data(), static_cast<int>(out.size()));
+    out.resize(std::char_traits<char>::length(out.c_str()));
+    return out;
+}
+
+} // namespace kodbc::sqltext
 
 extern "C" {
 

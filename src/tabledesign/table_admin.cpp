@@ -4,6 +4,7 @@
 #include "internal/datatypes.h"
 #include "internal/execution.h"
 #include "internal/library.h"
+#include "sqltext/column_name.h"
 
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
@@ -36,6 +37,9 @@ bool RunAlter(SQLHDBC hdbc, int bufferSize, const char *sqlTemplate, const char 
     if (!PrepareStatement(hdbc, sql.get(), statement, bufferSize)) return false;
     return ExecuteStatement(statement, sql.get(), nullptr) == ExecOutcome::Executed;
 }
+
+// A column is one name, a point in it included.
+std::string ColumnName(SQLHDBC hdbc, const std::string &name) { return sqltext::PrepareColumnName(hdbc, name); }
 
 std::string LibraryText(int id) {
     char text[kHeaderSize] = {};
@@ -114,7 +118,7 @@ int DropColumns(SQLHDBC hdbc, const char *table, const std::vector<std::string> 
             }
             if (answer != kAnswerYes) continue;
         }
-        if (!RunAlter(hdbc, 300, "ALTER TABLE %t DROP COLUMN %f", table, column.c_str())) {
+        if (!RunAlter(hdbc, 300, "ALTER TABLE %t DROP COLUMN %s", table, ColumnName(hdbc, column).c_str())) {
             ended = true;
             break;
         }
@@ -135,7 +139,8 @@ bool AddColumn(SQLHDBC hdbc, const char *table, const char *name, int typeCode, 
     FormatColumnDefinition(hdbc, row, length, definition, sizeof definition);
     // The clause is the database's, whatever the user meant by "not empty".
     const char *clause = AddedColumnClause(hdbc, typeCode);
-    return RunAlter(hdbc, 200, "ALTER TABLE %t ADD %f %s%s", table, name, definition, clause ? clause : "");
+    return RunAlter(hdbc, 200, "ALTER TABLE %t ADD %s %s%s", table, ColumnName(hdbc, name).c_str(), definition,
+                    clause ? clause : "");
 }
 
 bool MayAddAutoIncrement(SQLHDBC hdbc, const char *table) {
@@ -156,7 +161,8 @@ bool AddAutoIncrementColumn(SQLHDBC hdbc, const char *table, const char *name) {
         LibraryMessage(msg::AUTOINC_NOT_SUPPORTED);
         return false;
     }
-    return RunAlter(hdbc, 200, "ALTER TABLE %t ADD %f %s", table, name, capabilities.autoIncrementColumn);
+    return RunAlter(hdbc, 200, "ALTER TABLE %t ADD %s %s", table, ColumnName(hdbc, name).c_str(),
+                    capabilities.autoIncrementColumn);
 }
 
 bool MayAddPrimaryKey(SQLHDBC hdbc, const char *table) {
@@ -176,10 +182,9 @@ std::vector<std::string> KeyCandidates(SQLHDBC hdbc, const char *table) {
 bool AddPrimaryKey(SQLHDBC hdbc, const char *table, const std::vector<std::string> &columns) {
     if (columns.empty()) return false;
     std::string joined;
-    for (const std::string &column : columns) joined += (joined.empty() ? "" : "\t") + column;
+    for (const std::string &column : columns) joined += (joined.empty() ? "" : ",") + ColumnName(hdbc, column);
     char list[kKeyListSize] = {};
     korvel::BoundedText(list, sizeof list).append(joined);
-    Kodbc_PrepareNameListForSql92(hdbc, list, sizeof list, '\t', ',', 0);
     if (!RunAlter(hdbc, 200, "ALTER TABLE %t ADD PRIMARY KEY (%s)", table, list)) return false;
     ShowTempNotice(msg::PRIMARY_KEY_CREATED);
     return true;

@@ -5,6 +5,7 @@
 #include "internal/execution.h"
 #include "internal/library.h"
 #include "internal/odbc_call.h"
+#include "sqltext/column_name.h"
 
 #include <korvel/korvel32.h>
 
@@ -21,7 +22,6 @@ namespace kodbc::transfer {
 namespace {
 
 constexpr int kValueSize = 10000;
-constexpr int kNameSize = 200;
 constexpr int kTableTextSize = 300;
 
 // One value: brackets around the text, converted to the OEM code page
@@ -87,10 +87,8 @@ std::string ExportStatement(SQLHDBC hdbc, const char *table, const std::vector<E
     bool first = true;
     for (const ExportField &field : fields) {
         if (!field.exported) continue;
-        char name[kNameSize] = {};
-        Kodbc_PrepareNameForSql92(hdbc, field.name.c_str(), name, sizeof name);
         if (!first) sql += ", ";
-        sql += name;
+        sql += sqltext::PrepareColumnName(hdbc, field.name);
         first = false;
     }
     char from[kTableTextSize] = {};
@@ -147,7 +145,7 @@ bool WriteExportFile(SQLHDBC hdbc, const std::string &statement, const std::vect
             if (i) file.write(delimiter.data(), delimiter.size());
             SQLLEN indicator = 0;
             rc = ReadTextValue(handle.get(), static_cast<SQLUSMALLINT>(i + 1), text.get(), SQLLEN{kValueSize},
-                               &indicator);
+                               &indicator, columns[i]->sqlType);
             if (!SQL_SUCCEEDED(rc)) {
                 ReportStatementError(handle.get(), rc, statement.c_str(), nullptr);
                 failed = true;

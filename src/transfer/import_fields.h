@@ -19,6 +19,7 @@ inline constexpr int kDefaultImportLength = 255;
 
 struct ImportField {
     std::string sourceName;
+    std::string sourceColumn;  // a table source's column as the catalogue names it
     int sourceType = KODBC_TYPE_VAR_TEXT;   // KODBC_TYPE_*
     int sourceLength = kDefaultImportLength;
     std::string targetName;

@@ -4,6 +4,7 @@
 #include "catalog/catalog_internal.h"
 #include "internal/execution.h"
 #include "internal/library.h"
+#include "sqltext/column_name.h"
 #include "transfer/import_selection_files.h"
 #include "transfer/import_values.h"
 
@@ -21,7 +22,6 @@ namespace kodbc::transfer {
 namespace {
 
 constexpr int kValueSize = 10000;
-constexpr int kNameSize = 200;
 constexpr int kTableTextSize = 300;
 // The table source reads numbers with a point and dates as the export
 // writes them; the conversions below take both.
@@ -185,7 +185,8 @@ bool DiscoverTableFields(SQLHDBC source, const char *table, ImportFieldList &fie
     return catalog::ForEachColumnDescription(source, table, [&](const catalog::ColumnDescription &column) {
                const int type = Kodbc_SqlDataTypeToKodbcDataType(column.sqlType);
                const bool sized = IsTextType(type) && column.size > 0;
-               AddImportField(fields, column.name, type, sized ? column.size : kDefaultImportLength);
+               AddImportField(fields, column.name, type, sized ? column.size : kDefaultImportLength).sourceColumn =
+                   column.name;
            }) == KODBC_SUCCESS;
 }
 
@@ -196,10 +197,10 @@ bool ImportTableRecords(SQLHDBC source, const char *table, ImportFieldList &fiel
     std::string sql = "SELECT ";
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (!fields[i].imported || fields[i].autoIncrement) continue;
-        char name[kNameSize] = {};
-        Kodbc_PrepareNameForSql92(source, fields[i].sourceName.c_str(), name, sizeof name);
+        // The catalogue's name: the field's own is made unique and freed of points.
+        const std::string &column = fields[i].sourceColumn.empty() ? fields[i].sourceName : fields[i].sourceColumn;
         sql += columns.empty() ? "" : ", ";
-        sql += name;
+        sql += sqltext::PrepareColumnName(source, column);
         columns.push_back(i);
     }
     if (columns.empty()) return false;
@@ -228,7 +229,7 @@ bool ImportTableRecords(SQLHDBC source, const char *table, ImportFieldList &fiel
         for (std::size_t c = 0; c < columns.size(); ++c) {
             SQLLEN indicator = 0;
             rc = ReadTextValue(statement.get(), static_cast<SQLUSMALLINT>(c + 1), text.get(), SQLLEN{kValueSize},
-                               &indicator);
+                               &indicator, sqlTypes[c]);
             if (!odbc::succeeded(rc)) {
                 ReportStatementError(statement.get(), rc, sql.c_str(), nullptr);
                 return RecordRead::Failed;

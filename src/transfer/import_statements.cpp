@@ -5,6 +5,7 @@
 #include "internal/execution.h"
 #include "internal/string_literal.h"
 #include "internal/db_capabilities.h"
+#include "sqltext/column_name.h"
 
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
@@ -81,7 +82,7 @@ std::string CreateImportTableStatement(SQLHDBC hdbc, const char *table, const Im
         const DataTypeRow *row = field.imported ? FindDataType(field.targetType) : nullptr;
         if (!row) continue;
         char name[kNameSize];
-        Kodbc_PrepareNameForSql92(hdbc, field.targetName.c_str(), name, sizeof name);
+        sqltext::PrepareColumnName(hdbc, field.targetName.c_str(), name, sizeof name);
         char type[kTypeSize];
         if (field.autoIncrement && row->counterTypeFromSource && !counterType.empty())
             korvel::BoundedText(type, sizeof type).append(counterType);
@@ -106,7 +107,7 @@ ImportInsertParts PrepareImportInsert(SQLHDBC hdbc, const char *table, const Imp
     parts.swapDateParts = Kodbc_GetDatabaseType(hdbc) == KODBC_DBTYPE_SQLSERVER;
     for (const ImportField &field : fields) {
         char name[kNameSize] = {};
-        if (IsWritten(field)) Kodbc_PrepareNameForSql92(hdbc, field.targetName.c_str(), name, sizeof name);
+        if (IsWritten(field)) sqltext::PrepareColumnName(hdbc, field.targetName.c_str(), name, sizeof name);
         parts.names.emplace_back(name);
     }
     return parts;

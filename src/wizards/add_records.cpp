@@ -3,6 +3,7 @@
 #include "wizards/add_records.h"
 #include "wizards/value_conversion.h"
 
+#include "catalog/catalog_internal.h"
 #include "internal/datatypes.h"
 #include "internal/library.h"
 #include "internal/odbc_handles.h"
@@ -98,7 +99,8 @@ void PresetSameNamedSource(AddRecField &field, SQLHDBC source, const char *sourc
     if (field.readOnly || !source || IsEmpty(sourceTable)) return;
     if (Kodbc_DoesFieldExist(source, sourceTable, field.destinationName.c_str()) != 1) return;
     ColumnPropertiesRecord properties{};
-    if (Kodbc_GetColumnProperties(source, sourceTable, field.destinationName.c_str(), &properties) != KODBC_SUCCESS)
+    if (catalog::CatalogColumnProperties(source, sourceTable, field.destinationName.c_str(), &properties) !=
+        KODBC_SUCCESS)
         return;
     if (properties.SqlDataType == 0 || properties.Length < 0) return;
     field.mode = kFillSourceField;
@@ -204,8 +206,8 @@ bool BuildMapping(AddRecordsContext &context) noexcept {
             if (slot == context.fields.size()) break;
             auto field = std::make_unique<AddRecField>();
             ColumnPropertiesRecord properties{};
-            const bool readable = Kodbc_GetColumnProperties(context.destination, table, column.name.c_str(),
-                                                            &properties) == KODBC_SUCCESS;
+            const bool readable = catalog::CatalogColumnProperties(context.destination, table, column.name.c_str(),
+                                                                   &properties) == KODBC_SUCCESS;
             field->destinationName = column.name;
             field->destinationType = Kodbc_SqlDataTypeToKodbcDataType(column.sqlType);
             field->destinationLength = column.size;
@@ -305,8 +307,8 @@ bool ApplyFieldChoice(AddRecField &field, int mode, const char *fixedValue, cons
         case kFillSourceField: {
             if (IsEmpty(sourceField)) return false;
             ColumnPropertiesRecord properties{};
-            if (Kodbc_GetColumnProperties(field.sourceConnection, field.sourceTable.c_str(), sourceField,
-                                          &properties) != KODBC_SUCCESS)
+            if (catalog::CatalogColumnProperties(field.sourceConnection, field.sourceTable.c_str(), sourceField,
+                                                 &properties) != KODBC_SUCCESS)
                 return false;
             field.sourceField = sourceField;
             field.sourceType = Kodbc_SqlDataTypeToKodbcDataType(properties.SqlDataType);

@@ -3,9 +3,11 @@
 #include "wizards/record_statements.h"
 #include "wizards/value_conversion.h"
 
+#include "internal/binary_text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
 #include "internal/odbc_handles.h"
+#include "sqltext/column_name.h"
 
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
@@ -18,6 +20,7 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <vector>
 
 namespace kodbc::wizards {
 namespace {
@@ -35,13 +38,13 @@ void BuildSourceQuery(const AddRecordsContext &context, bool replace, char *out,
     for (const auto &field : context.fields) {
         if (!field || !field->readsSource()) continue;
         if (!first) sql.append(',');
-        Kodbc_PrepareNameForSql92(context.sourceDbc, field->sourceField.c_str(), name, sizeof name);
+        sqltext::PrepareColumnName(context.sourceDbc, field->sourceField.c_str(), name, sizeof name);
         sql.append(name);
         first = false;
     }
     if (replace) {
         if (!first) sql.append(',');
-        Kodbc_PrepareNameForSql92(context.sourceDbc, context.sourceIdField, name, sizeof name);
+        sqltext::PrepareColumnName(context.sourceDbc, context.sourceIdField, name, sizeof name);
         sql.append(name);
     }
     char from[kFromSize];
@@ -50,14 +53,16 @@ void BuildSourceQuery(const AddRecordsContext &context, bool replace, char *out,
     sql.append(from);
 }
 
-// Column `column` of the current row as text; false for NULL or a column
-// that cannot be read. cut (may be null) tells whether the value was longer
-// than the buffer.
-bool ReadColumn(SQLHSTMT statement, SQLUSMALLINT column, char *buffer, int size, std::string_view &value,
-                bool *cut = nullptr) {
+// Column `column` of the current row as text, bytes as their hex digits;
+// false for NULL or a column that cannot be read. cut (may be null) tells
+// whether the value was longer than the buffer.
+bool ReadColumn(SQLHSTMT statement, SQLUSMALLINT column, int sqlType, char *buffer, int size,
+                std::string_view &value, bool *cut = nullptr) {
     SQLLEN indicator = 0;
-    SQLRETURN rc = KODBC_SQL(SQLGetData, statement, column, static_cast<SQLSMALLINT>(SQL_C_CHAR),
-                             static_cast<SQLPOINTER>(buffer), static_cast<SQLLEN>(size), &indicator);
+    SQLRETURN rc = IsBinarySqlType(sqlType)
+                       ? ReadBinaryAsHex(statement, column, buffer, static_cast<SQLLEN>(size), &indicator)
+                       : KODBC_SQL(SQLGetData, statement, column, static_cast<SQLSMALLINT>(SQL_C_CHAR),
+                                   static_cast<SQLPOINTER>(buffer), static_cast<SQLLEN>(size), &indicator);
     if (!odbc::succeeded(rc) || indicator == SQL_NULL_DATA) return false;
     // A value longer than the buffer arrives cut (and the driver may not
     // know its length): what is in the buffer counts.
@@ -103,9 +108,11 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
     char idField[kNameSize] = {};
     int idType = 0;
     if (replace) {
-        Kodbc_PrepareNameForSql92(context.destination, context.destIdField, idField, sizeof idField);
+        sqltext::PrepareColumnName(context.destination, context.destIdField, idField, sizeof idField);
         idType = ResultColumnType(query.get(), idColumn);
     }
+    std::vector<int> columnTypes;
+    for (SQLUSMALLINT c = 1; c < idColumn; ++c) columnTypes.push_back(ResultColumnType(query.get(), c));
     char idValue[kIdentifyingValueSize];
     char condition[kIdentifyingConditionSize];
 
@@ -123,7 +130,9 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
             if (!field || !field->readsSource()) continue;
             std::string_view text;
             bool cut = false;
-            if (!ReadColumn(query.get(), ++column, value.get(), kBufferSize, text, &cut)) continue;
+            ++column;
+            if (!ReadColumn(query.get(), column, columnTypes[column - 1], value.get(), kBufferSize, text, &cut))
+                continue;
             if (cut) ++result.valuesCut;
             if (!ConvertSourceValue(field->sourceType, field->destinationType, text, field->value)) {
                 converted = false;
@@ -142,7 +151,7 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
         bool update = false;
         if (replace) {
             std::string_view id;
-            if (!ReadColumn(query.get(), idColumn, idValue, sizeof idValue, id)) id = {};
+            if (!ReadColumn(query.get(), idColumn, idType, idValue, sizeof idValue, id)) id = {};
             BuildIdentifyingCondition(idField, id, idType, condition, sizeof condition, parts.backslashEscapes);
             update = Kodbc_GetRecordCountExt(context.destination, table, condition, 0) >= 1;
         }

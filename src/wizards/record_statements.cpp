@@ -4,6 +4,7 @@
 #include "internal/driver_info.h"
 #include "internal/library.h"
 #include "internal/string_literal.h"
+#include "sqltext/column_name.h"
 
 #include <kodbc/kodbc_sqltext.h>
 
@@ -32,6 +33,11 @@ std::string FormatHead(SQLHDBC hdbc, const char *pattern, const char *table) {
     return text;
 }
 
+// Bytes of a binary source arrive as pairs of hex digits.
+bool IsHexDigits(std::string_view text) noexcept {
+    return text.size() % 2 == 0 && text.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
+}
+
 void AppendCondition(korvel::BoundedText &out, const char *condition) noexcept {
     if (condition && *condition) {
         out.append(" WHERE ");
@@ -48,7 +54,8 @@ bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text, bool b
     return out.append('\'') && whole;
 }
 
-void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field, bool backslashEscapes) noexcept {
+void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field, bool backslashEscapes,
+                        std::string_view binaryOpen) noexcept {
     switch (field.mode) {
     case kFillFixedValue:
         if (field.fixedValue.empty()) break;
@@ -58,10 +65,17 @@ void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field, bool
         return;
     case kFillSourceField:
         if (field.valueIsNull || field.value.empty()) break;
-        if (field.destinationType == KODBC_TYPE_INTEGER || field.destinationType == KODBC_TYPE_FLOAT)
+        if (field.destinationType == KODBC_TYPE_INTEGER || field.destinationType == KODBC_TYPE_FLOAT) {
             out.append(field.value);
-        else
+        } else if (field.destinationType == KODBC_TYPE_BINARY && field.sourceType == KODBC_TYPE_BINARY &&
+                   IsHexDigits(field.value)) {
+            out.append(binaryOpen);
+            out.append(field.value);
+            out.append('\'');
+        }
+        else {
             AppendStringLiteral(out, field.value, backslashEscapes);
+        }
         return;
     default:
         break;
@@ -76,11 +90,15 @@ bool PrepareRecordStatementParts(SQLHDBC hdbc, const char *table, const AddRecFi
         parts.updateHead = FormatHead(hdbc, "UPDATE %t SET ", table);
         parts.deleteHead = FormatHead(hdbc, "DELETE FROM %t", table);
         parts.backslashEscapes = LiteralsTakeBackslashEscapes(hdbc);
+        // PostgreSQL reads X'..' as bits; its bytes take the hex escape.
+        char dbms[kHeadSize] = {};
+        if (GetInfoText(hdbc, SQL_DBMS_NAME, dbms, sizeof dbms) && std::string_view(dbms) == "PostgreSQL")
+            parts.binaryOpen = "'\\x";
         parts.names.assign(fields.size(), std::string());
         for (std::size_t i = 0; i < fields.size(); ++i) {
             if (!fields[i] || !fields[i]->isWritten()) continue;
             char name[kNameSize];
-            Kodbc_PrepareNameForSql92(hdbc, fields[i]->destinationName.c_str(), name, sizeof name);
+            sqltext::PrepareColumnName(hdbc, fields[i]->destinationName.c_str(), name, sizeof name);
             parts.names[i] = name;
         }
         return true;
@@ -106,7 +124,7 @@ bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldLi
     for (std::size_t i = 0; i < fields.size() && i < parts.names.size(); ++i) {
         if (!fields[i] || !fields[i]->isWritten()) continue;
         if (!first) sql.append(',');
-        AppendValueLiteral(sql, *fields[i], parts.backslashEscapes);
+        AppendValueLiteral(sql, *fields[i], parts.backslashEscapes, parts.binaryOpen);
         first = false;
     }
     sql.append(')');
@@ -123,7 +141,7 @@ bool BuildUpdateStatement(const RecordStatementParts &parts, const AddRecFieldLi
         if (!first) sql.append(',');
         sql.append(parts.names[i]);
         sql.append('=');
-        AppendValueLiteral(sql, *fields[i], parts.backslashEscapes);
+        AppendValueLiteral(sql, *fields[i], parts.backslashEscapes, parts.binaryOpen);
         first = false;
     }
     AppendCondition(sql, condition);

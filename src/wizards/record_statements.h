@@ -28,8 +28,10 @@ bool AppendStringLiteral(korvel::BoundedText &out, std::string_view text, bool b
 // - fixed value: between quotes exactly as typed (its quotes are not
 //   doubled: what the user typed is taken as SQL);
 // - source field: bare into integer and floating-point columns, else a
-//   string literal.
-void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field, bool backslashEscapes = false) noexcept;
+//   string literal; bytes (read as hex digits) into a binary column as a
+//   binary literal opened by binaryOpen and closed by a quote.
+void AppendValueLiteral(korvel::BoundedText &out, const AddRecField &field, bool backslashEscapes = false,
+                        std::string_view binaryOpen = "X'") noexcept;
 
 // The parts of the statements that are the same for every record of a
 // run, prepared once for the destination connection.
@@ -39,6 +41,7 @@ struct RecordStatementParts {
     std::string deleteHead;             // "DELETE FROM <table>"
     std::vector<std::string> names;     // per slot: the prepared name, empty when the entry is not written
     bool backslashEscapes = false;      // the database reads backslash escapes in literals
+    std::string binaryOpen = "X'";      // how a binary literal begins there
 };
 
 // Formats the heads with the table and prepares the names of the entries

@@ -260,6 +260,65 @@ TEST_P(AddRecords, ReplaceRunUpdatesMatchingRecords) {
     EXPECT_EQ(Column("SELECT name FROM ar_dst ORDER BY id"), (std::vector<std::string>{"O'Neil", "Mei\\er", "Schulze"}));
 }
 
+// Columns named with a point are mapped, read, written and matched as one
+// name each; a text of 1000 multi-byte characters is copied whole.
+TEST_P(AddRecords, PointedColumnNamesAndLongTexts) {
+    OwnTables({"ar_pt_src", "ar_pt_dst"});
+    const std::string q = IdentifierQuote(), art = q + "Art.Nr" + q, preis = q + "Preis.Netto" + q;
+    std::string euros;
+    for (int i = 0; i < 1000; ++i) euros += "\xE2\x82\xAC";
+    for (const char *table : {"ar_pt_src", "ar_pt_dst"})
+        Exec(std::string("CREATE TABLE ") + table + " (" + art + " VARCHAR(20), " + preis +
+             " DOUBLE PRECISION, t VARCHAR(1000))");
+    Exec("INSERT INTO ar_pt_src VALUES ('A.1', 12.5, '" + euros + "')");
+    Exec("INSERT INTO ar_pt_src VALUES ('B.2', 0.25, 'kurz')");
+    Exec("INSERT INTO ar_pt_dst VALUES ('B.2', 99, 'alt')");
+    TableRecord table{};
+    std::strcpy(table.Object.DbObjectName, "ar_pt_dst");
+    context_->sourceDbc = nullptr;  // borrowed, not to be disconnected
+    context_ = CreateAddRecordsContext(hdbc_, &table);
+    context_->sourceDbc = hdbc_;
+    std::strcpy(context_->source.DataSourceName, GetParam().c_str());
+    ASSERT_FALSE(LeaveSourceTablePage(*context_, "ar_pt_src").stays());
+    EXPECT_EQ(Modes(), (std::vector<int>{kFillSourceField, kFillSourceField, kFillSourceField}));
+    LeaveIdFieldsPage(*context_, kRecordModeReplace, "Art.Nr", "Art.Nr");
+    RecordingProgress progress;
+    AddRecordsRunCounts counts;
+    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(counts.written, 2);
+    EXPECT_EQ(Column("SELECT " + art + " FROM ar_pt_dst ORDER BY " + art), (std::vector<std::string>{"A.1", "B.2"}));
+    EXPECT_EQ(Column("SELECT t FROM ar_pt_dst ORDER BY " + art), (std::vector<std::string>{euros, "kurz"}));
+    EXPECT_EQ(Column("SELECT " + art + " FROM ar_pt_dst WHERE " + preis + " = 0.25"), std::vector<std::string>{"B.2"});
+    EXPECT_EQ(OdbcErrors(), 0u);
+}
+
+// Bytes are copied as bytes into a binary column, as their hex digits into
+// a text column, whatever form the driver gives them as text.
+TEST_P(AddRecords, BytesCopiedAsBytesOrHexDigits) {
+    OwnTables({"ar_bin_src", "ar_bin_dst"});
+    const bool postgres = DbmsName() == "PostgreSQL";
+    const std::string bytes = "00090D0A275C00FF", type = postgres ? "BYTEA" : "BLOB";
+    Exec("CREATE TABLE ar_bin_src (b " + type + ")");
+    Exec("CREATE TABLE ar_bin_dst (b " + type + ", h VARCHAR(20))");
+    Exec("INSERT INTO ar_bin_src VALUES (" + (postgres ? "decode('" + bytes + "', 'hex')" : "X'" + bytes + "'") + ")");
+    TableRecord table{};
+    std::strcpy(table.Object.DbObjectName, "ar_bin_dst");
+    context_->sourceDbc = nullptr;  // borrowed, not to be disconnected
+    context_ = CreateAddRecordsContext(hdbc_, &table);
+    context_->sourceDbc = hdbc_;
+    std::strcpy(context_->source.DataSourceName, GetParam().c_str());
+    ASSERT_FALSE(LeaveSourceTablePage(*context_, "ar_bin_src").stays());
+    ASSERT_TRUE(ApplyFieldChoice(Field("h"), kFillSourceField, nullptr, "b"));
+    RecordingProgress progress;
+    AddRecordsRunCounts counts;
+    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(counts.written, 1);
+    EXPECT_EQ(Column(postgres ? "SELECT upper(encode(b, 'hex')) FROM ar_bin_dst" : "SELECT hex(b) FROM ar_bin_dst"),
+              std::vector<std::string>{bytes});
+    EXPECT_EQ(Column("SELECT h FROM ar_bin_dst"), std::vector<std::string>{bytes});
+    EXPECT_EQ(OdbcErrors(), 0u);
+}
+
 TEST_P(AddRecords, EarlyEndsKeepWhatWasWritten) {
     struct Case { const char *source; long cancelAt; const char *fixed; long read, written; bool cancelled, stopped; };
     const Case cases[] = {

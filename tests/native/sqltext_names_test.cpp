@@ -219,6 +219,29 @@ TEST(SqlTextQuoteIfNotPlain, EnclosesWholeName) {
     }
 }
 
+// A catalogue's column name is one name: points stay inside the quotes,
+// quotes in it are doubled, and what does not fit whole is not written.
+TEST(SqlTextColumnName, OneNameQuotedWhole) {
+    const struct {
+        const char *quote, *name;
+        int size;
+        const char *expected;
+    } cases[] = {
+        {"\"", "Art.Nr", 20, "\"Art.Nr\""},
+        {"`", "a`b.c", 20, "`a``b.c`"},
+        {"\"", "Kunden", 20, "Kunden"},
+        {" ", "Art.Nr", 20, "Art.Nr"},
+        {"\"", "Preis.Netto", 14, "\"Preis.Netto\""},
+        {"\"", "Preis.Netto", 13, ""},
+    };
+    for (const auto &c : cases) {
+        QuoteText quote = QuoteText::Fixed(c.quote);
+        EXPECT_EQ(Guarded(c.size, [&](char *out, int size) { PrepareColumnName(quote, c.name, out, size); }),
+                  c.expected)
+            << c.name << " with " << c.quote << " in " << c.size;
+    }
+}
+
 TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
     auto strip = [](std::string text, char open, char close) {
         std::vector<char> buffer(text.begin(), text.end());

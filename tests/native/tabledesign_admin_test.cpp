@@ -91,6 +91,15 @@ TEST_P(TableAdminOn, AddAndDropColumns) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
+// A column name with a point is one column, added and dropped as such.
+TEST_P(TableAdminOn, PointedColumnNames) {
+    EXPECT_TRUE(AddColumn(hdbc_, kTable, "Art.Nr", KODBC_TYPE_VAR_TEXT, 5));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"id:Nein", "name:Ja", "ort:Ja", "Art.Nr:Nein"}));
+    EXPECT_EQ(DropColumns(hdbc_, kTable, {"Art.Nr", "ort"}, false, nullptr), 2);
+    EXPECT_EQ(Names(), (std::vector<std::string>{"id:Nein", "name:Ja"}));
+    EXPECT_EQ(OdbcErrors(), 0u);
+}
+
 TEST_P(TableAdminOn, KeysAndAutoIncrementAsTheDatabaseTakesThem) {
     // None of the three has an auto-incrementing definition in the table.
     EXPECT_FALSE(MayAddAutoIncrement(hdbc_, kTable));

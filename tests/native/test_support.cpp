@@ -136,10 +136,11 @@ std::vector<std::string> DataSourceTest::Column(const std::string &sql) {
         ADD_FAILURE() << "query failed: " << sql;
     } else {
         while (SQL_SUCCEEDED(SQLFetch(stmt))) {
-            char buffer[100] = "";
+            // Room for the longest values the tests write (1000 characters of 3 bytes).
+            std::vector<char> buffer(4000, '\0');
             SQLLEN length = 0;
-            SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length);
-            values.emplace_back(buffer);
+            SQLGetData(stmt, 1, SQL_C_CHAR, buffer.data(), static_cast<SQLLEN>(buffer.size()), &length);
+            values.emplace_back(buffer.data());
         }
     }
     SQLFreeHandle(SQL_HANDLE_STMT, stmt);

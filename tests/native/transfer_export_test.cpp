@@ -23,7 +23,7 @@ protected:
         const char *current = std::setlocale(LC_CTYPE, nullptr);
         locale_ = current ? current : "C";
         std::setlocale(LC_CTYPE, "C.UTF-8");  // the ANSI side of the OEM conversion
-        OwnTables({kTable, kLongTable});
+        OwnTables({kTable, kLongTable, kOddTable});
         const std::string q = IdentifierQuote();
         Exec(std::string("CREATE TABLE ") + kTable + " (nr INTEGER, " + q + "Preis Netto" + q +
              " DOUBLE PRECISION, name VARCHAR(40))");
@@ -58,6 +58,7 @@ protected:
 
     static constexpr const char *kTable = "kodbc_ex";
     static constexpr const char *kLongTable = "kodbc_ex_long";
+    static constexpr const char *kOddTable = "kodbc_ex_odd";
     std::string file_, locale_;
 };
 
@@ -120,6 +121,36 @@ TEST_P(ExportFile, LongValuesUpToTheValueBuffer) {
     format.header = false;
     EXPECT_EQ(Export(format, 100, "", nullptr, kLongTable),
               "1\t" + longer + "\r\n2\t" + std::string(9999, 'b') + "\r\n");
+}
+
+std::string Repeat(const char *text, int times) {
+    std::string out;
+    for (int i = 0; i < times; ++i) out += text;
+    return out;
+}
+
+// A column name with a point is one name; texts of multi-byte characters
+// longer than the first read arrive whole; bytes are written as hex digits,
+// the same on every driver (a tab, CR LF or NUL among them included).
+TEST_P(ExportFile, PointedNamesLongMultiByteTextsAndBinaryValues) {
+    std::string hex;
+    for (int i = 0; i < 300; ++i) {
+        char digits[3];
+        std::snprintf(digits, sizeof digits, "%02X", i & 0xFF);
+        hex += digits;
+    }
+    const bool postgres = DbmsName() == "PostgreSQL";
+    const std::string q = IdentifierQuote();
+    const std::string umlauts = Repeat("\xC3\xA4", 1000), euros = Repeat("\xE2\x82\xAC", 1000);
+    Exec(std::string("CREATE TABLE ") + kOddTable + " (nr INTEGER, " + q + "Art.Nr" + q +
+         " VARCHAR(20), t VARCHAR(1000), b " + (postgres ? "BYTEA" : "BLOB") + ")");
+    Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (1, 'A-1', '" + umlauts + "', " +
+         (postgres ? "decode('" + hex + "', 'hex')" : "X'" + hex + "'") + ")");
+    Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (2, 'B.2', '" + euros + "', NULL)");
+    ExportFormat format;
+    EXPECT_EQ(Export(format, 100, "", nullptr, kOddTable),
+              "nr\tArt-Nr\tt\tb\r\n1\tA-1\t" + umlauts + "\t" + hex + "\r\n2\tB.2\t" + euros + "\t\r\n");
+    EXPECT_EQ(OdbcErrors(), 0u);
 }
 
 TEST_P(ExportFile, FilesThatCannotBeWrittenFailLoudly) {

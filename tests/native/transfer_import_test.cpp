@@ -391,6 +391,37 @@ TEST_P(ImportRun, TableSourceKeepsTypesAndLengths) {
     EXPECT_EQ(Of("tag")[2].substr(0, 10), DateTarget() == KODBC_TYPE_VAR_TEXT ? "31.12.1999" : "1999-12-31");
 }
 
+// Columns named with a point are read by their names and arrive in fields
+// without it; texts of 1000 multi-byte characters arrive whole, and bytes
+// taken as text as their hex digits.
+TEST_P(ImportRun, TableSourceWithPointedNamesLongTextsAndBytes) {
+    const bool postgres = DbmsName() == "PostgreSQL";
+    std::string umlauts, euros;
+    for (int i = 0; i < 1000; ++i) {
+        umlauts += "\xC3\xA4";
+        euros += "\xE2\x82\xAC";
+    }
+    Exec("CREATE TABLE kodbc_imp_src (nr INTEGER, " + q_ + "Art.Nr" + q_ + " VARCHAR(20), " + q_ + "Preis.Netto" +
+         q_ + " DOUBLE PRECISION, t VARCHAR(1000), b " + (postgres ? "BYTEA" : "BLOB") + ")");
+    Exec("INSERT INTO kodbc_imp_src VALUES (1, 'A.1', 12.5, '" + umlauts + "', " +
+         (postgres ? "decode('00090D0AFF', 'hex')" : "X'00090D0AFF'") + ")");
+    Exec("INSERT INTO kodbc_imp_src VALUES (2, 'B''2', 0.25, '" + euros + "', NULL)");
+    // Some drivers call the long text LangText, which is taken only when asked for.
+    const KodbcImportField taken[] = {{"t", nullptr, KODBC_TYPE_VAR_TEXT, 1000, 0},
+                                      {"b", nullptr, KODBC_TYPE_VAR_TEXT, 20, 0}};
+    KodbcImportOptions options{};
+    options.fields = taken;
+    options.fieldCount = 2;
+    KodbcImportResult result{};
+    ASSERT_EQ(Kodbc_ImportTable(hdbc_, "kodbc_imp_dst", hdbc_, "kodbc_imp_src", &options, &result), KODBC_SUCCESS);
+    EXPECT_EQ(result.written, 2);
+    EXPECT_EQ(Of("Art_Nr"), (Values{"A.1", "B'2"}));
+    EXPECT_EQ(Column("SELECT nr FROM kodbc_imp_dst WHERE Preis_Netto = 0.25"), Values{"2"});
+    EXPECT_EQ(Of("t"), (Values{umlauts, euros}));
+    EXPECT_EQ(Of("b"), (Values{"00090D0AFF", "(NULL)"}));
+    EXPECT_EQ(OdbcErrors(), 0u);
+}
+
 TEST_P(ImportRun, CreateStatementTakesTemplatesAndTheCounterType) {
     ImportFieldList fields = {Field("Id", 2, 2, true), Field("Preis Netto", 10, KODBC_TYPE_FLOAT), Field("t"),
                               Field("skipped", 10, 10, false, false), Field("x", 10, 99)};

@@ -1,4 +1,5 @@
-// The export wizard driven page by page on the SQLite data source: a
+// The export wizard driven page by page on the SQLite data source, over a
+// column whose name holds a point: a
 // condition, a field left out by the pop-up menu and one renamed in the
 // field dialog (after its refusal of an empty name), the refusals of the
 // fields and file pages, the count, and the file written byte for byte.
@@ -46,7 +47,8 @@ protected:
         ConnectedTest::SetUp();
         if (HasFatalFailure()) return;
         Run(std::string("DROP TABLE ") + kTable);
-        ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kTable + " (nr INTEGER, \"Preis Netto\" REAL, name VARCHAR(20))"));
+        ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kTable +
+                        " (nr INTEGER, \"Preis Netto\" REAL, \"Art.Nr\" VARCHAR(20))"));
         ASSERT_TRUE(Run(std::string("INSERT INTO ") + kTable + " VALUES (1, 2.5, 'Anna'), (2, NULL, 'Bernd'), (3, 4.75, 'Carla')"));
         char dir[MAX_PATH] = {};
         GetTempPathA(MAX_PATH, dir);
@@ -95,10 +97,10 @@ TEST_F(ExportWizard, WritesTheChosenFieldsOfTheSelectedRecords) {
                 SendMessageA(w.Fields(), LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
             }
             w.Command(IDD_EXPORT_FIELDS, IDM_EXPORT_FIELD_OFF);
-            WaitFor([&] { return w.Cell(2, 1) != "name"; });
+            WaitFor([&] { return w.Cell(2, 1) != "Art-Nr"; });
             w.Refused(IDD_EXPORT_FIELDS);
             w.Command(IDD_EXPORT_FIELDS, IDM_EXPORT_FIELD_ON);
-            WaitFor([&] { return w.Cell(2, 1) == "name"; });
+            WaitFor([&] { return w.Cell(2, 1) == "Art-Nr"; });
             w.SelectRow(0);
             w.Command(IDD_EXPORT_FIELDS, IDM_EXPORT_FIELD_OFF);
             WaitFor([&] { return w.Cell(0, 1) != "nr"; });
@@ -142,7 +144,7 @@ TEST_F(ExportWizard, WritesTheChosenFieldsOfTheSelectedRecords) {
         messages);
 
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(rows, (std::vector<std::string>{"nr|nr", "Preis Netto|Preis-Netto", "name|name"}));
+    EXPECT_EQ(rows, (std::vector<std::string>{"nr|nr", "Preis Netto|Preis-Netto", "Art.Nr|Art-Nr"}));
     EXPECT_EQ(typeShown, "") << "VARCHAR is ODBC type 12, which no library type has";
     EXPECT_EQ(messages, (std::vector<std::string>{"Es mu\xDF mindestens ein benannted Feld exportiert werden.",
                                                   "Das Feld mu\xDF einen Exportnamen erhalten, wenn es exportiert werden soll.",
