@@ -3,6 +3,7 @@
 // only when the format or the kind changed, and what it remembers.
 #include "test_support.h"
 
+#include "internal/library.h"
 #include "transfer/import_wizard_state.h"
 
 #include <kodbc_internal/message_ids.h>
@@ -73,6 +74,25 @@ protected:
     }
     MessageRecorder messages_;
 };
+
+TEST(ImportWizardFilters, EachKindOfFileIsChosenWithItsOwnFilter) {
+    auto state = CreateImportWizardState(nullptr);
+    ASSERT_TRUE(state);
+    const struct {
+        ImportSource kind;
+        const char *filter;
+    } cases[] = {
+        {ImportSource::Text, "Alle Dateien (*.*)|*.*|Textdateien (*.txt)|*.txt|"},
+        {ImportSource::Sdi, "Merrit-Windows Selektionsdateien (*.sdi)|*.sdi|"},
+        {ImportSource::Sel, "Merrit 4.xx Selektionsdateien (*.sel)|*.sel|"},
+    };
+    for (const auto &c : cases) {
+        state->kind = c.kind;
+        char text[200] = {};
+        LoadLibraryString(LibraryInstance(), ImportFileFilter(*state), text, sizeof text);
+        EXPECT_STREQ(text, c.filter);
+    }
+}
 
 TEST_F(ImportWizardFilePage, DiscoversAgainOnlyWhenFormatOrKindChanged) {
     const std::string text = Write("Kunden.liste.txt", "a;b\r\n1;2\r\n");
