@@ -1,6 +1,7 @@
 // The tool's commands. Each returns an exit code (kExitOk, kExitFailed).
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -76,6 +77,8 @@ struct ExportRequest {
     std::string decimalMark = "comma";  // comma, point or the character
     std::string brackets;             // "LR"
     bool ascii = false, noHeader = false;
+    bool csv = false, germanDates = false;
+    std::optional<std::string> nullText;  // --null
 };
 int ExportTable(const Login &login, const ExportRequest &request);
 // kodbc import DSN FILE … | kodbc import DSN --from SOURCE_DSN:TABLE --table NAME
@@ -90,6 +93,8 @@ struct ImportRequest {
     std::vector<std::string> types;     // FIELD=TYPE[:LENGTH]
     std::vector<std::string> skip;      // FIELD
     std::string autoinc;                // FIELD
+    bool csv = false;
+    std::optional<std::string> nullText;  // --null
 };
 int ImportData(const Login &login, const ImportRequest &request);
 // kodbc query [DSN] --tables-file F [--columns-file F] [--where-file F] [--sort-file F] [--view] [--test]

@@ -165,7 +165,7 @@ int main(int argc, char **argv) {
     auto *exportCmd = app.add_subcommand("export", "Datensätze einer Tabelle in eine Textdatei exportieren wie der Export-Assistent");
     exportCmd->add_option("DSN", exportRequest.dsn, "Datenquelle")->required();
     exportCmd->add_option("TABLE", exportRequest.table, "Tabelle")->required();
-    exportCmd->add_option("-f,--file", exportRequest.file, "Exportdatei (wird ersetzt)")->required();
+    exportCmd->add_option("-f,--file", exportRequest.file, "Exportdatei (wird ersetzt); - für die Standardausgabe")->required();
     exportCmd->add_option("--where-file", exportRequest.whereFile, "Datei mit einer Selektionsbeschreibung (ohne: alle Datensätze)");
     exportCmd->add_option("--field", exportRequest.fields, "NAME[=ÜBERSCHRIFT]: nur diese Felder exportieren");
     exportCmd->add_option("--skip", exportRequest.skip, "NAME: Feld nicht exportieren");
@@ -174,11 +174,17 @@ int main(int argc, char **argv) {
     exportCmd->add_option("--brackets", exportRequest.brackets, "LR: linke und rechte Klammer um Namen und Werte");
     exportCmd->add_flag("--ascii", exportRequest.ascii, "Namen und Werte in der OEM-Codepage (ASCII) schreiben");
     exportCmd->add_flag("--no-header", exportRequest.noHeader, "keine Zeile mit den Feldnamen");
+    std::string exportNull, importNull;
+    exportCmd->add_flag("--csv", exportRequest.csv,
+                        "CSV nach RFC 4180: Komma (oder --delimiter), Werte bei Bedarf in \" mit verdoppelten \", "
+                        "Dezimalpunkt, Datum als jjjj-mm-tt hh:mm:ss");
+    exportCmd->add_flag("--german-dates", exportRequest.germanDates, "mit --csv: Datum als tt.mm.jjjj");
+    exportCmd->add_option("--null", exportNull, "TEXT für NULL schreiben (ohne: nichts, wie ein leerer Text)");
 
     kodbc_cli::ImportRequest importRequest;
     auto *importCmd = app.add_subcommand("import", "Eine neue Tabelle aus einer Textdatei oder einer Tabelle einer anderen Datenquelle anlegen und füllen wie der Import-Assistent");
     importCmd->add_option("DSN", importRequest.dsn, "Datenquelle der neuen Tabelle")->required();
-    importCmd->add_option("FILE", importRequest.file, "Textdatei (ohne --from)");
+    importCmd->add_option("FILE", importRequest.file, "Textdatei (ohne --from); - für die Standardeingabe (mit --table)");
     importCmd->add_option("--from", importRequest.from, "Quelle als DATENQUELLE:TABELLE statt einer Datei");
     importCmd->add_option("--table", importRequest.table, "Name der neuen Tabelle (ohne: der Dateiname ohne Ordner und Endung)");
     importCmd->add_option("--kind", importRequest.kind, "Art der Datei: text, sdi oder sel");
@@ -192,6 +198,10 @@ int main(int argc, char **argv) {
     importCmd->add_option("--skip", importRequest.skip, "FELD: nicht importieren");
     importCmd->add_option("--autoinc", importRequest.autoinc, "FELD: selbsthochzählend");
     importCmd->add_flag("--dry-run", importRequest.dryRun, "nur CREATE TABLE und das erste INSERT zeigen");
+    importCmd->add_flag("--csv", importRequest.csv,
+                        "CSV nach RFC 4180: Komma (oder --delimiter), Werte in \" auch über Zeilen, Dezimalpunkt, "
+                        "keine Kürzung");
+    importCmd->add_option("--null", importNull, "TEXT als NULL lesen, ein leerer Wert ist dann ein leerer Text");
 
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");
@@ -272,8 +282,19 @@ int main(int argc, char **argv) {
     if (*drop) return DropTable(dsn, login, table, assumeYes);
     if (*rename) return RenameTable(dsn, login, table, newName);
     if (*addRecordsCmd) return AddRecords(login, addRecords);
-    if (*exportCmd) return ExportTable(login, exportRequest);
-    if (*importCmd) return ImportData(login, importRequest);
+    // CSV has its own defaults: the comma between values, the point in numbers.
+    if (*exportCmd) {
+        if (exportRequest.csv && !exportCmd->count("--delimiter")) exportRequest.delimiter = ",";
+        if (exportRequest.csv && !exportCmd->count("--decimal-mark")) exportRequest.decimalMark = "point";
+        if (exportCmd->count("--null")) exportRequest.nullText = exportNull;
+        return ExportTable(login, exportRequest);
+    }
+    if (*importCmd) {
+        if (importRequest.csv && !importCmd->count("--delimiter")) importRequest.delimiter = ",";
+        if (importRequest.csv && !importCmd->count("--decimal-mark")) importRequest.decimalMark = "point";
+        if (importCmd->count("--null")) importRequest.nullText = importNull;
+        return ImportData(login, importRequest);
+    }
     if (*createTable) return CreateTable(dsn, login, table, kind, from);
     if (*alterCmd) {
         alter.action = *addColumn ? "add-column" : *dropColumn ? "drop-column" : *addAutoinc ? "add-autoinc"
