@@ -4,6 +4,7 @@
 // The transfer is the library's bulk path: each value is fetched as text
 // into one fixed buffer and copied into the file's block; column types are
 // asked once per statement; nothing is allocated per row.
+#include "internal/csv_field.h"
 #include "internal/text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
@@ -105,8 +106,19 @@ int ReportWriteError(const char *fileName) {
     return KODBC_FAILURE;
 }
 
+// The compact form of an ODBC date text: yyyymmddhhmmss.
+void CompactDate(const char *value, std::size_t length, char (&digits)[14]) {
+    DateTimeFields d = ParseOdbcDateTime(value, length);
+    WriteDigits(digits, d.year, 4);
+    WriteDigits(digits + 4, d.month, 2);
+    WriteDigits(digits + 6, d.day, 2);
+    WriteDigits(digits + 8, d.hour, 2);
+    WriteDigits(digits + 10, d.minute, 2);
+    WriteDigits(digits + 12, d.second, 2);
+}
+
 int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &separators, const char *fileName,
-                   long *rowCount, const char *tolerated, unsigned flags) {
+                   long *rowCount, const char *tolerated, unsigned flags, const char *nullText = nullptr) {
     const long expected = rowCount ? *rowCount : 0;
     if (rowCount) *rowCount = 0;
 
@@ -129,6 +141,8 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
         return KODBC_FAILURE;
     }
 
+    const bool csv = flags & KODBC_ROWSET_CSV;
+    std::string piece;  // a CSV value with its quotes; its room stays from value to value
     long lines = 0;
     if (flags & KODBC_ROWSET_HEADER) {
         for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
@@ -142,7 +156,14 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 return KODBC_FAILURE;
             }
             if (c > 1) file.write(separators.field.data(), separators.field.size());
-            file.write(name, strnlen(name, sizeof name - 1));
+            const std::string_view text(name, strnlen(name, sizeof name - 1));
+            if (csv) {
+                piece.clear();
+                AppendCsvField(piece, text, separators.field, text.empty() && columnCount == 1);
+                file.write(piece.data(), piece.size());
+            } else {
+                file.write(text.data(), text.size());
+            }
         }
         lines = 1;
     }
@@ -208,6 +229,32 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 length = indicator >= 0 && indicator < kValueBufferSize ? static_cast<std::size_t>(indicator)
                                                                         : strnlen(value, kValueBufferSize - 1);
             }
+            if (isNull && nullText) {
+                file.write(nullText, std::strlen(nullText));
+                continue;
+            }
+            if (csv) {
+                std::string_view text(value, length);
+                char digits[14];
+                if (isNull) {
+                    if (classes[c - 1] != ValueClass::Number || !zero) continue;
+                    text = "0";
+                } else if (classes[c - 1] == ValueClass::Text && !encoded.empty()) {
+                    value[length] = '\0';
+                    text = std::string_view(encoded.data(), static_cast<std::size_t>(Korvel_EncodeString(
+                                                                value, encoded.data(), kEncodedBufferSize, 2)));
+                } else if (classes[c - 1] == ValueClass::Number && zero && IsBlankValue(value, length)) {
+                    text = "0";
+                } else if (classes[c - 1] == ValueClass::Date && compactDates) {
+                    CompactDate(value, length, digits);
+                    text = std::string_view(digits, sizeof digits);
+                }
+                piece.clear();
+                AppendCsvField(piece, text, separators.field,
+                               (nullText && text == nullText) || (text.empty() && columnCount == 1));
+                file.write(piece.data(), piece.size());
+                continue;
+            }
             switch (classes[c - 1]) {
             case ValueClass::Text: {
                 const char *text = value;
@@ -240,14 +287,8 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 }
                 if (quote) file.write('\'');
                 if (!isNull) {
-                    DateTimeFields d = ParseOdbcDateTime(value, length);
                     char digits[14];
-                    WriteDigits(digits, d.year, 4);
-                    WriteDigits(digits + 4, d.month, 2);
-                    WriteDigits(digits + 6, d.day, 2);
-                    WriteDigits(digits + 8, d.hour, 2);
-                    WriteDigits(digits + 10, d.minute, 2);
-                    WriteDigits(digits + 12, d.second, 2);
+                    CompactDate(value, length, digits);
                     file.write(digits, sizeof digits);
                 }
                 if (quote) file.write('\'');
@@ -281,6 +322,15 @@ KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToFile(HWND owner, SQLHDBC hdbc, con
     if (IsBlank(fileName) || !hdbc || IsBlank(sql)) return KODBC_FAILURE;
     return TransferRowSet(owner, hdbc, sql, Separators(fieldSeparator, recordSeparator), fileName, rowCount,
                           tolerated, flags);
+}
+
+KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToFileWithNull(HWND owner, SQLHDBC hdbc, const char *sql,
+                                                           const char *fieldSeparator, const char *recordSeparator,
+                                                           const char *nullText, const char *fileName,
+                                                           long *rowCount, const char *tolerated, unsigned flags) {
+    if (IsBlank(fileName) || !hdbc || IsBlank(sql)) return KODBC_FAILURE;
+    return TransferRowSet(owner, hdbc, sql, Separators(fieldSeparator, recordSeparator), fileName, rowCount,
+                          tolerated, flags, nullText);
 }
 
 KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToBuffer(HWND owner, SQLHDBC hdbc, const char *sql,

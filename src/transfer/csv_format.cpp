@@ -9,29 +9,7 @@ namespace {
 
 constexpr std::size_t kBlockSize = 1 << 16;
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
 } // namespace
-
-bool CsvNeedsQuotes(std::string_view value, std::string_view delimiter) {
-    if (value.empty()) return false;
-    if (IsBlank(value.front()) || IsBlank(value.back())) return true;
-    if (value.find_first_of("\"\r\n") != std::string_view::npos) return true;
-    return !delimiter.empty() && value.find(delimiter) != std::string_view::npos;
-}
-
-void AppendCsvField(std::string &out, std::string_view value, std::string_view delimiter, bool quoted) {
-    if (!quoted && !CsvNeedsQuotes(value, delimiter)) {
-        out.append(value);
-        return;
-    }
-    out.push_back('"');
-    for (char c : value) {
-        if (c == '"') out.push_back('"');
-        out.push_back(c);
-    }
-    out.push_back('"');
-}
 
 void ToIsoDate(char *text, int size) {
     if (!text || size < 1) return;

@@ -4,6 +4,8 @@
 // escapes nothing; this one is asked for explicitly.
 #pragma once
 
+#include "internal/csv_field.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -11,15 +13,6 @@
 #include <vector>
 
 namespace kodbc::transfer {
-
-// Appends value as one field: in quotes when it holds the delimiter, a
-// quote, CR or LF, begins or ends with a blank or a tab, or when quoted is
-// asked for (a value that reads like the NULL text, or the only empty
-// value of a record, which would otherwise be an empty line).
-void AppendCsvField(std::string &out, std::string_view value, std::string_view delimiter, bool quoted = false);
-
-// Whether AppendCsvField puts value in quotes by itself.
-bool CsvNeedsQuotes(std::string_view value, std::string_view delimiter);
 
 // A date, time or timestamp as "yyyy-mm-dd[ hh:mm:ss]" in place (size
 // bytes); a text that is no date is left as it is.
