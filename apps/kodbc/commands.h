@@ -19,6 +19,8 @@ struct SelectOptions {
     std::string recordSeparator = "\n";
     unsigned flags = 0;       // KODBC_ROWSET_*
     long expectedRows = 0;    // for the progress bar; 0: counted first on a terminal
+    bool csv = false;         // KODBC_ROWSET_CSV, each record ended by the record separator
+    std::optional<std::string> nullText;  // --null
 };
 
 int ListDataSources();

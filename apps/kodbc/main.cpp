@@ -65,7 +65,7 @@ int main(int argc, char **argv) {
     auto *selectCmd = app.add_subcommand("select", "Ergebnis einer Abfrage in eine Textdatei schreiben");
     selectCmd->add_option("DSN", dsn, "Datenquelle")->required();
     selectCmd->add_option("STATEMENT", select.statement, "SELECT-Anweisung")->required();
-    selectCmd->add_option("-f,--file", select.file, "Zieldatei")->required();
+    selectCmd->add_option("-f,--file", select.file, "Zieldatei; - für die Standardausgabe")->required();
     selectCmd->add_option("--field-separator", select.fieldSeparator, "Feldtrenner (Vorgabe: Tabulator)");
     selectCmd->add_option("--record-separator", select.recordSeparator, "Satztrenner (Vorgabe: Zeilenende)");
     selectCmd->add_flag("--header", header, "erste Zeile: die Spaltennamen");
@@ -74,6 +74,11 @@ int main(int argc, char **argv) {
     selectCmd->add_flag("--compact-dates", compactDates, "Datumswerte als jjjjmmtthhmmss");
     selectCmd->add_flag("--encode", encode, "Texte mit der Zeichenkodierung der Bibliothek");
     selectCmd->add_option("--expected-rows", select.expectedRows, "erwartete Zeilenzahl (Fortschrittsanzeige)");
+    std::string selectNull;
+    selectCmd->add_flag("--csv", select.csv,
+                        "CSV nach RFC 4180: Komma und CR LF (oder --field-separator, --record-separator), Werte bei "
+                        "Bedarf in \" mit verdoppelten \"");
+    selectCmd->add_option("--null", selectNull, "TEXT für NULL schreiben (ohne: nichts, wie ein leerer Text)");
 
     auto *quoteCmd = app.add_subcommand("quote", "Namen für die Datenquelle aufbereiten");
     quoteCmd->add_option("DSN", dsn, "Datenquelle")->required();
@@ -263,11 +268,14 @@ int main(int argc, char **argv) {
     if (*keys) return ListKeys(dsn, login, table);
     if (*sql) return RunSql(dsn, login, statement);
     if (*selectCmd) {
+        if (select.csv && !selectCmd->count("--field-separator")) select.fieldSeparator = ",";
+        if (select.csv && !selectCmd->count("--record-separator")) select.recordSeparator = "\\r\\n";
+        if (selectCmd->count("--null")) select.nullText = selectNull;
         select.fieldSeparator = Unescape(select.fieldSeparator);
         select.recordSeparator = Unescape(select.recordSeparator);
         select.flags = (header ? KODBC_ROWSET_HEADER : 0) | (quote ? KODBC_ROWSET_QUOTE_TEXT : 0) |
                        (zero ? KODBC_ROWSET_NUMERIC_ZERO : 0) | (compactDates ? KODBC_ROWSET_COMPACT_DATES : 0) |
-                       (encode ? KODBC_ROWSET_ENCODE_TEXT : 0);
+                       (encode ? KODBC_ROWSET_ENCODE_TEXT : 0) | (select.csv ? KODBC_ROWSET_CSV : 0);
         return SelectToFile(dsn, login, select);
     }
     if (*quoteCmd) return QuoteNames(dsn, login, names);

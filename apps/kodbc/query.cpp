@@ -1,5 +1,6 @@
 // Tables, columns, keys and statements, through the library's own services.
 #include "commands.h"
+#include "pipes.h"
 #include "terminal.h"
 
 #include <cctype>
@@ -60,6 +61,14 @@ bool CopyToStdout(const std::string &path) {
     return true;
 }
 
+bool AppendText(const std::string &path, const std::string &text) {
+    std::FILE *out = std::fopen(path.c_str(), "ab");
+    const bool ok = out && std::fwrite(text.data(), 1, text.size(), out) == text.size();
+    if (out && std::fclose(out) != 0) return false;
+    if (!ok) Error("die Datei kann nicht geschrieben werden: " + path);
+    return ok;
+}
+
 } // namespace
 
 int ListTables(const std::string &dsn, const Login &login) {
@@ -117,10 +126,18 @@ int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions
     if (isatty(STDERR_FILENO)) flags |= KODBC_ROWSET_PROGRESS;
     long rows = options.expectedRows;
     if (rows == 0 && (flags & KODBC_ROWSET_PROGRESS)) rows = OdbcEh_CountRows(nullptr, connection.hdbc(), options.statement.c_str());
-    if (OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), options.statement.c_str(), options.fieldSeparator.c_str(),
-                                  options.recordSeparator.c_str(), options.file.c_str(), &rows, nullptr, flags) != 1)
+    StreamFile file(options.file);
+    if (file.name().empty()) return kExitFailed;
+    if (OdbcEh_SelectRowSetToFileWithNull(nullptr, connection.hdbc(), options.statement.c_str(),
+                                          options.fieldSeparator.c_str(), options.recordSeparator.c_str(),
+                                          options.nullText ? options.nullText->c_str() : nullptr,
+                                          file.name().c_str(), &rows, nullptr, flags) != 1)
         return kExitFailed;
-    std::fprintf(stderr, "%ld Zeilen nach %s geschrieben\n", rows, options.file.c_str());
+    // CSV readers expect the last record ended like the others.
+    if (options.csv && rows > 0 && !AppendText(file.name(), options.recordSeparator)) return kExitFailed;
+    if (file.isStream() && !file.WriteStandardOutput()) return kExitFailed;
+    std::fprintf(stderr, "%ld Zeilen nach %s geschrieben\n", rows,
+                 file.isStream() ? "der Standardausgabe" : options.file.c_str());
     return kExitOk;
 }
 
