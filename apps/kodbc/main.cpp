@@ -5,6 +5,9 @@
 #include <CLI/CLI.hpp>
 
 #include <clocale>
+#include <cstdio>
+#include <fstream>
+#include <utility>
 
 namespace {
 
@@ -22,19 +25,60 @@ std::string Unescape(const std::string &text) {
     return out;
 }
 
+// CLI11's own words in German, for the help and the usage lines; the
+// commands inherit them.
+void GermanHelp(CLI::App &app) {
+    auto formatter = app.get_formatter();
+    const std::pair<const char *, const char *> words[] = {
+        {"Usage", "Aufruf"},     {"Positionals", "Argumente"}, {"REQUIRED", "PFLICHT"},
+        {"OPTIONS", "OPTIONEN"}, {"SUBCOMMAND", "BEFEHL"},      {"SUBCOMMANDS", "BEFEHLE"},
+        {"Env", "Umgebung"},     {"Needs", "braucht"},          {"Excludes", "schließt aus"},
+        {"INT", "ZAHL"},         {"UINT", "ZAHL"},              {"FLOAT", "ZAHL"}};
+    for (const auto &[word, german] : words)
+        formatter->label(word, german);
+    app.option_defaults()->group("Optionen");
+    app.set_help_flag("-h,--help", "diese Hilfe zeigen und beenden");
+}
+
+// The first line of file, without its line end. False after a message.
+bool ReadPasswordFile(const std::string &file, std::string &password) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in || !std::getline(in, password)) {
+        kodbc_cli::Error("--password-file: die Datei kann nicht gelesen werden: " + file);
+        return false;
+    }
+    if (!password.empty() && password.back() == '\r') password.pop_back();
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"kodbc — Datenbankzugriff über ODBC"};
+    GermanHelp(app);
     app.require_subcommand(1);
+    app.add_flag_callback(
+        "--version",
+        [] {
+            char version[64] = {};
+            Kodbc_GetVersion(version, sizeof version);
+            std::printf("kodbc %s\n", version);
+            throw CLI::Success();
+        },
+        "die Version der Bibliothek zeigen");
     // Global options may also follow the command: "kodbc drop DSN T --yes".
     app.fallthrough();
 
     kodbc_cli::Login login;
     bool assumeYes = false;
     app.add_option("-u,--user", login.user, "Benutzer für die Verbindung");
-    app.add_option("-p,--password", login.password, "Kennwort für die Verbindung");
+    std::string passwordFile;
+    auto *password = app.add_option("-p,--password", login.password,
+                                    "Kennwort für die Verbindung; besser KODBC_PASSWORD oder --password-file, denn "
+                                    "die Befehlszeile sehen andere Benutzer (ps) und die Shell merkt sie sich")
+                         ->envname("KODBC_PASSWORD");
+    app.add_option("--password-file", passwordFile, "Datei, deren erste Zeile das Kennwort ist")->excludes(password);
     app.add_flag("-y,--yes", assumeYes, "Rückfragen mit Ja beantworten");
 
     std::string dsn, statement, table, sqlTemplate;
@@ -250,6 +294,12 @@ int main(int argc, char **argv) {
 
     auto *demo = app.add_subcommand("demo", "Beispieldatenbank anlegen (falls nötig) und vorführen");
 
+    // A command's help flag was made before its options took the German group.
+    for (CLI::App *command : app.get_subcommands({})) {
+        command->group("Befehle")->set_help_flag("-h,--help", "diese Hilfe zeigen und beenden");
+        for (CLI::App *action : command->get_subcommands({}))
+            action->group("Befehle")->set_help_flag("-h,--help", "diese Hilfe zeigen und beenden");
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &e) {
@@ -260,6 +310,7 @@ int main(int argc, char **argv) {
 #ifndef _WIN32
     kodbc_cli::InstallMessageHandler(assumeYes);
 #endif
+    if (!passwordFile.empty() && !ReadPasswordFile(passwordFile, login.password)) return kodbc_cli::kExitUsage;
     using namespace kodbc_cli;
     if (*datasources) return ListDataSources();
     if (*info) return ShowInfo(dsn, login);

@@ -1,17 +1,18 @@
 #!/bin/sh
-# CSV and the NULL text through the command-line tool on every data source
-# of the run (KODBC_TEST_DSNS, ODBCINI as the test command sets them):
-# values that break a naive reader (delimiters, quotes, line breaks, outer
+# The tool's Unix habits on every data source of the run (KODBC_TEST_DSNS,
+# ODBCINI as the test command sets them). CSV and the NULL text: values
+# that break a naive reader (delimiters, quotes, line breaks, outer
 # blanks, 5000 characters, umlauts, NULL against the empty text) go out
 # through a pipe, come back from standard input and go out again with the
 # same bytes; Python's csv module reads the file (and what select --csv
-# writes) as it was meant. The
-# wizards' format keeps NULL and the empty text apart with --null too.
+# writes) as it was meant; the wizards' format keeps NULL and the empty
+# text apart with --null too. Passwords come from the environment or a
+# file where the data source checks them.
 # Skipped (77) without data sources.
 set -u
 kodbc=$1
 [ -n "${KODBC_TEST_DSNS:-}" ] && [ -n "${ODBCINI:-}" ] || { echo "no data sources given"; exit 77; }
-work=$(mktemp -d /tmp/kodbc-csv.XXXXXX)
+work=$(mktemp -d /tmp/kodbc-unix.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 export KODBC_REGISTRY_DIR=$work/registry LANG=C.UTF-8
 mkdir -p "$KODBC_REGISTRY_DIR"
@@ -98,6 +99,18 @@ if got != want or [row[kurz] for row in rows[1:4]] != ["", "NULL", "x y"] or row
   grep -q "^1	$(printf '\r')\$" "$work/src.txt" && grep -q "^2	(null)$(printf '\r')\$" "$work/src.txt" ||
     fail "NULL and the empty text in the text file: $(od -c "$work/src.txt" | head -5)"
   for t in csv_src csv_back txt_back; do "$kodbc" sql "$dsn" "DROP TABLE $t" >/dev/null 2>&1; done
+
+  # The data sources carry their password; a wrong one given must fail.
+  [ "$dsn" = kodbc_sqlite ] && continue
+  pw=$(sed -n "/^\[$dsn\]/,/^\[/s/^Password *= *//p" "$ODBCINI")
+  user=$(sed -n "/^\[$dsn\]/,/^\[/s/^User\(name\)\{0,1\} *= *//p" "$ODBCINI")
+  KODBC_PASSWORD=wrong "$kodbc" -u "$user" tables "$dsn" >/dev/null 2>&1 && fail "a wrong KODBC_PASSWORD connects"
+  KODBC_PASSWORD=$pw "$kodbc" -u "$user" tables "$dsn" >/dev/null 2>"$work/err" || fail "KODBC_PASSWORD: $(cat "$work/err")"
+  printf 'wrong\n' >"$work/pw"
+  "$kodbc" -u "$user" --password-file "$work/pw" tables "$dsn" >/dev/null 2>&1 && fail "a wrong password file connects"
+  printf '%s\r\n' "$pw" >"$work/pw"
+  "$kodbc" -u "$user" --password-file "$work/pw" tables "$dsn" >/dev/null 2>"$work/err" ||
+    fail "--password-file: $(cat "$work/err")"
 done
 echo "$failures failed"
 [ "$failures" -eq 0 ]
