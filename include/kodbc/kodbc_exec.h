@@ -29,6 +29,9 @@ extern "C" {
 #define KODBC_ROWSET_CSV             0x100 /* names and values as comma-separated values: a value holding the
                                              field separator, a quote, CR or LF, or with a blank at either
                                              end, in " with every " doubled (instead of 0x01) */
+#define KODBC_ROWSET_JSON            0x200 /* a JSON array of one object per row, by column name: NULL as
+                                             null, numbers as numbers, everything else as strings; the
+                                             separators and the other flags are not used */
 
 /* Item-data flags of OdbcEh_SelectRowSetToListView and _ToBox (Windows). */
 #define KODBC_ROWSET_ITEMDATA_NUMBER 0x04  /* list view: first column's number is the item data */

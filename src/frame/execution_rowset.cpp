@@ -106,6 +106,52 @@ int ReportWriteError(const char *fileName) {
     return KODBC_FAILURE;
 }
 
+// Text as a JSON string: quotes, backslashes and control characters escaped.
+void AppendJsonString(std::string &out, std::string_view text) {
+    out.push_back('"');
+    for (char c : text) {
+        const auto u = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            out.push_back('\\');
+            out.push_back(c);
+        } else if (c == '\n') {
+            out.append("\\n");
+        } else if (c == '\r') {
+            out.append("\\r");
+        } else if (c == '\t') {
+            out.append("\\t");
+        } else if (u < 0x20) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", u);
+            out.append(escaped);
+        } else {
+            out.push_back(c);
+        }
+    }
+    out.push_back('"');
+}
+
+// Whether a driver's number text is a JSON number as it stands
+// ("-12.5e+3"; not "+1", ".5", "1.", "NaN").
+bool IsJsonNumber(std::string_view text) {
+    std::size_t at = 0;
+    auto digits = [&] {
+        const std::size_t from = at;
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9') ++at;
+        return at > from;
+    };
+    if (at < text.size() && text[at] == '-') ++at;
+    if (at < text.size() && text[at] == '0') ++at;
+    else if (!digits()) return false;
+    if (at < text.size() && text[at] == '.' && (++at, !digits())) return false;
+    if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+        ++at;
+        if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
+        if (!digits()) return false;
+    }
+    return at == text.size();
+}
+
 // The compact form of an ODBC date text: yyyymmddhhmmss.
 void CompactDate(const char *value, std::size_t length, char (&digits)[14]) {
     DateTimeFields d = ParseOdbcDateTime(value, length);
@@ -142,9 +188,26 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
     }
 
     const bool csv = flags & KODBC_ROWSET_CSV;
-    std::string piece;  // a CSV value with its quotes; its room stays from value to value
+    const bool json = flags & KODBC_ROWSET_JSON;
+    std::string piece;  // a CSV or JSON value with its quotes; its room stays from value to value
+    std::vector<std::string> jsonNames;  // each column's name as a JSON string and a colon
     long lines = 0;
-    if (flags & KODBC_ROWSET_HEADER) {
+    for (SQLUSMALLINT c = 1; json && c <= columnCount; ++c) {
+        char name[100] = {};
+        SQLSMALLINT length = 0;
+        SQLLEN unused = 0;
+        rc = KODBC_SQL(SQLColAttributes, statement.get(), c, static_cast<SQLUSMALLINT>(SQL_COLUMN_NAME),
+                       static_cast<SQLPOINTER>(name), static_cast<SQLSMALLINT>(sizeof name), &length, &unused);
+        if (!odbc::succeeded(rc)) {
+            ReportStatementError(statement, rc, sql, tolerated);
+            return KODBC_FAILURE;
+        }
+        std::string &entry = jsonNames.emplace_back();
+        AppendJsonString(entry, std::string_view(name, strnlen(name, sizeof name - 1)));
+        entry.push_back(':');
+    }
+    if (json) file.write('[');
+    if ((flags & KODBC_ROWSET_HEADER) && !json) {
         for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
             char name[100] = {};
             SQLSMALLINT length = 0;
@@ -212,9 +275,15 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
             ReportStatementError(statement, rc, sql, tolerated);
             return KODBC_FAILURE;
         }
-        if (lines > 0) file.write(separators.record.data(), separators.record.size());
+        if (json) file.write(lines > 0 ? ",\n{" : "{", lines > 0 ? 3 : 1);
+        else if (lines > 0) file.write(separators.record.data(), separators.record.size());
         for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
-            if (c > 1) file.write(separators.field.data(), separators.field.size());
+            if (json) {
+                if (c > 1) file.write(',');
+                file.write(jsonNames[c - 1].data(), jsonNames[c - 1].size());
+            } else if (c > 1) {
+                file.write(separators.field.data(), separators.field.size());
+            }
             SQLLEN indicator = 0;
             rc = KODBC_SQL(SQLGetData, statement.get(), c, static_cast<SQLSMALLINT>(SQL_C_CHAR),
                            static_cast<SQLPOINTER>(value), kValueBufferSize, &indicator);
@@ -228,6 +297,18 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 // A cut value (01004) and an unknown total are measured.
                 length = indicator >= 0 && indicator < kValueBufferSize ? static_cast<std::size_t>(indicator)
                                                                         : strnlen(value, kValueBufferSize - 1);
+            }
+            if (json) {
+                const std::string_view text(value, length);
+                piece.clear();
+                if (isNull || (classes[c - 1] == ValueClass::Number && IsBlankValue(value, length)))
+                    piece = "null";
+                else if (classes[c - 1] == ValueClass::Number && IsJsonNumber(text))
+                    piece.append(text);
+                else
+                    AppendJsonString(piece, text);
+                file.write(piece.data(), piece.size());
+                continue;
             }
             if (isNull && nullText) {
                 file.write(nullText, std::strlen(nullText));
@@ -298,9 +379,11 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 break;
             }
         }
+        if (json) file.write('}');
         ++lines;
         if (!file.ok()) break;
     }
+    if (json) file.write("]\n", 2);
 
     statement.reset();
     if (!file.close()) return ReportWriteError(fileName);

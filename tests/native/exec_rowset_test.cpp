@@ -96,7 +96,8 @@ TEST_P(ExecRowSetTest, FlagsGiveTheirExactOutput) {
 }
 
 // CSV quotes what a reader would misread; a NULL text keeps NULL apart
-// from the empty text, and a value that reads like it is quoted.
+// from the empty text, and a value that reads like it is quoted; JSON
+// gives each row as an object.
 TEST_P(ExecRowSetTest, CsvAndNullTextKeepValuesApart) {
     Exec("INSERT INTO h7_rows_t VALUES (1, ' a,b ', NULL, NULL)");
     Exec("INSERT INTO h7_rows_t VALUES (2, NULL, 42, NULL)");
@@ -113,6 +114,10 @@ TEST_P(ExecRowSetTest, CsvAndNullTextKeepValuesApart) {
         {KODBC_ROWSET_CSV, ",", "NULL", "1,\" a,b \"\r\n2,NULL\r\n3,\"O'N\t\"\"x\"\r\n4,\r\n5,\"NULL\""},
         {KODBC_ROWSET_CSV, "\t", "", "1\t\" a,b \"\r\n2\t\r\n3\t\"O'N\t\"\"x\"\r\n4\t\"\"\r\n5\tNULL"},
         {KODBC_ROWSET_QUOTE_TEXT, ",", "\\N", "1,' a,b '\r\n2,\\N\r\n3,'O''N\t\"x'\r\n4,''\r\n5,'NULL'"},
+        // JSON: numbers bare, NULL as null, strings escaped; no separators.
+        {KODBC_ROWSET_JSON | KODBC_ROWSET_HEADER, ",", "NULL",
+         "[{\"id\":1,\"name\":\" a,b \"},\n{\"id\":2,\"name\":null},\n{\"id\":3,\"name\":\"O'N\\t\\\"x\"},\n"
+         "{\"id\":4,\"name\":\"\"},\n{\"id\":5,\"name\":\"NULL\"}]\n"},
     };
     for (const auto &c : cases) {
         long lines = 0;
