@@ -6,7 +6,8 @@
 # through a pipe, come back from standard input and go out again with the
 # same bytes; Python's csv module reads the file (and what select --csv
 # writes) as it was meant; the wizards' format keeps NULL and the empty
-# text apart with --null too. Passwords come from the environment or a
+# text apart with --null too; sql --json and --csv give what Python's
+# json and csv modules read. Passwords come from the environment or a
 # file where the data source checks them.
 # Skipped (77) without data sources.
 set -u
@@ -87,6 +88,22 @@ if got != want or [row[kurz] for row in rows[1:4]] != ["", "NULL", "x y"] or row
     sys.exit("python reads %r" % [g[:40] for g in got])
 ' "$work/${csv%%:*}" $(echo "${csv#*:}" | tr ':' ' ') || fail "Python's csv module reads another table from ${csv%%:*}"
   done
+
+  # sql --json and --csv for scripts: the same notes, numbers as numbers.
+  "$kodbc" sql "$dsn" "SELECT nr, preis, note FROM csv_src ORDER BY nr" --json >"$work/sql.json" 2>"$work/err" ||
+    fail "sql --json: $(cat "$work/err")"
+  "$kodbc" sql "$dsn" "SELECT nr, preis, note FROM csv_src ORDER BY nr" --csv >"$work/sql.csv" 2>"$work/err" ||
+    fail "sql --csv: $(cat "$work/err")"
+  python3 -c '
+import csv, json, os, sys
+want = [os.environ["N%d" % i].encode()[:4998].decode() if i != 7 else None for i in range(1, 10)]
+rows = json.load(open(sys.argv[1], encoding="utf-8"))
+if [r["note"] for r in rows] != want or rows[0]["nr"] != 1 or rows[0]["preis"] != 1234.5 or rows[2]["preis"] is not None:
+    sys.exit("json: %r" % rows[:3])
+rows = list(csv.reader(open(sys.argv[2], newline="", encoding="utf-8")))
+if rows[0] != ["nr", "preis", "note"] or [r[2] for r in rows[1:]] != [w if w is not None else "" for w in want]:
+    sys.exit("csv: %r" % rows[:3])
+' "$work/sql.json" "$work/sql.csv" || fail "sql --json or --csv reads another table"
 
   # The wizards' format: the empty text and NULL apart through --null.
   "$kodbc" export "$dsn" csv_src -f "$work/src.txt" --field nr --field kurz --null '(null)' >/dev/null 2>"$work/err" ||

@@ -28,7 +28,8 @@ int ShowInfo(const std::string &dsn, const Login &login);
 int ListTables(const std::string &dsn, const Login &login);
 int ListColumns(const std::string &dsn, const Login &login, const std::string &table);
 int ListKeys(const std::string &dsn, const Login &login, const std::string &table);
-int RunSql(const std::string &dsn, const Login &login, const std::string &statement);
+// format: "" (a table with tabs), "csv" or "json".
+int RunSql(const std::string &dsn, const Login &login, const std::string &statement, const std::string &format = "");
 int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions &options);
 int QuoteNames(const std::string &dsn, const Login &login, const std::vector<std::string> &names);
 int FormatStatement(const std::string &dsn, const Login &login, const std::string &sqlTemplate,

@@ -105,6 +105,10 @@ int main(int argc, char **argv) {
     auto *sql = app.add_subcommand("sql", "eine SQL-Anweisung ausführen (SELECT: Ergebnis ausgeben)");
     sql->add_option("DSN", dsn, "Datenquelle")->required();
     sql->add_option("STATEMENT", statement, "SQL-Anweisung")->required();
+    bool sqlCsv = false, sqlJson = false;
+    auto *sqlCsvFlag = sql->add_flag("--csv", sqlCsv, "Ergebnis als CSV nach RFC 4180 (Komma, CR LF, Kopfzeile)");
+    sql->add_flag("--json", sqlJson, "Ergebnis als JSON: ein Feld von Objekten, NULL als null, Zahlen als Zahlen")
+        ->excludes(sqlCsvFlag);
 
     auto *selectCmd = app.add_subcommand("select", "Ergebnis einer Abfrage in eine Textdatei schreiben");
     selectCmd->add_option("DSN", dsn, "Datenquelle")->required();
@@ -317,7 +321,7 @@ int main(int argc, char **argv) {
     if (*tables) return ListTables(dsn, login);
     if (*columns) return ListColumns(dsn, login, table);
     if (*keys) return ListKeys(dsn, login, table);
-    if (*sql) return RunSql(dsn, login, statement);
+    if (*sql) return RunSql(dsn, login, statement, sqlCsv ? "csv" : sqlJson ? "json" : "");
     if (*selectCmd) {
         if (select.csv && !selectCmd->count("--field-separator")) select.fieldSeparator = ",";
         if (select.csv && !selectCmd->count("--record-separator")) select.recordSeparator = "\\r\\n";

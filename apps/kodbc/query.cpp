@@ -141,7 +141,7 @@ int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions
     return kExitOk;
 }
 
-int RunSql(const std::string &dsn, const Login &login, const std::string &statement) {
+int RunSql(const std::string &dsn, const Login &login, const std::string &statement, const std::string &format) {
     Connection connection(dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
     if (!ReturnsRows(statement))
@@ -153,13 +153,16 @@ int RunSql(const std::string &dsn, const Login &login, const std::string &statem
         return kExitFailed;
     }
     long rows = 0;
-    int rc = OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), statement.c_str(), "\t", "\n", path.c_str(), &rows, nullptr,
-                                       KODBC_ROWSET_HEADER);
+    const bool csv = format == "csv", json = format == "json";
+    const unsigned flags = json ? KODBC_ROWSET_JSON : KODBC_ROWSET_HEADER | (csv ? KODBC_ROWSET_CSV : 0);
+    int rc = OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), statement.c_str(), csv ? "," : "\t",
+                                       csv ? "\r\n" : "\n", path.c_str(), &rows, nullptr, flags);
     bool ok = rc == 1 && CopyToStdout(path);
     std::remove(path.c_str());
     if (!ok) return kExitFailed;
-    std::printf("\n");
-    std::fprintf(stderr, "(%ld Zeilen)\n", rows > 0 ? rows - 1 : 0);
+    // The last record is ended like the others (JSON ends itself).
+    if (!json) std::printf(csv ? "\r\n" : "\n");
+    std::fprintf(stderr, "(%ld Zeilen)\n", json ? rows : rows > 0 ? rows - 1 : 0);
     return kExitOk;
 }
 
