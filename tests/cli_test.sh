@@ -24,6 +24,15 @@ expect() { # description, expected exit code, grep pattern for stdout or '', com
 }
 
 expect "usage error"            2 ""              "$kodbc" no-such-command
+expect "version: the library's" 0 "^kodbc [0-9]*\.[0-9]*\.[0-9]*\.[0-9]*$" "$kodbc" --version
+# The help in German: none of CLI11's own English words, in no command's help.
+checks=$((checks + 1))
+for command in "" $("$kodbc" --help | sed -n '/^Befehle:/,$s/^  \([a-z-]*\) .*/\1/p') "selmask read" "alter x y add-pk"; do
+  "$kodbc" $command --help 2>&1
+done | grep -E "Usage|Options|Positionals|REQUIRED|Print this help|Subcommands|OPTIONS|SUBCOMMAND" >"$out" &&
+  { echo "FAIL: English in the help: $(sort -u "$out" | head -5)"; failures=$((failures + 1)); }
+expect "password: not both ways" 2 ""             "$kodbc" -p x --password-file /dev/null info kodbc_sqlite
+expect "password file missing"  2 ""              "$kodbc" --password-file /nonexistent/pw info kodbc_sqlite
 expect "info"                   0 "^Datenbank-System: *SQLite$" "$kodbc" info kodbc_sqlite
 expect "info: delimiter line"   0 '^Delimiter für Namen:  Delimiter: "  (Dezimal 34   Hex 22)$' "$kodbc" info kodbc_sqlite
 expect "unknown data source"    1 ""              "$kodbc" info kodbc_cli_missing

@@ -1,6 +1,7 @@
 // The tool's commands. Each returns an exit code (kExitOk, kExitFailed).
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@ struct SelectOptions {
     std::string recordSeparator = "\n";
     unsigned flags = 0;       // KODBC_ROWSET_*
     long expectedRows = 0;    // for the progress bar; 0: counted first on a terminal
+    bool csv = false;         // KODBC_ROWSET_CSV, each record ended by the record separator
+    std::optional<std::string> nullText;  // --null
 };
 
 int ListDataSources();
@@ -25,7 +28,8 @@ int ShowInfo(const std::string &dsn, const Login &login);
 int ListTables(const std::string &dsn, const Login &login);
 int ListColumns(const std::string &dsn, const Login &login, const std::string &table);
 int ListKeys(const std::string &dsn, const Login &login, const std::string &table);
-int RunSql(const std::string &dsn, const Login &login, const std::string &statement);
+// format: "" (a table with tabs), "csv" or "json".
+int RunSql(const std::string &dsn, const Login &login, const std::string &statement, const std::string &format = "");
 int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions &options);
 int QuoteNames(const std::string &dsn, const Login &login, const std::vector<std::string> &names);
 int FormatStatement(const std::string &dsn, const Login &login, const std::string &sqlTemplate,
@@ -76,6 +80,8 @@ struct ExportRequest {
     std::string decimalMark = "comma";  // comma, point or the character
     std::string brackets;             // "LR"
     bool ascii = false, noHeader = false;
+    bool csv = false, germanDates = false;
+    std::optional<std::string> nullText;  // --null
 };
 int ExportTable(const Login &login, const ExportRequest &request);
 // kodbc import DSN FILE … | kodbc import DSN --from SOURCE_DSN:TABLE --table NAME
@@ -90,6 +96,8 @@ struct ImportRequest {
     std::vector<std::string> types;     // FIELD=TYPE[:LENGTH]
     std::vector<std::string> skip;      // FIELD
     std::string autoinc;                // FIELD
+    bool csv = false;
+    std::optional<std::string> nullText;  // --null
 };
 int ImportData(const Login &login, const ImportRequest &request);
 // kodbc query [DSN] --tables-file F [--columns-file F] [--where-file F] [--sort-file F] [--view] [--test]

@@ -5,6 +5,9 @@
 #include <CLI/CLI.hpp>
 
 #include <clocale>
+#include <cstdio>
+#include <fstream>
+#include <utility>
 
 namespace {
 
@@ -22,19 +25,60 @@ std::string Unescape(const std::string &text) {
     return out;
 }
 
+// CLI11's own words in German, for the help and the usage lines; the
+// commands inherit them.
+void GermanHelp(CLI::App &app) {
+    auto formatter = app.get_formatter();
+    const std::pair<const char *, const char *> words[] = {
+        {"Usage", "Aufruf"},     {"Positionals", "Argumente"}, {"REQUIRED", "PFLICHT"},
+        {"OPTIONS", "OPTIONEN"}, {"SUBCOMMAND", "BEFEHL"},      {"SUBCOMMANDS", "BEFEHLE"},
+        {"Env", "Umgebung"},     {"Needs", "braucht"},          {"Excludes", "schließt aus"},
+        {"INT", "ZAHL"},         {"UINT", "ZAHL"},              {"FLOAT", "ZAHL"}};
+    for (const auto &[word, german] : words)
+        formatter->label(word, german);
+    app.option_defaults()->group("Optionen");
+    app.set_help_flag("-h,--help", "diese Hilfe zeigen und beenden");
+}
+
+// The first line of file, without its line end. False after a message.
+bool ReadPasswordFile(const std::string &file, std::string &password) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in || !std::getline(in, password)) {
+        kodbc_cli::Error("--password-file: die Datei kann nicht gelesen werden: " + file);
+        return false;
+    }
+    if (!password.empty() && password.back() == '\r') password.pop_back();
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
     std::setlocale(LC_ALL, "");
     CLI::App app{"kodbc — Datenbankzugriff über ODBC"};
+    GermanHelp(app);
     app.require_subcommand(1);
+    app.add_flag_callback(
+        "--version",
+        [] {
+            char version[64] = {};
+            Kodbc_GetVersion(version, sizeof version);
+            std::printf("kodbc %s\n", version);
+            throw CLI::Success();
+        },
+        "die Version der Bibliothek zeigen");
     // Global options may also follow the command: "kodbc drop DSN T --yes".
     app.fallthrough();
 
     kodbc_cli::Login login;
     bool assumeYes = false;
     app.add_option("-u,--user", login.user, "Benutzer für die Verbindung");
-    app.add_option("-p,--password", login.password, "Kennwort für die Verbindung");
+    std::string passwordFile;
+    auto *password = app.add_option("-p,--password", login.password,
+                                    "Kennwort für die Verbindung; besser KODBC_PASSWORD oder --password-file, denn "
+                                    "die Befehlszeile sehen andere Benutzer (ps) und die Shell merkt sie sich")
+                         ->envname("KODBC_PASSWORD");
+    app.add_option("--password-file", passwordFile, "Datei, deren erste Zeile das Kennwort ist")->excludes(password);
     app.add_flag("-y,--yes", assumeYes, "Rückfragen mit Ja beantworten");
 
     std::string dsn, statement, table, sqlTemplate;
@@ -61,11 +105,15 @@ int main(int argc, char **argv) {
     auto *sql = app.add_subcommand("sql", "eine SQL-Anweisung ausführen (SELECT: Ergebnis ausgeben)");
     sql->add_option("DSN", dsn, "Datenquelle")->required();
     sql->add_option("STATEMENT", statement, "SQL-Anweisung")->required();
+    bool sqlCsv = false, sqlJson = false;
+    auto *sqlCsvFlag = sql->add_flag("--csv", sqlCsv, "Ergebnis als CSV nach RFC 4180 (Komma, CR LF, Kopfzeile)");
+    sql->add_flag("--json", sqlJson, "Ergebnis als JSON: ein Feld von Objekten, NULL als null, Zahlen als Zahlen")
+        ->excludes(sqlCsvFlag);
 
     auto *selectCmd = app.add_subcommand("select", "Ergebnis einer Abfrage in eine Textdatei schreiben");
     selectCmd->add_option("DSN", dsn, "Datenquelle")->required();
     selectCmd->add_option("STATEMENT", select.statement, "SELECT-Anweisung")->required();
-    selectCmd->add_option("-f,--file", select.file, "Zieldatei")->required();
+    selectCmd->add_option("-f,--file", select.file, "Zieldatei; - für die Standardausgabe")->required();
     selectCmd->add_option("--field-separator", select.fieldSeparator, "Feldtrenner (Vorgabe: Tabulator)");
     selectCmd->add_option("--record-separator", select.recordSeparator, "Satztrenner (Vorgabe: Zeilenende)");
     selectCmd->add_flag("--header", header, "erste Zeile: die Spaltennamen");
@@ -74,6 +122,11 @@ int main(int argc, char **argv) {
     selectCmd->add_flag("--compact-dates", compactDates, "Datumswerte als jjjjmmtthhmmss");
     selectCmd->add_flag("--encode", encode, "Texte mit der Zeichenkodierung der Bibliothek");
     selectCmd->add_option("--expected-rows", select.expectedRows, "erwartete Zeilenzahl (Fortschrittsanzeige)");
+    std::string selectNull;
+    selectCmd->add_flag("--csv", select.csv,
+                        "CSV nach RFC 4180: Komma und CR LF (oder --field-separator, --record-separator), Werte bei "
+                        "Bedarf in \" mit verdoppelten \"");
+    selectCmd->add_option("--null", selectNull, "TEXT für NULL schreiben (ohne: nichts, wie ein leerer Text)");
 
     auto *quoteCmd = app.add_subcommand("quote", "Namen für die Datenquelle aufbereiten");
     quoteCmd->add_option("DSN", dsn, "Datenquelle")->required();
@@ -165,7 +218,7 @@ int main(int argc, char **argv) {
     auto *exportCmd = app.add_subcommand("export", "Datensätze einer Tabelle in eine Textdatei exportieren wie der Export-Assistent");
     exportCmd->add_option("DSN", exportRequest.dsn, "Datenquelle")->required();
     exportCmd->add_option("TABLE", exportRequest.table, "Tabelle")->required();
-    exportCmd->add_option("-f,--file", exportRequest.file, "Exportdatei (wird ersetzt)")->required();
+    exportCmd->add_option("-f,--file", exportRequest.file, "Exportdatei (wird ersetzt); - für die Standardausgabe")->required();
     exportCmd->add_option("--where-file", exportRequest.whereFile, "Datei mit einer Selektionsbeschreibung (ohne: alle Datensätze)");
     exportCmd->add_option("--field", exportRequest.fields, "NAME[=ÜBERSCHRIFT]: nur diese Felder exportieren");
     exportCmd->add_option("--skip", exportRequest.skip, "NAME: Feld nicht exportieren");
@@ -174,11 +227,17 @@ int main(int argc, char **argv) {
     exportCmd->add_option("--brackets", exportRequest.brackets, "LR: linke und rechte Klammer um Namen und Werte");
     exportCmd->add_flag("--ascii", exportRequest.ascii, "Namen und Werte in der OEM-Codepage (ASCII) schreiben");
     exportCmd->add_flag("--no-header", exportRequest.noHeader, "keine Zeile mit den Feldnamen");
+    std::string exportNull, importNull;
+    exportCmd->add_flag("--csv", exportRequest.csv,
+                        "CSV nach RFC 4180: Komma (oder --delimiter), Werte bei Bedarf in \" mit verdoppelten \", "
+                        "Dezimalpunkt, Datum als jjjj-mm-tt hh:mm:ss");
+    exportCmd->add_flag("--german-dates", exportRequest.germanDates, "mit --csv: Datum als tt.mm.jjjj");
+    exportCmd->add_option("--null", exportNull, "TEXT für NULL schreiben (ohne: nichts, wie ein leerer Text)");
 
     kodbc_cli::ImportRequest importRequest;
     auto *importCmd = app.add_subcommand("import", "Eine neue Tabelle aus einer Textdatei oder einer Tabelle einer anderen Datenquelle anlegen und füllen wie der Import-Assistent");
     importCmd->add_option("DSN", importRequest.dsn, "Datenquelle der neuen Tabelle")->required();
-    importCmd->add_option("FILE", importRequest.file, "Textdatei (ohne --from)");
+    importCmd->add_option("FILE", importRequest.file, "Textdatei (ohne --from); - für die Standardeingabe (mit --table)");
     importCmd->add_option("--from", importRequest.from, "Quelle als DATENQUELLE:TABELLE statt einer Datei");
     importCmd->add_option("--table", importRequest.table, "Name der neuen Tabelle (ohne: der Dateiname ohne Ordner und Endung)");
     importCmd->add_option("--kind", importRequest.kind, "Art der Datei: text, sdi oder sel");
@@ -192,6 +251,10 @@ int main(int argc, char **argv) {
     importCmd->add_option("--skip", importRequest.skip, "FELD: nicht importieren");
     importCmd->add_option("--autoinc", importRequest.autoinc, "FELD: selbsthochzählend");
     importCmd->add_flag("--dry-run", importRequest.dryRun, "nur CREATE TABLE und das erste INSERT zeigen");
+    importCmd->add_flag("--csv", importRequest.csv,
+                        "CSV nach RFC 4180: Komma (oder --delimiter), Werte in \" auch über Zeilen, Dezimalpunkt, "
+                        "keine Kürzung");
+    importCmd->add_option("--null", importNull, "TEXT als NULL lesen, ein leerer Wert ist dann ein leerer Text");
 
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");
@@ -235,6 +298,12 @@ int main(int argc, char **argv) {
 
     auto *demo = app.add_subcommand("demo", "Beispieldatenbank anlegen (falls nötig) und vorführen");
 
+    // A command's help flag was made before its options took the German group.
+    for (CLI::App *command : app.get_subcommands({})) {
+        command->group("Befehle")->set_help_flag("-h,--help", "diese Hilfe zeigen und beenden");
+        for (CLI::App *action : command->get_subcommands({}))
+            action->group("Befehle")->set_help_flag("-h,--help", "diese Hilfe zeigen und beenden");
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &e) {
@@ -245,19 +314,23 @@ int main(int argc, char **argv) {
 #ifndef _WIN32
     kodbc_cli::InstallMessageHandler(assumeYes);
 #endif
+    if (!passwordFile.empty() && !ReadPasswordFile(passwordFile, login.password)) return kodbc_cli::kExitUsage;
     using namespace kodbc_cli;
     if (*datasources) return ListDataSources();
     if (*info) return ShowInfo(dsn, login);
     if (*tables) return ListTables(dsn, login);
     if (*columns) return ListColumns(dsn, login, table);
     if (*keys) return ListKeys(dsn, login, table);
-    if (*sql) return RunSql(dsn, login, statement);
+    if (*sql) return RunSql(dsn, login, statement, sqlCsv ? "csv" : sqlJson ? "json" : "");
     if (*selectCmd) {
+        if (select.csv && !selectCmd->count("--field-separator")) select.fieldSeparator = ",";
+        if (select.csv && !selectCmd->count("--record-separator")) select.recordSeparator = "\\r\\n";
+        if (selectCmd->count("--null")) select.nullText = selectNull;
         select.fieldSeparator = Unescape(select.fieldSeparator);
         select.recordSeparator = Unescape(select.recordSeparator);
         select.flags = (header ? KODBC_ROWSET_HEADER : 0) | (quote ? KODBC_ROWSET_QUOTE_TEXT : 0) |
                        (zero ? KODBC_ROWSET_NUMERIC_ZERO : 0) | (compactDates ? KODBC_ROWSET_COMPACT_DATES : 0) |
-                       (encode ? KODBC_ROWSET_ENCODE_TEXT : 0);
+                       (encode ? KODBC_ROWSET_ENCODE_TEXT : 0) | (select.csv ? KODBC_ROWSET_CSV : 0);
         return SelectToFile(dsn, login, select);
     }
     if (*quoteCmd) return QuoteNames(dsn, login, names);
@@ -272,8 +345,19 @@ int main(int argc, char **argv) {
     if (*drop) return DropTable(dsn, login, table, assumeYes);
     if (*rename) return RenameTable(dsn, login, table, newName);
     if (*addRecordsCmd) return AddRecords(login, addRecords);
-    if (*exportCmd) return ExportTable(login, exportRequest);
-    if (*importCmd) return ImportData(login, importRequest);
+    // CSV has its own defaults: the comma between values, the point in numbers.
+    if (*exportCmd) {
+        if (exportRequest.csv && !exportCmd->count("--delimiter")) exportRequest.delimiter = ",";
+        if (exportRequest.csv && !exportCmd->count("--decimal-mark")) exportRequest.decimalMark = "point";
+        if (exportCmd->count("--null")) exportRequest.nullText = exportNull;
+        return ExportTable(login, exportRequest);
+    }
+    if (*importCmd) {
+        if (importRequest.csv && !importCmd->count("--delimiter")) importRequest.delimiter = ",";
+        if (importRequest.csv && !importCmd->count("--decimal-mark")) importRequest.decimalMark = "point";
+        if (importCmd->count("--null")) importRequest.nullText = importNull;
+        return ImportData(login, importRequest);
+    }
     if (*createTable) return CreateTable(dsn, login, table, kind, from);
     if (*alterCmd) {
         alter.action = *addColumn ? "add-column" : *dropColumn ? "drop-column" : *addAutoinc ? "add-autoinc"

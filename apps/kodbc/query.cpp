@@ -1,5 +1,6 @@
 // Tables, columns, keys and statements, through the library's own services.
 #include "commands.h"
+#include "pipes.h"
 #include "terminal.h"
 
 #include <cctype>
@@ -60,6 +61,14 @@ bool CopyToStdout(const std::string &path) {
     return true;
 }
 
+bool AppendText(const std::string &path, const std::string &text) {
+    std::FILE *out = std::fopen(path.c_str(), "ab");
+    const bool ok = out && std::fwrite(text.data(), 1, text.size(), out) == text.size();
+    if (out && std::fclose(out) != 0) return false;
+    if (!ok) Error("die Datei kann nicht geschrieben werden: " + path);
+    return ok;
+}
+
 } // namespace
 
 int ListTables(const std::string &dsn, const Login &login) {
@@ -117,14 +126,22 @@ int SelectToFile(const std::string &dsn, const Login &login, const SelectOptions
     if (isatty(STDERR_FILENO)) flags |= KODBC_ROWSET_PROGRESS;
     long rows = options.expectedRows;
     if (rows == 0 && (flags & KODBC_ROWSET_PROGRESS)) rows = OdbcEh_CountRows(nullptr, connection.hdbc(), options.statement.c_str());
-    if (OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), options.statement.c_str(), options.fieldSeparator.c_str(),
-                                  options.recordSeparator.c_str(), options.file.c_str(), &rows, nullptr, flags) != 1)
+    StreamFile file(options.file);
+    if (file.name().empty()) return kExitFailed;
+    if (OdbcEh_SelectRowSetToFileWithNull(nullptr, connection.hdbc(), options.statement.c_str(),
+                                          options.fieldSeparator.c_str(), options.recordSeparator.c_str(),
+                                          options.nullText ? options.nullText->c_str() : nullptr,
+                                          file.name().c_str(), &rows, nullptr, flags) != 1)
         return kExitFailed;
-    std::fprintf(stderr, "%ld Zeilen nach %s geschrieben\n", rows, options.file.c_str());
+    // CSV readers expect the last record ended like the others.
+    if (options.csv && rows > 0 && !AppendText(file.name(), options.recordSeparator)) return kExitFailed;
+    if (file.isStream() && !file.WriteStandardOutput()) return kExitFailed;
+    std::fprintf(stderr, "%ld Zeilen nach %s geschrieben\n", rows,
+                 file.isStream() ? "der Standardausgabe" : options.file.c_str());
     return kExitOk;
 }
 
-int RunSql(const std::string &dsn, const Login &login, const std::string &statement) {
+int RunSql(const std::string &dsn, const Login &login, const std::string &statement, const std::string &format) {
     Connection connection(dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
     if (!ReturnsRows(statement))
@@ -136,13 +153,16 @@ int RunSql(const std::string &dsn, const Login &login, const std::string &statem
         return kExitFailed;
     }
     long rows = 0;
-    int rc = OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), statement.c_str(), "\t", "\n", path.c_str(), &rows, nullptr,
-                                       KODBC_ROWSET_HEADER);
+    const bool csv = format == "csv", json = format == "json";
+    const unsigned flags = json ? KODBC_ROWSET_JSON : KODBC_ROWSET_HEADER | (csv ? KODBC_ROWSET_CSV : 0);
+    int rc = OdbcEh_SelectRowSetToFile(nullptr, connection.hdbc(), statement.c_str(), csv ? "," : "\t",
+                                       csv ? "\r\n" : "\n", path.c_str(), &rows, nullptr, flags);
     bool ok = rc == 1 && CopyToStdout(path);
     std::remove(path.c_str());
     if (!ok) return kExitFailed;
-    std::printf("\n");
-    std::fprintf(stderr, "(%ld Zeilen)\n", rows > 0 ? rows - 1 : 0);
+    // The last record is ended like the others (JSON ends itself).
+    if (!json) std::printf(csv ? "\r\n" : "\n");
+    std::fprintf(stderr, "(%ld Zeilen)\n", json ? rows : rows > 0 ? rows - 1 : 0);
     return kExitOk;
 }
 

@@ -2,6 +2,7 @@
 // with the wizards' defaults.
 #include "commands.h"
 #include "descriptor_file.h"
+#include "pipes.h"
 #include "terminal.h"
 
 #include <cstdio>
@@ -68,6 +69,20 @@ bool ParseTextFormat(const std::string &delimiter, const std::string &decimalMar
         }
         options.leftBracket = brackets[0];
         options.rightBracket = brackets[1];
+    }
+    return true;
+}
+
+// What CSV leaves out: brackets and delimiters of more than one character.
+bool CheckCsv(bool csv, const std::string &delimiter, const std::string &brackets) {
+    if (!csv) return true;
+    if (!brackets.empty()) {
+        Error("--brackets gilt nicht mit --csv");
+        return false;
+    }
+    if (delimiter != "tab" && delimiter != "blank" && delimiter.size() != 1) {
+        Error("--delimiter mit --csv: tab, blank oder ein Zeichen");
+        return false;
     }
     return true;
 }
@@ -143,6 +158,9 @@ int ExportTable(const Login &login, const ExportRequest &request) {
     KodbcExportOptions options = {};
     if (!ParseTextFormat(request.delimiter, request.decimalMark, request.brackets, options)) return kExitUsage;
     options.flags = (request.ascii ? KODBC_EXPORT_ASCII : 0) | (request.noHeader ? KODBC_EXPORT_NO_HEADER : 0);
+    if (!CheckCsv(request.csv, request.delimiter, request.brackets)) return kExitUsage;
+    if (request.csv) options.flags |= KODBC_EXPORT_CSV | (request.germanDates ? KODBC_EXPORT_GERMAN_DATES : 0);
+    if (request.nullText) options.nullText = request.nullText->c_str();
     const std::string fields = TabJoined(request.fields), skip = TabJoined(request.skip);
     options.fields = fields.c_str();
     options.skip = skip.c_str();
@@ -152,11 +170,16 @@ int ExportTable(const Login &login, const ExportRequest &request) {
     Connection connection(request.dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
     if (!CheckFieldNames(connection.hdbc(), request.table, request)) return kExitFailed;
+    StreamFile file(request.file);
+    if (file.name().empty()) return kExitFailed;
     long written = 0;
     const int rc = Kodbc_ExportTable(connection.hdbc(), request.table.c_str(), descriptor.c_str(), &options,
-                                     request.file.c_str(), &written);
+                                     file.name().c_str(), &written);
     if (rc == KODBC_FAILURE) return kExitFailed;
-    std::printf("%ld Datensätze exportiert%s\n", written, rc == KODBC_EXPORT_CANCELLED ? " (abgebrochen)" : "");
+    if (file.isStream() && !file.WriteStandardOutput()) return kExitFailed;
+    // The count does not mix with the data when that goes to standard output.
+    std::fprintf(file.isStream() ? stderr : stdout, "%ld Datensätze exportiert%s\n", written,
+                 rc == KODBC_EXPORT_CANCELLED ? " (abgebrochen)" : "");
     return rc == KODBC_SUCCESS ? kExitOk : kExitFailed;
 }
 
@@ -187,10 +210,16 @@ int ImportData(const Login &login, const ImportRequest &request) {
         sourceDsn = request.from.substr(0, colon);
         sourceTable = request.from.substr(colon + 1);
     }
+    if (request.file == "-" && request.table.empty()) {
+        Error("die Standardeingabe (-) braucht --table NAME");
+        return kExitUsage;
+    }
     KodbcImportOptions options = {};
     if (!ParseTextFormat(request.delimiter, request.decimalMark, request.brackets, options)) return kExitUsage;
+    if (!CheckCsv(request.csv, request.delimiter, request.brackets)) return kExitUsage;
     options.flags = (request.ascii ? KODBC_IMPORT_ASCII : 0) | (request.numberedNames ? KODBC_IMPORT_NUMBERED_NAMES : 0) |
-                    (request.dryRun ? KODBC_IMPORT_DRY_RUN : 0);
+                    (request.dryRun ? KODBC_IMPORT_DRY_RUN : 0) | (request.csv ? KODBC_IMPORT_CSV : 0);
+    if (request.nullText) options.nullText = request.nullText->c_str();
     options.kind = kind;
     std::map<std::string, KodbcImportField> choices;
     std::deque<std::string> texts;  // the choices point into it
@@ -200,6 +229,8 @@ int ImportData(const Login &login, const ImportRequest &request) {
     options.fields = fields.data();
     options.fieldCount = static_cast<int>(fields.size());
 
+    StreamFile file(request.file);
+    if (file.isStream() && (file.name().empty() || !file.ReadStandardInput())) return kExitFailed;
     Connection connection(request.dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
     std::vector<char> create(30000), insert(30000);
@@ -210,7 +241,7 @@ int ImportData(const Login &login, const ImportRequest &request) {
     result.insertSize = static_cast<int>(insert.size());
     int rc;
     if (request.from.empty()) {
-        rc = Kodbc_ImportTextFile(connection.hdbc(), request.table.c_str(), request.file.c_str(), &options, &result);
+        rc = Kodbc_ImportTextFile(connection.hdbc(), request.table.c_str(), file.name().c_str(), &options, &result);
     } else {
         // The source has a connection of its own; the library reads it on the
         // destination's where that one can serve both sides.

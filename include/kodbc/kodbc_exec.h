@@ -26,6 +26,12 @@ extern "C" {
 #define KODBC_ROWSET_COMPACT_DATES   0x10 /* dates as yyyymmddhhmmss */
 #define KODBC_ROWSET_ENCODE_TEXT     0x20 /* text through the base library's string encoding */
 #define KODBC_ROWSET_PROGRESS        0x40 /* progress indicator above 100 expected rows */
+#define KODBC_ROWSET_CSV             0x100 /* names and values as comma-separated values: a value holding the
+                                             field separator, a quote, CR or LF, or with a blank at either
+                                             end, in " with every " doubled (instead of 0x01) */
+#define KODBC_ROWSET_JSON            0x200 /* a JSON array of one object per row, by column name: NULL as
+                                             null, numbers as numbers, everything else as strings; the
+                                             separators and the other flags are not used */
 
 /* Item-data flags of OdbcEh_SelectRowSetToListView and _ToBox (Windows). */
 #define KODBC_ROWSET_ITEMDATA_NUMBER 0x04  /* list view: first column's number is the item data */
@@ -75,6 +81,16 @@ KODBC_API long KODBC_CALL OdbcEh_CountRows(HWND owner, SQLHDBC hdbc, const char 
 KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToFile(HWND owner, SQLHDBC hdbc, const char *sql,
     const char *fieldSeparator, const char *recordSeparator, const char *fileName, long *rowCount,
     const char *tolerated, unsigned flags);
+
+/*
+** OdbcEh_SelectRowSetToFileWithNull: OdbcEh_SelectRowSetToFile, a NULL
+** value written as nullText (null: as there), so that NULL and the empty
+** text stay apart; with KODBC_ROWSET_CSV a value equal to nullText is
+** quoted. Returns as there.
+*/
+KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToFileWithNull(HWND owner, SQLHDBC hdbc, const char *sql,
+    const char *fieldSeparator, const char *recordSeparator, const char *nullText, const char *fileName,
+    long *rowCount, const char *tolerated, unsigned flags);
 
 /*
 ** OdbcEh_SelectRowSetToBuffer: as OdbcEh_SelectRowSetToFile, through a

@@ -21,6 +21,8 @@ extern "C" {
 /* Export flags. */
 #define KODBC_EXPORT_ASCII      0x1 /* names and values in the OEM code page */
 #define KODBC_EXPORT_NO_HEADER  0x2 /* no line of field names */
+#define KODBC_EXPORT_CSV        0x4 /* comma-separated values: quoted where needed, no brackets, ISO dates */
+#define KODBC_EXPORT_GERMAN_DATES 0x8 /* with KODBC_EXPORT_CSV: dates as "dd.mm.yyyy" */
 
 /* Results of Kodbc_ExportTable besides 1 and 2. */
 #define KODBC_EXPORT_CANCELLED  3
@@ -35,6 +37,7 @@ typedef struct KodbcExportOptions {
     char leftBracket;           /* around every name and value; 0: none */
     char rightBracket;
     int flags;                  /* KODBC_EXPORT_* flags */
+    const char *nullText;       /* written for a NULL value; null: nothing */
 } KodbcExportOptions;
 
 /*
@@ -50,6 +53,11 @@ typedef struct KodbcExportOptions {
 ** headings, ANSI, no brackets). A progress indicator runs over the count
 ** (a terminal's bar on Linux; Ctrl+C stops). written (may be null)
 ** receives the number of records written.
+** KODBC_EXPORT_CSV writes comma-separated values as other programs read
+** them instead: a value holding the delimiter, a quote, CR or LF, or
+** beginning or ending with a blank, is put in quotes with its quotes
+** doubled (so is a value equal to nullText); dates as "yyyy-mm-dd
+** hh:mm:ss" unless KODBC_EXPORT_GERMAN_DATES; brackets are not written.
 ** Returns 1 written; KODBC_EXPORT_CANCELLED when stopped by the user (the
 ** records written so far stay in the file); 2 for a null connection,
 ** table or file name, a table without fields (1617 shown), a field in
@@ -158,6 +166,7 @@ KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT mes
 #define KODBC_IMPORT_ASCII          0x1 /* the file is in the OEM code page */
 #define KODBC_IMPORT_NUMBERED_NAMES 0x2 /* the first line holds values; fields are F0, F1, ... */
 #define KODBC_IMPORT_DRY_RUN        0x4 /* build the statements, run none */
+#define KODBC_IMPORT_CSV            0x8 /* comma-separated values as KODBC_EXPORT_CSV writes them */
 
 /* Flags of KodbcImportField. */
 #define KODBC_IMPORT_SKIP           0x1 /* not taken into the new table */
@@ -194,6 +203,8 @@ typedef struct KodbcImportOptions {
     const KodbcImportField *fields; /* changes to the discovered fields (may be null) */
     int fieldCount;
     int kind;                   /* KODBC_IMPORT_KIND_TEXT, _SDI, _SEL */
+    const char *nullText;       /* text files: a value equal to it (unquoted) is NULL, an empty one
+                                   an empty text; null: an empty value is NULL */
 } KodbcImportOptions;
 
 typedef struct KodbcImportResult {
@@ -242,7 +253,11 @@ typedef struct KodbcImportResult {
 ** size-1), and what the format's rules changed on the way (values and
 ** lines cut, numbers that lost characters, fields not imported); with
 ** KODBC_IMPORT_DRY_RUN nothing is executed and the statements are the
-** whole answer.
+** whole answer. KODBC_IMPORT_CSV reads comma-separated values instead
+** (the delimiter's first character separates): a quoted value may hold
+** the delimiter, doubled quotes and line breaks, a record may span lines,
+** lines end with LF or CR LF, no value is cut, empty lines are skipped,
+** brackets are not used.
 ** Returns 1 imported (or built, in a dry run); KODBC_IMPORT_CANCELLED when
 ** stopped by the user (the records inserted so far stay);
 ** KODBC_IMPORT_NO_SUCH_FIELD when options->fields names a field the file

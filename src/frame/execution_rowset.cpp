@@ -4,6 +4,7 @@
 // The transfer is the library's bulk path: each value is fetched as text
 // into one fixed buffer and copied into the file's block; column types are
 // asked once per statement; nothing is allocated per row.
+#include "internal/csv_field.h"
 #include "internal/text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
@@ -105,8 +106,65 @@ int ReportWriteError(const char *fileName) {
     return KODBC_FAILURE;
 }
 
+// Text as a JSON string: quotes, backslashes and control characters escaped.
+void AppendJsonString(std::string &out, std::string_view text) {
+    out.push_back('"');
+    for (char c : text) {
+        const auto u = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            out.push_back('\\');
+            out.push_back(c);
+        } else if (c == '\n') {
+            out.append("\\n");
+        } else if (c == '\r') {
+            out.append("\\r");
+        } else if (c == '\t') {
+            out.append("\\t");
+        } else if (u < 0x20) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", u);
+            out.append(escaped);
+        } else {
+            out.push_back(c);
+        }
+    }
+    out.push_back('"');
+}
+
+// Whether a driver's number text is a JSON number as it stands
+// ("-12.5e+3"; not "+1", ".5", "1.", "NaN").
+bool IsJsonNumber(std::string_view text) {
+    std::size_t at = 0;
+    auto digits = [&] {
+        const std::size_t from = at;
+        while (at < text.size() && text[at] >= '0' && text[at] <= '9') ++at;
+        return at > from;
+    };
+    if (at < text.size() && text[at] == '-') ++at;
+    if (at < text.size() && text[at] == '0') ++at;
+    else if (!digits()) return false;
+    if (at < text.size() && text[at] == '.' && (++at, !digits())) return false;
+    if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+        ++at;
+        if (at < text.size() && (text[at] == '+' || text[at] == '-')) ++at;
+        if (!digits()) return false;
+    }
+    return at == text.size();
+}
+
+// The compact form of an ODBC date text: yyyymmddhhmmss.
+void CompactDate(const char *value, std::size_t length, char (&digits)[14]) {
+    DateTimeFields d = ParseOdbcDateTime(value, length);
+    WriteDigits(digits, d.year, 4);
+    WriteDigits(digits + 4, d.month, 2);
+    WriteDigits(digits + 6, d.day, 2);
+    WriteDigits(digits + 8, d.hour, 2);
+    WriteDigits(digits + 10, d.minute, 2);
+    WriteDigits(digits + 12, d.second, 2);
+}
+
 int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &separators, const char *fileName,
-                   long *rowCount, const char *tolerated, unsigned flags) {
+                   long *rowCount, const char *tolerated, unsigned flags, const char *nullText = nullptr) {
     const long expected = rowCount ? *rowCount : 0;
     if (rowCount) *rowCount = 0;
 
@@ -129,8 +187,27 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
         return KODBC_FAILURE;
     }
 
+    const bool csv = flags & KODBC_ROWSET_CSV;
+    const bool json = flags & KODBC_ROWSET_JSON;
+    std::string piece;  // a CSV or JSON value with its quotes; its room stays from value to value
+    std::vector<std::string> jsonNames;  // each column's name as a JSON string and a colon
     long lines = 0;
-    if (flags & KODBC_ROWSET_HEADER) {
+    for (SQLUSMALLINT c = 1; json && c <= columnCount; ++c) {
+        char name[100] = {};
+        SQLSMALLINT length = 0;
+        SQLLEN unused = 0;
+        rc = KODBC_SQL(SQLColAttributes, statement.get(), c, static_cast<SQLUSMALLINT>(SQL_COLUMN_NAME),
+                       static_cast<SQLPOINTER>(name), static_cast<SQLSMALLINT>(sizeof name), &length, &unused);
+        if (!odbc::succeeded(rc)) {
+            ReportStatementError(statement, rc, sql, tolerated);
+            return KODBC_FAILURE;
+        }
+        std::string &entry = jsonNames.emplace_back();
+        AppendJsonString(entry, std::string_view(name, strnlen(name, sizeof name - 1)));
+        entry.push_back(':');
+    }
+    if (json) file.write('[');
+    if ((flags & KODBC_ROWSET_HEADER) && !json) {
         for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
             char name[100] = {};
             SQLSMALLINT length = 0;
@@ -142,7 +219,14 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 return KODBC_FAILURE;
             }
             if (c > 1) file.write(separators.field.data(), separators.field.size());
-            file.write(name, strnlen(name, sizeof name - 1));
+            const std::string_view text(name, strnlen(name, sizeof name - 1));
+            if (csv) {
+                piece.clear();
+                AppendCsvField(piece, text, separators.field, text.empty() && columnCount == 1);
+                file.write(piece.data(), piece.size());
+            } else {
+                file.write(text.data(), text.size());
+            }
         }
         lines = 1;
     }
@@ -191,9 +275,15 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
             ReportStatementError(statement, rc, sql, tolerated);
             return KODBC_FAILURE;
         }
-        if (lines > 0) file.write(separators.record.data(), separators.record.size());
+        if (json) file.write(lines > 0 ? ",\n{" : "{", lines > 0 ? 3 : 1);
+        else if (lines > 0) file.write(separators.record.data(), separators.record.size());
         for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
-            if (c > 1) file.write(separators.field.data(), separators.field.size());
+            if (json) {
+                if (c > 1) file.write(',');
+                file.write(jsonNames[c - 1].data(), jsonNames[c - 1].size());
+            } else if (c > 1) {
+                file.write(separators.field.data(), separators.field.size());
+            }
             SQLLEN indicator = 0;
             rc = KODBC_SQL(SQLGetData, statement.get(), c, static_cast<SQLSMALLINT>(SQL_C_CHAR),
                            static_cast<SQLPOINTER>(value), kValueBufferSize, &indicator);
@@ -207,6 +297,44 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 // A cut value (01004) and an unknown total are measured.
                 length = indicator >= 0 && indicator < kValueBufferSize ? static_cast<std::size_t>(indicator)
                                                                         : strnlen(value, kValueBufferSize - 1);
+            }
+            if (json) {
+                const std::string_view text(value, length);
+                piece.clear();
+                if (isNull || (classes[c - 1] == ValueClass::Number && IsBlankValue(value, length)))
+                    piece = "null";
+                else if (classes[c - 1] == ValueClass::Number && IsJsonNumber(text))
+                    piece.append(text);
+                else
+                    AppendJsonString(piece, text);
+                file.write(piece.data(), piece.size());
+                continue;
+            }
+            if (isNull && nullText) {
+                file.write(nullText, std::strlen(nullText));
+                continue;
+            }
+            if (csv) {
+                std::string_view text(value, length);
+                char digits[14];
+                if (isNull) {
+                    if (classes[c - 1] != ValueClass::Number || !zero) continue;
+                    text = "0";
+                } else if (classes[c - 1] == ValueClass::Text && !encoded.empty()) {
+                    value[length] = '\0';
+                    text = std::string_view(encoded.data(), static_cast<std::size_t>(Korvel_EncodeString(
+                                                                value, encoded.data(), kEncodedBufferSize, 2)));
+                } else if (classes[c - 1] == ValueClass::Number && zero && IsBlankValue(value, length)) {
+                    text = "0";
+                } else if (classes[c - 1] == ValueClass::Date && compactDates) {
+                    CompactDate(value, length, digits);
+                    text = std::string_view(digits, sizeof digits);
+                }
+                piece.clear();
+                AppendCsvField(piece, text, separators.field,
+                               (nullText && text == nullText) || (text.empty() && columnCount == 1));
+                file.write(piece.data(), piece.size());
+                continue;
             }
             switch (classes[c - 1]) {
             case ValueClass::Text: {
@@ -240,14 +368,8 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 }
                 if (quote) file.write('\'');
                 if (!isNull) {
-                    DateTimeFields d = ParseOdbcDateTime(value, length);
                     char digits[14];
-                    WriteDigits(digits, d.year, 4);
-                    WriteDigits(digits + 4, d.month, 2);
-                    WriteDigits(digits + 6, d.day, 2);
-                    WriteDigits(digits + 8, d.hour, 2);
-                    WriteDigits(digits + 10, d.minute, 2);
-                    WriteDigits(digits + 12, d.second, 2);
+                    CompactDate(value, length, digits);
                     file.write(digits, sizeof digits);
                 }
                 if (quote) file.write('\'');
@@ -257,9 +379,11 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
                 break;
             }
         }
+        if (json) file.write('}');
         ++lines;
         if (!file.ok()) break;
     }
+    if (json) file.write("]\n", 2);
 
     statement.reset();
     if (!file.close()) return ReportWriteError(fileName);
@@ -281,6 +405,15 @@ KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToFile(HWND owner, SQLHDBC hdbc, con
     if (IsBlank(fileName) || !hdbc || IsBlank(sql)) return KODBC_FAILURE;
     return TransferRowSet(owner, hdbc, sql, Separators(fieldSeparator, recordSeparator), fileName, rowCount,
                           tolerated, flags);
+}
+
+KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToFileWithNull(HWND owner, SQLHDBC hdbc, const char *sql,
+                                                           const char *fieldSeparator, const char *recordSeparator,
+                                                           const char *nullText, const char *fileName,
+                                                           long *rowCount, const char *tolerated, unsigned flags) {
+    if (IsBlank(fileName) || !hdbc || IsBlank(sql)) return KODBC_FAILURE;
+    return TransferRowSet(owner, hdbc, sql, Separators(fieldSeparator, recordSeparator), fileName, rowCount,
+                          tolerated, flags, nullText);
 }
 
 KODBC_API int KODBC_CALL OdbcEh_SelectRowSetToBuffer(HWND owner, SQLHDBC hdbc, const char *sql,

@@ -57,6 +57,10 @@ ExportFormat FormatOf(const KodbcExportOptions &options) {
     if (options.otherDecimal) format.otherDecimal = std::string(1, options.otherDecimal);
     format.leftBracket = options.leftBracket;
     format.rightBracket = options.rightBracket;
+    format.csv = (options.flags & KODBC_EXPORT_CSV) != 0;
+    format.germanDates = (options.flags & KODBC_EXPORT_GERMAN_DATES) != 0;
+    if (format.csv) format.leftBracket = format.rightBracket = 0;
+    if (options.nullText) format.nullText = options.nullText;
     return format;
 }
 

@@ -1,4 +1,5 @@
 #include "transfer/export_file.h"
+#include "transfer/csv_format.h"
 #include "transfer/text_value.h"
 
 #include "catalog/catalog_internal.h"
@@ -24,7 +25,7 @@ namespace {
 constexpr int kValueSize = 10000;
 constexpr int kTableTextSize = 300;
 
-// One value: brackets around the text, converted to the OEM code page
+// One value: brackets around the text (none in CSV), converted to the OEM code page
 // for ASCII files.
 class ValueWriter {
 public:
@@ -32,14 +33,14 @@ public:
         : file_(file), format_(format), oem_(new char[kValueSize]) {}
 
     void Write(const char *text) {
-        if (format_.leftBracket) file_.write(format_.leftBracket);
+        if (format_.leftBracket && !format_.csv) file_.write(format_.leftBracket);
         if (format_.encoding == ExportEncoding::Ascii) {
             const int length = Korvel_AnsiToOem(text, oem_.get(), kValueSize);
             file_.write(oem_.get(), static_cast<std::size_t>(length));
         } else {
             file_.write(text, std::strlen(text));
         }
-        if (format_.rightBracket) file_.write(format_.rightBracket);
+        if (format_.rightBracket && !format_.csv) file_.write(format_.rightBracket);
     }
 
 private:
@@ -47,6 +48,21 @@ private:
     const ExportFormat &format_;
     std::unique_ptr<char[]> oem_;
 };
+
+bool IsDateType(int sqlType) {
+    return sqlType == SQL_DATE || sqlType == SQL_TIME || sqlType == SQL_TIMESTAMP || sqlType == SQL_TYPE_DATE ||
+           sqlType == SQL_TYPE_TIME || sqlType == SQL_TYPE_TIMESTAMP;
+}
+
+// A value quoted where a reader would misread it: also one that reads
+// like the NULL text, and the empty value of a one-field record, which
+// would make an empty line.
+const char *CsvField(std::string &out, std::string_view value, const ExportFormat &format, std::size_t fields) {
+    out.clear();
+    const bool quoted = (format.nullText && value == *format.nullText) || (value.empty() && fields == 1);
+    AppendCsvField(out, value, format.DelimiterText(), quoted);
+    return out.c_str();
+}
 
 } // namespace
 
@@ -122,10 +138,12 @@ bool WriteExportFile(SQLHDBC hdbc, const std::string &statement, const std::vect
     const char mark = format.DecimalMark();
     ValueWriter values(file, format);
 
+    std::string quoted;
     if (format.header) {
         for (std::size_t i = 0; i < columns.size(); ++i) {
             if (i) file.write(delimiter.data(), delimiter.size());
-            values.Write(columns[i]->exportName.c_str());
+            if (format.csv) values.Write(CsvField(quoted, columns[i]->exportName, format, columns.size()));
+            else values.Write(columns[i]->exportName.c_str());
         }
         file.write("\r\n", 2);
     }
@@ -149,7 +167,13 @@ bool WriteExportFile(SQLHDBC hdbc, const std::string &statement, const std::vect
             if (!SQL_SUCCEEDED(rc)) {
                 ReportStatementError(handle.get(), rc, statement.c_str(), nullptr);
                 failed = true;
-            } else if (indicator != SQL_NULL_DATA) {
+            } else if (indicator == SQL_NULL_DATA) {
+                if (format.nullText) file.write(format.nullText->data(), format.nullText->size());
+            } else if (format.csv) {
+                if (!format.germanDates && IsDateType(columns[i]->sqlType)) ToIsoDate(text.get(), kValueSize);
+                else Kodbc_OdbcDataToString(text.get(), kValueSize, columns[i]->sqlType, mark);
+                values.Write(CsvField(quoted, text.get(), format, columns.size()));
+            } else {
                 Kodbc_OdbcDataToString(text.get(), kValueSize, columns[i]->sqlType, mark);
                 values.Write(text.get());
             }

@@ -8,6 +8,7 @@
 
 #include <kodbc/kodbc_types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,12 @@ struct ExportFormat {
     std::string otherDecimal;    // its first character is the mark
     char leftBracket = 0;        // 0: none
     char rightBracket = 0;
+    // Comma-separated values as other programs read them: values quoted
+    // where needed, no brackets, dates as "yyyy-mm-dd hh:mm:ss" unless
+    // germanDates.
+    bool csv = false;
+    bool germanDates = false;
+    std::optional<std::string> nullText;  // what a NULL is written as; none: nothing
 
     std::string DelimiterText() const;
     // "Anderes Zeichen" without a character falls back to the point.
@@ -59,7 +66,8 @@ struct ExportCounts {
 
 // Runs the statement and writes the file: the header line (when asked),
 // then at most maxRecords records, every line ended by CR LF. A NULL value
-// writes nothing, brackets included; values are not escaped. The file is
+// writes nothing (or the format's NULL text), brackets included; values are
+// not escaped unless the format is CSV. The file is
 // replaced; failures to open it show 1637, 1639, 1640 or 1638, a write
 // that does not reach the disk 1650, ODBC errors are shown with the
 // statement. True when the file was written and closed (also after a

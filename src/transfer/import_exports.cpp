@@ -39,6 +39,9 @@ ImportTextFormat TextFormatOf(const KodbcImportOptions &options) {
     if (options.otherDecimal) format.otherDecimal = std::string(1, options.otherDecimal);
     format.leftBracket = options.leftBracket;
     format.rightBracket = options.rightBracket;
+    format.csv = (options.flags & KODBC_IMPORT_CSV) != 0;
+    if (format.csv) format.leftBracket = format.rightBracket = 0;
+    if (options.nullText) format.nullText = options.nullText;
     return format;
 }
 

@@ -5,6 +5,7 @@
 #include "internal/execution.h"
 #include "internal/library.h"
 #include "sqltext/column_name.h"
+#include "transfer/import_csv.h"
 #include "transfer/import_selection_files.h"
 #include "transfer/import_values.h"
 
@@ -138,6 +139,7 @@ bool WriteRecords(ImportFieldList &fields, ImportRecordWriter &writer, wizards::
 }
 
 bool DiscoverTextFields(const char *fileName, const ImportTextFormat &format, ImportFieldList &fields) {
+    if (format.csv) return DiscoverCsvFields(fileName, format, fields);
     fields.clear();
     ImportFile file = OpenImportFile(fileName);
     if (!file) return false;
@@ -152,6 +154,7 @@ bool DiscoverTextFields(const char *fileName, const ImportTextFormat &format, Im
 bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, ImportFieldList &fields,
                        ImportRecordWriter &writer, wizards::WizardProgress &progress, long maxRecords,
                        ImportCounts &counts) {
+    if (format.csv) return ImportCsvRecords(fileName, format, fields, writer, progress, maxRecords, counts);
     counts = ImportCounts();
     ImportFile file = OpenImportFile(fileName);
     if (!file) return false;
@@ -165,7 +168,7 @@ bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, Imp
     counts.expected = std::min(lines, maxRecords);
 
     const std::string folder = FolderOf(fileName);
-    const char delimiter = format.Delimiter(), mark = format.DecimalMark();
+    const char delimiter = format.Delimiter();
     std::vector<std::string> values;
     std::string ansi;
     return WriteRecords(fields, writer, progress, counts, [&] {
@@ -175,8 +178,8 @@ bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, Imp
                                             format.leftBracket, format.rightBracket, values, &cut);
         counts.notes.valuesCut += static_cast<long>(cut);
         if (reader.Cut()) ++counts.notes.linesCut;
-        return SetRecordValues(fields, values, found, mark, folder, true, &counts) ? RecordRead::Read
-                                                                                   : RecordRead::Failed;
+        return SetTextRecordValues(fields, values, nullptr, found, format, folder, counts) ? RecordRead::Read
+                                                                                           : RecordRead::Failed;
     });
 }
 

@@ -29,11 +29,17 @@ bool IsBare(const ImportField &field) {
     return field.targetType == KODBC_TYPE_INTEGER || field.targetType == KODBC_TYPE_FLOAT;
 }
 
-bool IsLiteral(const ImportField &field) { return field.value && !field.value->empty() && !IsBare(field); }
+// An empty value is NULL, except an empty text that was meant as one.
+bool IsNull(const ImportField &field) {
+    return !field.value || (field.value->empty() && field.targetType != KODBC_TYPE_FIXED_TEXT &&
+                            field.targetType != KODBC_TYPE_VAR_TEXT && field.targetType != KODBC_TYPE_LONG_TEXT);
+}
+
+bool IsLiteral(const ImportField &field) { return !IsNull(field) && !IsBare(field); }
 
 // The length a value takes in the statement when nothing is cut.
 std::size_t Need(const ImportField &field, bool backslashEscapes) {
-    if (!field.value || field.value->empty()) return 4;  // NULL
+    if (IsNull(field)) return 4;  // NULL
     const std::string &value = *field.value;
     if (IsBare(field)) return value.size();
     std::size_t doubled = static_cast<std::size_t>(std::count(value.begin(), value.end(), '\''));
@@ -139,7 +145,7 @@ bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fi
         first = false;
         rest -= Need(field, parts.backslashEscapes);
         if (!IsLiteral(field)) {
-            sql.append(field.value && !field.value->empty() ? std::string_view(*field.value) : "NULL");
+            sql.append(IsNull(field) ? std::string_view("NULL") : std::string_view(*field.value));
             continue;
         }
         std::string_view text = *field.value;

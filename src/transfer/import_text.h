@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,10 @@ struct ImportTextFormat {
     std::string otherDecimal;       // its first character is the mark
     char leftBracket = 0;           // 0: none
     char rightBracket = 0;
+    bool csv = false;               // comma-separated values (no brackets, no cut)
+    // A value equal to it is NULL and an empty value an empty text; none:
+    // an empty value is NULL.
+    std::optional<std::string> nullText;
 
     // 0 for "other" without a character: nothing splits a line then.
     char Delimiter() const noexcept;

@@ -95,6 +95,39 @@ TEST_P(ExecRowSetTest, FlagsGiveTheirExactOutput) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
+// CSV quotes what a reader would misread; a NULL text keeps NULL apart
+// from the empty text, and a value that reads like it is quoted; JSON
+// gives each row as an object.
+TEST_P(ExecRowSetTest, CsvAndNullTextKeepValuesApart) {
+    Exec("INSERT INTO h7_rows_t VALUES (1, ' a,b ', NULL, NULL)");
+    Exec("INSERT INTO h7_rows_t VALUES (2, NULL, 42, NULL)");
+    Exec("INSERT INTO h7_rows_t VALUES (3, 'O''N\t\"x', 7, NULL)");
+    Exec("INSERT INTO h7_rows_t VALUES (4, '', 5, NULL)");
+    Exec("INSERT INTO h7_rows_t VALUES (5, 'NULL', 6, NULL)");
+    const char *texts = "SELECT id, name FROM h7_rows_t ORDER BY id";
+    const struct {
+        unsigned flags;
+        const char *fieldSep, *nullText, *expected;
+    } cases[] = {
+        {KODBC_ROWSET_CSV | KODBC_ROWSET_HEADER, ",", nullptr,
+         "id,name\r\n1,\" a,b \"\r\n2,\r\n3,\"O'N\t\"\"x\"\r\n4,\r\n5,NULL"},
+        {KODBC_ROWSET_CSV, ",", "NULL", "1,\" a,b \"\r\n2,NULL\r\n3,\"O'N\t\"\"x\"\r\n4,\r\n5,\"NULL\""},
+        {KODBC_ROWSET_CSV, "\t", "", "1\t\" a,b \"\r\n2\t\r\n3\t\"O'N\t\"\"x\"\r\n4\t\"\"\r\n5\tNULL"},
+        {KODBC_ROWSET_QUOTE_TEXT, ",", "\\N", "1,' a,b '\r\n2,\\N\r\n3,'O''N\t\"x'\r\n4,''\r\n5,'NULL'"},
+        // JSON: numbers bare, NULL as null, strings escaped; no separators.
+        {KODBC_ROWSET_JSON | KODBC_ROWSET_HEADER, ",", "NULL",
+         "[{\"id\":1,\"name\":\" a,b \"},\n{\"id\":2,\"name\":null},\n{\"id\":3,\"name\":\"O'N\\t\\\"x\"},\n"
+         "{\"id\":4,\"name\":\"\"},\n{\"id\":5,\"name\":\"NULL\"}]\n"},
+    };
+    for (const auto &c : cases) {
+        long lines = 0;
+        ASSERT_EQ(OdbcEh_SelectRowSetToFileWithNull(nullptr, hdbc_, texts, c.fieldSep, "\r\n", c.nullText,
+                                                    file_.c_str(), &lines, nullptr, c.flags),
+                  1);
+        EXPECT_EQ(Written(), c.expected) << c.flags << " " << (c.nullText ? c.nullText : "(none)");
+    }
+}
+
 TEST_P(ExecRowSetTest, LinesAreCountedPastTheProgressSteps) {
     for (int i = 0; i < 250; ++i) Exec("INSERT INTO h7_rows_t (id) VALUES (" + std::to_string(i) + ")");
     long lines = 250;

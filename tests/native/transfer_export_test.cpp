@@ -80,6 +80,15 @@ TEST_P(ExportFile, BytesForEachFormat) {
     ascii.delimiter = DelimiterChoice::Blank;
     ascii.decimal = DecimalChoice::Other;
     ascii.otherDecimal = "'x";
+    ExportFormat csv;
+    csv.csv = true;
+    csv.delimiter = DelimiterChoice::Other;
+    csv.otherDelimiter = ";";
+    csv.decimal = DecimalChoice::Point;
+    csv.leftBracket = '[';  // not written in CSV
+    csv.nullText = "";
+    ExportFormat csvNull = csv;
+    csvNull.nullText = "NULL";
 
     const struct {
         const char *what;
@@ -93,6 +102,12 @@ TEST_P(ExportFile, BytesForEachFormat) {
          "[1]||[12.5]||[M\xC3\xBCller \"der \xC3\x84ltere\"]\r\n[2]||||[]\r\n[3]||[0.25]||[Gro\xC3\x9F;Klein]\r\n"},
         {"ASCII, blank, other mark", ascii,
          "nr Preis-Netto name\r\n1 12'5 M\x81ller \"der \x8E" "ltere\"\r\n2  \r\n3 0'25 Gro\xE1;Klein\r\n"},
+        // Quotes where a CSV reader would misread; NULL and the empty text
+        // apart once NULL has a text of its own.
+        {"CSV, NULL as nothing, the empty text quoted", csv,
+         "nr;Preis-Netto;name\r\n1;12.5;\"M\xC3\xBCller \"\"der \xC3\x84ltere\"\"\"\r\n2;;\"\"\r\n3;0.25;\"Gro\xC3\x9F;Klein\"\r\n"},
+        {"CSV, NULL as a text", csvNull,
+         "nr;Preis-Netto;name\r\n1;12.5;\"M\xC3\xBCller \"\"der \xC3\x84ltere\"\"\"\r\n2;NULL;\r\n3;0.25;\"Gro\xC3\x9F;Klein\"\r\n"},
     };
     for (const auto &c : cases) EXPECT_EQ(Export(c.format), c.bytes) << c.what;
 }

@@ -3,6 +3,7 @@
 // round trip through the export, a table source, and files with odd lines.
 #include "test_support.h"
 
+#include "transfer/csv_format.h"
 #include "transfer/import_run.h"
 #include "transfer/import_values.h"
 #include "transfer/import_wizard_state.h"
@@ -231,10 +232,11 @@ TEST(ImportStatements, InsertValuesAndCutLiterals) {
     fields[1].value = "-12.5";
     fields[2].value = "7";
     fields[3].value = "2024-03-15 00:00:00";
-    fields[4].value = "";
+    fields[4].value = "";  // an empty text, as the NULL text makes it
     char sql[kImportStatementSize];
     EXPECT_TRUE(BuildImportInsert(parts, fields, sql, sizeof sql));
-    EXPECT_STREQ(sql, "INSERT INTO t (a,b,d,e) VALUES ('It''s',-12.5,'2024-03-15 00:00:00',NULL)");
+    EXPECT_STREQ(sql, "INSERT INTO t (a,b,d,e) VALUES ('It''s',-12.5,'2024-03-15 00:00:00','')");
+    fields[4].value.reset();
     parts.swapDateParts = true;
     BuildImportInsert(parts, fields, sql, sizeof sql);
     EXPECT_STREQ(sql, "INSERT INTO t (a,b,d,e) VALUES ('It''s',-12.5,'2024-15-03 00:00:00',NULL)");
@@ -268,6 +270,77 @@ TEST(ImportText, ReadsLineEndsNulBytesAndOverlongLines) {
     // The rest of an overlong line is dropped; the next line stays a line.
     EXPECT_EQ(Lines(longLine + "\r\nnext\n"), (Values{std::string(kImportLineSize - 1, 'L'), "next"}));
     EXPECT_EQ(Lines(std::string(kImportLineSize - 1, 'x') + "\r\n"), Values{std::string(kImportLineSize - 1, 'x')});
+}
+
+TEST(CsvFormat, QuotesWhatAReaderWouldMisread) {
+    const struct {
+        std::string value, delimiter;
+        bool quoted;
+        std::string field;
+    } cases[] = {
+        {"plain", ",", false, "plain"},
+        {"a;b", ",", false, "a;b"},
+        {"a;b", ";", false, "\"a;b\""},
+        {"a||b|", "||", false, "\"a||b|\""},
+        {"Sag \"hi\"", ",", false, "\"Sag \"\"hi\"\"\""},
+        {"it's", ",", false, "it's"},
+        {"zwei\r\nZeilen\n", ",", false, "\"zwei\r\nZeilen\n\""},
+        {" vorn", ",", false, "\" vorn\""},
+        {"hinten\t", ",", false, "\"hinten\t\""},
+        {"in der Mitte", ",", false, "in der Mitte"},
+        {"", ",", false, ""},
+        {"", ",", true, "\"\""},
+        {"NULL", ",", true, "\"NULL\""},
+    };
+    for (const auto &c : cases) {
+        std::string out = "x,";
+        AppendCsvField(out, c.value, c.delimiter, c.quoted);
+        EXPECT_EQ(out, "x," + c.field) << c.value;
+    }
+    char date[64] = "2024-03-15 10:00:00.000";
+    ToIsoDate(date, sizeof date);
+    EXPECT_STREQ(date, "2024-03-15 10:00:00");
+    char german[64] = "07.03.2024";
+    ToIsoDate(german, sizeof german);
+    EXPECT_STREQ(german, "2024-03-07");
+}
+
+// Every record of a file as the CSV reader hands it on, a quoted value
+// marked with a leading "q:".
+std::vector<Values> CsvRecords(const std::string &bytes, char delimiter = ',') {
+    std::FILE *file = std::tmpfile();
+    std::fwrite(bytes.data(), 1, bytes.size(), file);
+    std::rewind(file);
+    CsvReader reader(file, delimiter);
+    std::vector<Values> records;
+    Values values;
+    std::vector<bool> quoted;
+    std::size_t count = 0;
+    while (reader.Next(values, quoted, count)) {
+        Values record;
+        for (std::size_t i = 0; i < count; ++i) record.push_back((quoted[i] ? "q:" : "") + values[i]);
+        records.push_back(record);
+    }
+    std::fclose(file);
+    return records;
+}
+
+TEST(CsvFormat, ReadsRecordsAcrossLinesAndBothLineEnds) {
+    const std::string longText(5000, 'x');
+    const struct {
+        std::string bytes;
+        std::vector<Values> records;
+    } cases[] = {
+        {"a,b\r\n1,2\n3,\r\n", {{"a", "b"}, {"1", "2"}, {"3", ""}}},
+        {"\"a,b\",\"c\"\"d\"\"\",e", {{"q:a,b", "q:c\"d\"", "e"}}},
+        {"\"zwei\r\nZeilen\nund\r\",x\r\ny,z", {{"q:zwei\r\nZeilen\nund\r", "x"}, {"y", "z"}}},
+        {"\r\n\n\"\"\r\n\n", {{"q:"}}},
+        {"\" a \",b\rc,\"ende", {{"q: a ", "b\rc", "q:ende"}}},
+        {"\"ab\"cd,e\n", {{"q:abcd", "e"}}},
+        {longText + "," + longText + "\n", {{longText, longText}}},
+    };
+    for (const auto &c : cases) EXPECT_EQ(CsvRecords(c.bytes), c.records) << c.bytes;
+    EXPECT_EQ(CsvRecords("a;\"b;c\"\n", ';'), (std::vector<Values>{{"a", "q:b;c"}}));
 }
 
 class ImportRun : public DataSourceTest {
@@ -441,6 +514,27 @@ TEST_P(ImportRun, EmptyLineIsARecordAndTheLastLineStaysOut) {
     EXPECT_EQ(counts.expected, 3);
     EXPECT_EQ(BOf({{"1", "x"}, {"2", "y"}, {"3", "-"}}), "");
     EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst WHERE nr IS NULL AND b IS NULL"), Values{"1"});
+}
+
+// CSV: a record over several lines, both line ends, values past 99
+// characters, and NULL apart from the empty text through the NULL text.
+TEST_P(ImportRun, CsvRecordsKeepLineBreaksLengthAndNull) {
+    const std::string longText(300, 'w');
+    WriteFile("nr,b\r\n1,\"zwei\r\nZeilen, \"\"zitiert\"\"\"\n2,-\r\n3,\r\n4,\"-\"\n5," + longText + "\r\n");
+    const KodbcImportField longer = {"b", nullptr, KODBC_TYPE_VAR_TEXT, 400, 0};
+    KodbcImportOptions options{};
+    options.flags = KODBC_IMPORT_CSV;
+    options.delimiter = KODBC_EXPORT_OTHER;
+    options.otherDelimiter = ",";
+    options.nullText = "-";
+    options.fields = &longer;
+    options.fieldCount = 1;
+    KodbcImportResult result{};
+    ASSERT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_imp_dst", file_.c_str(), &options, &result), KODBC_SUCCESS);
+    EXPECT_EQ(result.written, 5);
+    EXPECT_EQ(result.valuesCut, 0);
+    EXPECT_EQ(BOf({{"1", "zwei\r\nZeilen, \"zitiert\""}, {"2", "(NULL)"}, {"3", ""}, {"4", "-"}}), "");
+    EXPECT_EQ(Column("SELECT LENGTH(b) FROM kodbc_imp_dst WHERE nr = '5'"), Values{"300"});
 }
 
 TEST_P(ImportRun, OddLinesAndCancelKeepWhatWasWritten) {
