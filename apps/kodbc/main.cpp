@@ -192,6 +192,8 @@ int main(int argc, char **argv) {
     importCmd->add_option("--skip", importRequest.skip, "FELD: nicht importieren");
     importCmd->add_option("--autoinc", importRequest.autoinc, "FELD: selbsthochzählend");
     importCmd->add_flag("--dry-run", importRequest.dryRun, "nur CREATE TABLE und das erste INSERT zeigen");
+    importCmd->add_flag("--per-record", importRequest.perRecord,
+                        "ein INSERT je Datensatz, jedes gleich gültig (wie der Assistent); ohne: alles oder nichts");
 
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");

@@ -158,6 +158,14 @@ KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT mes
 #define KODBC_IMPORT_ASCII          0x1 /* the file is in the OEM code page */
 #define KODBC_IMPORT_NUMBERED_NAMES 0x2 /* the first line holds values; fields are F0, F1, ... */
 #define KODBC_IMPORT_DRY_RUN        0x4 /* build the statements, run none */
+/* Several records per INSERT ("VALUES (...),(...)", where the database type
+   takes it) in one transaction that the function ends on hdbc: committed
+   after the last record; on a failure or a cancel rolled back, the new
+   table removed (dropped where the database commits DDL by itself; 3828
+   when that fails) and nothing counted written, the failing line or record
+   named with the database's reason (3824, 3825), then 3826 or 3827. The
+   caller must have switched the connection's auto-commit off. */
+#define KODBC_IMPORT_BATCH          0x8
 
 /* Flags of KodbcImportField. */
 #define KODBC_IMPORT_SKIP           0x1 /* not taken into the new table */
@@ -190,7 +198,7 @@ typedef struct KodbcImportOptions {
     char otherDecimal;          /* for KODBC_EXPORT_OTHER; 0 falls back to the point */
     char leftBracket;           /* around values; 0: none */
     char rightBracket;
-    int flags;                  /* KODBC_IMPORT_ASCII, _NUMBERED_NAMES, _DRY_RUN */
+    int flags;                  /* KODBC_IMPORT_ASCII, _NUMBERED_NAMES, _DRY_RUN, _BATCH */
     const KodbcImportField *fields; /* changes to the discovered fields (may be null) */
     int fieldCount;
     int kind;                   /* KODBC_IMPORT_KIND_TEXT, _SDI, _SEL */
