@@ -38,6 +38,12 @@ int Runs() {
     return runs && std::atoi(runs) > 0 ? std::atoi(runs) : 3;
 }
 const int kRuns = Runs();
+
+// KODBC_BENCH_MODES "batch" or "per-record" measures that way alone.
+bool Wanted(bool batch) {
+    const char *modes = std::getenv("KODBC_BENCH_MODES");
+    return !modes || !*modes || std::string(modes) == (batch ? "batch" : "per-record");
+}
 constexpr const char *kFile = KODBC_BENCH_ODBC_DIR "/kodbc_bench_import.txt";
 
 using kodbc::bench::Connection;
@@ -224,6 +230,7 @@ int main(int argc, char **argv) {
             }
         }
         for (bool batch : {false, true}) {
+            if (!Wanted(batch)) continue;
             Measurement raw, lib;
             for (int run = 0; run < kRuns; ++run) {
                 Measurement r = Measure(dsn, false, create.data(), batch);

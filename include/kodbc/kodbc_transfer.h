@@ -252,14 +252,15 @@ typedef struct KodbcImportResult {
 ** KODBC_IMPORT_DRY_RUN nothing is executed and the statements are the
 ** whole answer.
 ** Returns 1 imported (or built, in a dry run); KODBC_IMPORT_CANCELLED when
-** stopped by the user (the records inserted so far stay);
+** stopped by the user (the records inserted so far stay, none with
+** KODBC_IMPORT_BATCH);
 ** KODBC_IMPORT_NO_SUCH_FIELD when options->fields names a field the file
 ** does not have (result->badField says which); 2 for a null connection or
 ** file name, a file that cannot be opened or has no fields (3800, 3806
 ** shown), a field list the checks refuse (3801 to 3804, 3822, 3823
 ** shown), a value that makes no number (3820 or 3821 shown), a type
 ** outside the data-type table, or a statement that was refused or failed
-** (shown; records inserted before stay).
+** (shown; records inserted before stay, none with KODBC_IMPORT_BATCH).
 **
 ** options->kind KODBC_IMPORT_KIND_SDI or _SEL reads one of the family's
 ** selection files (OEM code page) instead; the text-format members of
