@@ -133,7 +133,7 @@ long RawImport(SQLHDBC hdbc, const std::string &create, std::string *first, bool
     };
     while (std::fgets(line, sizeof line, file)) {
         RawInsert(line, sql);
-        if (first && written == 0) *first = sql;
+        if (first && written == 0 && inPending == 0) *first = sql;
         if (!batch) {
             if (!send(sql)) break;
             ++written;
