@@ -190,7 +190,7 @@ if [[ -n ${KODBC_BENCH_MARIA:-} ]]; then
   maria_root() { mariadb --no-defaults --protocol=socket --socket="$(dirname "$ini")/maria/mariadbd.sock" -uroot "$@"; }
   maria -e "DROP TABLE IF EXISTS bench_rows; ${create/DOUBLE PRECISION/DOUBLE}; INSERT INTO bench_rows
     SELECT seq, CONCAT('C', LPAD(seq, 7, '0')), CONCAT('Name ', seq), seq % 1000, seq * 0.25,
-      TIMESTAMP '2024-01-01' + INTERVAL (seq % 100000) SECOND, CONCAT('Bemerkung zu Zeile ', seq), seq % 2
+      TIMESTAMP '2024-01-01 00:00:00' + INTERVAL (seq % 100000) SECOND, CONCAT('Bemerkung zu Zeile ', seq), seq % 2
     FROM seq_1_to_$rows"
   echo "== MariaDB, $rows rows x 8 columns"
   native=$(seconds sh -c "mariadb --no-defaults -h '$(mget Server)' -P '$(mget Port)' -u '$(mget User)' \
