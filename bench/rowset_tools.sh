@@ -205,7 +205,8 @@ if [[ -n ${KODBC_BENCH_MARIA:-} ]]; then
   echo "== MariaDB import, $import_rows lines x 8 columns"
   import_input "$work/export_maria.txt"
   maria -e "DROP TABLE IF EXISTS imp_lib; DROP TABLE IF EXISTS imp_native; $(echo "${create/bench_rows/imp_native}" | sed 's/DOUBLE PRECISION/DOUBLE/')"
-  native_import=$(measure maria -e "LOAD DATA LOCAL INFILE '$work/import.txt' INTO TABLE imp_native
+  native_import=$(measure mariadb --no-defaults -h "$(mget Server)" -P "$(mget Port)" -u "$(mget User)" \
+    -p"$(mget Password)" --local-infile=1 "$(mget Database)" -e "LOAD DATA LOCAL INFILE '$work/import.txt' INTO TABLE imp_native
     FIELDS TERMINATED BY ',' IGNORE 1 LINES")
   report_import "LOAD DATA LOCAL INFILE" "$native_import"
   [[ $(maria -N -e 'SELECT COUNT(*) FROM imp_native') -eq $import_rows ]] || { echo "LOAD DATA is short" >&2; exit 1; }
