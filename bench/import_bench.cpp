@@ -7,6 +7,12 @@
 // process of its own, so the peak resident size is that run's alone. Then
 // the line reader and splitter alone, in MB/s.
 //
+// Both ways, each in its own row: one INSERT per record in auto-commit (the
+// wizard's stream), and batches: auto-commit off, the records' values
+// strung together into INSERTs of at most 500 records and 256 KiB, one
+// commit at the end (the library with KODBC_IMPORT_BATCH, as the
+// command-line tool runs it).
+//
 //   kodbc_bench_import [lines ...]      (default: 100000)
 #include "bench_support.h"
 
@@ -26,7 +32,18 @@
 
 namespace {
 
-constexpr int kRuns = 3;
+// KODBC_BENCH_RUNS measurements of each, the best kept (3 unless set).
+int Runs() {
+    const char *runs = std::getenv("KODBC_BENCH_RUNS");
+    return runs && std::atoi(runs) > 0 ? std::atoi(runs) : 3;
+}
+const int kRuns = Runs();
+
+// KODBC_BENCH_MODES "batch" or "per-record" measures that way alone.
+bool Wanted(bool batch) {
+    const char *modes = std::getenv("KODBC_BENCH_MODES");
+    return !modes || !*modes || std::string(modes) == (batch ? "batch" : "per-record");
+}
 constexpr const char *kFile = KODBC_BENCH_ODBC_DIR "/kodbc_bench_import.txt";
 
 using kodbc::bench::Connection;
@@ -92,28 +109,57 @@ void RawInsert(char *line, std::string &sql) {
     sql += ')';
 }
 
-long RawImport(SQLHDBC hdbc, const std::string &create, std::string *first) {
+void AutoCommit(SQLHDBC hdbc, bool on) {
+    SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
+                      0);
+}
+
+constexpr std::size_t kBatchBytes = 256 * 1024, kBatchRecords = 500;
+constexpr std::size_t kValuesAt = sizeof "INSERT INTO ib_dst (nr,qty,price,name,stamp,note) VALUES " - 1;
+
+long RawImport(SQLHDBC hdbc, const std::string &create, std::string *first, bool batch = false) {
+    if (batch) AutoCommit(hdbc, false);
     SQLHSTMT statement = nullptr;
     SQLAllocStmt(hdbc, &statement);
     if (!SQL_SUCCEEDED(SQLExecDirect(statement, (SQLCHAR *)create.c_str(), SQL_NTS))) return -1;
     std::FILE *file = std::fopen(kFile, "rb");
     static char line[30000];
     std::fgets(line, sizeof line, file);
-    std::string sql;
+    std::string sql, pending;
+    std::size_t inPending = 0;
     long written = 0;
+    auto send = [&](const std::string &text) {
+        return SQL_SUCCEEDED(SQLExecDirect(statement, (SQLCHAR *)text.c_str(), SQL_NTS));
+    };
     while (std::fgets(line, sizeof line, file)) {
         RawInsert(line, sql);
-        if (first && written == 0) *first = sql;
-        if (!SQL_SUCCEEDED(SQLExecDirect(statement, (SQLCHAR *)sql.c_str(), SQL_NTS))) break;
-        ++written;
+        if (first && written == 0 && inPending == 0) *first = sql;
+        if (!batch) {
+            if (!send(sql)) break;
+            ++written;
+            continue;
+        }
+        if (inPending == kBatchRecords || pending.size() + sql.size() - kValuesAt + 1 > kBatchBytes) {
+            if (!send(pending)) return -1;
+            written += static_cast<long>(inPending);
+            inPending = 0;
+        }
+        if (inPending++ == 0) pending.assign(sql);
+        else pending.append(",").append(sql, kValuesAt);
+    }
+    if (inPending) {
+        if (!send(pending)) return -1;
+        written += static_cast<long>(inPending);
     }
     std::fclose(file);
     SQLFreeStmt(statement, SQL_DROP);
+    if (batch && !SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, hdbc, SQL_COMMIT))) return -1;
     return written;
 }
 
-long LibraryImport(SQLHDBC hdbc) {
-    const KodbcImportOptions options = Options();
+long LibraryImport(SQLHDBC hdbc, bool batch) {
+    if (batch) AutoCommit(hdbc, false);
+    const KodbcImportOptions options = Options(batch ? KODBC_IMPORT_BATCH : 0);
     KodbcImportResult result{};
     if (Kodbc_ImportTextFile(hdbc, "ib_dst", kFile, &options, &result) != KODBC_SUCCESS) return -1;
     return result.written;
@@ -121,13 +167,13 @@ long LibraryImport(SQLHDBC hdbc) {
 
 using kodbc::bench::Measurement;
 
-Measurement Measure(const std::string &dsn, bool library, const std::string &create) {
+Measurement Measure(const std::string &dsn, bool library, const std::string &create, bool batch) {
     {
         Connection c(dsn);
         c.Run("DROP TABLE ib_dst", "*");
     }
     return kodbc::bench::MeasureInChild(dsn, [&](SQLHDBC hdbc) -> long {
-        return library ? LibraryImport(hdbc) : RawImport(hdbc, create, nullptr);
+        return library ? LibraryImport(hdbc, batch) : RawImport(hdbc, create, nullptr, batch);
     });
 }
 
@@ -160,8 +206,8 @@ int main(int argc, char **argv) {
     for (int i = 1; i < argc; ++i) sizes.push_back(std::atol(argv[i]));
     if (sizes.empty()) sizes = {100000};
 
-    std::printf("%8s %12s %12s %7s %13s %14s %12s\n", "lines", "raw rec/s", "kodbc rec/s", "ratio", "raw peak KiB",
-                "kodbc peak KiB", "split MB/s");
+    std::printf("%8s %-10s %12s %12s %7s %13s %14s %12s\n", "lines", "mode", "raw rec/s", "kodbc rec/s", "ratio",
+                "raw peak KiB", "kodbc peak KiB", "split MB/s");
     for (long lines : sizes) {
         WriteFile(lines);
         // The statements must be the same: the raw loop's first one against
@@ -178,26 +224,29 @@ int main(int argc, char **argv) {
             result.insertSize = 30000;
             std::string first;
             if (Kodbc_ImportTextFile(c.hdbc, "ib_dst", kFile, &dry, &result) != KODBC_SUCCESS ||
-                RawImport(c.hdbc, create.data(), &first) != lines || first != insert.data()) {
+                RawImport(c.hdbc, create.data(), &first, !Wanted(false)) != lines || first != insert.data()) {
                 std::fprintf(stderr, "the statements differ:\n%s\n%s\n", insert.data(), first.c_str());
                 return 1;
             }
         }
-        Measurement raw, lib;
-        for (int run = 0; run < kRuns; ++run) {
-            Measurement r = Measure(dsn, false, create.data());
-            Measurement l = Measure(dsn, true, create.data());
-            if (r.count != lines || l.count != lines) {
-                std::fprintf(stderr, "import failed (%ld / %ld of %ld)\n", r.count, l.count, lines);
-                return 1;
+        for (bool batch : {false, true}) {
+            if (!Wanted(batch)) continue;
+            Measurement raw, lib;
+            for (int run = 0; run < kRuns; ++run) {
+                Measurement r = Measure(dsn, false, create.data(), batch);
+                Measurement l = Measure(dsn, true, create.data(), batch);
+                if (r.count != lines || l.count != lines) {
+                    std::fprintf(stderr, "import failed (%ld / %ld of %ld)\n", r.count, l.count, lines);
+                    return 1;
+                }
+                if (run == 0 || r.seconds < raw.seconds) raw = r;
+                if (run == 0 || l.seconds < lib.seconds) lib = l;
             }
-            if (run == 0 || r.seconds < raw.seconds) raw = r;
-            if (run == 0 || l.seconds < lib.seconds) lib = l;
+            const double rawRate = lines / raw.seconds, libRate = lines / lib.seconds;
+            std::printf("%8ld %-10s %12.0f %12.0f %7.3f %13ld %14ld %12.1f\n", lines, batch ? "batch" : "per-record",
+                        rawRate, libRate, libRate / rawRate, raw.peakKiB, lib.peakKiB, SplitterMegabytesPerSecond());
+            std::fflush(stdout);
         }
-        const double rawRate = lines / raw.seconds, libRate = lines / lib.seconds;
-        std::printf("%8ld %12.0f %12.0f %7.3f %13ld %14ld %12.1f\n", lines, rawRate, libRate, libRate / rawRate,
-                    raw.peakKiB, lib.peakKiB, SplitterMegabytesPerSecond());
-        std::fflush(stdout);
     }
     Connection c(dsn);
     c.Run("DROP TABLE ib_dst", "*");

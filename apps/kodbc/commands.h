@@ -92,6 +92,7 @@ struct ImportRequest {
     std::string decimalMark = "comma";  // comma, point or the character
     std::string brackets;               // "LR"
     bool numberedNames = false, ascii = false, dryRun = false;
+    bool perRecord = false;             // one INSERT per record in auto-commit, as the wizard
     std::vector<std::string> as;        // FIELD=NAME
     std::vector<std::string> types;     // FIELD=TYPE[:LENGTH]
     std::vector<std::string> skip;      // FIELD

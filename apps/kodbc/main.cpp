@@ -255,6 +255,8 @@ int main(int argc, char **argv) {
                         "CSV nach RFC 4180: Komma (oder --delimiter), Werte in \" auch über Zeilen, Dezimalpunkt, "
                         "keine Kürzung");
     importCmd->add_option("--null", importNull, "TEXT als NULL lesen, ein leerer Wert ist dann ein leerer Text");
+    importCmd->add_flag("--per-record", importRequest.perRecord,
+                        "ein INSERT je Datensatz, jedes gleich gültig (wie der Assistent); ohne: alles oder nichts");
 
     kodbc_cli::AddRecordsRequest addRecords;
     auto *addRecordsCmd = app.add_subcommand("add-records", "Datensätze aus einer anderen Tabelle hinzufügen");

@@ -233,6 +233,12 @@ int ImportData(const Login &login, const ImportRequest &request) {
     if (file.isStream() && (file.name().empty() || !file.ReadStandardInput())) return kExitFailed;
     Connection connection(request.dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
+    // All or nothing: the import's own connection leaves auto-commit, and
+    // the import ends the one transaction itself.
+    const bool batch = !request.dryRun && !request.perRecord &&
+                       SQL_SUCCEEDED(SQLSetConnectAttr(connection.hdbc(), SQL_ATTR_AUTOCOMMIT,
+                                                       reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_OFF), 0));
+    if (batch) options.flags |= KODBC_IMPORT_BATCH;
     std::vector<char> create(30000), insert(30000);
     KodbcImportResult result = {};
     result.createStatement = create.data();
@@ -259,7 +265,8 @@ int ImportData(const Login &login, const ImportRequest &request) {
         std::printf("%s\n%s\n", create.data(), insert.data());
         return kExitOk;
     }
-    if (rc == KODBC_FAILURE && result.written == 0 && !create[0]) return kExitFailed;
+    // A failed batch run said what became of it.
+    if (rc == KODBC_FAILURE && result.written == 0 && (!create[0] || batch)) return kExitFailed;
     std::printf("%ld Datensätze importiert%s\n", result.written, rc == KODBC_IMPORT_CANCELLED ? " (abgebrochen)" : "");
     std::fflush(stdout);
     SayImportNotes(result);

@@ -167,6 +167,14 @@ KODBC_API INT_PTR KODBC_CALL EditImportFieldDialogCallback(HWND dialog, UINT mes
 #define KODBC_IMPORT_NUMBERED_NAMES 0x2 /* the first line holds values; fields are F0, F1, ... */
 #define KODBC_IMPORT_DRY_RUN        0x4 /* build the statements, run none */
 #define KODBC_IMPORT_CSV            0x8 /* comma-separated values as KODBC_EXPORT_CSV writes them */
+/* Several records per INSERT ("VALUES (...),(...)", where the database type
+   takes it) in one transaction that the function ends on hdbc: committed
+   after the last record; on a failure or a cancel rolled back, the new
+   table removed (dropped where the database commits DDL by itself; 3828
+   when that fails) and nothing counted written, the failing line or record
+   named with the database's reason (3824, 3825), then 3826 or 3827. The
+   caller must have switched the connection's auto-commit off. */
+#define KODBC_IMPORT_BATCH          0x10
 
 /* Flags of KodbcImportField. */
 #define KODBC_IMPORT_SKIP           0x1 /* not taken into the new table */
@@ -199,7 +207,7 @@ typedef struct KodbcImportOptions {
     char otherDecimal;          /* for KODBC_EXPORT_OTHER; 0 falls back to the point */
     char leftBracket;           /* around values; 0: none */
     char rightBracket;
-    int flags;                  /* KODBC_IMPORT_ASCII, _NUMBERED_NAMES, _DRY_RUN */
+    int flags;                  /* KODBC_IMPORT_ASCII, _NUMBERED_NAMES, _DRY_RUN, _BATCH */
     const KodbcImportField *fields; /* changes to the discovered fields (may be null) */
     int fieldCount;
     int kind;                   /* KODBC_IMPORT_KIND_TEXT, _SDI, _SEL */
@@ -259,14 +267,15 @@ typedef struct KodbcImportResult {
 ** lines end with LF or CR LF, no value is cut, empty lines are skipped,
 ** brackets are not used.
 ** Returns 1 imported (or built, in a dry run); KODBC_IMPORT_CANCELLED when
-** stopped by the user (the records inserted so far stay);
+** stopped by the user (the records inserted so far stay, none with
+** KODBC_IMPORT_BATCH);
 ** KODBC_IMPORT_NO_SUCH_FIELD when options->fields names a field the file
 ** does not have (result->badField says which); 2 for a null connection or
 ** file name, a file that cannot be opened or has no fields (3800, 3806
 ** shown), a field list the checks refuse (3801 to 3804, 3822, 3823
 ** shown), a value that makes no number (3820 or 3821 shown), a type
 ** outside the data-type table, or a statement that was refused or failed
-** (shown; records inserted before stay).
+** (shown; records inserted before stay, none with KODBC_IMPORT_BATCH).
 **
 ** options->kind KODBC_IMPORT_KIND_SDI or _SEL reads one of the family's
 ** selection files (OEM code page) instead; the text-format members of

@@ -33,16 +33,17 @@ const char *const kRefuseEmptyTextDefault[] = {"PostgreSQL", "MySQL", "MariaDB"}
 // The order matters only for the fallback: an unknown type gets the row of
 // type 0, which stands first.
 const DbCapabilityRow DbCapabilities[] = {
-    {KODBC_DBTYPE_OTHER, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
-    {KODBC_DBTYPE_MYSQL, false, nullptr, "INTEGER NOT NULL AUTO_INCREMENT PRIMARY KEY", kDropPrimaryKey, kNotNullEmpty},
-    {KODBC_DBTYPE_ACCESS, true, "DROP TABLE", "AUTOINCREMENT", nullptr, nullptr},
+    {KODBC_DBTYPE_OTHER, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty, true},
+    {KODBC_DBTYPE_MYSQL, false, nullptr, "INTEGER NOT NULL AUTO_INCREMENT PRIMARY KEY", kDropPrimaryKey, kNotNullEmpty,
+     true},
+    {KODBC_DBTYPE_ACCESS, true, "DROP TABLE", "AUTOINCREMENT", nullptr, nullptr, false},
     {KODBC_DBTYPE_SQLSERVER, true, nullptr, "INTEGER NOT NULL IDENTITY PRIMARY KEY", "ALTER TABLE %t DROP %f",
-     kNotNullEmpty},
-    {KODBC_DBTYPE_PROGRESS, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
-    {KODBC_DBTYPE_EXCEL, false, nullptr, nullptr, nullptr, nullptr},
-    {KODBC_DBTYPE_ORACLE, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
-    {7, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty},
-    {-1, false, nullptr, nullptr, nullptr, nullptr},
+     kNotNullEmpty, true},
+    {KODBC_DBTYPE_PROGRESS, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty, false},
+    {KODBC_DBTYPE_EXCEL, false, nullptr, nullptr, nullptr, nullptr, false},
+    {KODBC_DBTYPE_ORACLE, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty, false},
+    {7, true, nullptr, nullptr, kDropPrimaryKey, kNotNullEmpty, false},
+    {-1, false, nullptr, nullptr, nullptr, nullptr, false},
 };
 
 const DbCapabilityRow &CapabilitiesOf(int databaseType) {

@@ -1,6 +1,6 @@
 // What each kind of database allows when tables and views are designed: SELECT INTO,
 // auto-incrementing key columns, dropping views and primary keys, the
-// clause an added column gets, and the column types that keep a value where
+// clause an added column gets, INSERTs of several records, and the column types that keep a value where
 // the data-type table's templates would not. Read by the create-table
 // wizard, the table administration, the import, the views and the
 // command-line tool.
@@ -19,6 +19,7 @@ struct DbCapabilityRow {
     const char *autoIncrementColumn;  // definition of an auto-incrementing key; null: none
     const char *dropPrimaryKey;       // template with %t (and %f, the key's name); null: not possible
     const char *addedColumnClause;    // appended to every added column; null: none
+    bool multiRowValues;              // one INSERT takes several records: VALUES (...),(...)
 };
 
 // The rows in their order of precedence, ended by a row of type -1.

@@ -126,7 +126,7 @@ int RunImport(SQLHDBC hdbc, const std::string &table, ImportFieldList &fields, c
     const std::string create = CreateImportTableStatement(hdbc, table.c_str(), fields, CounterTypeName(hdbc));
     if (result) Keep(create, result->createStatement, result->createSize);
 
-    ImportRecordWriter writer(hdbc, table.c_str(), fields, dryRun, create);
+    ImportRecordWriter writer(hdbc, table.c_str(), fields, dryRun, create, (options.flags & KODBC_IMPORT_BATCH) != 0);
     ImportCounts counts;
     bool ok;
     if (dryRun) {

@@ -1,8 +1,10 @@
 // The import's work after "Fertigstellen", for the wizard and the
 // command-line tool: the fields a source offers, and the loops that read
-// its records and write one INSERT each. Records are read and written one
-// at a time, so memory stays flat however many there are; nothing is
-// undone, records written before a stop stay.
+// its records and write them. Records are read one at a time and written
+// one INSERT each, or a bounded batch at a time, so memory stays flat
+// however many there are. One INSERT each runs in the connection's commit
+// mode and keeps what was written before a stop; a batch run is all or
+// nothing.
 #pragma once
 
 #include "transfer/import_statements.h"
@@ -14,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kodbc::transfer {
 
@@ -21,25 +24,57 @@ namespace kodbc::transfer {
 // run keeps the first one only. A create statement given runs just before
 // the first record is written, so a source that cannot be read leaves no
 // table behind; Start() runs it for a source without records.
+//
+// In batch mode the connection's auto-commit must be off (its owner's
+// choice): the records go out in INSERTs of several records each, where the
+// database takes them, within one transaction that Finish() commits. A
+// failure undoes everything, the created table included (dropped where the
+// database commits its DDL by itself), and names the record that failed.
 class ImportRecordWriter {
 public:
     ImportRecordWriter(SQLHDBC hdbc, const char *table, const ImportFieldList &fields, bool dryRun,
-                       std::string create = {});
-    // False when a statement was refused or failed (shown).
-    bool Write(const ImportFieldList &fields);
+                       std::string create = {}, bool batch = false);
+    // False when a statement was refused or failed (shown). at is where the
+    // record stands in the source: its line (byLine) or its number.
+    bool Write(const ImportFieldList &fields, long at = 0, bool byLine = false);
     // Runs the create statement unless it ran (or there is none, or the run
     // is dry). False when it was refused or failed (shown).
     bool Start();
+    // Batch mode: writes what waits and commits. False after a failure
+    // (shown; nothing is left). Otherwise Start().
+    bool Finish();
+    // Batch mode: undoes the run after the reading failed or the user
+    // cancelled, and says so.
+    void Abandon(bool cancelled);
+    bool batch() const { return batch_ && !dryRun_; }
     // The first record's statement.
     const std::string &first() const { return first_; }
 
 private:
+    bool Flush();
+    bool Undo();
+    bool RunQuietly(const char *sql, std::string *why);
     ImportInsertParts parts_;
     ImportStatementRunner runner_;
     std::unique_ptr<char[]> sql_;
     std::string first_;
     std::string create_;
+    std::string createdWith_;  // the create statement once it ran
     bool dryRun_;
+    // Batch mode: the statement being filled, where each record's values
+    // start in it and where each record stands in the source.
+    SQLHDBC hdbc_;
+    std::string table_;
+    bool batch_;
+    bool created_ = false;
+    bool ddlInTransaction_ = false;
+    std::size_t valuesAt_ = 0;      // where the values start in a record's INSERT
+    std::size_t perStatement_ = 1;  // records in one INSERT at most
+    std::string pending_;
+    std::vector<std::size_t> starts_;
+    std::vector<long> places_;
+    bool byLine_ = false;
+    odbc::Statement statement_;
 };
 
 // What the text format's and the number rule's ways changed on the way,
@@ -59,7 +94,7 @@ struct ImportNotes {
 struct ImportCounts {
     long expected = 0;       // records the progress runs over
     long written = 0;        // records written
-    bool cancelled = false;  // the user stopped; what was written stays
+    bool cancelled = false;  // the user stopped; what was written stays (not in batch mode)
     ImportNotes notes;
 };
 
@@ -86,7 +121,8 @@ enum class RecordRead { Read, End, Failed };
 // The loop every source shares: the progress runs from 1 to
 // counts.expected; readRecord gives the fields their values, then the
 // record is written and the values cleared, until the expected number, the
-// source's end, a failure, or the user's cancel. True unless a record could
+// source's end, a failure, or the user's cancel. A batch writer is then
+// finished, or abandoned (written back to 0). True unless a record could
 // not be read or written.
 bool WriteRecords(ImportFieldList &fields, ImportRecordWriter &writer, wizards::WizardProgress &progress,
                   ImportCounts &counts, const std::function<RecordRead()> &readRecord);

@@ -33,6 +33,11 @@ TEST(DbCapabilities, LookupForEveryDatabaseTypeAndTheFallback) {
     EXPECT_EQ(CapabilitiesOf(KODBC_DBTYPE_ACCESS).dropPrimaryKey, nullptr);
     EXPECT_EQ(CapabilitiesOf(KODBC_DBTYPE_EXCEL).addedColumnClause, nullptr);
     EXPECT_FALSE(CapabilitiesOf(KODBC_DBTYPE_MYSQL).selectInto);
+    // An import writes one INSERT per record where several would be refused.
+    for (int type : {KODBC_DBTYPE_OTHER, KODBC_DBTYPE_MYSQL, KODBC_DBTYPE_SQLSERVER, 99})
+        EXPECT_TRUE(CapabilitiesOf(type).multiRowValues) << type;
+    for (int type : {KODBC_DBTYPE_ACCESS, KODBC_DBTYPE_EXCEL, KODBC_DBTYPE_ORACLE, KODBC_DBTYPE_PROGRESS})
+        EXPECT_FALSE(CapabilitiesOf(type).multiRowValues) << type;
 }
 
 // Decided by the DBMS name: MySQL, MariaDB and PostgreSQL all may count as

@@ -630,6 +630,71 @@ TEST_P(ImportRun, FailuresAreShown) {
     EXPECT_EQ(result.badField, 1);
 }
 
+// The command-line tool's way: INSERTs of many records in one transaction.
+// A refused record (a second value where the column takes each once), a
+// stop, or a value that makes no number leaves neither rows nor the table,
+// and the refused one is named by its line; a run that gets through holds
+// every record, each as the one-record INSERT would write it.
+TEST_P(ImportRun, BatchIsAllOrNothingAndNamesTheRefusedLine) {
+    const long kLines = 1201;  // three statements, the last not full
+    std::string text = "a\tb\n";
+    for (long n = 1; n <= kLines; ++n) text += std::to_string(n) + "\tO'Brien \\ " + std::to_string(n) + "\n";
+    std::string refused = text;
+    const std::string line701 = "O'Brien \\ 700\n";
+    refused.replace(refused.find(line701), line701.size(), "O'Brien \\ 640\n");
+    // The tool's own connection runs without auto-commit.
+    struct AutoCommitOff {
+        explicit AutoCommitOff(SQLHDBC hdbc) : hdbc(hdbc) { Set(SQL_AUTOCOMMIT_OFF); }
+        ~AutoCommitOff() { Set(SQL_AUTOCOMMIT_ON); }
+        void Set(SQLULEN on) { SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on), 0); }
+        SQLHDBC hdbc;
+    } autoCommitOff(hdbc_);
+    const struct {
+        const char *name;
+        std::string file;
+        long cancelAt;
+        bool ok;
+        long written;
+        const char *said;  // in the messages, in this order
+        const char *then;
+    } cases[] = {
+        {"refused", refused, 0, false, 0, "Die Zeile 701 konnte nicht importiert werden:", "zur\xC3\xBC" "ckgenommen"},
+        {"cancelled", text, 900, true, 0, "abgebrochen und zur\xC3\xBC" "ckgenommen", ""},
+        {"no number", std::string(text).replace(text.find("\n1000\t") + 1, 4, "12-05-2024"), 0, false, 0,
+         "in Zeile 1001 ergibt", "zur\xC3\xBC" "ckgenommen"},
+        {"through", text, 0, true, kLines, "", ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        WriteFile(c.file);
+        messages_.clear();
+        ImportTextFormat format;
+        ImportFieldList fields;
+        ASSERT_TRUE(DiscoverTextFields(file_.c_str(), format, fields));
+        fields[0].targetName = "nr";
+        fields[0].targetType = KODBC_TYPE_INTEGER;
+        ImportCounts counts;
+        {
+            ImportRecordWriter writer(hdbc_, "kodbc_imp_dst", fields, false,
+                                      "CREATE TABLE kodbc_imp_dst (nr INTEGER, b VARCHAR(40) UNIQUE)", true);
+            RecordingProgress progress(c.cancelAt);
+            EXPECT_EQ(ImportTextRecords(file_.c_str(), format, fields, writer, progress, 100000, counts), c.ok);
+        }
+        EXPECT_EQ(counts.written, c.written);
+        // What the run did not commit is gone now.
+        SQLEndTran(SQL_HANDLE_DBC, hdbc_, SQL_ROLLBACK);
+        std::string said;
+        for (const auto &entry : messages_.entries()) said += entry.text + "\n";
+        const std::size_t at = said.find(c.said);
+        EXPECT_NE(at, std::string::npos) << said;
+        EXPECT_NE(said.find(c.then, at == std::string::npos ? 0 : at), std::string::npos) << said;
+        EXPECT_EQ(DstExists(), c.written > 0);
+        if (c.written == 0) continue;
+        EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst WHERE b LIKE 'O''Brien %'"), Values{std::to_string(kLines)});
+        EXPECT_EQ(Column("SELECT b FROM kodbc_imp_dst WHERE nr = 1201"), Values{"O'Brien \\ 1201"});
+    }
+}
+
 KODBC_DATA_SOURCE_TEST_SUITE(ImportRun);
 
 } // namespace
