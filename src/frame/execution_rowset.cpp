@@ -192,34 +192,34 @@ int TransferRowSet(HWND owner, SQLHDBC hdbc, const char *sql, const Separators &
     std::string piece;  // a CSV or JSON value with its quotes; its room stays from value to value
     std::vector<std::string> jsonNames;  // each column's name as a JSON string and a colon
     long lines = 0;
-    for (SQLUSMALLINT c = 1; json && c <= columnCount; ++c) {
-        char name[100] = {};
+    char name[100] = {};
+    // Column c's name into name, cut to its size; false after the error was shown.
+    const auto readName = [&](SQLUSMALLINT c, std::string_view &text) {
         SQLSMALLINT length = 0;
         SQLLEN unused = 0;
+        name[0] = '\0';
         rc = KODBC_SQL(SQLColAttributes, statement.get(), c, static_cast<SQLUSMALLINT>(SQL_COLUMN_NAME),
                        static_cast<SQLPOINTER>(name), static_cast<SQLSMALLINT>(sizeof name), &length, &unused);
         if (!odbc::succeeded(rc)) {
             ReportStatementError(statement, rc, sql, tolerated);
-            return KODBC_FAILURE;
+            return false;
         }
+        text = std::string_view(name, strnlen(name, sizeof name - 1));
+        return true;
+    };
+    for (SQLUSMALLINT c = 1; json && c <= columnCount; ++c) {
+        std::string_view text;
+        if (!readName(c, text)) return KODBC_FAILURE;
         std::string &entry = jsonNames.emplace_back();
-        AppendJsonString(entry, std::string_view(name, strnlen(name, sizeof name - 1)));
+        AppendJsonString(entry, text);
         entry.push_back(':');
     }
     if (json) file.write('[');
     if ((flags & KODBC_ROWSET_HEADER) && !json) {
         for (SQLUSMALLINT c = 1; c <= columnCount; ++c) {
-            char name[100] = {};
-            SQLSMALLINT length = 0;
-            SQLLEN unused = 0;
-            rc = KODBC_SQL(SQLColAttributes, statement.get(), c, static_cast<SQLUSMALLINT>(SQL_COLUMN_NAME),
-                           static_cast<SQLPOINTER>(name), static_cast<SQLSMALLINT>(sizeof name), &length, &unused);
-            if (!odbc::succeeded(rc)) {
-                ReportStatementError(statement, rc, sql, tolerated);
-                return KODBC_FAILURE;
-            }
+            std::string_view text;
+            if (!readName(c, text)) return KODBC_FAILURE;
             if (c > 1) file.write(separators.field.data(), separators.field.size());
-            const std::string_view text(name, strnlen(name, sizeof name - 1));
             if (csv) {
                 piece.clear();
                 AppendCsvField(piece, text, separators.field, text.empty() && columnCount == 1);
