@@ -86,6 +86,26 @@ raw_loops() { # dsn label [modes]
     sed 's/^/  /'
 }
 
+# The import file's records (after its header; commas inside no value) as
+# INSERTs of 500 records each in one transaction: numbers bare, texts
+# quoted, empty values NULL, as the library's batches carry them.
+psql_batches() { # import-file
+  awk -F, 'BEGIN { print "BEGIN;" }
+    NR == 1 { next }
+    {
+      row = "("
+      for (i = 1; i <= NF; i++) {
+        v = $i
+        if (v == "") v = "NULL"
+        else if (v !~ /^-?[0-9]+(\.[0-9]+)?$/) { gsub(/\047/, "\047\047", v); v = "\047" v "\047" }
+        row = row (i > 1 ? "," : "") v
+      }
+      stmt = stmt (n++ ? "," : "INSERT INTO imp_lib VALUES ") row ")"
+      if (n == 500) { print stmt ";"; stmt = ""; n = 0 }
+    }
+    END { if (n) print stmt ";"; print "COMMIT;" }' "$1"
+}
+
 saved_sysini=${ODBCSYSINI:-} saved_ini=${ODBCINI:-}
 
 # --- SQLite: a private data source on a database filled by sqlite3 itself.
@@ -171,6 +191,16 @@ SQL
   import_modes "$KODBC_BENCH_PG" "default durability" "$native_import" "psql -q -c 'DROP TABLE IF EXISTS imp_lib'" \
     "psql -Atq -c 'SELECT COUNT(*) FROM imp_lib'"
   raw_loops "$KODBC_BENCH_PG" "default durability" batch
+  # The server's own cost for multi-row INSERTs: the same lines as 500-row
+  # statements in one transaction, sent by psql without any driver between.
+  # Where this stays far below \copy, no client of INSERT statements can
+  # come closer.
+  psql_batches "$work/import.txt" >"$work/batches.sql"
+  psql -q -c 'DROP TABLE IF EXISTS imp_lib' -c "${create/bench_rows/imp_lib}"
+  t=$(measure psql -q -v ON_ERROR_STOP=1 -f "$work/batches.sql")
+  report_import "psql -f, 500-row INSERTs" "$t"
+  printf '  ratio to the bulk load %.3f\n' "$(echo "${native_import% *} / ${t% *}" | bc -l)"
+  [[ $(psql -Atq -c 'SELECT COUNT(*) FROM imp_lib') -eq $import_rows ]] || { echo "psql -f is short" >&2; exit 1; }
   # As SyncPragma=OFF on SQLite: a commit does not wait for the disk.
   psql -q -c "ALTER DATABASE $PGDATABASE SET synchronous_commit = off"
   import_modes "$KODBC_BENCH_PG" "synchronous_commit=off" "$native_import" "psql -q -c 'DROP TABLE IF EXISTS imp_lib'" \
