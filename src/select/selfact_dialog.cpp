@@ -7,6 +7,7 @@
 #include "select/selfact_dialog_ids.h"
 
 #include "internal/library.h"
+#include "internal/list_header.h"
 
 #include <korvel/korvel32.h>
 
@@ -17,7 +18,6 @@
 
 #include <commctrl.h>
 
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <new>
@@ -90,20 +90,10 @@ std::string LibraryText(int id) {
     return text;
 }
 
-// Columns of a list view from a header text "caption|width\tcaption|width".
 void AddHeader(HWND list, int headerId) {
-    const std::string header = LibraryText(headerId);
-    int column = 0;
-    std::size_t start = 0;
-    while (start < header.size()) {
-        std::size_t end = header.find('\t', start);
-        if (end == std::string::npos) end = header.size();
-        const std::string piece = header.substr(start, end - start);
-        const std::size_t bar = piece.find('|');
-        const int width = bar == std::string::npos ? 100 : std::atoi(piece.c_str() + bar + 1);
-        Korvel_ListView_AddColumn(list, column++, piece.substr(0, bar).c_str(), width);
-        start = end + 1;
-    }
+    int index = 0;
+    for (const ListHeaderColumn &column : ParseListHeader(LibraryText(headerId)))
+        Korvel_ListView_AddColumn(list, index++, column.caption.c_str(), column.width);
     SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
 }
 

@@ -6,20 +6,16 @@
 #pragma once
 
 #include "internal/db_capabilities.h"
+#include "internal/list_header.h"
 
 #include <string>
 #include <vector>
 
 namespace kodbc::tabledesign {
 
-// One column of the list view, from the text of string 1973: caption,
-// width in pixels, and whether the column is centred ("C").
-struct AdminListColumn {
-    std::string caption;
-    int width = 0;
-    bool centred = false;
-};
-std::vector<AdminListColumn> AdminListColumns();
+// The list view's columns, from the text of string 1973 (one of them
+// centred).
+std::vector<ListHeaderColumn> AdminListColumns();
 
 // One row of the column list: name, type with length, "Ja"/"Nein" for empty
 // values allowed, default and remark, in catalogue order.

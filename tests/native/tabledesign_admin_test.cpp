@@ -14,10 +14,10 @@ namespace {
 using namespace tabledesign;
 
 TEST(TableAdmin, ListColumnsFromTheirString) {
-    const std::vector<AdminListColumn> columns = AdminListColumns();
+    const std::vector<ListHeaderColumn> columns = AdminListColumns();
     ASSERT_EQ(columns.size(), 5u);
     std::vector<std::string> captions;
-    for (const AdminListColumn &column : columns) captions.push_back(column.caption);
+    for (const ListHeaderColumn &column : columns) captions.push_back(column.caption);
     EXPECT_EQ(captions, (std::vector<std::string>{"Spaltenname", "Datentyp", "Leer erlaubt", "Vorbesetzung", "Kommentar"}));
     EXPECT_EQ(columns[2].width, 70);
     EXPECT_EQ(columns[4].width, 300);
