@@ -105,11 +105,16 @@ int DropColumns(SQLHDBC hdbc, const char *table, const std::vector<std::string> 
     return dropped;
 }
 
+int CheckColumnLength(int typeCode, int length) {
+    const DataTypeRow *row = FindDataType(typeCode);
+    return row && row->lengthRequired && length < 1 ? msg::LENGTH_REQUIRED : 0;
+}
+
 bool AddColumn(SQLHDBC hdbc, const char *table, const char *name, int typeCode, int length) {
     const DataTypeRow *row = FindDataType(typeCode);
     if (!row) return false;
-    if (row->lengthRequired && length < 1) {
-        LibraryMessage(msg::LENGTH_REQUIRED);
+    if (const int refused = CheckColumnLength(typeCode, length)) {
+        LibraryMessage(refused);
         return false;
     }
     char definition[kColumnDefinitionSize] = {};

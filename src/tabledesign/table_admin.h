@@ -51,9 +51,14 @@ AdminAbilities AdminAbilitiesOf(const DbCapabilityRow &capabilities, int columnC
 int DropColumns(SQLHDBC hdbc, const char *table, const std::vector<std::string> &columns, bool ask,
                 bool *cancelled = nullptr);
 
-// Adds a column of a library type (KODBC_TYPE_*) with the database's
-// added-column clause, whatever the caller meant by "not empty". 1624 when
-// the type needs a length and length is below 1.
+// 1624 when a column of a library type (KODBC_TYPE_*) needs a length and
+// length is below 1, else 0 (an unknown type too). The column dialog asks
+// before it closes, so that the length is corrected in place.
+int CheckColumnLength(int typeCode, int length);
+
+// Adds a column of a library type with the database's added-column clause,
+// whatever the caller meant by "not empty"; CheckColumnLength refuses first
+// (shown).
 bool AddColumn(SQLHDBC hdbc, const char *table, const char *name, int typeCode, int length);
 
 // Before the name is asked: 1642 when the database has no auto-incrementing

@@ -24,6 +24,16 @@ TEST(TableAdmin, ListColumnsFromTheirString) {
     for (int i = 0; i < 5; ++i) EXPECT_EQ(columns[static_cast<std::size_t>(i)].centred, i == 2) << i;
 }
 
+TEST(TableAdmin, ALengthIsRequiredWhereTheTypeNeedsOne) {
+    const struct {
+        int type, length, refused;
+    } cases[] = {
+        {KODBC_TYPE_FIXED_TEXT, 0, 1624}, {KODBC_TYPE_VAR_TEXT, -1, 1624}, {KODBC_TYPE_VAR_TEXT, 1, 0},
+        {KODBC_TYPE_LONG_TEXT, 0, 0},     {KODBC_TYPE_INTEGER, 0, 0},      {0, 0, 0},
+    };
+    for (const auto &c : cases) EXPECT_EQ(CheckColumnLength(c.type, c.length), c.refused) << c.type << "/" << c.length;
+}
+
 TEST(TableAdmin, ButtonsFollowDatabaseAndTable) {
     const struct {
         int databaseType, columns, selected;
