@@ -148,24 +148,17 @@ void SetSelFactDescriptor(SelFact &query, int part, const char *text) {
     switch (part) {
     case SELFACT_TABLES:
         query.tables.clear();
-        for (auto &line : ReadLines(text, 6)) {
-            if (query.tables.size() == query.tables.capacity()) query.tables.reserve(query.tables.size() + 100);
-            query.tables.push_back({line[0], line[1], CodeOf(kJoins, line[2]), CodeOf(kOperators, line[3]), line[4], line[5]});
-        }
+        for (auto &line : ReadLines(text, 6))
+            AppendEntry(query.tables,
+                        {line[0], line[1], CodeOf(kJoins, line[2]), CodeOf(kOperators, line[3]), line[4], line[5]});
         break;
     case SELFACT_COLUMNS:
         query.columns.clear();
-        for (auto &line : ReadLines(text, 2)) {
-            if (query.columns.size() == query.columns.capacity()) query.columns.reserve(query.columns.size() + 100);
-            query.columns.push_back({line[0], line[1]});
-        }
+        for (auto &line : ReadLines(text, 2)) AppendEntry(query.columns, {line[0], line[1]});
         break;
     case SELFACT_SORT:
         query.sorts.clear();
-        for (auto &line : ReadLines(text, 2)) {
-            if (query.sorts.size() == query.sorts.capacity()) query.sorts.reserve(query.sorts.size() + 100);
-            query.sorts.push_back({line[0], line[1]});
-        }
+        for (auto &line : ReadLines(text, 2)) AppendEntry(query.sorts, {line[0], line[1]});
         break;
     case SELFACT_SELECTION: query.selection = text ? text : ""; break;
     default: break;

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct SelFact {
@@ -37,6 +38,14 @@ struct SelFact {
 };
 
 namespace kodbc::select {
+
+// The parts' lists grow in steps of 100 entries, whoever adds to them: the
+// descriptor reader and the designer's pages.
+template <class T>
+void AppendEntry(std::vector<T> &entries, T entry) {
+    if (entries.size() == entries.capacity()) entries.reserve(entries.size() + 100);
+    entries.push_back(std::move(entry));
+}
 
 // Replaces a part from its descriptor text (throws std::bad_alloc; the part
 // then holds what was read).

@@ -40,6 +40,38 @@ std::string RenameInLine(const std::string &line, const std::string &from, const
     return out;
 }
 
+// Every piece of a tab-separated list, empty ones included; a tab at the
+// end opens none.
+std::vector<std::string> TabPieces(const std::string &list) {
+    std::vector<std::string> pieces;
+    std::size_t start = 0;
+    while (start < list.size()) {
+        std::size_t tab = list.find('\t', start);
+        if (tab == std::string::npos) tab = list.size();
+        pieces.push_back(list.substr(start, tab - start));
+        start = tab + 1;
+    }
+    return pieces;
+}
+
+// Replacing needs a selected row of the list; adding goes to its end.
+template <class T>
+StoredEntry Store(std::vector<T> &entries, bool add, int selectedRow, T entry) {
+    if (add) {
+        AppendEntry(entries, std::move(entry));
+        return {static_cast<int>(entries.size()) - 1, 0};
+    }
+    if (selectedRow < 0 || static_cast<std::size_t>(selectedRow) >= entries.size()) return {};
+    entries[static_cast<std::size_t>(selectedRow)] = std::move(entry);
+    return {selectedRow, 0};
+}
+
+std::vector<std::string> Names(const std::vector<DesignerField> &fields) {
+    std::vector<std::string> names;
+    for (const DesignerField &field : fields) names.push_back(field.name);
+    return names;
+}
+
 std::string RenameInSelection(const std::string &selection, const std::string &from, const std::string &to) {
     std::string out, line;
     for (char c : selection) {
@@ -62,8 +94,14 @@ DesignerPage PageOfRule(int message) {
 int DefaultJoinType(const SelFact &query) { return query.tables.empty() ? 1 : 3; }
 
 int CheckTableEntry(const SelFact::Table &table) {
+    if (!table.name) return msg::SELECT_TABLE;
     if (table.joinType != 1 && (!table.first || !table.second)) return msg::JOIN_OPERANDS_REQUIRED;
     return 0;
+}
+
+SelFact::Text OptionalText(const std::string &text) {
+    if (text.empty()) return std::nullopt;
+    return text;
 }
 
 std::string TableQualifier(const SelFact::Table &table) {
@@ -73,18 +111,58 @@ std::string TableQualifier(const SelFact::Table &table) {
 
 std::string QualifyFieldList(const std::string &qualifier, const std::string &fieldList, bool withTypes) {
     std::string out;
-    std::size_t start = 0;
     bool name = true;
-    while (start < fieldList.size()) {
-        std::size_t tab = fieldList.find('\t', start);
-        if (tab == std::string::npos) tab = fieldList.size();
-        const std::string piece = fieldList.substr(start, tab - start);
+    for (const std::string &piece : TabPieces(fieldList)) {
         if (!out.empty()) out += '\t';
         out += name && !piece.empty() ? qualifier + "." + piece : piece;
         if (withTypes) name = !name;
-        start = tab + 1;
     }
     return out;
+}
+
+std::string CatalogueTableName(const SelFact &query, const std::string &table) {
+    return query.schema.empty() ? table : query.schema + "." + table;
+}
+
+std::vector<DesignerField> DesignerFields(const SelFact &query, const SelFact::Table *extra,
+                                          const FieldCatalogue &catalogue) {
+    std::vector<const SelFact::Table *> tables;
+    for (const SelFact::Table &table : query.tables) tables.push_back(&table);
+    if (extra) tables.push_back(extra);
+    std::vector<DesignerField> fields;
+    for (const SelFact::Table *table : tables) {
+        if (!table->name) continue;
+        const std::vector<std::string> pieces =
+            TabPieces(QualifyFieldList(TableQualifier(*table), catalogue(*table->name), true));
+        for (std::size_t i = 0; i < pieces.size(); i += 2)
+            fields.push_back({pieces[i], i + 1 < pieces.size() ? pieces[i + 1] : std::string()});
+    }
+    return fields;
+}
+
+std::vector<std::string> ColumnChoices(const SelFact &query, const std::vector<DesignerField> &fields) {
+    std::vector<std::string> choices;
+    for (const SelFact::Table &table : query.tables) choices.push_back(TableQualifier(table) + ".*");
+    for (const DesignerField &field : fields) choices.push_back(field.name);
+    return choices;
+}
+
+std::vector<std::string> SortChoices(const SelFact &query, const std::vector<DesignerField> &fields) {
+    std::vector<std::string> choices = Names(fields);
+    for (const SelFact::Column &column : query.columns)
+        if (column.alias) choices.push_back(*column.alias);
+    return choices;
+}
+
+std::vector<std::string> OperandChoices(const SelFact &query, const SelFact::Table &edited, int selectedRow,
+                                        const FieldCatalogue &catalogue) {
+    return Names(DesignerFields(query, selectedRow < 0 ? &edited : nullptr, catalogue));
+}
+
+std::string SelectionFieldList(const std::vector<DesignerField> &fields) {
+    std::string list;
+    for (const DesignerField &field : fields) list += field.name + "\t" + field.type + "\t";
+    return list;
 }
 
 std::string JoinConditionText(const SelFact::Table &table, const std::string &operatorLabel) {
@@ -93,18 +171,26 @@ std::string JoinConditionText(const SelFact::Table &table, const std::string &op
            (table.second ? *table.second : std::string());
 }
 
-int StoreTable(SelFact &query, std::size_t index, SelFact::Table table) {
-    if (const int refused = CheckTableEntry(table)) return refused;
-    if (index >= query.tables.size()) {
-        if (query.tables.size() == query.tables.capacity()) query.tables.reserve(query.tables.size() + 100);
-        query.tables.push_back(std::move(table));
-        return 0;
-    }
-    const std::string before = TableQualifier(query.tables[index]);
+StoredEntry StoreTable(SelFact &query, bool add, int selectedRow, SelFact::Table table) {
+    if (!add && (selectedRow < 0 || static_cast<std::size_t>(selectedRow) >= query.tables.size())) return {};
+    if (const int refused = CheckTableEntry(table)) return {-1, refused};
+    const std::string before = add ? std::string() : TableQualifier(query.tables[static_cast<std::size_t>(selectedRow)]);
     const std::string after = TableQualifier(table);
-    query.tables[index] = std::move(table);
-    if (strcasecmp(before.c_str(), after.c_str()) != 0) RenameQualifier(query, before, after);
-    return 0;
+    const StoredEntry stored = Store(query.tables, add, selectedRow, std::move(table));
+    if (!add && strcasecmp(before.c_str(), after.c_str()) != 0) RenameQualifier(query, before, after);
+    return stored;
+}
+
+StoredEntry StoreColumn(SelFact &query, bool add, int selectedRow, const std::string &expression,
+                        const std::string &alias) {
+    if (expression.empty()) return {};
+    return Store(query.columns, add, selectedRow, SelFact::Column{OptionalText(expression), OptionalText(alias)});
+}
+
+StoredEntry StoreSort(SelFact &query, bool add, int selectedRow, const std::string &column,
+                      const std::string &direction) {
+    if (column.empty()) return {};
+    return Store(query.sorts, add, selectedRow, SelFact::Sort{OptionalText(column), OptionalText(direction)});
 }
 
 bool RemoveTable(SelFact &query, std::size_t index) {

@@ -1,12 +1,14 @@
 // Dialog 10064, the query designer, on a working copy of a query: four
 // pages in a tab control edit its parts, the statement below follows every
-// change. What an edit does to the query is selfact_designer.cpp's; the
-// pages only show the query and hand the user's entries to it.
+// change. What an edit does to the query and what the pages offer are
+// selfact_designer.cpp's; the pages only show the query and hand the
+// user's entries to it.
 #include "select/selfact.h"
 #include "select/selfact_designer.h"
 #include "select/selfact_dialog_ids.h"
 
 #include "internal/library.h"
+#include "internal/list_header.h"
 
 #include <korvel/korvel32.h>
 
@@ -17,7 +19,6 @@
 
 #include <commctrl.h>
 
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <new>
@@ -79,31 +80,16 @@ std::string Text(HWND control) {
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-SelFact::Text Optional(const std::string &text) {
-    if (text.empty()) return std::nullopt;
-    return text;
-}
-
 std::string LibraryText(int id) {
     char text[kLabelSize] = {};
     LoadLibraryString(LibraryInstance(), id, text, sizeof text);
     return text;
 }
 
-// Columns of a list view from a header text "caption|width\tcaption|width".
 void AddHeader(HWND list, int headerId) {
-    const std::string header = LibraryText(headerId);
-    int column = 0;
-    std::size_t start = 0;
-    while (start < header.size()) {
-        std::size_t end = header.find('\t', start);
-        if (end == std::string::npos) end = header.size();
-        const std::string piece = header.substr(start, end - start);
-        const std::size_t bar = piece.find('|');
-        const int width = bar == std::string::npos ? 100 : std::atoi(piece.c_str() + bar + 1);
-        Korvel_ListView_AddColumn(list, column++, piece.substr(0, bar).c_str(), width);
-        start = end + 1;
-    }
+    int index = 0;
+    for (const ListHeaderColumn &column : ParseListHeader(LibraryText(headerId)))
+        Korvel_ListView_AddColumn(list, index++, column.caption.c_str(), column.width);
     SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
 }
 
@@ -173,9 +159,7 @@ private:
     void Accept();
     void Test();
 
-    // Fields of the chosen tables, "qualifier.field" with their types;
-    // `extra` (an edited table not yet in the list) is offered too.
-    std::vector<std::pair<std::string, std::string>> Fields(const SelFact::Table *extra);
+    FieldCatalogue Catalogue();
     const std::string &CatalogueFields(const std::string &table);
     void RefreshChoices();
 
@@ -386,7 +370,7 @@ void Designer::Test() {
 }
 
 const std::string &Designer::CatalogueFields(const std::string &table) {
-    const std::string qualified = query_.schema.empty() ? table : query_.schema + "." + table;
+    const std::string qualified = CatalogueTableName(query_, table);
     auto found = catalogue_.find(qualified);
     if (found != catalogue_.end()) return found->second;
     auto fields = std::make_unique<char[]>(kFieldListSize);
@@ -396,48 +380,18 @@ const std::string &Designer::CatalogueFields(const std::string &table) {
     return catalogue_.emplace(qualified, fields.get()).first->second;
 }
 
-std::vector<std::pair<std::string, std::string>> Designer::Fields(const SelFact::Table *extra) {
-    std::vector<const SelFact::Table *> tables;
-    for (const SelFact::Table &table : query_.tables) tables.push_back(&table);
-    if (extra && extra->name) tables.push_back(extra);
-    std::vector<std::pair<std::string, std::string>> fields;
-    for (const SelFact::Table *table : tables) {
-        if (!table->name) continue;
-        const std::string list = QualifyFieldList(TableQualifier(*table), CatalogueFields(*table->name), true);
-        std::size_t start = 0;
-        while (start < list.size()) {
-            std::size_t tab = list.find('\t', start);
-            const std::string name = list.substr(start, tab == std::string::npos ? std::string::npos : tab - start);
-            std::string type;
-            if (tab != std::string::npos) {
-                const std::size_t next = list.find('\t', tab + 1);
-                type = list.substr(tab + 1, next == std::string::npos ? std::string::npos : next - tab - 1);
-                tab = next;
-            }
-            fields.emplace_back(name, type);
-            start = tab == std::string::npos ? list.size() : tab + 1;
-        }
-    }
-    return fields;
+FieldCatalogue Designer::Catalogue() {
+    return [this](const std::string &table) { return CatalogueFields(table); };
 }
 
 // What the pages offer follows the chosen tables.
 void Designer::RefreshChoices() {
     const bool wasFilling = filling_;
     filling_ = true;
-    const auto fields = Fields(nullptr);
-    std::vector<std::string> columns;
-    for (const SelFact::Table &table : query_.tables) columns.push_back(TableQualifier(table) + ".*");
-    std::vector<std::string> names;
-    for (const auto &field : fields) names.push_back(field.first);
-    columns.insert(columns.end(), names.begin(), names.end());
-    RefillKeepingText(PageItem(DesignerPage::Columns, kColumnsBase + kEntry), columns);
-    if (Page(DesignerPage::Sort)) {
-        std::vector<std::string> sortable = names;
-        for (const SelFact::Column &column : query_.columns)
-            if (column.alias) sortable.push_back(*column.alias);
-        RefillKeepingText(PageItem(DesignerPage::Sort, kSortBase + kEntry), sortable);
-    }
+    const std::vector<DesignerField> fields = DesignerFields(query_, nullptr, Catalogue());
+    RefillKeepingText(PageItem(DesignerPage::Columns, kColumnsBase + kEntry), ColumnChoices(query_, fields));
+    if (Page(DesignerPage::Sort))
+        RefillKeepingText(PageItem(DesignerPage::Sort, kSortBase + kEntry), SortChoices(query_, fields));
     RefreshOperands();
     ShowSelection();
     filling_ = wasFilling;
@@ -446,22 +400,18 @@ void Designer::RefreshChoices() {
 SelFact::Table Designer::EditedTable() {
     HWND page = Page(DesignerPage::Tables);
     SelFact::Table table;
-    table.name = Optional(Text(GetDlgItem(page, IDC_SFT_TABLE)));
-    table.alias = Optional(Text(GetDlgItem(page, IDC_SFT_ALIAS)));
+    table.name = OptionalText(Text(GetDlgItem(page, IDC_SFT_TABLE)));
+    table.alias = OptionalText(Text(GetDlgItem(page, IDC_SFT_ALIAS)));
     table.joinType = static_cast<int>(SelectedData(GetDlgItem(page, IDC_SFT_JOIN), 1));
     table.joinOperator = static_cast<int>(SelectedData(GetDlgItem(page, IDC_SFT_OPERATOR), 1));
-    table.first = Optional(Text(GetDlgItem(page, IDC_SFT_FIRST)));
-    table.second = Optional(Text(GetDlgItem(page, IDC_SFT_SECOND)));
+    table.first = OptionalText(Text(GetDlgItem(page, IDC_SFT_FIRST)));
+    table.second = OptionalText(Text(GetDlgItem(page, IDC_SFT_SECOND)));
     return table;
 }
 
 void Designer::RefreshOperands() {
-    const SelFact::Table edited = EditedTable();
-    std::vector<std::string> names;
-    // A table being edited offers its fields under the qualifier it will
-    // have, not under the one it has in the list.
-    const int row = SelectedRow(PageItem(DesignerPage::Tables, IDC_SFT_LIST));
-    for (const auto &field : Fields(row < 0 ? &edited : nullptr)) names.push_back(field.first);
+    const std::vector<std::string> names = OperandChoices(
+        query_, EditedTable(), SelectedRow(PageItem(DesignerPage::Tables, IDC_SFT_LIST)), Catalogue());
     RefillKeepingText(PageItem(DesignerPage::Tables, IDC_SFT_FIRST), names);
     RefillKeepingText(PageItem(DesignerPage::Tables, IDC_SFT_SECOND), names);
 }
@@ -491,19 +441,10 @@ void Designer::LoadTable(int row) {
 }
 
 void Designer::StoreEditedTable(bool add) {
-    HWND list = PageItem(DesignerPage::Tables, IDC_SFT_LIST);
-    const int row = SelectedRow(list);
-    if (!add && row < 0) return;
-    SelFact::Table table = EditedTable();
-    if (!table.name) {
-        LibraryMessage(msg::SELECT_TABLE);
-        return;
-    }
-    const std::size_t index = add ? query_.tables.size() : static_cast<std::size_t>(row);
-    if (const int refused = StoreTable(query_, index, std::move(table))) {
-        LibraryMessage(refused);
-        return;
-    }
+    const StoredEntry stored =
+        StoreTable(query_, add, SelectedRow(PageItem(DesignerPage::Tables, IDC_SFT_LIST)), EditedTable());
+    if (stored.refused) LibraryMessage(stored.refused);
+    if (stored.row < 0) return;
     filling_ = true;
     if (add) {
         // Ready for the next table, which is joined to these.
@@ -513,7 +454,7 @@ void Designer::StoreEditedTable(bool add) {
         SelectByData(GetDlgItem(page, IDC_SFT_JOIN), DefaultJoinType(query_));
         SelectByData(GetDlgItem(page, IDC_SFT_OPERATOR), 1);
     } else {
-        ShowTables(static_cast<int>(index));
+        ShowTables(stored.row);
     }
     filling_ = false;
     ShowEntries(DesignerPage::Columns, -1);
@@ -564,28 +505,10 @@ void Designer::StoreEntry(DesignerPage page, bool add) {
     const std::string first = Text(PageItem(page, base + kEntry));
     const std::string second = Text(PageItem(page, base + kSecond));
     const int row = SelectedRow(PageItem(page, base + kList));
-    if (first.empty() || (!add && row < 0)) return;
-    int at = row;
-    if (page == DesignerPage::Columns) {
-        SelFact::Column column{Optional(first), Optional(second)};
-        if (add) {
-            if (query_.columns.size() == query_.columns.capacity()) query_.columns.reserve(query_.columns.size() + 100);
-            query_.columns.push_back(std::move(column));
-            at = static_cast<int>(query_.columns.size()) - 1;
-        } else {
-            query_.columns[static_cast<std::size_t>(row)] = std::move(column);
-        }
-    } else {
-        SelFact::Sort sort{Optional(first), Optional(second)};
-        if (add) {
-            if (query_.sorts.size() == query_.sorts.capacity()) query_.sorts.reserve(query_.sorts.size() + 100);
-            query_.sorts.push_back(std::move(sort));
-            at = static_cast<int>(query_.sorts.size()) - 1;
-        } else {
-            query_.sorts[static_cast<std::size_t>(row)] = std::move(sort);
-        }
-    }
-    ShowEntries(page, at);
+    const StoredEntry stored = page == DesignerPage::Columns ? StoreColumn(query_, add, row, first, second)
+                                                            : StoreSort(query_, add, row, first, second);
+    if (stored.row < 0) return;
+    ShowEntries(page, stored.row);
     if (page == DesignerPage::Columns) RefreshChoices();  // the sort page offers column aliases
     UpdatePreview();
 }
@@ -645,9 +568,7 @@ void Designer::Drop(HWND page, POINT at) {
 }
 
 void Designer::ShowSelection() {
-    const auto fields = Fields(nullptr);
-    std::string list;
-    for (const auto &field : fields) list += field.first + "\t" + field.second + "\t";
+    const std::string list = SelectionFieldList(DesignerFields(query_, nullptr, Catalogue()));
     const bool wasFilling = filling_;
     filling_ = true;
     Kodbc_OpDesc_To_DialogItems(OPDESC_SELECTION, query_.selection.c_str(), list.c_str(),

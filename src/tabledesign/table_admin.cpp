@@ -13,7 +13,6 @@
 #include <kodbc/kodbc_sqltext.h>
 #include <kodbc/kodbc_tableops.h>
 
-#include <cstdlib>
 #include <memory>
 
 namespace kodbc::tabledesign {
@@ -49,29 +48,7 @@ std::string LibraryText(int id) {
 
 } // namespace
 
-std::vector<AdminListColumn> AdminListColumns() {
-    std::vector<AdminListColumn> columns;
-    const std::string header = LibraryText(msg::HEADER_TABLE_COLUMNS);
-    std::size_t start = 0;
-    while (start <= header.size()) {
-        std::size_t end = header.find('\t', start);
-        if (end == std::string::npos) end = header.size();
-        const std::string piece = header.substr(start, end - start);
-        if (!piece.empty()) {
-            AdminListColumn column;
-            const std::size_t bar = piece.find('|');
-            column.caption = piece.substr(0, bar);
-            if (bar != std::string::npos) {
-                const std::size_t second = piece.find('|', bar + 1);
-                column.width = std::atoi(piece.substr(bar + 1, second - bar - 1).c_str());
-                column.centred = second != std::string::npos && piece.compare(second + 1, std::string::npos, "C") == 0;
-            }
-            columns.push_back(column);
-        }
-        start = end + 1;
-    }
-    return columns;
-}
+std::vector<ListHeaderColumn> AdminListColumns() { return ParseListHeader(LibraryText(msg::HEADER_TABLE_COLUMNS)); }
 
 bool ReadAdminColumns(SQLHDBC hdbc, const char *table, std::vector<AdminColumn> &columns) {
     columns.clear();
@@ -128,11 +105,16 @@ int DropColumns(SQLHDBC hdbc, const char *table, const std::vector<std::string> 
     return dropped;
 }
 
+int CheckColumnLength(int typeCode, int length) {
+    const DataTypeRow *row = FindDataType(typeCode);
+    return row && row->lengthRequired && length < 1 ? msg::LENGTH_REQUIRED : 0;
+}
+
 bool AddColumn(SQLHDBC hdbc, const char *table, const char *name, int typeCode, int length) {
     const DataTypeRow *row = FindDataType(typeCode);
     if (!row) return false;
-    if (row->lengthRequired && length < 1) {
-        LibraryMessage(msg::LENGTH_REQUIRED);
+    if (const int refused = CheckColumnLength(typeCode, length)) {
+        LibraryMessage(refused);
         return false;
     }
     char definition[kColumnDefinitionSize] = {};

@@ -6,20 +6,16 @@
 #pragma once
 
 #include "internal/db_capabilities.h"
+#include "internal/list_header.h"
 
 #include <string>
 #include <vector>
 
 namespace kodbc::tabledesign {
 
-// One column of the list view, from the text of string 1973: caption,
-// width in pixels, and whether the column is centred ("C").
-struct AdminListColumn {
-    std::string caption;
-    int width = 0;
-    bool centred = false;
-};
-std::vector<AdminListColumn> AdminListColumns();
+// The list view's columns, from the text of string 1973 (one of them
+// centred).
+std::vector<ListHeaderColumn> AdminListColumns();
 
 // One row of the column list: name, type with length, "Ja"/"Nein" for empty
 // values allowed, default and remark, in catalogue order.
@@ -55,9 +51,14 @@ AdminAbilities AdminAbilitiesOf(const DbCapabilityRow &capabilities, int columnC
 int DropColumns(SQLHDBC hdbc, const char *table, const std::vector<std::string> &columns, bool ask,
                 bool *cancelled = nullptr);
 
-// Adds a column of a library type (KODBC_TYPE_*) with the database's
-// added-column clause, whatever the caller meant by "not empty". 1624 when
-// the type needs a length and length is below 1.
+// 1624 when a column of a library type (KODBC_TYPE_*) needs a length and
+// length is below 1, else 0 (an unknown type too). The column dialog asks
+// before it closes, so that the length is corrected in place.
+int CheckColumnLength(int typeCode, int length);
+
+// Adds a column of a library type with the database's added-column clause,
+// whatever the caller meant by "not empty"; CheckColumnLength refuses first
+// (shown).
 bool AddColumn(SQLHDBC hdbc, const char *table, const char *name, int typeCode, int length);
 
 // Before the name is asked: 1642 when the database has no auto-incrementing

@@ -79,7 +79,7 @@ void UpdateButtons(HWND dialog, const TableAdminContext &context) {
 
 void AddListColumns(HWND list) {
     int index = 0;
-    for (const AdminListColumn &column : AdminListColumns()) {
+    for (const ListHeaderColumn &column : AdminListColumns()) {
         if (Korvel_ListView_AddColumn(list, index, column.caption.c_str(), column.width) < 0) break;
         if (column.centred) {
             LVCOLUMNA format = {};

@@ -1,8 +1,9 @@
 // Dialogs 10010, 10057 and 10059: they only collect what a change needs.
-// OK stays disabled until there is something to act on; the one refusal
-// made here is 1624, so that the user corrects the length in place instead
-// of starting over.
+// OK stays disabled until there is something to act on; the column dialog
+// shows table_admin.cpp's length refusal (1624) before it closes, so that
+// the user corrects the length in place instead of starting over.
 #include "tabledesign/table_admin_requests_dialog.h"
+#include "tabledesign/table_admin.h"
 #include "tabledesign/table_admin_dialog_ids.h"
 
 #include "internal/datatypes.h"
@@ -90,9 +91,8 @@ bool AddColumnCommand(HWND dialog, AddColumnRequest &request, int id, int notifi
     BOOL read = FALSE;
     const UINT length = GetDlgItemInt(dialog, IDC_ADD_COLUMN_LENGTH, &read, FALSE);
     const int given = read && length <= 0x7FFFFFFF ? static_cast<int>(length) : 0;
-    const DataTypeRow *row = FindDataType(code);
-    if (row && row->lengthRequired && given < 1) {
-        LibraryMessage(msg::LENGTH_REQUIRED);
+    if (const int refused = CheckColumnLength(code, given)) {
+        LibraryMessage(refused);
         SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, IDC_ADD_COLUMN_LENGTH)), TRUE);
         return true;
     }

@@ -1,13 +1,12 @@
 #include "wizards/list_view_pages.h"
 
 #include "internal/library.h"
+#include "internal/list_header.h"
 
 #include <korvel/korvel32.h>
 
 #include <commctrl.h>
 
-#include <cstdlib>
-#include <cstring>
 
 namespace kodbc::wizards {
 namespace {
@@ -39,23 +38,11 @@ void SetRowSelected(HWND list, int row, bool selected) {
 }
 
 void AddListViewColumns(HWND list, int headerId) {
-    char header[kHeaderSize];
+    char header[kHeaderSize] = {};
     LoadLibraryString(LibraryInstance(), headerId, header, sizeof header);
-    int column = 0;
-    char *rest = header;
-    while (rest && *rest) {
-        char *bar = std::strchr(rest, '|');
-        if (bar) *bar = '\0';
-        const char *caption = rest;
-        int width = 100;
-        rest = bar ? bar + 1 : nullptr;
-        if (rest) {
-            width = std::atoi(rest);
-            bar = std::strchr(rest, '|');
-            rest = bar ? bar + 1 : nullptr;
-        }
-        Korvel_ListView_AddColumn(list, column++, caption, width);
-    }
+    int index = 0;
+    for (const ListHeaderColumn &column : ParseListHeader(header))
+        Korvel_ListView_AddColumn(list, index++, column.caption.c_str(), column.width);
     SendMessageA(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
 }
 

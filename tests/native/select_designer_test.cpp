@@ -6,9 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <ostream>
 #include <string>
 
 namespace kodbc::select {
+
+void PrintTo(const DesignerField &field, std::ostream *out) { *out << field.name << " " << field.type; }
+
 namespace {
 
 // A query from its descriptor texts, without a connection.
@@ -37,29 +42,71 @@ SelFact::Table Table(const char *name, const char *alias, int join, const char *
 const std::string kTwoTables = "Kunden\tk\t\tEQ\t\t\nAuftraege\ta\tLJ\tEQ\tk.Nr\ta.KdNr";
 const std::string kColumns = "k.Name\tKunde\na.*\t\nk.Ort\t";
 
-TEST(SelFactDesigner, StoringATableChecksItsOperandsAndAddsOrReplaces) {
+TEST(SelFactDesigner, StoringATableChecksItAndAddsOrReplaces) {
     struct Case {
         const char *what;
-        std::size_t index;
+        bool add;
+        int selected;
         SelFact::Table table;
-        int refused;
+        int row, refused;
         std::string tables;
     } cases[] = {
-        {"a joined table without its second operand", 2, Table("Orte", nullptr, 3, "k.Ort", nullptr), 1652,
+        {"a table without a name", true, -1, Table(nullptr, "o", 1, nullptr, nullptr), -1, 1625, kTwoTables},
+        {"a joined table without its second operand", true, -1, Table("Orte", nullptr, 3, "k.Ort", nullptr), -1,
+         1652, kTwoTables},
+        {"a joined table without its first operand", true, 1, Table("Orte", nullptr, 2, nullptr, "o.Ort"), -1, 1652,
          kTwoTables},
-        {"a joined table without its first operand", 2, Table("Orte", nullptr, 2, nullptr, "o.Ort"), 1652,
-         kTwoTables},
-        {"a table not joined needs no operands", 2, Table("Orte", nullptr, 1, nullptr, nullptr), 0,
+        {"a table not joined needs no operands", true, -1, Table("Orte", nullptr, 1, nullptr, nullptr), 2, 0,
          kTwoTables + "\nOrte\t\t\tEQ\t\t"},
-        {"added at the end", 9, Table("Orte", "o", 3, "k.Ort", "o.Name"), 0,
+        {"added at the end, whatever is selected", true, 0, Table("Orte", "o", 3, "k.Ort", "o.Name"), 2, 0,
          kTwoTables + "\nOrte\to\tIJ\tEQ\tk.Ort\to.Name"},
-        {"replaced in place", 0, Table("Kunden", "k", 1, nullptr, nullptr), 0, kTwoTables},
+        {"replaced in place", false, 1, Table("Orte", "a", 2, "k.Ort", "a.Name"), 1, 0,
+         "Kunden\tk\t\tEQ\t\t\nOrte\ta\tLJ\tEQ\tk.Ort\ta.Name"},
+        {"nothing selected to replace: no refusal either", false, -1, Table(nullptr, nullptr, 1, nullptr, nullptr),
+         -1, 0, kTwoTables},
     };
     for (const Case &c : cases) {
         SelFact query = Query(kTwoTables, kColumns);
-        EXPECT_EQ(StoreTable(query, c.index, c.table), c.refused) << c.what;
+        const StoredEntry stored = StoreTable(query, c.add, c.selected, c.table);
+        EXPECT_EQ(stored.row, c.row) << c.what;
+        EXPECT_EQ(stored.refused, c.refused) << c.what;
         EXPECT_EQ(Part(query, SELFACT_TABLES), c.tables) << c.what;
     }
+}
+
+TEST(SelFactDesigner, StoringAColumnOrSortEntryAddsOrReplaces) {
+    const std::string kSorts = "k.Name\tDESC\na.Nr\t";
+    struct Case {
+        const char *what;
+        bool add;
+        int selected;
+        std::string first, second;
+        int columnRow, sortRow;
+        std::string columns, sorts;
+    } cases[] = {
+        {"added at the end", true, 0, "k.Plz", "PLZ", 3, 2, kColumns + "\nk.Plz\tPLZ", kSorts + "\nk.Plz\tPLZ"},
+        {"an empty second text is absent", false, 1, "k.Plz", "", 1, 1, "k.Name\tKunde\nk.Plz\t\nk.Ort\t",
+         "k.Name\tDESC\nk.Plz\t"},
+        {"nothing selected to replace", false, -1, "k.Plz", "PLZ", -1, -1, kColumns, kSorts},
+        {"nothing to store", true, -1, "", "PLZ", -1, -1, kColumns, kSorts},
+    };
+    for (const Case &c : cases) {
+        SelFact query = Query(kTwoTables, kColumns, kSorts);
+        EXPECT_EQ(StoreColumn(query, c.add, c.selected, c.first, c.second).row, c.columnRow) << c.what;
+        EXPECT_EQ(Part(query, SELFACT_COLUMNS), c.columns) << c.what;
+        EXPECT_EQ(StoreSort(query, c.add, c.selected, c.first, c.second).row, c.sortRow) << c.what;
+        EXPECT_EQ(Part(query, SELFACT_SORT), c.sorts) << c.what;
+        if (c.sortRow < 0) continue;
+        EXPECT_EQ(query.columns[static_cast<std::size_t>(c.columnRow)].alias.has_value(), !c.second.empty()) << c.what;
+        EXPECT_EQ(query.sorts[static_cast<std::size_t>(c.sortRow)].direction.has_value(), !c.second.empty())
+            << c.what;
+    }
+    // The lists grow in steps of 100 entries.
+    SelFact query;
+    EXPECT_EQ(StoreColumn(query, true, -1, "a", "").row, 0);
+    EXPECT_EQ(query.columns.capacity(), 100u);
+    for (int i = 0; i <= 100; ++i) StoreSort(query, true, -1, "a", "");
+    EXPECT_EQ(query.sorts.capacity(), 200u);
 }
 
 TEST(SelFactDesigner, RenamingATableCarriesItsReferencesAlong) {
@@ -68,7 +115,7 @@ TEST(SelFactDesigner, RenamingATableCarriesItsReferencesAlong) {
     // follow; names that merely begin alike ("kx.Name") do not.
     SelFact query = Query(kTwoTables, "k.Name\tKunde\nkx.Name\t\nK.Ort\t", "k.Name\tDESC",
                           "k.Ort\tBW\tBer\t12\nk.Plz\tEQF\tk.Ort\t12\n\va.Nr\tEQ\tk.Nr\t4\n\v");
-    ASSERT_EQ(StoreTable(query, 0, Table("Kunden", "kd", 1, nullptr, nullptr)), 0);
+    ASSERT_EQ(StoreTable(query, false, 0, Table("Kunden", "kd", 1, nullptr, nullptr)).row, 0);
     EXPECT_EQ(Part(query, SELFACT_COLUMNS), "kd.Name\tKunde\nkx.Name\t\nkd.Ort\t");
     EXPECT_EQ(Part(query, SELFACT_SORT), "kd.Name\tDESC");
     EXPECT_EQ(Part(query, SELFACT_TABLES), "Kunden\tkd\t\tEQ\t\t\nAuftraege\ta\tLJ\tEQ\tkd.Nr\ta.KdNr");
@@ -76,7 +123,7 @@ TEST(SelFactDesigner, RenamingATableCarriesItsReferencesAlong) {
 
     // Without an alias the table's name qualifies its fields.
     SelFact plain = Query("Kunden\t\t\t\t\t", "Kunden.Name\t");
-    ASSERT_EQ(StoreTable(plain, 0, Table("Kunden", "k", 1, nullptr, nullptr)), 0);
+    ASSERT_EQ(StoreTable(plain, false, 0, Table("Kunden", "k", 1, nullptr, nullptr)).row, 0);
     EXPECT_EQ(Part(plain, SELFACT_COLUMNS), "k.Name\t");
 }
 
@@ -137,6 +184,39 @@ TEST(SelFactDesigner, FieldsAreOfferedUnderTheTablesQualifier) {
     EXPECT_EQ(TableQualifier(Table("Kunden", nullptr, 1, nullptr, nullptr)), "Kunden");
     EXPECT_EQ(JoinConditionText(Table("A", "a", 2, "k.Nr", "a.KdNr"), ">"), "k.Nr > a.KdNr");
     EXPECT_EQ(JoinConditionText(Table("A", "a", 1, "k.Nr", "a.KdNr"), ">"), "");
+}
+
+TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
+    std::map<std::string, std::string> asked;
+    const FieldCatalogue catalogue = [&](const std::string &table) {
+        const std::map<std::string, std::string> lists = {
+            {"Kunden", "Nr\t4\tName\t12"}, {"Auftraege", "KdNr\t4"}, {"Orte", "Ort\t12\tPlz\t"}};
+        const auto found = lists.find(table);
+        return asked[table] = found == lists.end() ? std::string() : found->second;
+    };
+    SelFact query = Query(kTwoTables + "\n\tx\tIJ\tEQ\t\t", "k.Name\tKunde\na.*\t\nk.Ort\tWohnort");
+    const SelFact::Table orte = Table("Orte", nullptr, 3, nullptr, nullptr);
+    const std::vector<DesignerField> fields = DesignerFields(query, &orte, catalogue);
+    EXPECT_EQ(fields, (std::vector<DesignerField>{
+                          {"k.Nr", "4"}, {"k.Name", "12"}, {"a.KdNr", "4"}, {"Orte.Ort", "12"}, {"Orte.Plz", ""}}));
+    EXPECT_EQ(asked.size(), 3u) << "a table without a name is not looked up";
+
+    const std::vector<DesignerField> listed = DesignerFields(query, nullptr, catalogue);
+    EXPECT_EQ(ColumnChoices(query, listed),
+              (std::vector<std::string>{"k.*", "a.*", "x.*", "k.Nr", "k.Name", "a.KdNr"}));
+    EXPECT_EQ(SortChoices(query, listed), (std::vector<std::string>{"k.Nr", "k.Name", "a.KdNr", "Kunde", "Wohnort"}));
+    EXPECT_EQ(SelectionFieldList(listed), "k.Nr\t4\tk.Name\t12\ta.KdNr\t4\t");
+
+    // A new table offers its operands under its own qualifier; an edited
+    // one (a row selected) already is among the listed tables.
+    const SelFact::Table edited = Table("Orte", "o", 3, nullptr, nullptr);
+    EXPECT_EQ(OperandChoices(query, edited, -1, catalogue),
+              (std::vector<std::string>{"k.Nr", "k.Name", "a.KdNr", "o.Ort", "o.Plz"}));
+    EXPECT_EQ(OperandChoices(query, edited, 0, catalogue), (std::vector<std::string>{"k.Nr", "k.Name", "a.KdNr"}));
+
+    EXPECT_EQ(CatalogueTableName(query, "Kunden"), "Kunden");
+    query.schema = "verkauf";
+    EXPECT_EQ(CatalogueTableName(query, "Kunden"), "verkauf.Kunden");
 }
 
 TEST(SelFactDesigner, NewTablesAreJoinedAndRefusalsNameTheirPage) {

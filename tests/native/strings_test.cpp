@@ -2,13 +2,16 @@
 // double blanks, line breaks, umlauts, the spellings the applications have
 // always shown), missing numbers, and cutting to the caller's buffer.
 #include "internal/library.h"
+#include "internal/list_header.h"
 #include "test_support.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <cstring>
+#include <ostream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -142,3 +145,27 @@ TEST_F(StringTableTest, CutsToSizeLessOneAndStaysInsideTheBuffer) {
 }
 
 } // namespace
+
+namespace kodbc {
+void PrintTo(const ListHeaderColumn &column, std::ostream *out) {
+    *out << '"' << column.caption << "\" " << column.width << (column.centred ? " C" : "");
+}
+} // namespace kodbc
+
+// The list views' header texts: tab-separated columns (a "C" centres one)
+// and the bar-only run read alike.
+TEST(ListHeader, CaptionsWidthsAndCentredColumns) {
+    using kodbc::ListHeaderColumn;
+    const struct {
+        const char *header;
+        std::vector<ListHeaderColumn> columns;
+    } cases[] = {
+        {"Spalte|225\tAlias|120", {{"Spalte", 225}, {"Alias", 120}}},
+        {"Datentyp|100\tLeer erlaubt|70|C\tKommentar|300",
+         {{"Datentyp", 100}, {"Leer erlaubt", 70, true}, {"Kommentar", 300}}},
+        {"Feld|90|Importieren als|90|AutoInc|50", {{"Feld", 90}, {"Importieren als", 90}, {"AutoInc", 50}}},
+        {"Spalte\t\tAlias|\t", {{"Spalte", 100}, {"Alias", 0}}},
+        {"", {}},
+    };
+    for (const auto &c : cases) EXPECT_EQ(kodbc::ParseListHeader(c.header), c.columns) << c.header;
+}

@@ -14,14 +14,24 @@ namespace {
 using namespace tabledesign;
 
 TEST(TableAdmin, ListColumnsFromTheirString) {
-    const std::vector<AdminListColumn> columns = AdminListColumns();
+    const std::vector<ListHeaderColumn> columns = AdminListColumns();
     ASSERT_EQ(columns.size(), 5u);
     std::vector<std::string> captions;
-    for (const AdminListColumn &column : columns) captions.push_back(column.caption);
+    for (const ListHeaderColumn &column : columns) captions.push_back(column.caption);
     EXPECT_EQ(captions, (std::vector<std::string>{"Spaltenname", "Datentyp", "Leer erlaubt", "Vorbesetzung", "Kommentar"}));
     EXPECT_EQ(columns[2].width, 70);
     EXPECT_EQ(columns[4].width, 300);
     for (int i = 0; i < 5; ++i) EXPECT_EQ(columns[static_cast<std::size_t>(i)].centred, i == 2) << i;
+}
+
+TEST(TableAdmin, ALengthIsRequiredWhereTheTypeNeedsOne) {
+    const struct {
+        int type, length, refused;
+    } cases[] = {
+        {KODBC_TYPE_FIXED_TEXT, 0, 1624}, {KODBC_TYPE_VAR_TEXT, -1, 1624}, {KODBC_TYPE_VAR_TEXT, 1, 0},
+        {KODBC_TYPE_LONG_TEXT, 0, 0},     {KODBC_TYPE_INTEGER, 0, 0},      {0, 0, 0},
+    };
+    for (const auto &c : cases) EXPECT_EQ(CheckColumnLength(c.type, c.length), c.refused) << c.type << "/" << c.length;
 }
 
 TEST(TableAdmin, ButtonsFollowDatabaseAndTable) {
