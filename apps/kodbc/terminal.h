@@ -24,6 +24,13 @@ void InstallMessageHandler(bool assumeYes);
 // terminal, Yes under --yes, No without a terminal). True for Yes.
 bool Confirm(const std::string &question);
 
+// Tells the connections that no password was given (option, file or
+// environment): a data source that refuses them for want of one is then
+// answered by a prompt on the terminal, without echo, and tried once more.
+// Without a terminal on stdin there is no prompt, only the refusal and a
+// line that says how to give the password.
+void NoPasswordGiven();
+
 // A connection that disconnects when it goes out of scope.
 class Connection {
 public:
