@@ -315,9 +315,7 @@ int main(int argc, char **argv) {
         return code == 0 ? kodbc_cli::kExitOk : kodbc_cli::kExitUsage;
     }
 
-#ifndef _WIN32
     kodbc_cli::InstallMessageHandler(assumeYes);
-#endif
     // The password from the first of: option, file, environment; else the prompt.
     if (password->count() == 0) {
         if (app.count("--password-file") != 0) {

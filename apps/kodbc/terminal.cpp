@@ -27,6 +27,7 @@ struct HeldErrors {
 };
 HeldErrors *g_held = nullptr;
 
+#ifndef _WIN32
 // 28000 is the refused authorization itself; drivers that refuse before
 // authorizing (08001, 08004) say in their text that the password is missing.
 bool WantsPassword(const KodbcMessage &message) {
@@ -85,6 +86,7 @@ int Handle(const KodbcMessage *message, void *) {
         return KODBC_ANSWER_OK;
     }
 }
+#endif
 
 } // namespace
 
@@ -100,7 +102,9 @@ bool Confirm(const std::string &question) {
 
 void InstallMessageHandler(bool assumeYes) {
     g_assumeYes = assumeYes;
+#ifndef _WIN32
     Kodbc_SetMessageHandler(&Handle, nullptr);
+#endif
 }
 
 namespace {
@@ -115,7 +119,6 @@ bool Connect(const std::string &dsn, const std::string &user, const std::string 
     std::memset(source.Password, 0, sizeof source.Password);
     return connected;
 }
-
 
 } // namespace
 

@@ -17,7 +17,8 @@ inline constexpr int kExitUsage = 2;
 
 // Installs the library's message handler for this process. With assumeYes
 // every question is answered Yes; without a terminal on stdin, questions
-// get the safe answer.
+// get the safe answer. Windows keeps the library's own message boxes; only
+// the tool's own questions (Confirm) take assumeYes there.
 void InstallMessageHandler(bool assumeYes);
 
 // Asks a yes/no question the way the library's questions are asked (on the
