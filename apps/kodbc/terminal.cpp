@@ -131,16 +131,15 @@ Connection::Connection(const std::string &dsn, const std::string &user, const st
     g_held = nullptr;
     if (connected) return;
     hdbc_ = nullptr;
-#ifndef _WIN32
+    const bool terminal = isatty(STDIN_FILENO) != 0;
     std::string typed;
-    if (held.wantPassword && isatty(STDIN_FILENO) && AskPassword(dsn, typed)) {
+    if (held.wantPassword && terminal && AskPassword(dsn, typed)) {
         if (!Connect(dsn, user, typed, &henv_, &hdbc_)) hdbc_ = nullptr;
         std::fill(typed.begin(), typed.end(), '\0');
         return;
     }
-#endif
     for (const std::string &text : held.texts) std::fputs(text.c_str(), stderr);
-    if (held.wantPassword)
+    if (held.wantPassword && !terminal)
         Error("die Datenquelle " + dsn + " verlangt ein Kennwort; ohne Terminal wird nicht gefragt: "
               "-p, --password-file oder KODBC_PASSWORD angeben");
 }
