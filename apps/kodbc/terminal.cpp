@@ -69,13 +69,19 @@ void PrintOdbcError(const KodbcMessage &message) {
 int Handle(const KodbcMessage *message, void *) {
     switch (message->kind) {
     case KODBC_MESSAGE_ODBC_ERROR:
-        if (g_held) {
-            std::vector<char> text(16384);
-            Kodbc_FormatMessage(message, text.data(), static_cast<int>(text.size()));
-            g_held->texts.push_back(std::string("kodbc: ") + text.data());
-            g_held->wantPassword = g_held->wantPassword || WantsPassword(*message);
-        } else {
+        // No exception goes back into the library: a message that cannot be
+        // held is printed.
+        try {
+            if (g_held) {
+                std::vector<char> text(16384);
+                Kodbc_FormatMessage(message, text.data(), static_cast<int>(text.size()));
+                g_held->texts.push_back(std::string("kodbc: ") + text.data());
+                g_held->wantPassword = g_held->wantPassword || WantsPassword(*message);
+                return KODBC_ANSWER_OK;
+            }
             PrintOdbcError(*message);
+        } catch (...) {
+            std::fprintf(stderr, "kodbc: %s\n", message->text);
         }
         return KODBC_ANSWER_OK;
     case KODBC_MESSAGE_YESNO:
@@ -128,7 +134,7 @@ Connection::Connection(const std::string &dsn, const std::string &user, const st
     HeldErrors held;
     g_held = g_noPasswordGiven ? &held : nullptr;
     bool connected = Connect(dsn, user, password, &henv_, &hdbc_);
-    g_held = nullptr;
+    g_held = nullptr;  // Connect throws nothing: the handler catches
     if (connected) return;
     hdbc_ = nullptr;
     const bool terminal = isatty(STDIN_FILENO) != 0;
