@@ -7,8 +7,8 @@
 # same bytes; Python's csv module reads the file (and what select --csv
 # writes) as it was meant; the wizards' format keeps NULL and the empty
 # text apart with --null too; sql --json and --csv give what Python's
-# json and csv modules read. Passwords come from the environment or a
-# file where the data source checks them.
+# json and csv modules read. Passwords come from the environment, a file
+# or the terminal's prompt where the data source checks them.
 # Skipped (77) without data sources.
 set -u
 kodbc=$1
@@ -20,6 +20,32 @@ mkdir -p "$KODBC_REGISTRY_DIR"
 failures=0
 
 fail() { echo "FAIL: $dsn: $1"; failures=$((failures + 1)); }
+
+# Runs a command on a pseudo-terminal and types KEYS when it asks for a
+# password; the terminal's output is printed, with a note when the echo
+# was on while typing or is off at the end; the exit status returned.
+on_terminal() { # KEYS command...
+  python3 -c '
+import os, pty, select, sys, termios, time
+pid, fd = pty.fork()
+if pid == 0:
+    os.execvp(sys.argv[2], sys.argv[2:])
+seen, typed, end = b"", False, time.time() + 30
+while time.time() < end:
+    if not select.select([fd], [], [], 0.5)[0]: continue
+    try: chunk = os.read(fd, 4096)
+    except OSError: break
+    if not chunk: break
+    seen += chunk
+    if not typed and b"Kennwort f" in seen:
+        time.sleep(0.2)
+        if termios.tcgetattr(fd)[3] & termios.ECHO: seen += b"\n(echo on)\n"
+        os.write(fd, sys.argv[1].encode()); typed = True
+status = os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1])
+if not termios.tcgetattr(fd)[3] & termios.ECHO: seen += b"\n(echo left off)\n"
+sys.stdout.write(seen.decode(errors="replace"))
+sys.exit(status)' "$@"
+}
 
 # The texts of the note column, row by row (NULL for row 7); Python reads
 # the same through the environment.
@@ -128,6 +154,24 @@ if rows[0] != ["nr", "preis", "note"] or [r[2] for r in rows[1:]] != [w if w is 
   printf '%s\r\n' "$pw" >"$work/pw"
   "$kodbc" -u "$user" --password-file "$work/pw" tables "$dsn" >/dev/null 2>"$work/err" ||
     fail "--password-file: $(cat "$work/err")"
+  KODBC_PASSWORD=wrong "$kodbc" -u "$user" --password-file "$work/pw" tables "$dsn" >/dev/null 2>"$work/err" ||
+    fail "the file comes before the environment: $(cat "$work/err")"
+
+  # Without a password anywhere a data source that wants one is answered on
+  # the terminal, echo off; the prompt stays off stdout. Without a terminal
+  # there is no prompt, only the refusal and how to give the password.
+  sed '/^Password/d' "$ODBCINI" >"$work/nopw.ini"
+  ODBCINI=$work/nopw.ini on_terminal "$pw
+" sh -c "'$kodbc' select $dsn 'SELECT 1' -f - >'$work/out'" >"$work/tty" 2>&1 ||
+    fail "prompt: $(cat "$work/tty")"
+  grep -q "^Kennwort für $dsn: " "$work/tty" && ! grep -q "(echo" "$work/tty" || fail "prompt: $(cat "$work/tty")"
+  [ "$(cat "$work/out")" = 1 ] || fail "prompt: stdout is not the result: $(cat "$work/out")"
+  ODBCINI=$work/nopw.ini "$kodbc" tables "$dsn" </dev/null >/dev/null 2>"$work/err" && fail "connects without a password"
+  grep -q "verlangt ein Kennwort" "$work/err" && ! grep -q Kennwort: "$work/err" || fail "no tty: $(cat "$work/err")"
+  # Ctrl+C at the prompt leaves the terminal echoing.
+  ODBCINI=$work/nopw.ini on_terminal "$(printf '\003')" "$kodbc" tables "$dsn" >"$work/tty" 2>&1 &&
+    fail "Ctrl+C at the prompt did not stop the command"
+  grep -q "^Kennwort für" "$work/tty" && ! grep -q "(echo" "$work/tty" || fail "Ctrl+C at the prompt: $(cat "$work/tty")"
 done
 echo "$failures failed"
 [ "$failures" -eq 0 ]

@@ -65,7 +65,7 @@ bool EnsureStreaming() {
 bool CreateDataSource(const std::filesystem::path &database) {
     bool ok = SQLWriteDSNToIni(kDemoDsn, kDemoDriver) &&
               SQLWritePrivateProfileString(kDemoDsn, "Description", "kodbc Beispieldaten", "odbc.ini") &&
-              SQLWritePrivateProfileString(kDemoDsn, "Database", database.c_str(), "odbc.ini");
+              SQLWritePrivateProfileString(kDemoDsn, "Database", database.string().c_str(), "odbc.ini");
     if (!ok) ReportInstallerError();
     return ok && EnsureStreaming();
 }
@@ -124,7 +124,7 @@ int RunDemo() {
     std::filesystem::create_directories(database.parent_path(), error);
 
     if (!DataSourceExists(kDemoDsn)) {
-        std::printf("Lege die Datenquelle %s an (%s) …\n", kDemoDsn, database.c_str());
+        std::printf("Lege die Datenquelle %s an (%s) …\n", kDemoDsn, database.string().c_str());
         if (!CreateDataSource(database)) return kExitFailed;
     } else if (!EnsureStreaming()) {
         return kExitFailed;

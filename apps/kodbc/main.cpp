@@ -6,6 +6,7 @@
 
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <utility>
 
@@ -76,10 +77,11 @@ int main(int argc, char **argv) {
     std::string passwordFile;
     auto *password = app.add_option("-p,--password", login.password,
                                     "Kennwort für die Verbindung; besser KODBC_PASSWORD oder --password-file, denn "
-                                    "die Befehlszeile sehen andere Benutzer (ps) und die Shell merkt sie sich")
-                         ->envname("KODBC_PASSWORD");
+                                    "die Befehlszeile sehen andere Benutzer (ps) und die Shell merkt sie sich");
     app.add_option("--password-file", passwordFile, "Datei, deren erste Zeile das Kennwort ist")->excludes(password);
     app.add_flag("-y,--yes", assumeYes, "Rückfragen mit Ja beantworten");
+    app.footer("Kennwort: zuerst -p, sonst --password-file, sonst KODBC_PASSWORD; ohne sie fragt kodbc am Terminal "
+               "(ohne Echo), wenn die Datenquelle die Verbindung mangels Kennwort ablehnt.");
 
     std::string dsn, statement, table, sqlTemplate;
     std::vector<std::string> names, args;
@@ -313,10 +315,17 @@ int main(int argc, char **argv) {
         return code == 0 ? kodbc_cli::kExitOk : kodbc_cli::kExitUsage;
     }
 
-#ifndef _WIN32
     kodbc_cli::InstallMessageHandler(assumeYes);
-#endif
-    if (!passwordFile.empty() && !ReadPasswordFile(passwordFile, login.password)) return kodbc_cli::kExitUsage;
+    // The password from the first of: option, file, environment; else the prompt.
+    if (password->count() == 0) {
+        if (app.count("--password-file") != 0) {
+            if (!ReadPasswordFile(passwordFile, login.password)) return kodbc_cli::kExitUsage;
+        } else if (const char *fromEnvironment = std::getenv("KODBC_PASSWORD")) {
+            login.password = fromEnvironment;
+        } else {
+            kodbc_cli::NoPasswordGiven();
+        }
+    }
     using namespace kodbc_cli;
     if (*datasources) return ListDataSources();
     if (*info) return ShowInfo(dsn, login);

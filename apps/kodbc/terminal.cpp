@@ -1,4 +1,5 @@
 #include "terminal.h"
+#include "password_prompt.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -7,11 +8,35 @@
 #include <iostream>
 #include <unistd.h>
 #include <vector>
+#ifndef _WIN32
+#include <strings.h>
+#endif
 
 namespace kodbc_cli {
 namespace {
 
 bool g_assumeYes = false;
+bool g_noPasswordGiven = false;
+
+// While a connection is being made, its ODBC errors are held back here
+// instead of printed: a refusal for want of a password is answered by the
+// prompt, not shown.
+struct HeldErrors {
+    std::vector<std::string> texts;
+    bool wantPassword = false;
+};
+HeldErrors *g_held = nullptr;
+
+#ifndef _WIN32
+// 28000 is the refused authorization itself; drivers that refuse before
+// authorizing (08001, 08004) say in their text that the password is missing.
+bool WantsPassword(const KodbcMessage &message) {
+    const char *state = message.odbc && message.odbc->sqlState ? message.odbc->sqlState : "";
+    if (std::strcmp(state, "28000") == 0) return true;
+    if (std::strcmp(state, "08001") != 0 && std::strcmp(state, "08004") != 0) return false;
+    const char *text = message.text ? message.text : "";
+    return strcasestr(text, "password") != nullptr || strcasestr(text, "kennwort") != nullptr;
+}
 
 int Ask(const KodbcMessage &message) {
     bool withCancel = message.kind == KODBC_MESSAGE_YESNOCANCEL;
@@ -44,7 +69,20 @@ void PrintOdbcError(const KodbcMessage &message) {
 int Handle(const KodbcMessage *message, void *) {
     switch (message->kind) {
     case KODBC_MESSAGE_ODBC_ERROR:
-        PrintOdbcError(*message);
+        // No exception goes back into the library: a message that cannot be
+        // held is printed.
+        try {
+            if (g_held) {
+                std::vector<char> text(16384);
+                Kodbc_FormatMessage(message, text.data(), static_cast<int>(text.size()));
+                g_held->texts.push_back(std::string("kodbc: ") + text.data());
+                g_held->wantPassword = g_held->wantPassword || WantsPassword(*message);
+                return KODBC_ANSWER_OK;
+            }
+            PrintOdbcError(*message);
+        } catch (...) {
+            std::fprintf(stderr, "kodbc: %s\n", message->text);
+        }
         return KODBC_ANSWER_OK;
     case KODBC_MESSAGE_YESNO:
     case KODBC_MESSAGE_YESNOCANCEL:
@@ -54,6 +92,7 @@ int Handle(const KodbcMessage *message, void *) {
         return KODBC_ANSWER_OK;
     }
 }
+#endif
 
 } // namespace
 
@@ -69,15 +108,46 @@ bool Confirm(const std::string &question) {
 
 void InstallMessageHandler(bool assumeYes) {
     g_assumeYes = assumeYes;
+#ifndef _WIN32
     Kodbc_SetMessageHandler(&Handle, nullptr);
+#endif
 }
 
-Connection::Connection(const std::string &dsn, const std::string &user, const std::string &password) {
+namespace {
+
+bool Connect(const std::string &dsn, const std::string &user, const std::string &password, SQLHENV *henv,
+             SQLHDBC *hdbc) {
     DataSourceRecord source{};
     std::strncpy(source.DataSourceName, dsn.c_str(), sizeof source.DataSourceName - 1);
     std::strncpy(source.UserId, user.c_str(), sizeof source.UserId - 1);
     std::strncpy(source.Password, password.c_str(), sizeof source.Password - 1);
-    if (Kodbc_ConnectDataSource(&source, &henv_, &hdbc_) != KODBC_CONNECTED) hdbc_ = nullptr;
+    bool connected = Kodbc_ConnectDataSource(&source, henv, hdbc) == KODBC_CONNECTED;
+    std::memset(source.Password, 0, sizeof source.Password);
+    return connected;
+}
+
+} // namespace
+
+void NoPasswordGiven() { g_noPasswordGiven = true; }
+
+Connection::Connection(const std::string &dsn, const std::string &user, const std::string &password) {
+    HeldErrors held;
+    g_held = g_noPasswordGiven ? &held : nullptr;
+    bool connected = Connect(dsn, user, password, &henv_, &hdbc_);
+    g_held = nullptr;  // Connect throws nothing: the handler catches
+    if (connected) return;
+    hdbc_ = nullptr;
+    const bool terminal = isatty(STDIN_FILENO) != 0;
+    std::string typed;
+    if (held.wantPassword && terminal && AskPassword(dsn, typed)) {
+        if (!Connect(dsn, user, typed, &henv_, &hdbc_)) hdbc_ = nullptr;
+        std::fill(typed.begin(), typed.end(), '\0');
+        return;
+    }
+    for (const std::string &text : held.texts) std::fputs(text.c_str(), stderr);
+    if (held.wantPassword && !terminal)
+        Error("die Datenquelle " + dsn + " verlangt ein Kennwort; ohne Terminal wird nicht gefragt: "
+              "-p, --password-file oder KODBC_PASSWORD angeben");
 }
 
 Connection::~Connection() { Kodbc_DisconnectDataSource(&henv_, &hdbc_); }

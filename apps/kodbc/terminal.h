@@ -17,12 +17,20 @@ inline constexpr int kExitUsage = 2;
 
 // Installs the library's message handler for this process. With assumeYes
 // every question is answered Yes; without a terminal on stdin, questions
-// get the safe answer.
+// get the safe answer. Windows keeps the library's own message boxes; only
+// the tool's own questions (Confirm) take assumeYes there.
 void InstallMessageHandler(bool assumeYes);
 
 // Asks a yes/no question the way the library's questions are asked (on the
 // terminal, Yes under --yes, No without a terminal). True for Yes.
 bool Confirm(const std::string &question);
+
+// Tells the connections that no password was given (option, file or
+// environment): a data source that refuses them for want of one is then
+// answered by a prompt on the terminal, without echo, and tried once more.
+// Without a terminal on stdin there is no prompt, only the refusal and a
+// line that says how to give the password.
+void NoPasswordGiven();
 
 // A connection that disconnects when it goes out of scope.
 class Connection {

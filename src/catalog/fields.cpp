@@ -287,6 +287,36 @@ KODBC_API int KODBC_CALL Kodbc_GetFieldCount(SQLHDBC hdbc, const char *table) {
     return count;
 }
 
-// Kodbc_GetColumnNamesFromRowSet lives with the execution functions (execution_names.cpp).
+KODBC_API int KODBC_CALL Kodbc_GetColumnNamesFromRowSet(SQLHSTMT hstmt, char separator, char *out, int size) {
+    if (!hstmt || !out || size < 1) return KODBC_FAILURE;
+    korvel::BoundedText names(out, size);
+    if (separator == 0) separator = '\t';
+    SQLLEN count = 0;
+    SQLRETURN rc = KODBC_SQL(SQLColAttributes, hstmt, static_cast<SQLUSMALLINT>(1),
+                             static_cast<SQLUSMALLINT>(SQL_COLUMN_COUNT), static_cast<SQLPOINTER>(nullptr),
+                             static_cast<SQLSMALLINT>(0), static_cast<SQLSMALLINT *>(nullptr), &count);
+    if (!odbc::succeeded(rc)) {
+        Kodbc_DisplayErrorHstmt(hstmt, nullptr);
+        return KODBC_FAILURE;
+    }
+    for (SQLUSMALLINT c = 1; c <= count; ++c) {
+        char name[kColumnNameSize] = {};
+        SQLSMALLINT length = 0;
+        SQLLEN unused = 0;
+        rc = KODBC_SQL(SQLColAttributes, hstmt, c, static_cast<SQLUSMALLINT>(SQL_COLUMN_NAME),
+                       static_cast<SQLPOINTER>(name), static_cast<SQLSMALLINT>(sizeof name), &length, &unused);
+        if (!odbc::succeeded(rc)) {
+            Kodbc_DisplayErrorHstmt(hstmt, nullptr);
+            return KODBC_FAILURE;
+        }
+        std::string_view n(name, strnlen(name, sizeof name - 1));
+        // The name and its separator (or, for the first, the terminator's
+        // companion byte) must fit.
+        if (n.size() + 1 > names.room()) break;
+        if (c > 1) names.append(separator);
+        names.append(n);
+    }
+    return KODBC_SUCCESS;
+}
 
 } // extern "C"

@@ -4,6 +4,7 @@
 #include "frame/diagnostics_dialog.h"
 
 #include "internal/diagnostics.h"
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 #include "internal/modal_dialog.h"
 

@@ -1,6 +1,6 @@
 // Names of tables and columns as the execution functions need them: the
-// columns of a result set, of a table, and whether a table or column is
-// there, down to a table name that is still free.
+// columns of a table, and whether a table or column is there, down to a
+// table name that is still free.
 #include "internal/table_types.h"
 #include "internal/text.h"
 #include "internal/execution.h"
@@ -9,7 +9,6 @@
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
 
-#include <kodbc/kodbc_catalog.h>
 #include <kodbc/kodbc_diag.h>
 #include <kodbc/kodbc_exec.h>
 
@@ -23,7 +22,7 @@ namespace kodbc {
 namespace {
 
 
-constexpr int kNameBufferSize = 100;        // names read from result sets and SQLColumns
+constexpr int kNameBufferSize = 100;        // names read from SQLColumns and SQLTables
 constexpr int kCompareBufferSize = 99;      // names compared by the existence tests
 constexpr std::size_t kUniqueNameLimit = 99;
 constexpr int kColumnNameColumn = 4;        // COLUMN_NAME of SQLColumns
@@ -112,38 +111,6 @@ struct TableQuery {
 using namespace kodbc;
 
 extern "C" {
-
-KODBC_API int KODBC_CALL Kodbc_GetColumnNamesFromRowSet(SQLHSTMT hstmt, char separator, char *out, int size) {
-    if (!hstmt || !out || size < 1) return KODBC_FAILURE;
-    korvel::BoundedText names(out, size);
-    if (separator == 0) separator = '\t';
-    SQLLEN count = 0;
-    SQLRETURN rc = KODBC_SQL(SQLColAttributes, hstmt, static_cast<SQLUSMALLINT>(1),
-                             static_cast<SQLUSMALLINT>(SQL_COLUMN_COUNT), static_cast<SQLPOINTER>(nullptr),
-                             static_cast<SQLSMALLINT>(0), static_cast<SQLSMALLINT *>(nullptr), &count);
-    if (!odbc::succeeded(rc)) {
-        Kodbc_DisplayErrorHstmt(hstmt, nullptr);
-        return KODBC_FAILURE;
-    }
-    for (SQLUSMALLINT c = 1; c <= count; ++c) {
-        char name[kNameBufferSize] = {};
-        SQLSMALLINT length = 0;
-        SQLLEN unused = 0;
-        rc = KODBC_SQL(SQLColAttributes, hstmt, c, static_cast<SQLUSMALLINT>(SQL_COLUMN_NAME),
-                       static_cast<SQLPOINTER>(name), static_cast<SQLSMALLINT>(sizeof name), &length, &unused);
-        if (!odbc::succeeded(rc)) {
-            Kodbc_DisplayErrorHstmt(hstmt, nullptr);
-            return KODBC_FAILURE;
-        }
-        std::string_view n(name, strnlen(name, sizeof name - 1));
-        // The name and its separator (or, for the first, the terminator's
-        // companion byte) must fit.
-        if (n.size() + 1 > names.room()) break;
-        if (c > 1) names.append(separator);
-        names.append(n);
-    }
-    return KODBC_SUCCESS;
-}
 
 KODBC_API int KODBC_CALL OdbcEh_GetColumnNames(HWND, SQLHDBC hdbc, const char *table, const char *schema, int,
                                                const char *separator, const char *tolerated, char *out, int size) {

@@ -1,5 +1,6 @@
 // The frame's window services: translating dialogs and tab controls, running
 // the library's own dialog templates, setting control texts.
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <new>

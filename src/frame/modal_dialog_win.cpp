@@ -1,5 +1,6 @@
 #include "internal/modal_dialog.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 namespace kodbc {

@@ -2,8 +2,7 @@
 // the execution family's name lists.
 #include "internal/table_types.h"
 
-#include <kodbc/kodbc_catalog.h>
-
+#include <kodbc/kodbc_types.h>
 #include <korvel/bounded_text.h>
 
 namespace kodbc {

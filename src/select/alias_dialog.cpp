@@ -2,6 +2,7 @@
 // user types or pastes; what else arrives is dropped where it landed.
 #include "select/alias_dialog.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 #include "internal/modal_dialog.h"
 

@@ -5,6 +5,7 @@
 #include "select/seldesc_editor_ids.h"
 #include "select/selection_mask.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <kodbc/kodbc_seldesc.h>

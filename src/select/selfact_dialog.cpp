@@ -7,6 +7,7 @@
 #include "select/selfact_designer.h"
 #include "select/selfact_dialog_ids.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 #include "internal/list_header.h"
 

@@ -5,6 +5,7 @@
 #include "select/view_dialog_ids.h"
 #include "select/view_object.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <korvel/bounded_text.h>

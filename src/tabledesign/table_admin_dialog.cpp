@@ -6,6 +6,7 @@
 #include "tabledesign/table_admin_dialog_ids.h"
 #include "tabledesign/table_admin_requests_dialog.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <korvel/bounded_text.h>

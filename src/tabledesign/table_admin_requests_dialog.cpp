@@ -7,6 +7,7 @@
 #include "tabledesign/table_admin_dialog_ids.h"
 
 #include "internal/datatypes.h"
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <kodbc/kodbc_tabledesign.h>

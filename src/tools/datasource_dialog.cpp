@@ -7,6 +7,7 @@
 #include "tools/picker_dialog_ids.h"
 #include "tools/remembered_user.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 #include "internal/modal_dialog.h"
 

@@ -5,6 +5,7 @@
 #include "tools/datasource_dialog.h"
 #include "tools/picker_dialog_ids.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 #include "internal/modal_dialog.h"
 #include "internal/text.h"

@@ -4,6 +4,7 @@
 #include "tools/driver_info.h"
 #include "tools/driver_info_dialog_ids.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 #include "internal/modal_dialog.h"
 

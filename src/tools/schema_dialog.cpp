@@ -3,6 +3,7 @@
 // no table yet.
 #include "tools/picker_dialog_ids.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 #include "internal/modal_dialog.h"
 

@@ -3,6 +3,7 @@
 #include "tools/recent_statements.h"
 #include "tools/sql_performer_ids.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <kodbc/kodbc_tools.h>

@@ -6,6 +6,7 @@
 #include "tools/sql_performer_ids.h"
 
 #include "internal/execution.h"
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <kodbc/kodbc_connect.h>

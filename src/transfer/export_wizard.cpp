@@ -11,6 +11,7 @@
 #include "wizards/record_wizard_pages.h"
 #include "wizards/wizard_step.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <korvel/korvel32.h>

@@ -13,6 +13,7 @@
 #include "wizards/wizard_step.h"
 
 #include "internal/datatypes.h"
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <korvel/bounded_text.h>

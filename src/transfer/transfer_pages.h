@@ -9,6 +9,7 @@
 #include "transfer/export_file.h"
 #include "wizards/list_view_pages.h"
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <windows.h>

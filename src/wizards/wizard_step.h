@@ -5,6 +5,7 @@
 
 #ifdef _WIN32
 
+#include "internal/dialog_kit_win.h"
 #include "internal/library.h"
 
 #include <korvel/korvel32.h>
