@@ -31,6 +31,16 @@ for command in "" $("$kodbc" --help | sed -n '/^Befehle:/,$s/^  \([a-z-]*\) .*/\
   "$kodbc" $command --help 2>&1
 done | grep -E "Usage|Options|Positionals|REQUIRED|Print this help|Subcommands|OPTIONS|SUBCOMMAND" >"$out" &&
   { echo "FAIL: English in the help: $(sort -u "$out" | head -5)"; failures=$((failures + 1)); }
+# The parser's complaints in German too, with the names and values they are about.
+for call in "" "tables" "tables a b c" "import d f --delimiter" "view d v bogus" "select d q -f x --expected-rows abc" \
+  "-p a --password-file b info d"; do
+  expect "usage error in German: kodbc $call" 2 "" "$kodbc" $call
+  checks=$((checks + 1))
+  if grep -E "required|not expected|Run with|Could not|excludes| not in " "$out.err" >/dev/null ||
+    ! grep -q "^kodbc: " "$out.err"; then
+    echo "FAIL: kodbc $call: $(cat "$out.err")"; failures=$((failures + 1))
+  fi
+done
 expect "password: not both ways" 2 ""             "$kodbc" -p x --password-file /dev/null info kodbc_sqlite
 expect "password file missing"  2 ""              "$kodbc" --password-file /nonexistent/pw info kodbc_sqlite
 expect "info"                   0 "^Datenbank-System: *SQLite$" "$kodbc" info kodbc_sqlite

@@ -1,6 +1,7 @@
 // kodbc — the library's services for scripts and the terminal.
 #include "commands.h"
 #include "terminal.h"
+#include "usage_errors.h"
 
 #include <CLI/CLI.hpp>
 
@@ -39,6 +40,9 @@ void GermanHelp(CLI::App &app) {
         formatter->label(word, german);
     app.option_defaults()->group("Optionen");
     app.set_help_flag("-h,--help", "diese Hilfe zeigen und beenden");
+    app.failure_message([](const CLI::App *, const CLI::Error &e) {
+        return "kodbc: " + kodbc_cli::GermanUsageError(e.what()) + "\nmehr dazu mit --help\n";
+    });
 }
 
 // The first line of file, without its line end. False after a message.
