@@ -119,20 +119,21 @@ ImportInsertParts PrepareImportInsert(SQLHDBC hdbc, const char *table, const Imp
     return parts;
 }
 
-bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept {
-    korvel::BoundedText sql(out, size);
-    sql.append(parts.head);
+namespace {
+
+// "(<value>,<value>)" after what sql holds: each literal cut where it would
+// leave no room for the rest of the values. False when something was cut.
+bool AppendImportValues(korvel::BoundedText &sql, const ImportInsertParts &parts,
+                        const ImportFieldList &fields) noexcept {
     const std::size_t count = std::min(fields.size(), parts.names.size());
-    bool first = true;
     std::size_t rest = 1;  // what the values still need, the closing ")" included
+    bool first = true;
     for (std::size_t i = 0; i < count; ++i) {
         if (!IsWritten(fields[i])) continue;
-        if (!first) sql.append(',');
-        sql.append(parts.names[i]);
         rest += Need(fields[i], parts.backslashEscapes) + (first ? 0 : 1);
         first = false;
     }
-    sql.append(") VALUES (");
+    sql.append('(');
     bool whole = true;
     first = true;
     for (std::size_t i = 0; i < count; ++i) {
@@ -162,6 +163,43 @@ bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fi
         sql.append('\'');
     }
     sql.append(')');
+    return whole;
+}
+
+} // namespace
+
+std::string ImportInsertHead(const ImportInsertParts &parts, const ImportFieldList &fields) {
+    std::string head = parts.head;
+    const std::size_t count = std::min(fields.size(), parts.names.size());
+    bool first = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!IsWritten(fields[i])) continue;
+        if (!first) head += ',';
+        head += parts.names[i];
+        first = false;
+    }
+    return head + ") VALUES ";
+}
+
+bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    sql.append(parts.head);
+    const std::size_t count = std::min(fields.size(), parts.names.size());
+    bool first = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!IsWritten(fields[i])) continue;
+        if (!first) sql.append(',');
+        sql.append(parts.names[i]);
+        first = false;
+    }
+    sql.append(") VALUES ");
+    const bool whole = AppendImportValues(sql, parts, fields);
+    return whole && !sql.truncated();
+}
+
+bool BuildImportValues(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    const bool whole = AppendImportValues(sql, parts, fields);
     return whole && !sql.truncated();
 }
 

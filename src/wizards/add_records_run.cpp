@@ -3,6 +3,7 @@
 #include "wizards/record_statements.h"
 #include "wizards/value_conversion.h"
 
+#include "internal/batch_insert.h"
 #include "internal/binary_text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
@@ -116,6 +117,26 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
     char idValue[kIdentifyingValueSize];
     char condition[kIdentifyingConditionSize];
 
+    // Batch mode: the records' values strung together after the INSERT's
+    // head, each given the room it has in a one-record statement; in
+    // replace mode every statement runs singly (a later record's question
+    // whether it matches must see the earlier ones), all in the one
+    // transaction.
+    std::unique_ptr<BatchInsert> batch;
+    std::string head;
+    int room = kBufferSize;
+    if (context.batch) {
+        BatchMessages messages;
+        messages.failedRecord = msg::ADDREC_FAILED_RECORD;
+        messages.rolledBack = msg::ADDREC_ROLLED_BACK;
+        messages.cancelledRolledBack = msg::ADDREC_CANCELLED_ROLLED_BACK;
+        head = InsertHead(parts, context.fields);
+        room = kBufferSize - static_cast<int>(head.size());
+        batch.reset(new (std::nothrow) BatchInsert(context.destination, head, messages));
+        if (!batch) return KODBC_FAILURE;
+    }
+    bool writeFailed = false;
+
     odbc::Statement statement;
     progress.Start(total);
     bool converted = true;
@@ -155,6 +176,29 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
             BuildIdentifyingCondition(idField, id, idType, condition, sizeof condition, parts.backslashEscapes);
             update = Kodbc_GetRecordCountExt(context.destination, table, condition, 0) >= 1;
         }
+        if (batch) {
+            bool ok;
+            if (update) {
+                BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
+                ok = batch->Run(sql.get(), record);
+            } else if (replace) {
+                BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
+                ok = batch->Run(sql.get(), record);
+            } else {
+                BuildInsertValues(parts, context.fields, sql.get(), room > 1 ? room : 1);
+                ok = batch->Add(sql.get(), record);
+            }
+            if (!ok) {
+                result.stopped = writeFailed = true;
+                break;
+            }
+            ++result.written;
+            if (progress.Step(record)) {
+                result.cancelled = true;
+                break;
+            }
+            continue;
+        }
         if (update) BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
         else BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
 
@@ -180,6 +224,11 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
         }
     }
     if (!converted) result.stopped = true;
+    if (batch) {
+        if (!result.stopped && !result.cancelled) result.stopped = !batch->Finish();
+        else if (!writeFailed) batch->Abandon(result.cancelled);
+        if (result.stopped || result.cancelled) result.written = 0;
+    }
     progress.Finish();
     return KODBC_SUCCESS;
 }
