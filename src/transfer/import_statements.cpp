@@ -126,9 +126,15 @@ namespace {
 bool AppendImportValues(korvel::BoundedText &sql, const ImportInsertParts &parts,
                         const ImportFieldList &fields) noexcept {
     const std::size_t count = std::min(fields.size(), parts.names.size());
+    // What the values take at most, every character doubled: when that
+    // fits, nothing is cut and what each still needs does not matter.
+    std::size_t most = 1;
+    for (std::size_t i = 0; i < count; ++i)
+        if (IsWritten(fields[i])) most += IsNull(fields[i]) ? 5 : 2 * fields[i].value->size() + 3;
+    const bool exact = most > sql.room();
     std::size_t rest = 1;  // what the values still need, the closing ")" included
     bool first = true;
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count && exact; ++i) {
         if (!IsWritten(fields[i])) continue;
         rest += Need(fields[i], parts.backslashEscapes) + (first ? 0 : 1);
         first = false;
@@ -141,10 +147,10 @@ bool AppendImportValues(korvel::BoundedText &sql, const ImportInsertParts &parts
         if (!IsWritten(field)) continue;
         if (!first) {
             sql.append(',');
-            --rest;
+            rest -= exact ? 1 : 0;
         }
         first = false;
-        rest -= Need(field, parts.backslashEscapes);
+        rest -= exact ? Need(field, parts.backslashEscapes) : 0;
         if (!IsLiteral(field)) {
             sql.append(IsNull(field) ? std::string_view("NULL") : std::string_view(*field.value));
             continue;
