@@ -123,18 +123,28 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
     // whether it matches must see the earlier ones), all in the one
     // transaction.
     std::unique_ptr<BatchInsert> batch;
-    std::string head;
     int room = kBufferSize;
-    if (context.batch) {
-        BatchMessages messages;
-        messages.failedRecord = msg::ADDREC_FAILED_RECORD;
-        messages.rolledBack = msg::ADDREC_ROLLED_BACK;
-        messages.cancelledRolledBack = msg::ADDREC_CANCELLED_ROLLED_BACK;
-        head = InsertHead(parts, context.fields);
-        room = kBufferSize - static_cast<int>(head.size());
-        batch.reset(new (std::nothrow) BatchInsert(context.destination, head, messages));
-        if (!batch) return KODBC_FAILURE;
-    }
+    // A batch that runs out of memory is taken back like a refused one.
+    auto guarded = [&](auto &&step) noexcept -> bool {
+        try {
+            return step();
+        } catch (...) {
+            LibraryMessage(msg::OUT_OF_MEMORY);
+            if (batch) batch->Abandon(false);
+            return false;
+        }
+    };
+    if (context.batch && !guarded([&] {
+            BatchMessages messages;
+            messages.failedRecord = msg::ADDREC_FAILED_RECORD;
+            messages.rolledBack = msg::ADDREC_ROLLED_BACK;
+            messages.cancelledRolledBack = msg::ADDREC_CANCELLED_ROLLED_BACK;
+            const std::string head = InsertHead(parts, context.fields);
+            room = kBufferSize - static_cast<int>(head.size());
+            batch = std::make_unique<BatchInsert>(context.destination, head, messages);
+            return true;
+        }))
+        return KODBC_FAILURE;
     bool writeFailed = false;
 
     odbc::Statement statement;
@@ -180,13 +190,13 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
             bool ok;
             if (update) {
                 BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
-                ok = batch->Run(sql.get(), record);
+                ok = guarded([&] { return batch->Run(sql.get(), record); });
             } else if (replace) {
                 BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
-                ok = batch->Run(sql.get(), record);
+                ok = guarded([&] { return batch->Run(sql.get(), record); });
             } else {
                 BuildInsertValues(parts, context.fields, sql.get(), room > 1 ? room : 1);
-                ok = batch->Add(sql.get(), record);
+                ok = guarded([&] { return batch->Add(sql.get(), record); });
             }
             if (!ok) {
                 result.stopped = writeFailed = true;
@@ -225,7 +235,7 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
     }
     if (!converted) result.stopped = true;
     if (batch) {
-        if (!result.stopped && !result.cancelled) result.stopped = !batch->Finish();
+        if (!result.stopped && !result.cancelled) result.stopped = !guarded([&] { return batch->Finish(); });
         else if (!writeFailed) batch->Abandon(result.cancelled);
         if (result.stopped || result.cancelled) result.written = 0;
     }
