@@ -14,12 +14,11 @@ namespace kodbc {
 // at all. False when something was cut.
 inline bool AppendLiteralBody(korvel::BoundedText &out, std::string_view text, std::size_t reserve,
                               bool backslashEscapes) noexcept {
-    const char *doubled = backslashEscapes ? "'\\" : "'";
     for (std::size_t at = 0; at < text.size();) {
         // The characters up to the next doubled one go in at once: a value
         // of many records' statements is mostly plain text.
-        std::size_t end = text.find_first_of(doubled, at);
-        if (end == std::string_view::npos) end = text.size();
+        std::size_t end = at;
+        while (end < text.size() && text[end] != '\'' && (text[end] != '\\' || !backslashEscapes)) ++end;
         if (end > at) {
             const std::size_t room = out.room() > reserve ? out.room() - reserve : 0;
             if (end - at > room) {
