@@ -1,11 +1,20 @@
 // Add records: Kodbc_AddRecords against a raw loop that reads the same
-// source rows with SQLFetch + SQLGetData and sends the identical INSERT
-// statements through SQLExecDirect on one reused statement handle. Both
-// copy a table of N rows of 6 mixed columns into an empty table of the
-// same layout on the same connection. Each measurement runs in a child
-// process of its own, so the peak resident size is that run's alone.
+// source rows with SQLFetch + SQLGetData and sends the INSERT statements
+// through SQLExecDirect on one reused statement handle. Both copy a table
+// of N rows of 6 mixed columns into an empty table of the same layout on
+// the same connection. Each measurement runs in a child process of its
+// own, so the peak resident size is that run's alone.
+//
+// Both ways, each in its own row: one INSERT per record in auto-commit (the
+// wizard's stream), and batches: auto-commit off, the records' values
+// strung together into INSERTs of at most 500 records and 256 KiB, one
+// commit at the end (the library with KODBC_ADDREC_BATCH, as the
+// command-line tool runs it).
 //
 //   kodbc_bench_addrecords [rows ...]      (default: 10000 100000)
+//
+// KODBC_BENCH_MODES "batch" or "per-record" measures that way alone;
+// KODBC_BENCH_RUNS measurements of each, the best kept (5 unless set).
 //
 // KODBC_BENCH_DSNS names the data sources, comma-separated (for example
 // kodbc_sqlite,kodbc_pg,kodbc_maria with the test servers' ODBCINI);
@@ -30,7 +39,23 @@ namespace {
 constexpr const char *kColumns = "id, qty, price, name, stamp, note";
 constexpr const char *kLayout =
     " (id INTEGER, qty INTEGER, price FLOAT, name VARCHAR(40), stamp DATE, note VARCHAR(100))";
-constexpr int kRuns = 5;
+int Runs() {
+    const char *runs = std::getenv("KODBC_BENCH_RUNS");
+    return runs && std::atoi(runs) > 0 ? std::atoi(runs) : 5;
+}
+const int kRuns = Runs();
+
+bool Wanted(bool batch) {
+    const char *modes = std::getenv("KODBC_BENCH_MODES");
+    return !modes || !*modes || std::string(modes) == (batch ? "batch" : "per-record");
+}
+
+void AutoCommit(SQLHDBC hdbc, bool on) {
+    SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
+                      0);
+}
+
+constexpr std::size_t kBatchBytes = 256 * 1024, kBatchRecords = 500;
 
 int Silent(const KodbcMessage *message, void *) {
     std::fprintf(stderr, "message: %s\n", message->odbc ? message->odbc->description : message->text);
@@ -76,38 +101,62 @@ void AppendLiteral(std::string &sql, const char *value, SQLLEN indicator, bool n
     sql += '\'';
 }
 
-// The baseline: what a hand-written copy does.
-long RawCopy(SQLHDBC hdbc) {
+// The baseline: what a hand-written copy does; in batches the values of
+// many records after one head, as the library strings them.
+long RawCopy(SQLHDBC hdbc, bool batch) {
+    if (batch) AutoCommit(hdbc, false);
     SQLHSTMT select = nullptr, insert = nullptr;
     SQLAllocStmt(hdbc, &select);
     SQLAllocStmt(hdbc, &insert);
     std::string query = std::string("SELECT ") + kColumns + " FROM ab_src";
     if (!SQL_SUCCEEDED(SQLExecDirect(select, (SQLCHAR *)query.c_str(), SQL_NTS))) return -1;
     const bool number[] = {true, true, true, false, false, false};
-    std::string sql;
-    char value[30000];
+    const std::string head = "INSERT INTO ab_dst (id,qty,price,name,stamp,note) VALUES ";
+    std::string sql, values;
+    std::size_t pending = 0;
+    static char value[30000];
     long written = 0;
+    auto send = [&] { return SQL_SUCCEEDED(SQLExecDirect(insert, (SQLCHAR *)sql.c_str(), SQL_NTS)); };
     while (SQL_SUCCEEDED(SQLFetch(select))) {
-        sql.assign("INSERT INTO ab_dst (id,qty,price,name,stamp,note) VALUES (");
+        values.assign("(");
         for (SQLUSMALLINT c = 1; c <= 6; ++c) {
-            if (c > 1) sql += ',';
+            if (c > 1) values += ',';
             SQLLEN indicator = 0;
             value[0] = '\0';
             SQLGetData(select, c, SQL_C_CHAR, value, sizeof value, &indicator);
-            AppendLiteral(sql, value, indicator, number[c - 1]);
+            AppendLiteral(values, value, indicator, number[c - 1]);
         }
-        sql += ')';
-        if (!SQL_SUCCEEDED(SQLExecDirect(insert, (SQLCHAR *)sql.c_str(), SQL_NTS))) break;
-        ++written;
+        values += ')';
+        if (!batch) {
+            sql.assign(head).append(values);
+            if (!send()) break;
+            ++written;
+            continue;
+        }
+        if (pending && (pending == kBatchRecords || sql.size() + 1 + values.size() > kBatchBytes)) {
+            if (!send()) return -1;
+            written += static_cast<long>(pending);
+            pending = 0;
+        }
+        if (pending++ == 0) sql.assign(head).append(values);
+        else sql.append(",").append(values);
+    }
+    if (pending) {
+        if (!send()) return -1;
+        written += static_cast<long>(pending);
     }
     SQLFreeStmt(insert, SQL_DROP);
     SQLFreeStmt(select, SQL_DROP);
+    if (batch && !SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, hdbc, SQL_COMMIT))) return -1;
     return written;
 }
 
-long LibraryCopy(SQLHDBC hdbc) {
+long LibraryCopy(SQLHDBC hdbc, bool batch) {
+    if (batch) AutoCommit(hdbc, false);
+    KodbcAddRecordsOptions options{};
+    options.RecordMode = KODBC_ADDREC_ADD | (batch ? KODBC_ADDREC_BATCH : 0);
     KodbcAddRecordsResult result{};
-    if (Kodbc_AddRecords(hdbc, "ab_dst", hdbc, "ab_src", nullptr, &result) != KODBC_SUCCESS ||
+    if (Kodbc_AddRecords(hdbc, "ab_dst", hdbc, "ab_src", &options, &result) != KODBC_SUCCESS ||
         result.Ended != KODBC_ADDREC_COMPLETE)
         return -1;
     return result.RecordsWritten;
@@ -115,13 +164,13 @@ long LibraryCopy(SQLHDBC hdbc) {
 
 using kodbc::bench::Measurement;
 
-Measurement Measure(const std::string &dsn, bool library) {
+Measurement Measure(const std::string &dsn, bool library, bool batch) {
     {
         Connection c(dsn);
         c.Run("DELETE FROM ab_dst");
     }
     return kodbc::bench::MeasureInChild(dsn, [&](SQLHDBC hdbc) -> long {
-        return library ? LibraryCopy(hdbc) : RawCopy(hdbc);
+        return library ? LibraryCopy(hdbc, batch) : RawCopy(hdbc, batch);
     });
 }
 
@@ -148,28 +197,32 @@ int main(int argc, char **argv) {
 
     // Wall time depends on the server and on everything else the machine
     // does; the client's CPU time shows what the library itself adds.
-    std::printf("%-14s %8s %12s %12s %7s %13s %13s %9s %9s\n", "data source", "records", "raw rec/s", "kodbc rec/s",
-                "ratio", "raw peak KiB", "kodbc peak KiB", "raw cpu", "kodbc cpu");
+    std::printf("%-14s %8s %-10s %12s %12s %7s %13s %13s %9s %9s\n", "data source", "records", "mode", "raw rec/s",
+                "kodbc rec/s", "ratio", "raw peak KiB", "kodbc peak KiB", "raw cpu", "kodbc cpu");
     for (const std::string &dsn : dsns) {
         for (long rows : sizes) {
             Fill(dsn, rows);
-            // Best of a few runs each, alternating, so both see the same caches.
-            Measurement raw, lib;
-            for (int run = 0; run < kRuns; ++run) {
-                Measurement r = Measure(dsn, false);
-                Measurement l = Measure(dsn, true);
-                if (r.count != rows || l.count != rows) {
-                    std::fprintf(stderr, "%s: copy failed (%ld / %ld of %ld)\n", dsn.c_str(), r.count, l.count,
-                                 rows);
-                    return 1;
+            for (bool batch : {false, true}) {
+                if (!Wanted(batch)) continue;
+                // Best of a few runs each, alternating, so both see the same caches.
+                Measurement raw, lib;
+                for (int run = 0; run < kRuns; ++run) {
+                    Measurement r = Measure(dsn, false, batch);
+                    Measurement l = Measure(dsn, true, batch);
+                    if (r.count != rows || l.count != rows) {
+                        std::fprintf(stderr, "%s: copy failed (%ld / %ld of %ld)\n", dsn.c_str(), r.count, l.count,
+                                     rows);
+                        return 1;
+                    }
+                    if (run == 0 || r.seconds < raw.seconds) raw = r;
+                    if (run == 0 || l.seconds < lib.seconds) lib = l;
                 }
-                if (run == 0 || r.seconds < raw.seconds) raw = r;
-                if (run == 0 || l.seconds < lib.seconds) lib = l;
+                double rawRate = rows / raw.seconds, libRate = rows / lib.seconds;
+                std::printf("%-14s %8ld %-10s %12.0f %12.0f %7.3f %13ld %13ld %8.2fs %8.2fs\n", dsn.c_str(), rows,
+                            batch ? "batch" : "per-record", rawRate, libRate, libRate / rawRate, raw.peakKiB,
+                            lib.peakKiB, raw.cpuSeconds, lib.cpuSeconds);
+                std::fflush(stdout);
             }
-            double rawRate = rows / raw.seconds, libRate = rows / lib.seconds;
-            std::printf("%-14s %8ld %12.0f %12.0f %7.3f %13ld %13ld %8.2fs %8.2fs\n", dsn.c_str(), rows, rawRate,
-                        libRate, libRate / rawRate, raw.peakKiB, lib.peakKiB, raw.cpuSeconds, lib.cpuSeconds);
-            std::fflush(stdout);
         }
         Connection c(dsn);
         for (const char *table : {"ab_digits", "ab_src", "ab_dst"}) c.Run(std::string("DROP TABLE ") + table, "*");

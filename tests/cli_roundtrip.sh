@@ -5,8 +5,8 @@
 # with the defaults, comes back as a new table from the file and as a copy
 # of the table (one INSERT per record, --per-record), and each, exported
 # again, gives the same bytes. A line the database refuses leaves nothing
-# and is named; with --per-record the lines before it stay. Skipped (77)
-# without data sources.
+# and is named; with --per-record the lines before it stay. The same for a
+# record add-records cannot write. Skipped (77) without data sources.
 set -u
 kodbc=$1
 [ -n "${KODBC_TEST_DSNS:-}" ] && [ -n "${ODBCINI:-}" ] || { echo "no data sources given"; exit 77; }
@@ -54,6 +54,25 @@ for dsn in $(echo "$KODBC_TEST_DSNS" | tr ',' ' '); do
   "$kodbc" sql "$dsn" "DROP TABLE rt_src" >/dev/null 2>&1
   "$kodbc" sql "$dsn" "DROP TABLE rt_back" >/dev/null 2>&1
   "$kodbc" sql "$dsn" "DROP TABLE rt_copy" >/dev/null 2>&1
+
+  # add-records: a record the destination refuses (its name is taken) fails
+  # the run, named, and leaves nothing; with --per-record the ones before stay.
+  for t in rt_ar_src rt_ar_dst; do "$kodbc" sql "$dsn" "DROP TABLE $t" >/dev/null 2>&1; done
+  "$kodbc" sql "$dsn" "CREATE TABLE rt_ar_src (id INTEGER, name VARCHAR(20))" >/dev/null &&
+    "$kodbc" sql "$dsn" "INSERT INTO rt_ar_src VALUES (1, 'eins'), (2, 'zwei'), (3, 'drei')" >/dev/null &&
+    "$kodbc" sql "$dsn" "CREATE TABLE rt_ar_dst (id INTEGER, name VARCHAR(20) UNIQUE)" >/dev/null &&
+    "$kodbc" sql "$dsn" "INSERT INTO rt_ar_dst VALUES (0, 'drei')" >/dev/null || fail "add-records tables not made"
+  "$kodbc" add-records "$dsn" rt_ar_dst --from "$dsn:rt_ar_src" >"$work/out" 2>"$work/err" &&
+    fail "a refused record did not fail add-records"
+  grep -q "Der Datensatz 3 der Quelltabelle konnte nicht hinzugefügt werden" "$work/err" ||
+    fail "the refused record not named: $(cat "$work/err")"
+  grep -q "kein Datensatz bleibt erhalten" "$work/err" || fail "add-records does not say nothing stays: $(cat "$work/err")"
+  [ "$("$kodbc" count "$dsn" rt_ar_dst 2>&1)" = 1 ] || fail "a refused add-records kept records"
+  "$kodbc" add-records "$dsn" rt_ar_dst --from "$dsn:rt_ar_src" --per-record >"$work/out" 2>"$work/err" &&
+    fail "a refused record did not fail add-records record by record"
+  grep -q "die geschriebenen Datensätze bleiben erhalten" "$work/err" || fail "--per-record: $(cat "$work/err")"
+  [ "$("$kodbc" count "$dsn" rt_ar_dst 2>&1)" = 3 ] || fail "record by record, the records before the refused one are gone"
+  for t in rt_ar_src rt_ar_dst; do "$kodbc" sql "$dsn" "DROP TABLE $t" >/dev/null 2>&1; done
 
   # A number the INTEGER column cannot hold (SQLite takes any).
   [ "$dsn" = kodbc_sqlite ] && continue

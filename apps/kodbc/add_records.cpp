@@ -56,6 +56,11 @@ int AddRecords(const Login &login, const AddRecordsRequest &request) {
 
     Connection destination(request.dsn, login.user, login.password);
     if (!destination.ok()) return kExitFailed;
+    // All or nothing: the tool's own connection leaves auto-commit, and the
+    // library ends the one transaction itself.
+    const bool batch = !request.perRecord &&
+                       SQL_SUCCEEDED(SQLSetConnectAttr(destination.hdbc(), SQL_ATTR_AUTOCOMMIT,
+                                                       reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_OFF), 0));
     // The source has a connection of its own; the library reads it on the
     // destination's where that one can serve both sides.
     Connection other(sourceDsn, login.user, login.password);
@@ -65,7 +70,8 @@ int AddRecords(const Login &login, const AddRecordsRequest &request) {
     std::vector<KodbcAddRecordsField> fields;
     for (const Choice &c : choices) fields.push_back({c.field.c_str(), c.mode, c.value.c_str()});
     KodbcAddRecordsOptions options{};
-    options.RecordMode = request.replaceOn.empty() ? KODBC_ADDREC_ADD : KODBC_ADDREC_REPLACE;
+    options.RecordMode = (request.replaceOn.empty() ? KODBC_ADDREC_ADD : KODBC_ADDREC_REPLACE) |
+                         (batch ? KODBC_ADDREC_BATCH : 0);
     options.SourceIdField = sourceId.c_str();
     options.DestIdField = destId.c_str();
     options.Fields = fields.data();
@@ -84,12 +90,14 @@ int AddRecords(const Login &login, const AddRecordsRequest &request) {
     NoteCutValues(result.ValuesCut, "29999 Bytes");
     NoteChangedNumbers(result.NumbersChanged, "Datensatz " + std::to_string(result.FirstNumberRecord),
                        result.FirstNumberField, result.FirstNumber, result.FirstNumberAs);
+    // A batch run that ended early has said that it took everything back.
+    const char *kept = batch ? "alles wurde zurückgenommen, kein Datensatz bleibt erhalten" : "die geschriebenen Datensätze bleiben erhalten";
     if (result.Ended == KODBC_ADDREC_CANCELLED) {
-        Error("abgebrochen; die geschriebenen Datensätze bleiben erhalten");
+        Error(std::string("abgebrochen; ") + kept);
         return kExitFailed;
     }
     if (result.Ended == KODBC_ADDREC_STOPPED) {
-        Error("nach einem Fehler beendet; die geschriebenen Datensätze bleiben erhalten");
+        Error(std::string("nach einem Fehler beendet; ") + kept);
         return kExitFailed;
     }
     return kExitOk;

@@ -58,6 +58,7 @@ struct AddRecordsRequest {
     std::vector<std::string> values;   // DEST=TEXT
     std::vector<std::string> empties;  // DEST
     std::string replaceOn;             // DEST_FIELD=SOURCE_FIELD
+    bool perRecord = false;            // one statement per record in auto-commit, as the wizard
 };
 int AddRecords(const Login &login, const AddRecordsRequest &request);
 // kodbc create-table DSN [NAME] --kind autoinc|copy|address [--from TABLE]

@@ -274,6 +274,9 @@ int main(int argc, char **argv) {
     addRecordsCmd->add_option("--empty", addRecords.empties, "ZIELFELD: Feld leer lassen");
     addRecordsCmd->add_option("--replace-on", addRecords.replaceOn,
                               "ZIELFELD=QUELLFELD: Sätze mit gleichem Kennfeld ersetzen, sonst hinzufügen");
+    addRecordsCmd->add_flag("--per-record", addRecords.perRecord,
+                            "ein Befehl je Datensatz, jeder gleich gültig (wie der Assistent); ohne: alles oder "
+                            "nichts");
 
     kodbc_cli::QueryRequest queryRequest;
     auto *queryCmd = app.add_subcommand("query", "SELECT-Befehl aus den Beschreibungen des Abfrage-Assistenten erzeugen");

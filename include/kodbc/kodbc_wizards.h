@@ -156,6 +156,16 @@ KODBC_API int KODBC_CALL UpdRecsWizzCallback(LONG_PTR wizard, int page, HWND win
 /* Record modes. */
 #define KODBC_ADDREC_ADD           2100  /* always add */
 #define KODBC_ADDREC_REPLACE       2101  /* update the record whose identifying field matches, else add */
+/* Added to the record mode (RecordMode | KODBC_ADDREC_BATCH): the run is
+   one transaction that the function ends on destination -- committed after
+   the last record; on a failed or refused statement, a value that cannot be
+   converted, or a cancel, rolled back, RecordsWritten 0 and 3831 or 3832
+   shown, a refused statement's source record named first with the
+   database's reason (3830). Added records then go in INSERTs of many
+   records each where the database type takes them (replace mode runs every
+   statement singly). The caller must have switched the destination
+   connection's auto-commit off. */
+#define KODBC_ADDREC_BATCH         0x10000
 
 /* How a run ended (KodbcAddRecordsResult.Ended). */
 #define KODBC_ADDREC_COMPLETE      0     /* every source record was processed */
@@ -172,7 +182,8 @@ typedef struct KodbcAddRecordsField {
 } KodbcAddRecordsField;
 
 typedef struct KodbcAddRecordsOptions {
-    int32_t RecordMode;                  /* KODBC_ADDREC_ADD or KODBC_ADDREC_REPLACE (anything else: add) */
+    int32_t RecordMode;                  /* KODBC_ADDREC_ADD or KODBC_ADDREC_REPLACE (anything else: add),
+                                            with KODBC_ADDREC_BATCH or not */
     const char *SourceIdField;           /* replace mode: identifying field of the source table */
     const char *DestIdField;             /* replace mode: identifying field of the destination table */
     const KodbcAddRecordsField *Fields;  /* choices applied in order; may be null when FieldCount is 0 */
@@ -181,7 +192,7 @@ typedef struct KodbcAddRecordsOptions {
 
 typedef struct KodbcAddRecordsResult {
     long RecordsRead;      /* source records fetched */
-    long RecordsWritten;   /* INSERT and UPDATE statements that ran */
+    long RecordsWritten;   /* INSERT and UPDATE statements that ran (KODBC_ADDREC_BATCH: records committed) */
     int32_t Ended;         /* KODBC_ADDREC_COMPLETE, _CANCELLED or _STOPPED */
     int32_t RefusedField;  /* index of the refused choice, else -1 */
     /* What the conversions changed on the way, for the user to hear: */
@@ -205,7 +216,8 @@ typedef struct KodbcAddRecordsResult {
 ** destination table's last field is not checked. Each record's statement
 ** is offered to the SQL dump (Korvel_DumpSqlStatement) and executed; the
 ** platform's progress indicator runs meanwhile. No transaction is used:
-** what was written before a failed statement or a cancel stays.
+** what was written before a failed statement or a cancel stays (unless
+** KODBC_ADDREC_BATCH makes the run one transaction, all or nothing).
 ** Returns 1 when the records were processed (result->Ended says whether
 ** all of them); 2 for a null connection or a null or empty table name
 ** (nothing shown), a destination table without fields (1617), the two

@@ -2,7 +2,6 @@
 #include "transfer/text_value.h"
 
 #include "catalog/catalog_internal.h"
-#include "internal/db_capabilities.h"
 #include "internal/diagnostics.h"
 #include "internal/execution.h"
 #include "internal/library.h"
@@ -38,177 +37,60 @@ bool IsTextType(int type) {
 
 } // namespace
 
-namespace {
-
-// A batch INSERT stays within this many bytes and records: large enough
-// that the statements' own cost disappears, small enough that memory stays
-// flat and a refused batch is quickly retried record by record.
-constexpr std::size_t kBatchBytes = 256 * 1024;
-constexpr std::size_t kBatchRecords = 500;
-
-// The driver's first diagnostic of a handle, for a message: its state and
-// its text.
-std::string DiagnosticOf(SQLSMALLINT handleType, SQLHANDLE handle) {
-    DiagnosticFields fields;
-    if (!ReadDiagnostic({handleType, handle, nullptr, 1, 0}, fields)) return {};
-    return fields.sqlState + ": " + (fields.description.empty() ? fields.vendor : fields.description);
-}
-
-bool EndTransaction(SQLHDBC hdbc, SQLSMALLINT how) {
-    return odbc::succeeded(KODBC_SQL(SQLEndTran, SQLSMALLINT{SQL_HANDLE_DBC}, hdbc, how));
-}
-
-} // namespace
-
 ImportRecordWriter::ImportRecordWriter(SQLHDBC hdbc, const char *table, const ImportFieldList &fields, bool dryRun,
                                        std::string create, bool batch)
     : parts_(PrepareImportInsert(hdbc, table, fields)), runner_(hdbc), sql_(new char[kImportStatementSize]),
-      create_(std::move(create)), dryRun_(dryRun), hdbc_(hdbc), table_(table ? table : ""), batch_(batch) {
-    if (!batch_ || dryRun_) return;
-    // Every record's INSERT starts alike; the values after it are what a
-    // batch strings together.
-    std::string start = parts_.head;
-    bool first = true;
-    for (std::size_t i = 0; i < fields.size() && i < parts_.names.size(); ++i) {
-        if (parts_.names[i].empty()) continue;
-        start += (first ? "" : ",") + parts_.names[i];
-        first = false;
-    }
-    start += ") VALUES ";
-    valuesAt_ = start.size();
-    pending_.reserve(kBatchBytes);
-    pending_ = start;
-    perStatement_ = tabledesign::CapabilitiesOf(hdbc).multiRowValues ? kBatchRecords : 1;
-    SQLUSMALLINT capable = SQL_TC_NONE;
-    KODBC_SQL(SQLGetInfo, hdbc, SQLUSMALLINT{SQL_TXN_CAPABLE}, &capable, SQLSMALLINT{sizeof capable}, nullptr);
-    ddlInTransaction_ = capable == SQL_TC_ALL;
+      create_(std::move(create)), dryRun_(dryRun), hdbc_(hdbc), table_(table ? table : "") {
+    if (!batch || dryRun_) return;
+    BatchMessages messages;
+    messages.failedLine = msg::IMPORT_FAILED_LINE;
+    messages.failedRecord = msg::IMPORT_FAILED_RECORD;
+    messages.rolledBack = msg::IMPORT_ROLLED_BACK;
+    messages.cancelledRolledBack = msg::IMPORT_CANCELLED_ROLLED_BACK;
+    messages.tableLeft = msg::IMPORT_TABLE_LEFT;
+    head_ = ImportInsertHead(parts_, fields);
+    batch_ = std::make_unique<BatchInsert>(hdbc, head_, messages);
 }
 
 bool ImportRecordWriter::Start() {
     if (dryRun_ || create_.empty()) return true;
     const std::string create = std::move(create_);
     create_.clear();
-    created_ = runner_.Run(create.c_str());
-    if (!created_) {
-        if (batch()) Undo();
+    if (!runner_.Run(create.c_str())) {
+        if (batch_) batch_->Undo();
         return false;
     }
-    createdWith_ = create;
+    if (batch_) {
+        char drop[kTableTextSize] = {};
+        Kodbc_SprintfSqlStatement(hdbc_, drop, sizeof drop, "DROP TABLE %t", table_.c_str(), nullptr, nullptr,
+                                  nullptr, nullptr, nullptr, nullptr, nullptr);
+        batch_->TableCreated(table_, create, drop);
+    }
     return true;
 }
 
 bool ImportRecordWriter::Write(const ImportFieldList &fields, long at, bool byLine) {
     if (!Start()) return false;
-    BuildImportInsert(parts_, fields, sql_.get(), kImportStatementSize);
-    if (first_.empty()) first_ = sql_.get();
-    if (dryRun_) return true;
-    if (!batch_) return runner_.Run(sql_.get());
-    const std::string_view statement(sql_.get());
-    if (statement.compare(0, valuesAt_, pending_, 0, valuesAt_) != 0) {
-        // Not built as expected (nothing else writes such a statement).
-        Undo();
-        return false;
+    if (!batch_) {
+        BuildImportInsert(parts_, fields, sql_.get(), kImportStatementSize);
+        if (first_.empty()) first_ = sql_.get();
+        return dryRun_ || runner_.Run(sql_.get());
     }
-    const std::string_view values = statement.substr(valuesAt_);
-    if (!starts_.empty() && (starts_.size() >= perStatement_ || pending_.size() + 1 + values.size() > kBatchBytes) &&
-        !Flush())
-        return false;
-    if (!starts_.empty()) pending_ += ',';
-    starts_.push_back(pending_.size());
-    places_.push_back(at);
-    byLine_ = byLine;
-    pending_.append(values);
-    return true;
-}
-
-bool ImportRecordWriter::RunQuietly(const char *sql, std::string *why) {
-    if (!statement_.ok()) statement_ = odbc::Statement(hdbc_);
-    if (!statement_.ok()) {
-        if (why) *why = DiagnosticOf(SQL_HANDLE_DBC, hdbc_);
-        return false;
-    }
-    const SQLRETURN rc = KODBC_SQL(SQLExecDirect, statement_.get(), reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql)),
-                                   static_cast<SQLINTEGER>(SQL_NTS));
-    if (rc == SQL_SUCCESS || rc == SQL_SUCCESS_WITH_INFO || rc == SQL_NO_DATA) return true;
-    if (why) *why = DiagnosticOf(SQL_HANDLE_STMT, statement_.get());
-    return false;
-}
-
-bool ImportRecordWriter::Flush() {
-    if (starts_.empty()) return true;
-    if (Korvel_DumpSqlStatement(pending_.c_str(), static_cast<int>(kBatchBytes)) != 1) {
-        Undo();
-        LibraryMessage(msg::IMPORT_ROLLED_BACK);
-        return false;
-    }
-    std::string why;
-    if (RunQuietly(pending_.c_str(), &why)) {
-        pending_.resize(valuesAt_);
-        starts_.clear();
-        places_.clear();
-        return true;
-    }
-    // Which record the database refused: the batch again, one record at a
-    // time, in the transaction begun anew (with the table again where the
-    // rollback took it). A rollback that fails means the connection is
-    // gone; the batch's reason is all there is to tell then.
-    std::string where = std::to_string(places_.front());
-    if (starts_.size() > 1) {
-        where += "-" + std::to_string(places_.back());
-        if (EndTransaction(hdbc_, SQL_ROLLBACK) &&
-            (!ddlInTransaction_ || !created_ || RunQuietly(createdWith_.c_str(), nullptr))) {
-            std::string one, reason;
-            for (std::size_t i = 0; i < starts_.size(); ++i) {
-                const std::size_t end = i + 1 < starts_.size() ? starts_[i + 1] - 1 : pending_.size();
-                one.assign(pending_, 0, valuesAt_).append(pending_, starts_[i], end - starts_[i]);
-                if (RunQuietly(one.c_str(), &reason)) continue;
-                where = std::to_string(places_[i]);
-                why = reason;
-                break;
-            }
-        }
-    }
-    LibraryMessage(byLine_ ? msg::IMPORT_FAILED_LINE : msg::IMPORT_FAILED_RECORD, where.c_str(), why.c_str());
-    Undo();
-    LibraryMessage(msg::IMPORT_ROLLED_BACK);
-    return false;
-}
-
-bool ImportRecordWriter::Undo() {
-    pending_.resize(valuesAt_);
-    starts_.clear();
-    places_.clear();
-    const bool rolledBack = EndTransaction(hdbc_, SQL_ROLLBACK);
-    if (!created_) return rolledBack;
-    created_ = false;
-    // Where the database keeps DDL in the transaction, a table of a run not
-    // committed is gone, whether the rollback reached the server or not.
-    if (ddlInTransaction_) return true;
-    char drop[kTableTextSize] = {};
-    Kodbc_SprintfSqlStatement(hdbc_, drop, sizeof drop, "DROP TABLE %t", table_.c_str(), nullptr, nullptr, nullptr,
-                              nullptr, nullptr, nullptr, nullptr);
-    if (RunQuietly(drop, nullptr) && EndTransaction(hdbc_, SQL_COMMIT)) return rolledBack;
-    LibraryMessage(msg::IMPORT_TABLE_LEFT, table_.c_str());
-    return false;
+    // The values get the room they have in a one-record statement, so a
+    // batch writes each as that statement would.
+    const int room = kImportStatementSize - static_cast<int>(head_.size());
+    BuildImportValues(parts_, fields, sql_.get(), room > 1 ? room : 1);
+    if (first_.empty()) first_ = head_ + sql_.get();
+    return batch_->Add(sql_.get(), at, byLine);
 }
 
 bool ImportRecordWriter::Finish() {
-    if (!batch()) return Start();
-    if (!Start() || !Flush()) return false;
-    if (EndTransaction(hdbc_, SQL_COMMIT)) {
-        created_ = false;
-        return true;
-    }
-    Kodbc_DisplayErrorHdbc(hdbc_);
-    Undo();
-    LibraryMessage(msg::IMPORT_ROLLED_BACK);
-    return false;
+    if (!batch_) return Start();
+    return Start() && batch_->Finish();
 }
 
 void ImportRecordWriter::Abandon(bool cancelled) {
-    if (!batch()) return;
-    Undo();
-    LibraryMessage(cancelled ? msg::IMPORT_CANCELLED_ROLLED_BACK : msg::IMPORT_ROLLED_BACK);
+    if (batch_) batch_->Abandon(cancelled);
 }
 
 ImportFile OpenImportFile(const char *fileName) {

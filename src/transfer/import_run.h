@@ -12,6 +12,8 @@
 #include "transfer/import_selection_files.h"
 #include "wizards/wizard_progress.h"
 
+#include "internal/batch_insert.h"
+
 #include <cstdio>
 #include <functional>
 #include <memory>
@@ -46,35 +48,23 @@ public:
     // Batch mode: undoes the run after the reading failed or the user
     // cancelled, and says so.
     void Abandon(bool cancelled);
-    bool batch() const { return batch_ && !dryRun_; }
+    bool batch() const { return batch_ != nullptr; }
     // The first record's statement.
     const std::string &first() const { return first_; }
 
 private:
-    bool Flush();
-    bool Undo();
-    bool RunQuietly(const char *sql, std::string *why);
     ImportInsertParts parts_;
     ImportStatementRunner runner_;
     std::unique_ptr<char[]> sql_;
     std::string first_;
     std::string create_;
-    std::string createdWith_;  // the create statement once it ran
     bool dryRun_;
-    // Batch mode: the statement being filled, where each record's values
-    // start in it and where each record stands in the source.
     SQLHDBC hdbc_;
     std::string table_;
-    bool batch_;
-    bool created_ = false;
-    bool ddlInTransaction_ = false;
-    std::size_t valuesAt_ = 0;      // where the values start in a record's INSERT
-    std::size_t perStatement_ = 1;  // records in one INSERT at most
-    std::string pending_;
-    std::vector<std::size_t> starts_;
-    std::vector<long> places_;
-    bool byLine_ = false;
-    odbc::Statement statement_;
+    // Batch mode: the INSERT every record's values follow, and the
+    // transaction they go in.
+    std::string head_;
+    std::unique_ptr<BatchInsert> batch_;
 };
 
 // What the text format's and the number rule's ways changed on the way,

@@ -119,20 +119,27 @@ ImportInsertParts PrepareImportInsert(SQLHDBC hdbc, const char *table, const Imp
     return parts;
 }
 
-bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept {
-    korvel::BoundedText sql(out, size);
-    sql.append(parts.head);
+namespace {
+
+// "(<value>,<value>)" after what sql holds: each literal cut where it would
+// leave no room for the rest of the values. False when something was cut.
+bool AppendImportValues(korvel::BoundedText &sql, const ImportInsertParts &parts,
+                        const ImportFieldList &fields) noexcept {
     const std::size_t count = std::min(fields.size(), parts.names.size());
-    bool first = true;
+    // What the values take at most, every character doubled: when that
+    // fits, nothing is cut and what each still needs does not matter.
+    std::size_t most = 1;
+    for (std::size_t i = 0; i < count; ++i)
+        if (IsWritten(fields[i])) most += IsNull(fields[i]) ? 5 : 2 * fields[i].value->size() + 3;
+    const bool exact = most > sql.room();
     std::size_t rest = 1;  // what the values still need, the closing ")" included
-    for (std::size_t i = 0; i < count; ++i) {
+    bool first = true;
+    for (std::size_t i = 0; i < count && exact; ++i) {
         if (!IsWritten(fields[i])) continue;
-        if (!first) sql.append(',');
-        sql.append(parts.names[i]);
         rest += Need(fields[i], parts.backslashEscapes) + (first ? 0 : 1);
         first = false;
     }
-    sql.append(") VALUES (");
+    sql.append('(');
     bool whole = true;
     first = true;
     for (std::size_t i = 0; i < count; ++i) {
@@ -140,10 +147,10 @@ bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fi
         if (!IsWritten(field)) continue;
         if (!first) {
             sql.append(',');
-            --rest;
+            rest -= exact ? 1 : 0;
         }
         first = false;
-        rest -= Need(field, parts.backslashEscapes);
+        rest -= exact ? Need(field, parts.backslashEscapes) : 0;
         if (!IsLiteral(field)) {
             sql.append(IsNull(field) ? std::string_view("NULL") : std::string_view(*field.value));
             continue;
@@ -162,6 +169,43 @@ bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fi
         sql.append('\'');
     }
     sql.append(')');
+    return whole;
+}
+
+} // namespace
+
+std::string ImportInsertHead(const ImportInsertParts &parts, const ImportFieldList &fields) {
+    std::string head = parts.head;
+    const std::size_t count = std::min(fields.size(), parts.names.size());
+    bool first = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!IsWritten(fields[i])) continue;
+        if (!first) head += ',';
+        head += parts.names[i];
+        first = false;
+    }
+    return head + ") VALUES ";
+}
+
+bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    sql.append(parts.head);
+    const std::size_t count = std::min(fields.size(), parts.names.size());
+    bool first = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!IsWritten(fields[i])) continue;
+        if (!first) sql.append(',');
+        sql.append(parts.names[i]);
+        first = false;
+    }
+    sql.append(") VALUES ");
+    const bool whole = AppendImportValues(sql, parts, fields);
+    return whole && !sql.truncated();
+}
+
+bool BuildImportValues(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    const bool whole = AppendImportValues(sql, parts, fields);
     return whole && !sql.truncated();
 }
 

@@ -48,6 +48,14 @@ ImportInsertParts PrepareImportInsert(SQLHDBC hdbc, const char *table, const Imp
 // cut.
 bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept;
 
+// The two halves of that INSERT for writing many records in one: what
+// every record's statement starts with, "INSERT INTO <table> (a,b) VALUES ",
+// and one record's "(<value>,<value>)". Given size minus the head's length
+// (the room the values have in the one-record statement), the values come
+// out byte for byte as BuildImportInsert writes them, cuts included.
+std::string ImportInsertHead(const ImportInsertParts &parts, const ImportFieldList &fields);
+bool BuildImportValues(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept;
+
 // Runs statements one after another on one statement handle: each is
 // offered to the dump (which may refuse it) and executed; an error is shown
 // with the statement.

@@ -41,6 +41,7 @@ struct AddRecordsContext {
     int32_t recordMode = kRecordModeAdd;
     char sourceIdField[kIdFieldSize] = {};
     char destIdField[kIdFieldSize] = {};
+    bool batch = false;                          // one transaction, all or nothing (RunAddRecords)
 
     AddRecordsContext() = default;
     AddRecordsContext(const AddRecordsContext &) = delete;

@@ -58,7 +58,9 @@ int AddRecords(SQLHDBC destination, const char *destinationTable, SQLHDBC source
     }
     if (LeaveMappingPage(*context).stays()) return KODBC_FAILURE;
 
-    if (options && options->RecordMode == KODBC_ADDREC_REPLACE) {
+    const int32_t mode = options ? options->RecordMode & ~KODBC_ADDREC_BATCH : KODBC_ADDREC_ADD;
+    context->batch = options && (options->RecordMode & KODBC_ADDREC_BATCH) != 0;
+    if (mode == KODBC_ADDREC_REPLACE) {
         context->recordMode = kRecordModeReplace;
         KorvelCopyString(context->sourceIdField, options->SourceIdField, sizeof context->sourceIdField);
         KorvelCopyString(context->destIdField, options->DestIdField, sizeof context->destIdField);

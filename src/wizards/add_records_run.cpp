@@ -3,6 +3,7 @@
 #include "wizards/record_statements.h"
 #include "wizards/value_conversion.h"
 
+#include "internal/batch_insert.h"
 #include "internal/binary_text.h"
 #include "internal/execution.h"
 #include "internal/library.h"
@@ -116,6 +117,36 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
     char idValue[kIdentifyingValueSize];
     char condition[kIdentifyingConditionSize];
 
+    // Batch mode: the records' values strung together after the INSERT's
+    // head, each given the room it has in a one-record statement; in
+    // replace mode every statement runs singly (a later record's question
+    // whether it matches must see the earlier ones), all in the one
+    // transaction.
+    std::unique_ptr<BatchInsert> batch;
+    int room = kBufferSize;
+    // A batch that runs out of memory is taken back like a refused one.
+    auto guarded = [&](auto &&step) noexcept -> bool {
+        try {
+            return step();
+        } catch (...) {
+            LibraryMessage(msg::OUT_OF_MEMORY);
+            if (batch) batch->Abandon(false);
+            return false;
+        }
+    };
+    if (context.batch && !guarded([&] {
+            BatchMessages messages;
+            messages.failedRecord = msg::ADDREC_FAILED_RECORD;
+            messages.rolledBack = msg::ADDREC_ROLLED_BACK;
+            messages.cancelledRolledBack = msg::ADDREC_CANCELLED_ROLLED_BACK;
+            const std::string head = InsertHead(parts, context.fields);
+            room = kBufferSize - static_cast<int>(head.size());
+            batch = std::make_unique<BatchInsert>(context.destination, head, messages);
+            return true;
+        }))
+        return KODBC_FAILURE;
+    bool writeFailed = false;
+
     odbc::Statement statement;
     progress.Start(total);
     bool converted = true;
@@ -155,6 +186,29 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
             BuildIdentifyingCondition(idField, id, idType, condition, sizeof condition, parts.backslashEscapes);
             update = Kodbc_GetRecordCountExt(context.destination, table, condition, 0) >= 1;
         }
+        if (batch) {
+            bool ok;
+            if (update) {
+                BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
+                ok = guarded([&] { return batch->Run(sql.get(), record); });
+            } else if (replace) {
+                BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
+                ok = guarded([&] { return batch->Run(sql.get(), record); });
+            } else {
+                BuildInsertValues(parts, context.fields, sql.get(), room > 1 ? room : 1);
+                ok = guarded([&] { return batch->Add(sql.get(), record); });
+            }
+            if (!ok) {
+                result.stopped = writeFailed = true;
+                break;
+            }
+            ++result.written;
+            if (progress.Step(record)) {
+                result.cancelled = true;
+                break;
+            }
+            continue;
+        }
         if (update) BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
         else BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
 
@@ -180,6 +234,11 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
         }
     }
     if (!converted) result.stopped = true;
+    if (batch) {
+        if (!result.stopped && !result.cancelled) result.stopped = !guarded([&] { return batch->Finish(); });
+        else if (!writeFailed) batch->Abandon(result.cancelled);
+        if (result.stopped || result.cancelled) result.written = 0;
+    }
     progress.Finish();
     return KODBC_SUCCESS;
 }

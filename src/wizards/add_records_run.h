@@ -12,7 +12,7 @@ namespace kodbc::wizards {
 
 struct AddRecordsRunCounts {
     long read = 0;           // source rows fetched
-    long written = 0;        // statements that ran
+    long written = 0;        // statements that ran (batch mode: records committed)
     bool cancelled = false;  // the user stopped the run
     bool stopped = false;    // a statement failed, was refused, or a value could not be converted
     // What the conversions changed on the way, for the user to hear: values
@@ -29,7 +29,13 @@ struct AddRecordsRunCounts {
 // the destination table of context.table as the mapping says, with
 // progress reported to progress. Records are read and written one at a
 // time with buffers reused throughout, so memory does not grow with the
-// table. Nothing is undone: rows written before a stop stay.
+// table. Nothing is undone: rows written before a stop stay -- except with
+// context.batch, where the destination connection's auto-commit is off
+// (its owner's choice) and the run is one transaction: added records go in
+// INSERTs of many records each (replace mode runs each statement singly),
+// committed at the end; a failure, a value that cannot be converted or a
+// cancel rolls everything back (counts->written 0) and says so, a refused
+// statement naming its source record with the database's reason.
 // Returns 1 once the source query ran (also when the loop ended early;
 // counts tells why), 2 when the buffers, the source statement or the
 // source query failed (the error has been shown).

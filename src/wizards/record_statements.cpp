@@ -108,9 +108,9 @@ bool PrepareRecordStatementParts(SQLHDBC hdbc, const char *table, const AddRecFi
     }
 }
 
-bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldList &fields, char *out,
-                          int size) noexcept {
-    korvel::BoundedText sql(out, size);
+namespace {
+
+void AppendInsertNames(korvel::BoundedText &sql, const RecordStatementParts &parts, const AddRecFieldList &fields) {
     sql.append(parts.insertHead);
     bool first = true;
     for (std::size_t i = 0; i < fields.size() && i < parts.names.size(); ++i) {
@@ -119,8 +119,12 @@ bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldLi
         sql.append(parts.names[i]);
         first = false;
     }
-    sql.append(") VALUES (");
-    first = true;
+    sql.append(") VALUES ");
+}
+
+void AppendInsertValues(korvel::BoundedText &sql, const RecordStatementParts &parts, const AddRecFieldList &fields) {
+    sql.append('(');
+    bool first = true;
     for (std::size_t i = 0; i < fields.size() && i < parts.names.size(); ++i) {
         if (!fields[i] || !fields[i]->isWritten()) continue;
         if (!first) sql.append(',');
@@ -128,6 +132,30 @@ bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldLi
         first = false;
     }
     sql.append(')');
+}
+
+} // namespace
+
+bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldList &fields, char *out,
+                          int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    AppendInsertNames(sql, parts, fields);
+    AppendInsertValues(sql, parts, fields);
+    return !sql.truncated();
+}
+
+std::string InsertHead(const RecordStatementParts &parts, const AddRecFieldList &fields) {
+    std::string head(kRecordStatementSize, '\0');
+    korvel::BoundedText sql(head.data(), kRecordStatementSize);
+    AppendInsertNames(sql, parts, fields);
+    head.resize(sql.length());
+    return head;
+}
+
+bool BuildInsertValues(const RecordStatementParts &parts, const AddRecFieldList &fields, char *out,
+                       int size) noexcept {
+    korvel::BoundedText sql(out, size);
+    AppendInsertValues(sql, parts, fields);
     return !sql.truncated();
 }
 

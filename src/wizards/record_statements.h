@@ -57,6 +57,12 @@ bool BuildInsertStatement(const RecordStatementParts &parts, const AddRecFieldLi
                           int size) noexcept;
 bool BuildUpdateStatement(const RecordStatementParts &parts, const AddRecFieldList &fields,
                           const char *condition, char *out, int size) noexcept;
+// The INSERT's two halves for many records in one statement: the head up
+// to " VALUES " and one record's "(<literal>,...)"; given size minus the
+// head's length the values come out as BuildInsertStatement writes them.
+std::string InsertHead(const RecordStatementParts &parts, const AddRecFieldList &fields);
+bool BuildInsertValues(const RecordStatementParts &parts, const AddRecFieldList &fields, char *out,
+                       int size) noexcept;
 bool BuildDeleteStatement(const RecordStatementParts &parts, const char *condition, char *out, int size) noexcept;
 
 // "<field>=<value>": the prepared destination identifying field and the

@@ -10,6 +10,7 @@
 
 #include <korvel/korvel32.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -342,6 +343,85 @@ TEST_P(AddRecords, EarlyEndsKeepWhatWasWritten) {
         EXPECT_EQ(counts.stopped, c.stopped);
         EXPECT_EQ(OdbcErrors(), c.stopped ? 1u : 0u);
         EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "ar_dst", 0), c.written);
+    }
+}
+
+// The command-line tool's way: one transaction, the added records many to
+// an INSERT. A record the destination refuses (a name it holds once) is
+// named by its number and leaves the destination as it was; a cancel leaves
+// nothing; a run that gets through copies quotes, backslashes and NULLs.
+TEST_P(AddRecords, BatchIsAllOrNothingAndNamesTheRefusedRecord) {
+    const long kRecords = 1201;  // three statements, the last not full
+    OwnTables({"ar_big_src", "ar_big_dst"});
+    Exec("CREATE TABLE ar_big_src (id INTEGER, name VARCHAR(40))");
+    Exec("CREATE TABLE ar_big_dst (id INTEGER, name VARCHAR(40) UNIQUE)");
+    auto name = [](long n) { return "O'Brien \\ " + std::to_string(n); };
+    struct AutoCommitOff {
+        explicit AutoCommitOff(SQLHDBC hdbc) : hdbc(hdbc) { Set(SQL_AUTOCOMMIT_OFF); }
+        ~AutoCommitOff() { Set(SQL_AUTOCOMMIT_ON); }
+        void Set(SQLULEN on) { SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on), 0); }
+        SQLHDBC hdbc;
+    } autoCommitOff(hdbc_);
+    {
+        // Bound as parameters: the values reach the table unchanged on every server.
+        SQLHSTMT stmt = nullptr;
+        ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+        ASSERT_TRUE(SQL_SUCCEEDED(SQLPrepare(stmt, (SQLCHAR *)"INSERT INTO ar_big_src VALUES (?, ?)", SQL_NTS)));
+        SQLINTEGER id = 0;
+        char text[41] = {};
+        SQLLEN idLength = 0, textLength = 0;
+        SQLBindParameter(stmt, 1, SQL_PARAM_INPUT, SQL_C_SLONG, SQL_INTEGER, 0, 0, &id, 0, &idLength);
+        SQLBindParameter(stmt, 2, SQL_PARAM_INPUT, SQL_C_CHAR, SQL_VARCHAR, 40, 0, text, sizeof text, &textLength);
+        for (id = 1; id <= kRecords; ++id) {
+            std::snprintf(text, sizeof text, "%s", name(id).c_str());
+            textLength = id % 100 == 0 ? SQL_NULL_DATA : static_cast<SQLLEN>(std::strlen(text));
+            ASSERT_TRUE(SQL_SUCCEEDED(SQLExecute(stmt))) << id;
+        }
+        SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        SQLEndTran(SQL_HANDLE_DBC, hdbc_, SQL_COMMIT);
+    }
+    TableRecord table{};
+    std::strcpy(table.Object.DbObjectName, "ar_big_dst");
+    const struct {
+        const char *name;
+        bool clash;  // the destination holds record 701's name already
+        long cancelAt, written, left;
+        const char *said, *then;  // in the messages, in this order
+    } cases[] = {
+        {"refused", true, 0, 0, 1, "Der Datensatz 701 der Quelltabelle konnte nicht hinzugef", "zur\xC3\xBC" "ckgenommen"},
+        {"cancelled", false, 900, 0, 0, "abgebrochen und zur\xC3\xBC" "ckgenommen", ""},
+        {"through", false, 0, kRecords, kRecords, "", ""},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        Exec("DELETE FROM ar_big_dst");
+        if (c.clash) Exec("INSERT INTO ar_big_dst SELECT 0, name FROM ar_big_src WHERE id = 701");
+        SQLEndTran(SQL_HANDLE_DBC, hdbc_, SQL_COMMIT);
+        std::unique_ptr<AddRecordsContext> context = CreateAddRecordsContext(hdbc_, &table);
+        ASSERT_TRUE(context);
+        context->sourceDbc = hdbc_;
+        std::strcpy(context->source.DataSourceName, GetParam().c_str());
+        ASSERT_FALSE(LeaveSourceTablePage(*context, "ar_big_src").stays());
+        context->batch = true;
+        messages_.clear();
+        RecordingProgress progress(c.cancelAt);
+        AddRecordsRunCounts counts;
+        EXPECT_EQ(RunAddRecords(*context, progress, &counts), 1);
+        context->sourceDbc = nullptr;
+        EXPECT_EQ(counts.written, c.written);
+        SQLEndTran(SQL_HANDLE_DBC, hdbc_, SQL_ROLLBACK);  // what the run did not commit is gone now
+        std::string said;
+        for (const auto &entry : messages_.entries()) said += entry.text + "\n";
+        const std::size_t at = said.find(c.said);
+        EXPECT_NE(at, std::string::npos) << said;
+        EXPECT_NE(said.find(c.then, at == std::string::npos ? 0 : at), std::string::npos) << said;
+        EXPECT_EQ(Column("SELECT COUNT(*) FROM ar_big_dst"), std::vector<std::string>{std::to_string(c.left)});
+        if (c.written == 0) continue;
+        EXPECT_EQ(Column("SELECT COUNT(*) FROM ar_big_dst d, ar_big_src s WHERE d.id = s.id AND d.name = s.name"),
+                  std::vector<std::string>{std::to_string(kRecords - kRecords / 100)});
+        EXPECT_EQ(Column("SELECT COUNT(*) FROM ar_big_dst WHERE name IS NULL"),
+                  std::vector<std::string>{std::to_string(kRecords / 100)});
+        EXPECT_EQ(Column("SELECT name FROM ar_big_dst WHERE id = 1201"), std::vector<std::string>{name(1201)});
     }
 }
 

@@ -13,6 +13,7 @@
 #include <clocale>
 #include <cstdio>
 #include <fstream>
+#include <optional>
 
 namespace kodbc::test {
 namespace {
@@ -248,6 +249,48 @@ TEST(ImportStatements, InsertValuesAndCutLiterals) {
     const std::string cut = small;
     EXPECT_EQ(cut.size(), sizeof small - 1);
     EXPECT_EQ(cut.substr(cut.size() - 36), "x',-12.5,'2024-15-03 00:00:00',NULL)");
+}
+
+// A batch strings together what follows the one-record INSERT's head: for
+// every value, escape rule and room, head and values are that statement,
+// cut literals included.
+TEST(ImportStatements, BatchValuesAreTheOneRecordStatementsTail) {
+    ImportInsertParts parts;
+    parts.head = "INSERT INTO \"t\" (";
+    parts.names = {"a", "n", "", "d", "x"};
+    ImportFieldList fields = {Field("a"), Field("n", 10, KODBC_TYPE_FLOAT), Field("c", 10, 10, true),
+                              Field("d", 10, KODBC_TYPE_DATETIME), Field("x", 10, KODBC_TYPE_VAR_TEXT, false, false)};
+    const std::optional<std::string> null;
+    const struct {
+        std::optional<std::string> text, number, date;
+    } rows[] = {
+        {"O'Brien \\ ''x''", "-12.5", "2024-03-15 00:00:00"},
+        {null, null, null},
+        {"", "1e+20", "1999-12-31 23:59:59"},
+        {std::string(40000, '\''), "0", null},
+        {std::string(200, 'x') + "\\'", null, "2000-01-02 00:00:00"},
+    };
+    ASSERT_EQ(ImportInsertHead(parts, fields), "INSERT INTO \"t\" (a,n,d) VALUES ");
+    for (const int size : {kImportStatementSize, 120, 40}) {
+        for (const bool backslashes : {false, true}) {
+            parts.backslashEscapes = backslashes;
+            parts.swapDateParts = backslashes;
+            for (const auto &row : rows) {
+                fields[0].value = row.text;
+                fields[1].value = row.number;
+                fields[3].value = row.date;
+                std::vector<char> whole(static_cast<std::size_t>(size)), values(static_cast<std::size_t>(size));
+                const bool wholeFits = BuildImportInsert(parts, fields, whole.data(), size);
+                const std::string head = ImportInsertHead(parts, fields);
+                const int room = size - static_cast<int>(head.size());
+                EXPECT_EQ(BuildImportValues(parts, fields, values.data(), room > 1 ? room : 1), wholeFits);
+                if (room > 1) {
+                    const std::string joined = head + values.data();
+                    EXPECT_TRUE(joined == whole.data()) << size << " " << backslashes << ": " << joined.substr(0, 80);
+                }
+            }
+        }
+    }
 }
 
 // Every line of a file the way the reader hands it on.
