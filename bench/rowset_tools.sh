@@ -17,6 +17,8 @@
 # With ODBCINI/ODBCSYSINI from `scripts/servers.sh start DIR` in the
 # environment, KODBC_BENCH_PG=kodbc_pg measures PostgreSQL as well and
 # KODBC_BENCH_MARIA=kodbc_maria MariaDB (export against `mariadb -B`).
+# KODBC_BENCH_IMPORT_MODES=batch and KODBC_BENCH_RAW_MODES=batch leave out
+# the per-record runs, which at a million lines take many minutes each.
 set -euo pipefail
 
 build=${1:?usage: rowset_tools.sh BUILD_DIR [ROWS]}
@@ -82,7 +84,7 @@ import_modes() { # dsn label bulk drop_cmd count_cmd
 # alone would be measured, twice, for minutes.
 raw_loops() { # dsn label [modes]
   echo "-- raw ODBC loop and library, $import_rows lines ($2):"
-  KODBC_BENCH_DSN=$1 KODBC_BENCH_RUNS=1 KODBC_BENCH_MODES=${3:-} "$build/bench/kodbc_bench_import" "$import_rows" |
+  KODBC_BENCH_DSN=$1 KODBC_BENCH_RUNS=1 KODBC_BENCH_MODES=${3:-${KODBC_BENCH_RAW_MODES:-}} "$build/bench/kodbc_bench_import" "$import_rows" |
     sed 's/^/  /'
 }
 
