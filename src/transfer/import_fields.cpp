@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 namespace kodbc::transfer {
 namespace {
@@ -24,7 +25,25 @@ bool HasForbiddenCharacter(const std::string &name) {
 ImportField &AddImportField(ImportFieldList &fields, std::string_view name, int type, int length) {
     std::string unique(name);
     std::replace(unique.begin(), unique.end(), '.', '_');
-    for (int n = 1; NameUsed(fields, unique); ++n) unique = std::string(name) + "_" + std::to_string(n);
+    if (NameUsed(fields, unique)) {
+        // The smallest number not yet behind the name, from one pass over
+        // the list: trying the numbers one by one, a line of many equal
+        // names passed over the whole list for every number it tried.
+        const std::string stem = std::string(name) + "_";
+        std::vector<bool> taken(fields.size() + 2);
+        for (const ImportField &field : fields) {
+            const std::string &other = field.targetName;
+            if (other.size() <= stem.size() || other.compare(0, stem.size(), stem) != 0 || other[stem.size()] == '0')
+                continue;
+            std::size_t n = 0;
+            for (std::size_t i = stem.size(); n < taken.size() && i < other.size(); ++i)
+                n = other[i] >= '0' && other[i] <= '9' ? n * 10 + static_cast<std::size_t>(other[i] - '0') : taken.size();
+            if (n < taken.size()) taken[n] = true;
+        }
+        std::size_t n = 1;
+        while (taken[n]) ++n;
+        unique = stem + std::to_string(n);
+    }
 
     ImportField field;
     field.sourceName = unique;
