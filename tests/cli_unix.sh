@@ -30,17 +30,17 @@ import os, pty, select, sys, termios, time
 pid, fd = pty.fork()
 if pid == 0:
     os.execvp(sys.argv[2], sys.argv[2:])
-seen, typed, end = b"", False, time.time() + 30
+seen, typed, end = b"", 0, time.time() + 30
 while time.time() < end:
     if not select.select([fd], [], [], 0.5)[0]: continue
     try: chunk = os.read(fd, 4096)
     except OSError: break
     if not chunk: break
     seen += chunk
-    if not typed and b"Kennwort f" in seen:
+    if seen.count(b"Kennwort f") > typed:
         time.sleep(0.2)
         if termios.tcgetattr(fd)[3] & termios.ECHO: seen += b"\n(echo on)\n"
-        os.write(fd, sys.argv[1].encode()); typed = True
+        os.write(fd, sys.argv[1].encode()); typed += 1
 status = os.waitstatus_to_exitcode(os.waitpid(pid, 0)[1])
 if not termios.tcgetattr(fd)[3] & termios.ECHO: seen += b"\n(echo left off)\n"
 sys.stdout.write(seen.decode(errors="replace"))
@@ -166,6 +166,13 @@ if rows[0] != ["nr", "preis", "note"] or [r[2] for r in rows[1:]] != [w if w is 
     fail "prompt: $(cat "$work/tty")"
   grep -q "^Kennwort für $dsn: " "$work/tty" && ! grep -q "(echo" "$work/tty" || fail "prompt: $(cat "$work/tty")"
   [ "$(cat "$work/out")" = 1 ] || fail "prompt: stdout is not the result: $(cat "$work/out")"
+  # A command with two connections to the data source asks once.
+  "$kodbc" sql "$dsn" "CREATE TABLE pw_t (n INTEGER)" >/dev/null 2>&1
+  "$kodbc" sql "$dsn" "INSERT INTO pw_t VALUES (1)" >/dev/null 2>&1
+  ODBCINI=$work/nopw.ini on_terminal "$pw
+" "$kodbc" add-records "$dsn" pw_t --from "$dsn:pw_t" >"$work/tty" 2>&1 || fail "add-records after the prompt: $(cat "$work/tty")"
+  [ "$(grep -c "Kennwort für" "$work/tty")" = 1 ] || fail "asked more than once: $(cat "$work/tty")"
+  "$kodbc" sql "$dsn" "DROP TABLE pw_t" >/dev/null 2>&1
   ODBCINI=$work/nopw.ini "$kodbc" tables "$dsn" </dev/null >/dev/null 2>"$work/err" && fail "connects without a password"
   grep -q "verlangt ein Kennwort" "$work/err" && ! grep -q Kennwort: "$work/err" || fail "no tty: $(cat "$work/err")"
   # Ctrl+C at the prompt leaves the terminal echoing.

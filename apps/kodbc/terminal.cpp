@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cwchar>
 #include <cstring>
+#include <map>
 #include <iostream>
 #include <unistd.h>
 #include <vector>
@@ -131,16 +132,25 @@ bool Connect(const std::string &dsn, const std::string &user, const std::string 
 void NoPasswordGiven() { g_noPasswordGiven = true; }
 
 Connection::Connection(const std::string &dsn, const std::string &user, const std::string &password) {
+    // A password typed once serves every further connection of this run to
+    // the same data source and user (add-records opens two), so the user is
+    // asked once.
+    static std::map<std::pair<std::string, std::string>, std::string> typedBefore;
+    const auto login = std::make_pair(dsn, user);
+    const auto before = g_noPasswordGiven ? typedBefore.find(login) : typedBefore.end();
     HeldErrors held;
     g_held = g_noPasswordGiven ? &held : nullptr;
-    bool connected = Connect(dsn, user, password, &henv_, &hdbc_);
+    bool connected = Connect(dsn, user, before != typedBefore.end() ? before->second : password, &henv_, &hdbc_);
     g_held = nullptr;  // Connect throws nothing: the handler catches
     if (connected) return;
     hdbc_ = nullptr;
     const bool terminal = isatty(STDIN_FILENO) != 0;
     std::string typed;
     if (held.wantPassword && terminal && AskPassword(dsn, typed)) {
-        if (!Connect(dsn, user, typed, &henv_, &hdbc_)) hdbc_ = nullptr;
+        if (Connect(dsn, user, typed, &henv_, &hdbc_))
+            typedBefore[login] = typed;
+        else
+            hdbc_ = nullptr;
         std::fill(typed.begin(), typed.end(), '\0');
         return;
     }
