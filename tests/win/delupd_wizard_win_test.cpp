@@ -40,17 +40,7 @@ struct Row {
 struct Walker : wintest::WizardWalker {
     // A click on the table list's entry `name` (empty: the selection removed).
     void ClickTable(int page, const std::string &name) {
-        HWND list = GetDlgItem(Page(page), IDC_RECWIZ_TABLE_LIST);
-        LRESULT index = -1;
-        if (!name.empty()) {
-            index = SendMessageA(list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                 reinterpret_cast<LPARAM>(name.c_str()));
-            Expect(index >= 0, "no table " + name);
-        }
-        SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-        if (index >= 0)
-            SendMessageA(Page(page), WM_COMMAND, MAKEWPARAM(IDC_RECWIZ_TABLE_LIST, LBN_SELCHANGE),
-                         reinterpret_cast<LPARAM>(list));
+        Expect(wintest::Choose(Page(page), IDC_RECWIZ_TABLE_LIST, name, true), "no table " + name);
     }
     std::string SelectedTable(int page) {
         HWND list = GetDlgItem(Page(page), IDC_RECWIZ_TABLE_LIST);
@@ -63,14 +53,8 @@ struct Walker : wintest::WizardWalker {
     // Types rows into the grid from the top, as a user picks and types.
     void Enter(int page, const std::vector<Row> &rows) {
         for (std::size_t r = 0; r < rows.size(); ++r) {
-            HWND field = GetDlgItem(Page(page), kRowIds[r][0]);
-            HWND operation = GetDlgItem(Page(page), kRowIds[r][1]);
-            for (auto [box, text] : {std::pair{field, rows[r].field}, std::pair{operation, rows[r].operation}}) {
-                LRESULT index = SendMessageA(box, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                             reinterpret_cast<LPARAM>(text));
-                Expect(index >= 0, std::string("no entry ") + text);
-                SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-            }
+            Choose(page, kRowIds[r][0], rows[r].field);
+            Choose(page, kRowIds[r][1], rows[r].operation);
             SetWindowTextA(GetDlgItem(Page(page), kRowIds[r][2]), rows[r].value);
         }
     }
@@ -93,7 +77,7 @@ class RecordWizards : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        DropTables();
+        OwnTables({"du_items", "du_other"});
         ASSERT_TRUE(Run("CREATE TABLE du_items (id INTEGER, name VARCHAR(20), price FLOAT, code INTEGER, "
                         "note VARCHAR(20))"));
         ASSERT_TRUE(Run("CREATE TABLE du_other (x INTEGER)"));
@@ -101,15 +85,8 @@ protected:
                                 "(3, 'Clara', 3.5, 30, 'c')", "(4, 'Dora', 4.5, 40, 'd')"})
             ASSERT_TRUE(Run(std::string("INSERT INTO du_items VALUES ") + row));
     }
-    void TearDown() override {
-        DropTables();
-        ConnectedTest::TearDown();
-    }
-    void DropTables() {
-        for (const char *table : {"du_items", "du_other"}) Run(std::string("DROP TABLE ") + table);
-    }
     std::vector<std::string> Rows() {
-        return wintest::QueryRows(hdbc_, "SELECT id, name, price, code, note FROM du_items ORDER BY id");
+        return Query("SELECT id, name, price, code, note FROM du_items ORDER BY id");
     }
     // Runs a wizard with `walk` as the robot; the texts of the messages it
     // showed go to messages.
