@@ -17,43 +17,30 @@
 
 namespace {
 
-using wintest::Click;
-using wintest::WaitFor;
+using namespace wintest;
 
 constexpr char kTitle[] = "SQL-Befehl aus einer Datei lesen";
 
 // ---------------------------------------------------------------------------
 // Robot helpers: everything here runs on the robot's thread.
 
-using wintest::Visible;
-
 // A message box came up (the answerer clicks it away) and is gone again.
-bool AwaitMessageBox(DWORD thread) {
-    bool shown = WaitFor([&] { return Visible(thread, "#32770", wintest::kLibraryMessageCaption) != nullptr; });
-    return WaitFor([&] { return Visible(thread, "#32770", wintest::kLibraryMessageCaption) == nullptr; }) && shown;
+bool AwaitMessageBox() {
+    bool shown = WaitFor([&] { return Visible("#32770", kLibraryMessageCaption) != nullptr; });
+    return WaitFor([&] { return Visible("#32770", kLibraryMessageCaption) == nullptr; }) && shown;
 }
 
 struct Walker : wintest::WizardWalker {
-    DWORD thread = 0;  // the wizard's: its menu and field dialog are looked for there
-
     // The mapping list: rows as "destination|source|source type".
     HWND Mapping() const { return Control(IDD_ADDREC_MAPPING, IDC_ADDREC_MAPPING_LIST); }
-    std::string Cell(int row, int column) const { return wintest::ListViewCell(Mapping(), row, column); }
+    std::string Cell(int row, int column) const { return ListViewCell(Mapping(), row, column); }
     std::vector<std::string> Rows() const {
         std::vector<std::string> rows;
         const int count = static_cast<int>(SendMessageA(Mapping(), LVM_GETITEMCOUNT, 0, 0));
         for (int row = 0; row < count; ++row) rows.push_back(Cell(row, 0) + "|" + Cell(row, 2));
         return rows;
     }
-    // Selects `row` alone (-1: no row, -2: every row).
-    void Select(int row) {
-        LVITEMA item = {};
-        item.stateMask = LVIS_SELECTED;
-        item.state = row == -2 ? LVIS_SELECTED : 0;
-        SendMessageA(Mapping(), LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
-        item.state = LVIS_SELECTED;
-        if (row >= 0) SendMessageA(Mapping(), LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    }
+    void Select(const std::vector<int> &rows) { SelectRows(Mapping(), rows); }
     LPARAM RowPoint(int row) const {
         RECT rect = {};
         rect.left = LVIR_LABEL;
@@ -64,12 +51,11 @@ struct Walker : wintest::WizardWalker {
     // The field dialog, opened by `open`: photographed, a fixed value set, OK.
     void SetFixedValue(const std::function<void()> &open, const char *value, bool photograph) {
         open();
-        HWND dialog = nullptr;
-        bool shown = WaitFor([&] { return (dialog = Visible(thread, "#32770", "Eigenschaften Importiertes Feld")); });
-        Expect(shown, "the field dialog did not open");
-        if (!shown) return;
+        HWND dialog = AwaitDialog("Eigenschaften Importiertes Feld");
+        Expect(dialog != nullptr, "the field dialog did not open");
+        if (!dialog) return;
         Sleep(300);
-        if (photograph) wintest::SaveScreenshot(dialog, "addrecords-10035");
+        if (photograph) SaveScreenshot(dialog, "addrecords-10035");
         Click(dialog, IDC_ADDREC_FILL_FIXED);
         WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_FIXED)) != FALSE; });
         Expect(!IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_SOURCE)), "source list enabled for a fixed value");
@@ -85,7 +71,7 @@ class AddRecordsWizard : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        DropTables();
+        OwnTables({"ar_src", "ar_dst", "ar_other"});
         ASSERT_TRUE(Run("CREATE TABLE ar_src (id INTEGER, name VARCHAR(30), price FLOAT, born VARCHAR(20), "
                         "other VARCHAR(10), code INTEGER)"));
         ASSERT_TRUE(Run("CREATE TABLE ar_dst (id INTEGER, name VARCHAR(30), price VARCHAR(10), born DATE, "
@@ -94,27 +80,14 @@ protected:
         ASSERT_TRUE(Run("INSERT INTO ar_src VALUES (1, 'Anna', '3,5', '24.12.2025', 'x', 7)"));
         ASSERT_TRUE(Run("INSERT INTO ar_src VALUES (2, 'Bernd', 2.25, '1.2.2003', 'y', 8)"));
     }
-    void TearDown() override {
-        DropTables();
-        ConnectedTest::TearDown();
-    }
-    void DropTables() {
-        for (const char *table : {"ar_src", "ar_dst", "ar_other"}) Run(std::string("DROP TABLE ") + table);
-    }
     std::vector<std::string> DestinationRows() {
-        return wintest::QueryRows(hdbc_, "SELECT id, name, price, born, label, code FROM ar_dst ORDER BY id");
+        return Query("SELECT id, name, price, born, label, code FROM ar_dst ORDER BY id");
     }
     // Runs the wizard with `walk` as the robot; returns its result and
     // the texts of the messages it showed.
     int RunWizard(TableRecord &table, const std::function<void(Walker &)> &walk, std::vector<std::string> &messages) {
-        const DWORD thread = GetCurrentThreadId();
-        return wintest::RunWizard<Walker>(
-            kTitle, "addrecords-10034", "addrecords-", [&] { return Kodbc_AddRecordsWizzard(hdbc_, &table); },
-            [&](Walker &w) {
-                w.thread = thread;
-                walk(w);
-            },
-            messages, 30000);
+        return wintest::RunWizard<Walker>(kTitle, "addrecords-10034", "addrecords-",
+                                          [&] { return Kodbc_AddRecordsWizzard(hdbc_, &table); }, walk, messages, 30000);
     }
 };
 
@@ -129,7 +102,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAddsThenReplaces) {
     table.Object.DbObjectType = KODBC_OBJECT_TABLE;
     std::memset(table.Reserved, 0x5A, sizeof table.Reserved);
 
-    std::vector<std::string> rowsSeen[5];  // the mapping list at each step
+    std::vector<std::string> rowsSeen[3];  // the mapping list at each step
     std::string summary, menuShown, fixedCaption;
     std::vector<std::string> messages;
     int result = RunWizard(table, [&](Walker &w) {
@@ -142,7 +115,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAddsThenReplaces) {
         w.Shot(IDD_ADDREC_SOURCE_DSN);
         w.Choose(IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, "");
         w.Refused(IDD_ADDREC_SOURCE_DSN);
-        w.Choose(IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, wintest::DataSource());
+        w.Choose(IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, DataSource());
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SOURCE_TABLE);
         w.Shot(IDD_ADDREC_SOURCE_TABLE);
         w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_src");
@@ -151,62 +124,58 @@ TEST_F(AddRecordsWizard, WalksEveryPageAddsThenReplaces) {
         rowsSeen[0] = w.Rows();
 
         // Right click on "name": menu 114, "Feld leer lassen" chosen by keys.
-        w.Select(-1);
+        w.Select({});
         w.Expect(!IsWindowEnabled(w.Control(IDD_ADDREC_MAPPING, IDC_ADDREC_PROPERTIES)), "button without a selection");
         const LPARAM at = w.RowPoint(1);
         PostMessageA(w.Mapping(), WM_RBUTTONDOWN, MK_RBUTTON, at);
         PostMessageA(w.Mapping(), WM_RBUTTONUP, 0, at);
         HWND menu = nullptr;
-        if (WaitFor([&] { return (menu = Visible(w.thread, "#32768")) != nullptr; })) {
+        if (WaitFor([&] { return (menu = Visible("#32768")) != nullptr; })) {
             Sleep(300);
-            wintest::SaveScreenshot(menu, "addrecords-114");
+            SaveScreenshot(menu, "addrecords-114");
             const auto items = reinterpret_cast<HMENU>(SendMessageA(menu, MN_GETHMENU, 0, 0));
             menuShown = GetMenuState(items, IDM_ADDREC_PROPERTIES, MF_BYCOMMAND) & MF_GRAYED ? "greyed" : "shown";
             PostMessageA(menu, WM_KEYDOWN, VK_DOWN, 0);
             PostMessageA(menu, WM_KEYDOWN, VK_RETURN, 0);
-            WaitFor([&] { return Visible(w.thread, "#32768") == nullptr; });
+            WaitFor([&] { return Visible("#32768") == nullptr; });
         }
         WaitFor([&] { return w.Cell(1, 2).empty(); }, 2000);
         // Double click on "label": a fixed value.
-        w.Select(4);
+        w.Select({4});
         w.SetFixedValue([&] { PostMessageA(w.Mapping(), WM_LBUTTONDBLCLK, MK_LBUTTON, w.RowPoint(4)); }, "fest", true);
         WaitFor([&] { return !w.Cell(4, 2).empty(); }, 2000);
         rowsSeen[1] = w.Rows();
         fixedCaption = w.Cell(4, 3);
 
-        // Back and forth with the same source table keeps the choices.
-        w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
-        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
-        rowsSeen[2] = w.Rows();
         // Nothing from the source: refused.
-        w.Select(-2);
+        w.Select({0, 1, 2, 3, 4, 5});
         PostMessageA(w.Page(IDD_ADDREC_MAPPING), WM_COMMAND, IDM_ADDREC_LEAVE_EMPTY, 0);
         WaitFor([&] { return w.Cell(0, 2).empty(); }, 2000);
         w.Refused(IDD_ADDREC_MAPPING);
-        // Another source table builds the mapping anew, and so does coming back.
+        // Another source table builds the mapping anew (the core's rule,
+        // checked natively), so it is set again through the other paths.
         w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
         w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_other");
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
         w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
         w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_src");
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
-        rowsSeen[3] = w.Rows();
         // "name" left empty through the menu's command, "label" fixed through the button.
-        w.Select(1);
+        w.Select({1});
         PostMessageA(w.Page(IDD_ADDREC_MAPPING), WM_COMMAND, IDM_ADDREC_LEAVE_EMPTY, 0);
         WaitFor([&] { return w.Cell(1, 2).empty(); }, 2000);
-        w.Select(4);
+        w.Select({4});
         WaitFor([&] { return IsWindowEnabled(w.Control(IDD_ADDREC_MAPPING, IDC_ADDREC_PROPERTIES)) != FALSE; });
         w.SetFixedValue([&] { Click(w.Page(IDD_ADDREC_MAPPING), IDC_ADDREC_PROPERTIES); }, "fest", false);
         WaitFor([&] { return !w.Cell(4, 2).empty(); }, 2000);
-        rowsSeen[4] = w.Rows();
+        rowsSeen[2] = w.Rows();
         // The last column maps an integer into a date and still passes.
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_ID_FIELDS);
         w.Shot(IDD_ADDREC_ID_FIELDS);
         w.Expect(!IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID)), "id lists enabled in add mode");
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SUMMARY);
         w.Shot(IDD_ADDREC_SUMMARY);
-        summary = wintest::ControlText(w.Page(IDD_ADDREC_SUMMARY), IDC_ADDREC_FINISH_TEXT);
+        summary = ControlText(w.Page(IDD_ADDREC_SUMMARY), IDC_ADDREC_FINISH_TEXT);
         w.Press(KORVEL_WIZARD_NEXT, 0);
     }, messages);
 
@@ -217,9 +186,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAddsThenReplaces) {
     EXPECT_EQ(rowsSeen[0], kAutomaticMapping);
     EXPECT_EQ(rowsSeen[1], kManualMapping);
     EXPECT_EQ(fixedCaption, "Fester Wert");
-    EXPECT_EQ(rowsSeen[2], kManualMapping) << "the same source table kept the choices";
-    EXPECT_EQ(rowsSeen[3], kAutomaticMapping);
-    EXPECT_EQ(rowsSeen[4], kManualMapping);
+    EXPECT_EQ(rowsSeen[2], kManualMapping);
     EXPECT_EQ(summary, "Es werden 2 Datens\xE4tze aus der Quelltabelle importiert.");
     EXPECT_EQ(messages, (std::vector<std::string>{
                             "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.",
@@ -249,7 +216,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAddsThenReplaces) {
         // An empty identifying field is told about, and the page is left all the same.
         w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID, "");
         Click(w.frame, KORVEL_WIZARD_NEXT);
-        w.Expect(AwaitMessageBox(w.thread), "no message for the empty identifying field");
+        w.Expect(AwaitMessageBox(), "no message for the empty identifying field");
         w.Expect(WaitFor([&] { return w.Showing(IDD_ADDREC_SUMMARY); }), "the empty identifying field kept the page");
         w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_ID_FIELDS);
         w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID, "id");

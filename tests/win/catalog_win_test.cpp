@@ -17,18 +17,12 @@ class CatalogBoxes : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        if (HasFatalFailure()) return;
+        if (!Ready()) return;
         const char quote = Kodbc_GetDelimiter(hdbc_);
         hidden_ = std::string(1, quote) + "USysKcWin" + quote;
-        Run("DROP TABLE kc_win_boxes");
-        Run("DROP TABLE " + hidden_);
+        OwnTables({"kc_win_boxes", hidden_});
         ASSERT_TRUE(Run("CREATE TABLE kc_win_boxes (id INTEGER NOT NULL, txt VARCHAR(10))"));
         ASSERT_TRUE(Run("CREATE TABLE " + hidden_ + " (id INTEGER)"));
-    }
-    void TearDown() override {
-        Run("DROP TABLE kc_win_boxes");
-        Run("DROP TABLE " + hidden_);
-        ConnectedTest::TearDown();
     }
     std::string hidden_;  // the system table's name, quoted for the driver
 };

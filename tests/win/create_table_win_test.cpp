@@ -20,10 +20,8 @@ constexpr char kSource[] = "kodbc_ct_source";
 constexpr char kNew[] = "kodbc_ct_new";
 
 struct Walker : wintest::WizardWalker {
-    void TypeName(const char *name) {
-        SetWindowTextA(Control(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME), name);
-    }
-    bool Enabled(int page, int id) { return IsWindowEnabled(Control(page, id)) != FALSE; }
+    void TypeName(const char *name) { Type(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME, name); }
+    bool Enabled(int page, int id) { return wintest::Enabled(Page(page), id); }
     bool Checked(int page, int id) { return SendMessageA(Control(page, id), BM_GETCHECK, 0, 0) == BST_CHECKED; }
 };
 
@@ -31,14 +29,10 @@ class CreateTableWizard : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        if (HasFatalFailure()) return;
-        for (const char *table : {kSource, kNew, "Neue_Tabelle"}) Run(std::string("DROP TABLE ") + table);
+        if (!Ready()) return;
+        OwnTables({kSource, kNew, "Neue_Tabelle"});
         ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kSource + " (Nummer INTEGER, Titel VARCHAR(30))"));
         Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kRegistryKey, 0, kSettings, "Type", 2100);
-    }
-    void TearDown() override {
-        for (const char *table : {kSource, kNew, "Neue_Tabelle"}) Run(std::string("DROP TABLE ") + table);
-        ConnectedTest::TearDown();
     }
     int Wizard(const std::string &shots, const std::function<void(Walker &)> &walk,
                std::vector<std::string> &messages) {
@@ -89,7 +83,7 @@ TEST_F(CreateTableWizard, AddressTableAfterTheNameRefusals) {
 TEST_F(CreateTableWizard, CopiedStructureIsRefusedBySqliteAndCreatesNothing) {
     std::vector<std::string> messages;
     bool errorShown = false;
-    wintest::DialogRobot error("Fehler beim ODBC-Datenbankzugriff", "", [&](HWND dialog) {
+    wintest::DialogRobot error(wintest::kErrorTitle, "", [&](HWND dialog) {
         errorShown = true;
         wintest::Click(dialog, IDC_ODBC_ERROR_CLOSE);
     }, 60000);
@@ -97,10 +91,7 @@ TEST_F(CreateTableWizard, CopiedStructureIsRefusedBySqliteAndCreatesNothing) {
         wintest::Click(w.Page(IDD_CREATETABLE_STRUCTURE), IDC_CREATETABLE_COPY);
         Sleep(200);
         w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_SOURCE);
-        w.Choose(IDD_CREATETABLE_SOURCE, IDC_CREATETABLE_SOURCE_LIST, kSource);
-        SendMessageA(w.Page(IDD_CREATETABLE_SOURCE), WM_COMMAND,
-                     MAKEWPARAM(IDC_CREATETABLE_SOURCE_LIST, LBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(w.Control(IDD_CREATETABLE_SOURCE, IDC_CREATETABLE_SOURCE_LIST)));
+        wintest::Choose(w.Page(IDD_CREATETABLE_SOURCE), IDC_CREATETABLE_SOURCE_LIST, kSource, true);
         w.Shot(IDD_CREATETABLE_SOURCE);
         w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_NAME);
         w.TypeName(kNew);

@@ -57,11 +57,11 @@ class StatementQuestion : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
+        OwnTables({"kodbc_win_probe"});
         SetDumpState(4);
     }
     void TearDown() override {
         SetDumpState(0);
-        Run("DROP TABLE kodbc_win_probe");
         ConnectedTest::TearDown();
     }
     static void SetDumpState(DWORD state) {

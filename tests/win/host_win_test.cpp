@@ -39,8 +39,8 @@ class HostProgram : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        if (HasFatalFailure()) return;
-        Run(std::string("DROP TABLE ") + kTable);
+        if (!Ready()) return;
+        OwnTables({kTable});
         ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kTable + " (Name VARCHAR(20), Ort VARCHAR(20))"));
 
         // The build names the host by its Unix path; Wine's drive Z: is the root.
@@ -63,7 +63,6 @@ protected:
             CloseHandle(process_.hProcess);
             CloseHandle(process_.hThread);
         }
-        Run(std::string("DROP TABLE ") + kTable);
         ConnectedTest::TearDown();
     }
     // Selects line `text` of a host box as a click would.

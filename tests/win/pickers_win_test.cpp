@@ -17,16 +17,10 @@
 
 namespace {
 
-using wintest::Click;
-using wintest::ControlText;
-using wintest::DialogRobot;
-using wintest::WaitFor;
+using namespace wintest;
 
 constexpr char kSourceTitle[] = "Datenquelle ausw\xE4hlen";
 constexpr char kSchemaTitle[] = "Datenbank-Schema ausw\xE4hlen";
-constexpr char kErrorTitle[] = "Fehler beim ODBC-Datenbankzugriff";
-constexpr char kMessageCaption[] = "Datenbank";
-constexpr char kKey[] = "Software\\Korvel Software\\Kodbc";
 constexpr char kSection[] = "DataSourceDialog";
 constexpr char kSqlite[] = "kodbc_sqlite";
 constexpr char kBroken[] = "kodbc_broken";  // configured, but its database cannot be opened
@@ -53,11 +47,7 @@ bool CallersBytesKept(const DataSourceRecord &record) {
 // ---------------------------------------------------------------------------
 // The remembered users in the prefix's registry, put back as they were.
 
-std::string Remembered(const char *dsn) {
-    char user[100] = {};
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, kSection, dsn, "<none>", user, sizeof user);
-    return user;
-}
+std::string Remembered(const char *dsn) { return Setting(kSection, dsn, "<none>"); }
 
 class RememberedUsers {
 public:
@@ -66,13 +56,13 @@ public:
     }
     ~RememberedUsers() {
         for (const auto &[dsn, user] : saved_) {
-            if (user == "<none>") Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, kSection, dsn.c_str());
-            else Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, kSection, dsn.c_str(), user.c_str());
+            if (user == "<none>") Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn.c_str());
+            else Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn.c_str(), user.c_str());
         }
     }
     void Set(const char *dsn, const char *user) {
-        if (user) Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, kSection, dsn, user);
-        else Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, kSection, dsn);
+        if (user) Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn, user);
+        else Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn);
     }
 
 private:
@@ -83,7 +73,7 @@ private:
 std::string SectionContents() {
     std::string all;
     HKEY key = nullptr;
-    const std::string path = std::string(kKey) + "\\" + kSection;
+    const std::string path = std::string(kSettingsKey) + "\\" + kSection;
     if (RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return all;
     for (DWORD i = 0;; ++i) {
         char name[256] = {}, data[256] = {};
@@ -99,39 +89,6 @@ std::string SectionContents() {
 
 // ---------------------------------------------------------------------------
 // Windows
-
-// A visible dialog titled `title` on `thread`, other than `except`, once it is there.
-HWND WaitForDialog(DWORD thread, const std::string &title, HWND except = nullptr) {
-    struct Search {
-        const std::string &title;
-        HWND except, found;
-    } search{title, except, nullptr};
-    WaitFor([&] {
-        EnumThreadWindows(
-            thread,
-            [](HWND window, LPARAM param) -> BOOL {
-                auto *s = reinterpret_cast<Search *>(param);
-                char cls[64] = {};
-                GetClassNameA(window, cls, sizeof cls);
-                if (window == s->except || !IsWindowVisible(window) || lstrcmpA(cls, "#32770") != 0 ||
-                    wintest::WindowText(window) != s->title)
-                    return TRUE;
-                s->found = window;
-                return FALSE;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        return search.found != nullptr;
-    });
-    return search.found;
-}
-
-DWORD ThreadOf(HWND window) { return GetWindowThreadProcessId(window, nullptr); }
-
-bool Enabled(HWND dialog, int id) { return IsWindowEnabled(GetDlgItem(dialog, id)) != FALSE; }
-
-void SetText(HWND dialog, int id, const char *text) {
-    SendMessageA(GetDlgItem(dialog, id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
-}
 
 int Entry(HWND dialog, const char *dsn) {
     return static_cast<int>(SendDlgItemMessageA(dialog, IDC_DATASOURCE_PICKER_LIST, LB_FINDSTRINGEXACT,
@@ -160,8 +117,8 @@ void ClickEntry(HWND dialog, const char *dsn, bool twice = false) {
 void PickInSourceDialog(HWND picker, const char *dsn, const char *user, const char *password = "") {
     ClickEntry(picker, dsn);
     WaitFor([&] { return Selection(picker) == Entry(picker, dsn); });
-    SetText(picker, IDC_DATASOURCE_PICKER_USER, user);
-    SetText(picker, IDC_DATASOURCE_PICKER_PASSWORD, password);
+    Type(picker, IDC_DATASOURCE_PICKER_USER, user);
+    Type(picker, IDC_DATASOURCE_PICKER_PASSWORD, password);
     Click(picker, IDC_DATASOURCE_PICKER_OK);
     WaitFor([&] { return !IsWindow(picker); });
 }
@@ -194,8 +151,8 @@ TEST(DataSourcePicker, ConfirmingFillsTheRecordAndRemembersOnlyTheUser) {
             WaitFor([&] { return ControlText(dialog, IDC_DATASOURCE_PICKER_USER) == "vorher"; });
             seen.userAfterClick = ControlText(dialog, IDC_DATASOURCE_PICKER_USER);
             seen.passwordAfterClick = ControlText(dialog, IDC_DATASOURCE_PICKER_PASSWORD);
-            SetText(dialog, IDC_DATASOURCE_PICKER_USER, "robot");
-            SetText(dialog, IDC_DATASOURCE_PICKER_PASSWORD, "geheim-123");
+            Type(dialog, IDC_DATASOURCE_PICKER_USER, "robot");
+            Type(dialog, IDC_DATASOURCE_PICKER_PASSWORD, "geheim-123");
             if (c.doubleClick) ClickEntry(dialog, kSqlite, true);
             else Click(dialog, IDC_DATASOURCE_PICKER_OK);
             WaitFor([&] { return !IsWindow(dialog); });
@@ -221,7 +178,7 @@ TEST(DataSourcePicker, AbsentDataSourceOpensOnTheFirstWithItsRememberedUser) {
     HWND probe = CreateWindowA("LISTBOX", "", WS_POPUP, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(probe, nullptr);
     Kodbc_FillDataSourcesBox(probe);
-    const std::vector<std::string> names = wintest::BoxTexts(probe);
+    const std::vector<std::string> names = BoxTexts(probe);
     DestroyWindow(probe);
     ASSERT_FALSE(names.empty());
     RememberedUsers users({names[0]});
@@ -262,7 +219,7 @@ TEST(DataSourcePicker, StaysOpenWhenTheChoiceCannotBeUsed) {
     const UnusableChoice choices[] = {
         {"nothing selected",
          [](HWND dialog) { SendDlgItemMessageA(dialog, IDC_DATASOURCE_PICKER_LIST, LB_SETCURSEL, static_cast<WPARAM>(-1), 0); },
-         kMessageCaption, false},
+         kLibraryMessageCaption, false},
         {"a data source that does not connect",
          [](HWND dialog) {
              // Chosen by sent messages: the dialog has filled the user field
@@ -271,7 +228,7 @@ TEST(DataSourcePicker, StaysOpenWhenTheChoiceCannotBeUsed) {
              SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(Entry(dialog, kBroken)), 0);
              SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDC_DATASOURCE_PICKER_LIST, LBN_SELCHANGE),
                           reinterpret_cast<LPARAM>(list));
-             SetText(dialog, IDC_DATASOURCE_PICKER_USER, "versuch");
+             Type(dialog, IDC_DATASOURCE_PICKER_USER, "versuch");
          },
          kErrorTitle, true},
     };
@@ -281,7 +238,7 @@ TEST(DataSourcePicker, StaysOpenWhenTheChoiceCannotBeUsed) {
         DataSourceRecord record = Record(kSqlite);
         const DataSourceRecord before = record;
         bool brokenListed = false, popupShown = false, stayedOpen = false;
-        wintest::MessageBoxAnswerer answerer(kMessageCaption, IDOK);
+        MessageBoxAnswerer answerer(kLibraryMessageCaption, IDOK);
         DialogRobot robot(kSourceTitle, "", [&](HWND dialog) {
             brokenListed = Entry(dialog, kBroken) != LB_ERR;
             if (!brokenListed) {
@@ -290,7 +247,7 @@ TEST(DataSourcePicker, StaysOpenWhenTheChoiceCannotBeUsed) {
             }
             c.choose(dialog);
             Click(dialog, IDC_DATASOURCE_PICKER_OK);
-            HWND popup = WaitForDialog(ThreadOf(dialog), c.popupTitle, dialog);
+            HWND popup = AwaitDialog(c.popupTitle, dialog);
             popupShown = popup != nullptr;
             if (popup && c.robotClosesPopup) Click(popup, IDC_ODBC_ERROR_CLOSE);
             WaitFor([&] { return !IsWindow(popup); });
@@ -324,7 +281,7 @@ TEST(DataSourcePicker, StaysOpenWhenTheChoiceCannotBeUsed) {
 // ---------------------------------------------------------------------------
 // Dialog 10056 on SQLite, which has no schemata: the text is typed.
 
-class SchemaPicker : public wintest::ConnectedTest {};
+class SchemaPicker : public ConnectedTest {};
 
 TEST_F(SchemaPicker, TakesTheTypedTextOnlyOnOk) {
     const struct {
@@ -339,7 +296,7 @@ TEST_F(SchemaPicker, TakesTheTypedTextOnlyOnOk) {
         std::string shown = "<unread>";
         DialogRobot robot(kSchemaTitle, c.shot, [&](HWND dialog) {
             shown = ControlText(dialog, IDC_SCHEMA_PICKER_BOX);
-            SetText(dialog, IDC_SCHEMA_PICKER_BOX, "mein_schema");
+            Type(dialog, IDC_SCHEMA_PICKER_BOX, "mein_schema");
             Click(dialog, c.button);
         });
         const int result = Kodbc_SelectDbaseSchema(nullptr, hdbc_, schema, 0, 0);
@@ -352,181 +309,118 @@ TEST_F(SchemaPicker, TakesTheTypedTextOnlyOnOk) {
 }
 
 // ---------------------------------------------------------------------------
-// Dialog 10060 on SQLite: no schemata, so the schema controls stay disabled.
+// Dialog 10060 on SQLite, which has no schemata (the schema controls stay
+// disabled), and on PostgreSQL, which has them (one is picked from the list).
+// Either way another data source clears the schema; OK hands the choice
+// back, "Abbrechen" leaves the caller's record and schema alone.
 
-class SourceAndSchemaOnSqlite : public wintest::ConnectedTest {};
+struct Target {
+    const char *dsn;
+    const char *title;  // the caller's; null: the template's
+    const char *user, *pickedUser;
+    bool schemata;
+    int ending;
+    const char *shot;
+};
 
-TEST_F(SourceAndSchemaOnSqlite, SchemaDisabledAndClearedByAnotherChoice) {
-    const unsigned usage = Kodbc_GetSchemaUsage(hdbc_);
-    EXPECT_EQ(usage, 0u) << "the SQLite driver reports no schema usage";
-    const struct {
-        int button;
-        int result;
-    } endings[] = {{IDC_SOURCE_SCHEMA_OK, 1}, {IDC_SOURCE_SCHEMA_CANCEL, 2}};
-    for (const auto &e : endings) {
-        SCOPED_TRACE(e.button == IDC_SOURCE_SCHEMA_OK ? "OK" : "Abbrechen");
-        RememberedUsers users({kSqlite});
-        DataSourceRecord record = Record(kSqlite, "anna", "pw");
-        const DataSourceRecord before = record;
-        char schema[100] = "alt_schema";
-        struct {
-            std::string dsn, user, schema, schemaAfter, userAfter;
-            bool enabled[3] = {true, true, true};
-        } seen;
-        DialogRobot robot("Ziel w\xE4hlen", e.result == 1 ? "pickers-10060" : "", [&](HWND dialog) {
-            seen.dsn = ControlText(dialog, IDC_SOURCE_SCHEMA_DSN);
-            seen.user = ControlText(dialog, IDC_SOURCE_SCHEMA_USER);
-            seen.schema = ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
-            int i = 0;
-            for (int id : {IDC_SOURCE_SCHEMA_SCHEMA_LABEL, IDC_SOURCE_SCHEMA_SCHEMA, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA})
-                seen.enabled[i++] = Enabled(dialog, id);
-            Click(dialog, IDC_SOURCE_SCHEMA_CHOOSE_DSN);
-            if (HWND picker = WaitForDialog(ThreadOf(dialog), kSourceTitle)) PickInSourceDialog(picker, kSqlite, "bert");
-            WaitFor([&] { return ControlText(dialog, IDC_SOURCE_SCHEMA_USER) == "bert"; });
-            seen.userAfter = ControlText(dialog, IDC_SOURCE_SCHEMA_USER);
-            seen.schemaAfter = ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
-            Click(dialog, e.button);
-        });
-        const int result = Kodbc_DataSourceAndSchemaDialog(nullptr, &record, schema, sizeof schema, "Ziel w\xE4hlen");
-        robot.Join();
-
-        ASSERT_TRUE(robot.Found()) << "dialog 10060 with the caller's title never appeared";
-        EXPECT_EQ(seen.dsn, kSqlite);
-        EXPECT_EQ(seen.user, "anna");
-        EXPECT_EQ(seen.schema, "alt_schema");
-        for (bool enabled : seen.enabled) EXPECT_EQ(enabled, usage > 0);
-        EXPECT_EQ(seen.userAfter, "bert");
-        EXPECT_EQ(seen.schemaAfter, "") << "another data source clears the schema";
-        EXPECT_EQ(result, e.result);
-        if (e.result == 1) {
-            EXPECT_STREQ(record.UserId, "bert");
-            EXPECT_TRUE(CallersBytesKept(record));
-            EXPECT_STREQ(schema, "");
-        } else {
-            EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0);
-            EXPECT_STREQ(schema, "alt_schema");
-        }
-    }
-}
-
-// ---------------------------------------------------------------------------
-// Dialogs 10060 and 10056 on PostgreSQL, which has schemata.
-
-// Whether kodbc_pg answers, asked past the library so that no error is shown.
-bool PostgresAnswers() {
-    SQLHENV env = nullptr;
-    SQLHDBC dbc = nullptr;
-    bool ok = SQL_SUCCEEDED(SQLAllocEnv(&env)) && SQL_SUCCEEDED(SQLAllocConnect(env, &dbc)) &&
-              SQL_SUCCEEDED(SQLConnect(dbc, reinterpret_cast<SQLCHAR *>(const_cast<char *>(kPg)), SQL_NTS, nullptr, 0,
-                                       nullptr, 0));
-    if (ok) SQLDisconnect(dbc);
-    if (dbc) SQLFreeConnect(dbc);
-    if (env) SQLFreeEnv(env);
-    return ok;
-}
-
-class SourceAndSchemaOnPostgres : public ::testing::Test {
+class SourceAndSchema : public ConnectedTest, public ::testing::WithParamInterface<Target> {
 protected:
+    std::string Dsn() const override { return GetParam().dsn; }
     void SetUp() override {
-        if (!PostgresAnswers()) GTEST_SKIP() << kPg << " cannot be connected (no servers in this run)";
-        DataSourceRecord record = Record(kPg);
-        ASSERT_EQ(Kodbc_ConnectDataSource(&record, &henv_, &hdbc_), KODBC_CONNECTED);
-        Run(std::string("DROP SCHEMA IF EXISTS ") + kPgSchema + " CASCADE");
+        ConnectedTest::SetUp();
+        if (!Ready() || !GetParam().schemata) return;
+        OwnTables({std::string("SCHEMA ") + kPgSchema + " CASCADE"});
         ASSERT_TRUE(Run(std::string("CREATE SCHEMA ") + kPgSchema));
         ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kPgSchema + ".t (id INTEGER)"));
     }
-    void TearDown() override {
-        if (hdbc_) Run(std::string("DROP SCHEMA IF EXISTS ") + kPgSchema + " CASCADE");
-        Kodbc_DisconnectDataSource(&henv_, &hdbc_);
-    }
-    bool Run(const std::string &sql) {
-        SQLHSTMT stmt = nullptr;
-        if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc_, &stmt))) return false;
-        const bool ok = SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS));
-        SQLFreeStmt(stmt, SQL_DROP);
-        return ok;
-    }
-    // Sessions on the test database, this fixture's own included.
+    // Sessions on the test database, this fixture's own included (PostgreSQL).
     long Sessions() {
-        SQLHSTMT stmt = nullptr;
-        long count = -1;
-        if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc_, &stmt))) return count;
-        static char sql[] = "SELECT count(*) FROM pg_stat_activity WHERE datname = current_database()";
-        SQLINTEGER value = 0;
-        if (SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(sql), SQL_NTS)) &&
-            SQL_SUCCEEDED(SQLFetch(stmt)) && SQL_SUCCEEDED(SQLGetData(stmt, 1, SQL_C_SLONG, &value, 0, nullptr)))
-            count = value;
-        SQLFreeStmt(stmt, SQL_DROP);
-        return count;
+        const auto rows = Query("SELECT count(*) FROM pg_stat_activity WHERE datname = current_database()");
+        return rows.empty() ? -1 : std::stol(rows[0]);
     }
-    SQLHENV henv_ = nullptr;
-    SQLHDBC hdbc_ = nullptr;
 };
 
 // In an open dialog 10056: picks kPgSchema from the list.
-bool PickListedSchema(HWND dialog) {
-    HWND picker = WaitForDialog(ThreadOf(dialog), kSchemaTitle);
+bool PickListedSchema() {
+    HWND picker = AwaitDialog(kSchemaTitle);
     if (!picker) return false;
-    HWND box = GetDlgItem(picker, IDC_SCHEMA_PICKER_BOX);
-    const LRESULT index = SendMessageA(box, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(kPgSchema));
-    if (index == CB_ERR) {
+    if (!Choose(picker, IDC_SCHEMA_PICKER_BOX, kPgSchema)) {
         Click(picker, IDC_SCHEMA_PICKER_CANCEL);
         return false;
     }
-    SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
     Click(picker, IDC_SCHEMA_PICKER_OK);
     return WaitFor([&] { return !IsWindow(picker); });
 }
 
-TEST_F(SourceAndSchemaOnPostgres, SchemaPickedFromTheListAndClearedByAnotherChoice) {
-    ASSERT_GT(Kodbc_GetSchemaUsage(hdbc_), 0u);
-    const struct {
-        int button;
-        int result;
-    } endings[] = {{IDC_SOURCE_SCHEMA_OK, 1}, {IDC_SOURCE_SCHEMA_CANCEL, 2}};
-    for (const auto &e : endings) {
-        SCOPED_TRACE(e.button == IDC_SOURCE_SCHEMA_OK ? "OK" : "Abbrechen");
-        RememberedUsers users({kPg});
-        DataSourceRecord record = Record(kPg);
-        char schema[6] = "alt";  // the result is cut to the caller's size
-        const long sessions = Sessions();
-        struct {
-            std::string title, picked, afterChoice, finalSchema;
-            bool enabled = false, enabledAfterChoice = false;
-            long sessionsWhileOpen = -1;
-        } seen;
-        DialogRobot robot(kSourceTitle, e.result == 1 ? "pickers-10060-pg" : "", [&](HWND dialog) {
-            seen.title = wintest::WindowText(dialog);
-            seen.sessionsWhileOpen = Sessions();
-            seen.enabled = Enabled(dialog, IDC_SOURCE_SCHEMA_SCHEMA_LABEL) && Enabled(dialog, IDC_SOURCE_SCHEMA_SCHEMA) &&
-                           Enabled(dialog, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA);
+TEST_P(SourceAndSchema, SchemaControlsFollowTheDatabaseAndAnotherChoiceClearsTheSchema) {
+    const Target &t = GetParam();
+    EXPECT_EQ(Kodbc_GetSchemaUsage(hdbc_) > 0, t.schemata);
+    RememberedUsers users({t.dsn});
+    DataSourceRecord record = Record(t.dsn, t.user, "");
+    const DataSourceRecord before = record;
+    char schema[6] = "alt";  // the result is cut to the caller's size
+    const long sessions = t.schemata ? Sessions() : 0;
+    struct {
+        std::string shown, picked, afterChoice, finalSchema;
+        bool enabled[3] = {}, enabledAfterChoice = false;
+        long sessionsWhileOpen = 0;
+    } seen;
+    DialogRobot robot(t.title ? t.title : kSourceTitle, t.shot, [&](HWND dialog) {
+        if (t.schemata) seen.sessionsWhileOpen = Sessions();
+        seen.shown = ControlText(dialog, IDC_SOURCE_SCHEMA_DSN) + "|" + ControlText(dialog, IDC_SOURCE_SCHEMA_USER) +
+                     "|" + ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
+        int i = 0;
+        for (int id : {IDC_SOURCE_SCHEMA_SCHEMA_LABEL, IDC_SOURCE_SCHEMA_SCHEMA, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA})
+            seen.enabled[i++] = Enabled(dialog, id);
+        if (t.schemata) {
             Click(dialog, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA);
-            if (PickListedSchema(dialog)) seen.picked = ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
-            Click(dialog, IDC_SOURCE_SCHEMA_CHOOSE_DSN);
-            if (HWND picker = WaitForDialog(ThreadOf(dialog), kSourceTitle, dialog)) PickInSourceDialog(picker, kPg, "");
-            WaitFor([&] { return ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA).empty(); });
-            seen.afterChoice = ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
-            seen.enabledAfterChoice = Enabled(dialog, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA);
+            if (PickListedSchema()) seen.picked = ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
+        }
+        Click(dialog, IDC_SOURCE_SCHEMA_CHOOSE_DSN);
+        if (HWND picker = AwaitDialog(kSourceTitle, dialog)) PickInSourceDialog(picker, t.dsn, t.pickedUser);
+        WaitFor([&] { return ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA).empty(); });
+        seen.afterChoice = ControlText(dialog, IDC_SOURCE_SCHEMA_USER) + "|" + ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
+        seen.enabledAfterChoice = Enabled(dialog, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA);
+        if (t.schemata) {
             Click(dialog, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA);
-            PickListedSchema(dialog);
-            seen.finalSchema = ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
-            Click(dialog, e.button);
-        });
-        const int result = Kodbc_DataSourceAndSchemaDialog(nullptr, &record, schema, sizeof schema, nullptr);
-        robot.Join();
+            PickListedSchema();
+        }
+        seen.finalSchema = ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA);
+        Click(dialog, t.ending);
+    });
+    const int result = Kodbc_DataSourceAndSchemaDialog(nullptr, &record, schema, sizeof schema, t.title);
+    robot.Join();
 
-        ASSERT_TRUE(robot.Found());
-        EXPECT_EQ(seen.title, kSourceTitle) << "no title given: the template's";
-        EXPECT_EQ(seen.sessionsWhileOpen, sessions + 1) << "the dialog holds a connection of its own";
-        EXPECT_TRUE(seen.enabled);
+    ASSERT_TRUE(robot.Found()) << "dialog 10060 never appeared";
+    EXPECT_EQ(seen.shown, std::string(t.dsn) + "|" + t.user + "|alt");
+    for (bool enabled : seen.enabled) EXPECT_EQ(enabled, t.schemata);
+    EXPECT_EQ(seen.afterChoice, std::string(t.pickedUser) + "|") << "another data source clears the schema";
+    EXPECT_EQ(seen.enabledAfterChoice, t.schemata);
+    EXPECT_EQ(seen.finalSchema, t.schemata ? kPgSchema : "");
+    if (t.schemata) {
         EXPECT_EQ(seen.picked, kPgSchema);
-        EXPECT_EQ(seen.afterChoice, "") << "another data source clears the schema";
-        EXPECT_TRUE(seen.enabledAfterChoice);
-        EXPECT_EQ(seen.finalSchema, kPgSchema);
-        EXPECT_EQ(result, e.result);
-        EXPECT_STREQ(schema, e.result == 1 ? "kodbc" : "alt");
+        EXPECT_EQ(seen.sessionsWhileOpen, sessions + 1) << "the dialog holds a connection of its own";
         EXPECT_TRUE(WaitFor([&] { return Sessions() == sessions; })) << "its connection ends with the dialog";
     }
+    if (t.ending == IDC_SOURCE_SCHEMA_OK) {
+        EXPECT_EQ(result, 1);
+        EXPECT_STREQ(record.UserId, t.pickedUser);
+        EXPECT_TRUE(CallersBytesKept(record));
+        EXPECT_STREQ(schema, t.schemata ? "kodbc" : "");
+    } else {
+        EXPECT_EQ(result, 2);
+        EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0);
+        EXPECT_STREQ(schema, "alt");
+    }
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    DataSources, SourceAndSchema,
+    ::testing::Values(Target{kSqlite, "Ziel w\xE4hlen", "anna", "bert", false, IDC_SOURCE_SCHEMA_OK, "pickers-10060"},
+                      Target{kPg, nullptr, "", "", true, IDC_SOURCE_SCHEMA_OK, "pickers-10060-pg"},
+                      Target{kPg, nullptr, "", "", true, IDC_SOURCE_SCHEMA_CANCEL, ""}),
+    [](const ::testing::TestParamInfo<Target> &info) {
+        return std::string(info.param.dsn + 6) + (info.param.ending == IDC_SOURCE_SCHEMA_OK ? "Ok" : "Cancel");
+    });
 
 } // namespace

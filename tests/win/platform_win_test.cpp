@@ -103,6 +103,7 @@ TEST(PlatformRegistry, NumbersStringsAndDeletion) {
 }
 
 TEST(PlatformRegistry, CurrentUserBeforeLocalMachine) {
+    Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Beide", "Wert");  // left by an earlier run in this prefix
     ASSERT_EQ(Korvel_WriteRegistryString(HKEY_LOCAL_MACHINE, kKey, 0, "Beide", "Wert", "maschine"), 1);
     char text[32];
     Korvel_ReadStringFromHKCUorHKLM(kKey, "Beide", "Wert", "vorgabe", text, sizeof text);

@@ -1,5 +1,8 @@
 #include "robot.h"
 
+#include "frame/diagnostics_dialog_ids.h"
+
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -12,6 +15,7 @@ namespace {
 
 constexpr int kPollMs = 50;
 constexpr int kPaintMs = 400;
+constexpr int kSettleMs = 300;  // a window that just came up, or a text just typed, is painted
 // Robots whose action is running: the windows they drive may stay open as
 // long as the action needs (its waits are bounded), so the watchdog waits.
 std::atomic<int> g_acting{0};
@@ -104,6 +108,195 @@ bool WaitFor(const std::function<bool()> &condition, int timeoutMs) {
         Sleep(kPollMs);
     }
     return true;
+}
+
+bool Enabled(HWND dialog, int controlId) { return IsWindowEnabled(GetDlgItem(dialog, controlId)) != FALSE; }
+
+void Type(HWND dialog, int controlId, const std::string &text) {
+    HWND control = GetDlgItem(dialog, controlId);
+    char cls[32] = {};
+    GetClassNameA(control, cls, sizeof cls);
+    if (lstrcmpiA(cls, "Edit") != 0) {
+        SetWindowTextA(control, text.c_str());
+        return;
+    }
+    SendMessageA(control, EM_SETSEL, 0, -1);
+    SendMessageA(control, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+namespace {
+
+// Selects line `index` (-1: none) of a list or combo box, notifying the dialog when asked.
+void SelectLine(HWND dialog, int controlId, bool combo, LRESULT index, bool notify) {
+    HWND box = GetDlgItem(dialog, controlId);
+    SendMessageA(box, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    if (notify && index >= 0)
+        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(controlId, combo ? CBN_SELCHANGE : LBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(box));
+}
+
+bool IsComboBox(HWND box) {
+    char cls[32] = {};
+    GetClassNameA(box, cls, sizeof cls);
+    return lstrcmpiA(cls, "ComboBox") == 0;
+}
+
+} // namespace
+
+bool Choose(HWND dialog, int controlId, const std::string &text, bool notify) {
+    HWND box = GetDlgItem(dialog, controlId);
+    const bool combo = IsComboBox(box);
+    LRESULT index = -1;
+    if (!text.empty())
+        index = SendMessageA(box, combo ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                             reinterpret_cast<LPARAM>(text.c_str()));
+    SelectLine(dialog, controlId, combo, index, notify);
+    return text.empty() || index >= 0;
+}
+
+bool ChooseData(HWND dialog, int controlId, LPARAM data, bool notify) {
+    HWND box = GetDlgItem(dialog, controlId);
+    const bool combo = IsComboBox(box);
+    const int count = static_cast<int>(SendMessageA(box, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+        if (SendMessageA(box, combo ? CB_GETITEMDATA : LB_GETITEMDATA, static_cast<WPARAM>(i), 0) != data) continue;
+        SelectLine(dialog, controlId, combo, i, notify);
+        return true;
+    }
+    return false;
+}
+
+std::string ListViewCell(HWND list, int row, int column) {
+    char text[200] = {};
+    LVITEMA item = {};
+    item.iSubItem = column;
+    item.pszText = text;
+    item.cchTextMax = sizeof text;
+    SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    return text;
+}
+
+std::vector<std::string> ListViewRows(HWND list, int columns) {
+    if (columns < 0) columns = static_cast<int>(SendMessageA(ListView_GetHeader(list), HDM_GETITEMCOUNT, 0, 0));
+    std::vector<std::string> rows;
+    const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row) {
+        std::string line;
+        for (int column = 0; column < columns; ++column) line += (column ? "|" : "") + ListViewCell(list, row, column);
+        rows.push_back(line);
+    }
+    return rows;
+}
+
+std::vector<std::string> ListViewColumn(HWND list, int column) {
+    std::vector<std::string> cells;
+    const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row) cells.push_back(ListViewCell(list, row, column));
+    return cells;
+}
+
+std::vector<int> SelectedRows(HWND list) {
+    std::vector<int> rows;
+    for (int row = -1; (row = static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row),
+                                                             LVNI_SELECTED))) >= 0;)
+        rows.push_back(row);
+    return rows;
+}
+
+void SelectRows(HWND list, const std::vector<int> &rows) {
+    LVITEMA item = {};
+    item.stateMask = LVIS_SELECTED;
+    SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+    item.state = LVIS_SELECTED;
+    for (int row : rows)
+        SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
+void DragRow(HWND list, int from, int to) {
+    HWND parent = GetParent(list);
+    const int id = GetDlgCtrlID(list);
+    NMLISTVIEW begin = {};
+    begin.hdr = {list, static_cast<UINT_PTR>(id), LVN_BEGINDRAG};
+    begin.iItem = from;
+    SendMessageA(parent, WM_NOTIFY, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(&begin));
+    RECT target = {};
+    target.left = LVIR_BOUNDS;
+    SendMessageA(list, LVM_GETITEMRECT, static_cast<WPARAM>(to), reinterpret_cast<LPARAM>(&target));
+    POINT at = {target.left + 5, (target.top + target.bottom) / 2};
+    MapWindowPoints(list, parent, &at, 1);
+    PostMessageA(parent, WM_LBUTTONUP, 0, MAKELPARAM(at.x, at.y));
+}
+
+namespace {
+
+struct VisibleSearch {
+    const char *cls, *text;
+    HWND except;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK FindVisible(HWND window, LPARAM param) {
+    auto *search = reinterpret_cast<VisibleSearch *>(param);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    char cls[64] = {};
+    if (process != GetCurrentProcessId() || window == search->except || !IsWindowVisible(window) ||
+        !GetClassNameA(window, cls, sizeof cls) || lstrcmpA(cls, search->cls) != 0)
+        return TRUE;
+    if (search->text && WindowText(window) != search->text) return TRUE;
+    search->found = window;
+    return FALSE;
+}
+
+} // namespace
+
+HWND Visible(const char *cls, const char *text, HWND except) {
+    VisibleSearch search{cls, text, except};
+    EnumWindows(FindVisible, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+HWND AwaitDialog(const std::string &title, HWND except, int timeoutMs) {
+    HWND found = nullptr;
+    WaitFor([&] { return (found = Visible("#32770", title.c_str(), except)) != nullptr; }, timeoutMs);
+    return found;
+}
+
+std::string AnswerBox(int button, const std::string &shot) {
+    HWND box = AwaitDialog(kLibraryMessageCaption);
+    if (!box) return "<none>";
+    Sleep(kSettleMs);
+    const std::string text = ControlText(box, 0xFFFF);  // a message box's text has no id of its own
+    if (!shot.empty()) SaveScreenshot(box, shot);
+    PostMessageA(GetDlgItem(box, button), BM_CLICK, 0, 0);
+    WaitFor([&] { return !IsWindow(box); });
+    return text;
+}
+
+std::string CloseErrorDisplay() {
+    HWND error = AwaitDialog(kErrorTitle);
+    if (!error) return "<none>";
+    const std::string statement = ControlText(error, IDC_ODBC_ERROR_STATEMENT);
+    Click(error, IDC_ODBC_ERROR_CLOSE);
+    WaitFor([&] { return !IsWindow(error); });
+    return statement;
+}
+
+bool ChooseFile(const std::string &title, const std::string &path, std::string *offered) {
+    HWND dialog = AwaitDialog(title);
+    if (!dialog) return false;
+    Sleep(kSettleMs);
+    // The file name is typed into cmb13 where the system's dialog has one, else into edt1.
+    const int nameId = GetDlgItem(dialog, 0x47c) ? 0x47c : 0x480;
+    if (offered) *offered = ControlText(dialog, nameId);
+    SetDlgItemTextA(dialog, nameId, path.c_str());
+    Click(dialog, IDOK);
+    return WaitFor([&] { return !IsWindow(dialog); });
+}
+
+std::string NoticeText() {
+    HWND notice = Visible("KorvelTempWind");
+    return notice ? WindowText(notice) : std::string();
 }
 
 std::string SaveScreenshot(HWND window, const std::string &name) {

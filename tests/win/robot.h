@@ -38,6 +38,52 @@ HWND FocusOf(DWORD thread);
 // it held.
 bool WaitFor(const std::function<bool()> &condition, int timeoutMs = 5000);
 
+// The caption of the library's message boxes, and the title of its error
+// display.
+inline constexpr char kLibraryMessageCaption[] = "Datenbank";
+inline constexpr char kErrorTitle[] = "Fehler beim ODBC-Datenbankzugriff";
+
+bool Enabled(HWND dialog, int controlId);
+// Types into a control as a user would: an edit field's text selected and
+// replaced (a multi-line field then sends its change notice, which it
+// leaves out for WM_SETTEXT), any other control's text set.
+void Type(HWND dialog, int controlId, const std::string &text);
+// Selects the line of a list or combo box whose text is `text` (empty: no
+// line) or whose item data is `data`; with `notify` the dialog hears of it
+// as of a click. False when there is no such line.
+bool Choose(HWND dialog, int controlId, const std::string &text, bool notify = false);
+bool ChooseData(HWND dialog, int controlId, LPARAM data, bool notify = false);
+
+// Report list views: a cell's text, every row with its cells joined by "|"
+// (the first `columns`, or all), one column top to bottom, the selected
+// rows, exactly `rows` selected (as a click and Ctrl+clicks would), and a
+// row dragged onto another as the mouse would (the list's notice that a
+// drag begins, then the button released over the target).
+std::string ListViewCell(HWND list, int row, int column);
+std::vector<std::string> ListViewRows(HWND list, int columns = -1);
+std::vector<std::string> ListViewColumn(HWND list, int column);
+std::vector<int> SelectedRows(HWND list);
+void SelectRows(HWND list, const std::vector<int> &rows);
+void DragRow(HWND list, int from, int to);
+
+// A visible top-level window of this process of class `cls` (and text,
+// unless null) other than `except`; null while there is none.
+HWND Visible(const char *cls, const char *text = nullptr, HWND except = nullptr);
+// Waits for a visible dialog of this process titled `title` other than
+// `except`; null when none came.
+HWND AwaitDialog(const std::string &title, HWND except = nullptr, int timeoutMs = 10000);
+// Answers the library's next message box with `button`, photographed first
+// as `shot` unless that is empty; its text, "<none>" when none came.
+std::string AnswerBox(int button = IDOK, const std::string &shot = {});
+// Closes the error display of a failed statement; the statement it showed,
+// "<none>" when none came.
+std::string CloseErrorDisplay();
+// Picks `path` in the system's file dialog titled `title`; `offered` gets
+// the name it offered first. False when it never came or did not close.
+bool ChooseFile(const std::string &title, const std::string &path, std::string *offered = nullptr);
+// The notice the library shows for a while (empty while there is none).
+std::string NoticeText();
+
 // Saves what the window shows as <dir>/<name>.bmp, dir from the environment
 // variable KODBC_SCREENSHOT_DIR (else the working directory). Returns the
 // file written, empty on failure.

@@ -9,10 +9,10 @@ class RowSetControls : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        if (HasFatalFailure()) return;
+        if (!Ready()) return;
         INITCOMMONCONTROLSEX init{sizeof init, ICC_LISTVIEW_CLASSES};
         InitCommonControlsEx(&init);
-        Run("DROP TABLE kw_rowset");
+        OwnTables({"kw_rowset"});
         ASSERT_TRUE(Run("CREATE TABLE kw_rowset (id INTEGER, name VARCHAR(20), city VARCHAR(20))"));
         ASSERT_TRUE(Run("INSERT INTO kw_rowset VALUES (7, 'Meier', 'Koeln')"));
         ASSERT_TRUE(Run("INSERT INTO kw_rowset VALUES (12, 'Schulz', NULL)"));
@@ -28,7 +28,6 @@ protected:
     }
     void TearDown() override {
         if (view_) DestroyWindow(view_);
-        Run("DROP TABLE kw_rowset");
         ConnectedTest::TearDown();
     }
     std::string Cell(int row, int column) {

@@ -9,23 +9,15 @@
 #include <korvel/korvel32.h>
 
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
 
-using wintest::Click;
-using wintest::DialogRobot;
-using wintest::WaitFor;
+using namespace wintest;
 
 constexpr char kTitle[] = "Bedingungen eingeben";
 constexpr char kFields[] = "Ort\t12\tUmsatz\t8\tDatum\t9";
-constexpr char kKey[] = "Software\\Korvel Software\\Kodbc";
-constexpr int kFileNameEdit = 0x480;   // edt1 of the system's file dialogs
-constexpr int kFileNameCombo = 0x47c;  // cmb13, where the system has one
-
-DWORD ThreadOf(HWND window) { return GetWindowThreadProcessId(window, nullptr); }
 
 constexpr OpDescDialogItem kSecondRow = {IDC_SELEDIT_G1R2_FIELD, IDC_SELEDIT_G1R2_OPERATION, IDC_SELEDIT_G1R2_VALUE};
 constexpr OpDescDialogItem kThirdGroup = {IDC_SELEDIT_G3_FIELD, IDC_SELEDIT_G3_OPERATION, IDC_SELEDIT_G3_VALUE};
@@ -36,53 +28,24 @@ constexpr OpDescDialogItem kFourthGroup = {IDC_SELEDIT_G4_FIELD, IDC_SELEDIT_G4_
 void Type(HWND dialog, const OpDescDialogItem &row, const char *field, LPARAM code, const char *value) {
     SetDlgItemTextA(dialog, row.FieldId, field);
     HWND box = GetDlgItem(dialog, row.OperatorId);
-    const auto lines = wintest::BoxLines(box);
+    const auto lines = BoxLines(box);
     for (std::size_t i = 0; i < lines.size(); ++i)
         if (lines[i].data == code) SendMessageA(box, CB_SETCURSEL, i, 0);
     SetDlgItemTextA(dialog, row.ValueId, value);
 }
 
-// Answers the file dialog titled `title` with path; `shown` gets the name
-// it offered first. False when it never came or did not close.
-bool AnswerFileDialog(DWORD thread, const char *title, const std::string &path, std::string *shown = nullptr) {
-    HWND dialog = nullptr;
-    if (!WaitFor([&] { return (dialog = wintest::Visible(thread, "#32770", title)) != nullptr; })) return false;
-    Sleep(300);
-    const int nameId = GetDlgItem(dialog, kFileNameCombo) ? kFileNameCombo : kFileNameEdit;
-    if (shown) *shown = wintest::ControlText(dialog, nameId);
-    SetDlgItemTextA(dialog, nameId, path.c_str());
-    Click(dialog, IDOK);
-    return WaitFor([&] { return !IsWindow(dialog); });
-}
-
-std::string Remembered() {
-    char value[KORVEL_FILE_NAME_SIZE] = {};
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, "Settings", "SelectMaskFile", "", value, sizeof value);
-    return value;
-}
-
 class SelectionEditor : public ::testing::Test {
 protected:
     void SetUp() override {
-        char dir[MAX_PATH] = {};
-        GetTempPathA(MAX_PATH, dir);
-        dir_ = dir;
-        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Settings", "SelectMaskFile");
+        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, "Settings", "SelectMaskFile");
     }
     void TearDown() override {
         for (const std::string &file : files_) DeleteFileA(file.c_str());
-        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Settings", "SelectMaskFile");
+        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, "Settings", "SelectMaskFile");
     }
-    std::string TempFile(const char *name) {
-        files_.push_back(dir_ + name);
-        DeleteFileA(files_.back().c_str());
+    std::string OwnFile(const char *name) {
+        files_.push_back(TempFile(name));
         return files_.back();
-    }
-    static std::string Bytes(const std::string &path) {
-        std::ifstream in(path, std::ios::binary);
-        std::ostringstream text;
-        text << in.rdbuf();
-        return text.str();
     }
     static void Write(const std::string &path, const std::string &bytes) {
         std::ofstream(path, std::ios::binary) << bytes;
@@ -102,7 +65,6 @@ protected:
         return buffer;
     }
 
-    std::string dir_;
     std::vector<std::string> files_;
 };
 
@@ -123,7 +85,7 @@ TEST_F(SelectionEditor, FocusesTheFirstEmptyControlAndCancelKeepsTheBuffer) {
         int focused = 0;  // the control, or the combo box whose edit field has the focus
         const int result = Edit(buffer, [&](HWND dialog) {
             HWND focus = nullptr;
-            WaitFor([&] { return (focus = wintest::FocusOf(ThreadOf(dialog))) != nullptr; });
+            WaitFor([&] { return (focus = FocusOf(GetWindowThreadProcessId(dialog, nullptr))) != nullptr; });
             focused = GetParent(focus) == dialog ? GetDlgCtrlID(focus) : GetDlgCtrlID(GetParent(focus));
             Type(dialog, kFourthGroup, "Umsatz", OPDESC_OP_GREATER, "7");
             Click(dialog, IDC_SELEDIT_CANCEL);
@@ -161,45 +123,44 @@ TEST_F(SelectionEditor, RefusesABufferBelowTenBytes) {
 }
 
 TEST_F(SelectionEditor, SavesLoadsAndRefusesMasks) {
-    const std::string saved = TempFile("kodbc_seleditor_saved.sms");
-    const std::string native = TempFile("kodbc_seleditor_native.sms");
-    const std::string lower = TempFile("kodbc_seleditor_lower.sms");
+    const std::string saved = OwnFile("kodbc_seleditor_saved.sms");
+    const std::string native = OwnFile("kodbc_seleditor_native.sms");
+    const std::string lower = OwnFile("kodbc_seleditor_lower.sms");
     ASSERT_EQ(Kodbc_SaveSelectionMask(native.c_str(), "Umsatz\tGT\t5\t8\n\v\v\vDatum\tEQ\t1.1.2024\t9\n\v"), 1);
     Write(lower, "korvel-smsOrt\tEQ\tBonn\t12\n\v\v\v\v");
 
-    wintest::MessageBoxAnswerer answerer("Datenbank", IDOK, "seleditor-1649");
+    MessageBoxAnswerer answerer("Datenbank", IDOK, "seleditor-1649");
     std::vector<char> buffer = Buffer("Ort\tEQ\tBonn\t12\n\v\v\v\v");
     bool answered[3] = {};
     std::string offered;
     const int result = Edit(buffer, [&](HWND dialog) {
-        const DWORD thread = ThreadOf(dialog);
         Click(dialog, IDC_SELEDIT_SAVE);
-        answered[0] = AnswerFileDialog(thread, "Selektion speichern", saved);
+        answered[0] = ChooseFile("Selektion speichern", saved);
 
         // The file's line replaces the first row's; the second row keeps
         // what it shows, since the file's first group has one line only.
         Type(dialog, kSecondRow, "Ort", OPDESC_OP_NOT_EQUAL, "K\xF6ln");
         Click(dialog, IDC_SELEDIT_LOAD);
-        answered[1] = AnswerFileDialog(thread, "Selektion laden", native, &offered);
-        WaitFor([&] { return wintest::ControlText(dialog, IDC_SELEDIT_G4_FIELD) == "Datum"; });
+        answered[1] = ChooseFile("Selektion laden", native, &offered);
+        WaitFor([&] { return ControlText(dialog, IDC_SELEDIT_G4_FIELD) == "Datum"; });
         // The combo boxes' edit fields repaint after their text has changed.
         RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
         Sleep(300);
-        wintest::SaveScreenshot(dialog, "seleditor-10065");
+        SaveScreenshot(dialog, "seleditor-10065");
 
         Click(dialog, IDC_SELEDIT_LOAD);
-        answered[2] = AnswerFileDialog(thread, "Selektion laden", lower);
+        answered[2] = ChooseFile("Selektion laden", lower);
         WaitFor([&] { return !answerer.Seen().empty(); });
         Click(dialog, IDC_SELEDIT_OK);
     });
     EXPECT_TRUE(answered[0] && answered[1] && answered[2]);
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(Bytes(saved), "KORVEL-SMSOrt\tEQ\tBonn\t12\n\v\v\v\v");
+    EXPECT_EQ(FileText(saved), "KORVEL-SMSOrt\tEQ\tBonn\t12\n\v\v\v\v");
     // The open dialog offered the file saved last; the registry keeps the
     // last one chosen.
     EXPECT_FALSE(offered.empty());
     EXPECT_NE(saved.find(offered), std::string::npos) << offered;
-    EXPECT_EQ(_stricmp(Remembered().c_str(), lower.c_str()), 0) << Remembered();
+    EXPECT_EQ(_stricmp(Setting("Settings", "SelectMaskFile").c_str(), lower.c_str()), 0) << Setting("Settings", "SelectMaskFile");
 
     ASSERT_EQ(answerer.Seen().size(), 1u);
     EXPECT_EQ(answerer.Seen()[0].text, "Die Datei enth\xE4lt keine Selektionsmaske.\n\n" + lower);

@@ -11,84 +11,21 @@
 
 #include <kodbc/kodbc_views.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
 namespace {
 
-using wintest::Click;
-using wintest::ControlText;
-using wintest::WaitFor;
+using namespace wintest;
 
 constexpr char kTitle[] = "Abfrage bearbeiten";
-constexpr int kMessageText = 0xFFFF;  // the text of a message box
-constexpr int kFileNameIds[] = {0x47c /* cmb13 */, 0x480 /* edt1 */};
 
-HWND Shown(const char *title) {
-    HWND window = nullptr;
-    WaitFor([&] { return (window = FindWindowA("#32770", title)) != nullptr && IsWindowVisible(window); }, 10000);
-    return window;
-}
-
-// Waits for the library's next message box: photographed as `shot`,
-// answered with OK; its text.
-std::string AnswerBox(const std::string &shot) {
-    HWND box = Shown(wintest::kLibraryMessageCaption);
-    if (!box) return "<none>";
-    Sleep(300);
-    const std::string text = ControlText(box, kMessageText);
-    if (!shot.empty()) wintest::SaveScreenshot(box, shot);
-    PostMessageA(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
-    WaitFor([&] { return !IsWindow(box); });
-    return text;
-}
-
-// Closes the error display of a failed statement; whether it came.
-bool CloseErrorDisplay() {
-    HWND error = Shown("Fehler beim ODBC-Datenbankzugriff");
-    if (!error) return false;
-    Click(error, IDC_ODBC_ERROR_CLOSE);
-    return WaitFor([&] { return !IsWindow(error); });
-}
-
-// Picks `path` in the system's file dialog titled `title`.
-bool ChooseFile(const char *title, const std::string &path) {
-    HWND box = Shown(title);
-    if (!box) return false;
-    Sleep(300);
-    HWND field = nullptr;
-    for (int id : kFileNameIds)
-        if (!field) field = GetDlgItem(box, id);
-    if (!field) return false;
-    SetWindowTextA(field, path.c_str());
-    Click(box, IDOK);
-    return WaitFor([&] { return !IsWindow(box); });
-}
-
-std::string FileText(const std::string &path) {
-    std::string text;
-    if (std::FILE *in = std::fopen(path.c_str(), "rb")) {
-        char chunk[512];
-        for (std::size_t n; (n = std::fread(chunk, 1, sizeof chunk, in)) > 0;) text.append(chunk, n);
-        std::fclose(in);
-    }
-    return text;
-}
-
-// Types into a field as a user would: all of it selected and replaced,
-// which sends the change notice a multi-line field leaves out for WM_SETTEXT.
-void Type(HWND dialog, int id, const char *text) {
-    HWND field = GetDlgItem(dialog, id);
-    SendMessageA(field, EM_SETSEL, 0, -1);
-    SendMessageA(field, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
-}
-
-class ViewDialogTest : public wintest::ConnectedTest {
+class ViewDialogTest : public ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
         Clean();
+        OwnTables({"kodbc_vwb"});
         ASSERT_TRUE(Run("CREATE TABLE kodbc_vwb (Nr INTEGER, Ort VARCHAR(20))"));
         ASSERT_TRUE(Run("INSERT INTO kodbc_vwb VALUES (1, 'Bonn')"));
     }
@@ -98,7 +35,6 @@ protected:
     }
     void Clean() {
         for (const char *view : {"kodbc_vw", "kodbc_vw2"}) Kodbc_View_Drop(hdbc_, "", view, KODBC_VIEW_TOLERATE_ALL);
-        Run("DROP TABLE kodbc_vwb");
     }
     bool Exists(const char *name) { return Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_VIEW, name) == 1; }
     std::string Stored(const char *name, const char *item) {
@@ -112,26 +48,26 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
     std::string proposed, typed, noName, noSql, tested;
     bool errorShown = false, stayed = false;
     const char *sql = "SELECT Nr, Ort FROM kodbc_vwb";
-    wintest::DialogRobot robot(kTitle, "view-10063", [&](HWND dialog) {
+    DialogRobot robot(kTitle, "view-10063", [&](HWND dialog) {
         proposed = ControlText(dialog, IDC_VIEW_NAME);
         Type(dialog, IDC_VIEW_NAME, "kodbc_v0w 1");
         typed = ControlText(dialog, IDC_VIEW_NAME);
         Type(dialog, IDC_VIEW_NAME, "");
         Click(dialog, IDC_VIEW_OK);
-        noName = AnswerBox("view-1611");
+        noName = AnswerBox(IDOK, "view-1611");
         Type(dialog, IDC_VIEW_NAME, "kodbc_vw");
         Click(dialog, IDC_VIEW_OK);
-        noSql = AnswerBox("view-1609");
+        noSql = AnswerBox(IDOK, "view-1609");
         Type(dialog, IDC_VIEW_SQL, "SELEKT Nr FROM kodbc_vwb");
         Click(dialog, IDC_VIEW_OK);
-        errorShown = CloseErrorDisplay();
+        errorShown = CloseErrorDisplay() != "<none>";
         Sleep(300);
         stayed = IsWindow(dialog) && IsWindowVisible(dialog);
         Type(dialog, IDC_VIEW_SQL, sql);
         Click(dialog, IDC_VIEW_TEST);
-        tested = AnswerBox("view-1707");
+        tested = AnswerBox(IDOK, "view-1707");
         Sleep(200);
-        wintest::SaveScreenshot(dialog, "view-10063-sql");
+        SaveScreenshot(dialog, "view-10063-sql");
         Click(dialog, IDC_VIEW_OK);
     });
     char name[50] = {};
@@ -147,7 +83,7 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
     EXPECT_EQ(tested, "Die Abfrage wurde erfolgreich getestet.");
     EXPECT_STREQ(name, "kodbc_vw");
     EXPECT_TRUE(Exists("kodbc_vw"));
-    EXPECT_EQ(wintest::QueryRows(hdbc_, "SELECT Nr, Ort FROM kodbc_vw"), std::vector<std::string>{"1|Bonn"});
+    EXPECT_EQ(QueryRows(hdbc_, "SELECT Nr, Ort FROM kodbc_vw"), std::vector<std::string>{"1|Bonn"});
     EXPECT_EQ(Stored("kodbc_vw", "Sql"), sql);
     EXPECT_FALSE(Exists("__KORVEL_TEST__"));
 }
@@ -156,16 +92,13 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
     ASSERT_EQ(Kodbc_View_Create(hdbc_, "", "kodbc_vw", "SELECT * FROM kodbc_vwb", "kodbc_vwb\t\t\t\t\t",
                                 "Nr\t\nOrt\tStadt", ""),
               KODBC_VIEW_OK);
-    char temp[MAX_PATH] = {};
-    GetTempPathA(sizeof temp, temp);
-    const std::string file = std::string(temp) + "kodbc_view_test.sql";
-    std::remove(file.c_str());
+    const std::string file = TempFile("kodbc_view_test.sql");
     std::string opened, designed, emptied, loaded;
     bool saved = false, load = false;
-    wintest::DialogRobot robot(kTitle, "", [&](HWND dialog) {
+    DialogRobot robot(kTitle, "", [&](HWND dialog) {
         opened = ControlText(dialog, IDC_VIEW_NAME) + "|" + ControlText(dialog, IDC_VIEW_SQL);
         Click(dialog, IDC_VIEW_DESIGNER);
-        if (HWND designer = Shown("Assistent f\xFCr SELECT-Befehl")) {
+        if (HWND designer = AwaitDialog("Assistent f\xFCr SELECT-Befehl")) {
             Sleep(300);
             Click(designer, IDC_SELFACT_OK);
             WaitFor([&] { return !IsWindow(designer); });
@@ -194,10 +127,7 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
     EXPECT_EQ(FileText(file), regenerated);
     EXPECT_EQ(emptied, "");
     EXPECT_EQ(loaded, regenerated);
-    char remembered[MAX_PATH] = {};
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, "LastUsed",
-                              "SqlStatementFile", "", remembered, sizeof remembered);
-    EXPECT_STREQ(remembered, file.c_str());
+    EXPECT_EQ(Setting("LastUsed", "SqlStatementFile"), file);
 
     // Renamed: the old view and its items gone, the new one with them.
     EXPECT_STREQ(name, "kodbc_vw2");
@@ -211,7 +141,7 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
 
 TEST_F(ViewDialogTest, ViewTheSystemTableLacksIsRefused) {
     ASSERT_TRUE(Run("CREATE VIEW kodbc_vw AS SELECT Nr FROM kodbc_vwb"));
-    wintest::MessageBoxAnswerer answerer(wintest::kLibraryMessageCaption, IDOK, "view-1612");
+    MessageBoxAnswerer answerer(kLibraryMessageCaption, IDOK, "view-1612");
     char name[50] = "kodbc_vw";
     EXPECT_EQ(Kodbc_View_Edit(hdbc_, "", name, sizeof name, KODBC_VIEW_MODE_EXISTING, nullptr), KODBC_DIALOG_CANCEL);
     ASSERT_EQ(answerer.Seen().size(), 1u);

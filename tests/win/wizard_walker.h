@@ -5,8 +5,6 @@
 
 #include <korvel/korvel32.h>
 
-#include <commctrl.h>
-
 #include "robot.h"
 #include "win_support.h"
 
@@ -17,64 +15,6 @@
 #include <vector>
 
 namespace wintest {
-
-// The caption of the library's message boxes.
-inline constexpr char kLibraryMessageCaption[] = "Datenbank";
-
-// The rows of a query, columns joined by "|", NULL as "-".
-inline std::vector<std::string> QueryRows(SQLHDBC hdbc, const std::string &sql) {
-    std::vector<std::string> rows;
-    SQLHSTMT stmt = nullptr;
-    if (!SQL_SUCCEEDED(SQLAllocStmt(hdbc, &stmt))) return rows;
-    SQLSMALLINT columns = 0;
-    if (SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS)) &&
-        SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) {
-        while (SQL_SUCCEEDED(SQLFetch(stmt))) {
-            std::string row;
-            for (SQLUSMALLINT column = 1; column <= columns; ++column) {
-                char text[100] = {};
-                SQLLEN indicator = 0;
-                SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
-                row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
-            }
-            rows.push_back(row);
-        }
-    }
-    SQLFreeStmt(stmt, SQL_DROP);
-    return rows;
-}
-
-// A visible window of class cls (and text, unless null) on thread.
-struct VisibleSearch {
-    const char *cls;
-    const char *text;
-    HWND window = nullptr;
-};
-inline BOOL CALLBACK FindVisible(HWND window, LPARAM param) {
-    auto *found = reinterpret_cast<VisibleSearch *>(param);
-    char cls[64] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    if (!IsWindowVisible(window) || lstrcmpA(cls, found->cls) != 0) return TRUE;
-    if (found->text && WindowText(window) != found->text) return TRUE;
-    found->window = window;
-    return FALSE;
-}
-inline HWND Visible(DWORD thread, const char *cls, const char *text = nullptr) {
-    VisibleSearch found{cls, text};
-    EnumThreadWindows(thread, FindVisible, reinterpret_cast<LPARAM>(&found));
-    return found.window;
-}
-
-// The text of a report list view's cell.
-inline std::string ListViewCell(HWND list, int row, int column) {
-    char text[200] = {};
-    LVITEMA item = {};
-    item.iSubItem = column;
-    item.pszText = text;
-    item.cchTextMax = sizeof text;
-    SendMessageA(list, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    return text;
-}
 
 // What every wizard walk does with the frame; a wizard's test adds its own.
 struct WizardWalker {
@@ -109,15 +49,9 @@ struct WizardWalker {
     }
     // Selects the list or combo box entry `text` (empty: no entry).
     void Choose(int page, int id, const std::string &text) {
-        HWND box = Control(page, id);
-        const bool combo = IsCombo(box);
-        LRESULT index = -1;
-        if (!text.empty())
-            index = SendMessageA(box, combo ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                 reinterpret_cast<LPARAM>(text.c_str()));
-        Expect(text.empty() || index >= 0, "no entry " + text);
-        SendMessageA(box, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+        Expect(wintest::Choose(Page(page), id, text), "no entry " + text);
     }
+    void Type(int page, int id, const std::string &text) { wintest::Type(Page(page), id, text); }
 };
 
 // Runs `wizard` on this thread while a robot walks its frame (titled
