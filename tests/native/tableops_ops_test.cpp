@@ -130,8 +130,11 @@ TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
         {"kc_h9_free", 40, "kc_h9_free"},  // a free name stays
         {"", 40, "_1"},                    // an empty one becomes _1 (free here)
         // Each candidate is cut to the buffer: with room for "kc_h9_adr_" only
-        // the number never shows, and the search ends instead of running on.
+        // the number never shows; with room for no more than "kc_h9_adr" every
+        // candidate is that taken name, and the search ends with it instead
+        // of running on.
         {"kc_h9_adr", 11, "kc_h9_adr_"},
+        {"kc_h9_adr", 10, "kc_h9_adr"},
     };
     for (const auto &c : cases)
         EXPECT_EQ(GuardedInPlace(c.name, c.size, [&](char *name, int n) { Kodbc_CreateUniqueTableName(hdbc_, name, n); }),
