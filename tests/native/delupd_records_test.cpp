@@ -234,32 +234,20 @@ TEST_P(RecordWizards, UpdatePagesRefuseNothingToDoAndRunTheStatementEachTimeThey
     EXPECT_EQ(OdbcErrors(), 1u);
 }
 
-TEST_P(RecordWizards, SetClauseKindsChangeTheSelectedRows) {
+// Each kind of assignment is the clause's own rule, run on every data source
+// by the clause tests; here the statement around it.
+TEST_P(RecordWizards, UpdateChangesTheSelectedRowsOrSaysWhyNot) {
     const std::string second = Line("nr", "EQ", "2", 4);
-    struct Case {
-        const char *what;
-        std::string setDesc;
-        const char *column;
-        std::vector<std::string> rows;
-    };
-    const Case cases[] = {
-        {"clear", Line("ort", "SNU", "", 12), "COALESCE(ort, '-')", {"Berlin", "-", "Bremen"}},
-        {"fixed value", Line("ort", "SCO", "Hamburg", 12), "ort", {"Berlin", "Hamburg", "Bremen"}},
-        {"field content", Line("zahl", "SFI", "nr", 4), "zahl", {"1", "2", "3"}},
-        {"formula", Line("zahl", "SFO", "nr*100+zahl", 4), "zahl", {"1", "202", "3"}},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.what);
-        long count = -1;
-        EXPECT_EQ(Kodbc_UpdateRecords(hdbc_, "kc_delupd", second.c_str(), c.setDesc.c_str(), &count), KODBC_SUCCESS);
-        EXPECT_EQ(count, 1);
-        EXPECT_EQ(Rows(c.column), c.rows);
-    }
+    long count = -1;
+    EXPECT_EQ(Kodbc_UpdateRecords(hdbc_, "kc_delupd", second.c_str(), Line("zahl", "SFO", "nr*100+zahl", 4).c_str(),
+                                  &count),
+              KODBC_SUCCESS);
+    EXPECT_EQ(count, 1);
+    EXPECT_EQ(Rows("zahl"), (std::vector<std::string>{"1", "202", "3"}));
     EXPECT_TRUE(messages_.entries().empty()) << messages_.last_text();
 
-    long count = -1;
-    EXPECT_EQ(Kodbc_UpdateRecords(hdbc_, "kc_delupd", Line("nr", "EQ", "9", 4).c_str(), cases[0].setDesc.c_str(),
-                                  &count),
+    EXPECT_EQ(Kodbc_UpdateRecords(hdbc_, "kc_delupd", Line("nr", "EQ", "9", 4).c_str(),
+                                  Line("ort", "SNU", "", 12).c_str(), &count),
               KODBC_FAILURE);
     EXPECT_EQ(count, 0);
     EXPECT_NE(messages_.last_text().find("keine Datens"), std::string::npos) << messages_.last_text();
