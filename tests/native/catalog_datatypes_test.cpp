@@ -59,11 +59,7 @@ TEST(CatalogDataTypes, ColumnTemplatesAndDisplayNames) {
 }
 
 std::string Converted(const char *value, int sqlType, int size = 64, char mark = ',') {
-    return Guarded(size, [&](char *buffer, int n) {
-        std::strncpy(buffer, value, static_cast<std::size_t>(n) - 1);
-        buffer[n - 1] = '\0';
-        Kodbc_OdbcDataToString(buffer, n, sqlType, mark);
-    });
+    return GuardedInPlace(value, size, [&](char *buffer, int n) { Kodbc_OdbcDataToString(buffer, n, sqlType, mark); });
 }
 
 TEST(CatalogOdbcDataToString, DecimalMarkOnlyForDecimalTypes) {

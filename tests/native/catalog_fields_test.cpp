@@ -27,13 +27,12 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(CatalogFields);
 
-TEST_P(CatalogFields, PlainListingInColumnOrderOverTables) {
+TEST_P(CatalogFields, ListingInColumnOrderQualifiedWhereNamesCollide) {
     EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", 0), "id\tname\tonly_a\tid\tnote");
     EXPECT_EQ(Fields("kc_h6_fb", 0, ", "), "id, note");
     EXPECT_TRUE(messages_.entries().empty());
-}
 
-TEST_P(CatalogFields, SharedNamesQualifiedOnlyWhereTheyCollide) {
+    // Shared names are qualified only where they collide.
     EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_DISAMBIGUATE), "kc_h6_fa.id\tname\tonly_a\tkc_h6_fb.id\tnote");
     const char *once = "kc_h6_fa.id\tkc_h6_fa.name\tkc_h6_fa.only_a\tkc_h6_fb.id\tkc_h6_fb.note";
     EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_QUALIFY | KODBC_FIELDS_DISAMBIGUATE), once);
@@ -67,7 +66,7 @@ TEST_P(CatalogFields, EntryThatDoesNotFitIsSkippedLaterOnesTried) {
     EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 22), "long_column_name_x");
 }
 
-TEST_P(CatalogFields, EmptyInputsAndBadArguments) {
+TEST_P(CatalogFields, EmptyInputsBadArgumentsAndFieldCount) {
     EXPECT_EQ(Fields(nullptr, 0), "");
     EXPECT_EQ(Fields("", 0), "");
     EXPECT_EQ(Fields("kc_h6_nosuchtable", 0), "");
@@ -75,9 +74,7 @@ TEST_P(CatalogFields, EmptyInputsAndBadArguments) {
     EXPECT_EQ(Kodbc_GetFields(hdbc_, "kc_h6_fa", 0, nullptr, nullptr, 10), KODBC_FAILURE);
     EXPECT_EQ(Kodbc_GetFields(hdbc_, "kc_h6_fa", 0, nullptr, buffer, 0), KODBC_FAILURE);
     EXPECT_STREQ(buffer, "x");
-}
 
-TEST_P(CatalogFields, FieldCount) {
     EXPECT_EQ(Kodbc_GetFieldCount(hdbc_, "kc_h6_fa"), 3);
     EXPECT_EQ(Kodbc_GetFieldCount(hdbc_, "kc_h6_fb"), 2);
     EXPECT_EQ(Kodbc_GetFieldCount(hdbc_, "kc_h6_nosuchtable"), 0);

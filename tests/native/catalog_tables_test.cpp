@@ -35,15 +35,9 @@ TEST(CatalogSystemTables, PrefixHasCaseNameHasNone) {
 TEST(CatalogObjectTypeToName, NamesAndCut) {
     const std::pair<int, const char *> cases[] = {{1, "TABLE"}, {2, "VIEW"}, {4, "FORM"}, {8, "REPORT"},
                                                   {3, ""},      {16, ""},    {0, ""}};
-    for (const auto &[type, name] : cases) {
-        GuardedBuffer out(20);
-        Kodbc_ObjectTypeToName(type, out.data(), out.size());
-        EXPECT_EQ(out.text(), name) << type;
-    }
-    GuardedBuffer small(4);
-    Kodbc_ObjectTypeToName(8, small.data(), small.size());
-    EXPECT_EQ(small.text(), "REP");
-    EXPECT_TRUE(small.guards_intact());
+    for (const auto &[type, name] : cases)
+        EXPECT_EQ(Guarded(20, [&, type = type](char *out, int n) { Kodbc_ObjectTypeToName(type, out, n); }), name) << type;
+    EXPECT_EQ(Guarded(4, [](char *out, int n) { Kodbc_ObjectTypeToName(8, out, n); }), "REP");
     Kodbc_ObjectTypeToName(1, nullptr, 10);  // harmless
 }
 
@@ -78,30 +72,29 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(CatalogTables);
 
-TEST_P(CatalogTables, TypeFlagsChooseTablesOrViews) {
+TEST_P(CatalogTables, TypeFlagsChooseTablesOrViewsAndHideSystemTablesUnlessAsked) {
     const struct {
         int flags;
-        bool table, view;
-    } cases[] = {{KODBC_OBJECT_TABLE, true, false},
-                 {KODBC_OBJECT_VIEW, false, true},
-                 {KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, true, true},
-                 {KODBC_OBJECT_ALL, true, true}};
+        bool table, view, system;
+    } cases[] = {{KODBC_OBJECT_TABLE, true, false, false},
+                 {KODBC_OBJECT_VIEW, false, true, false},
+                 {KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, true, true, false},
+                 {KODBC_OBJECT_ALL, true, true, false},
+                 {KODBC_OBJECT_TABLE | KODBC_OBJECT_SYSTEM, true, false, true},
+                 {KODBC_OBJECT_ALL | KODBC_OBJECT_SYSTEM, true, true, true}};
     for (const auto &c : cases) {
         auto items = List(c.flags);
         EXPECT_EQ(Contains(items, "kc_h6_alpha"), c.table) << c.flags;
         EXPECT_EQ(Contains(items, "kc_h6_view"), c.view) << c.flags;
+        EXPECT_EQ(Contains(items, "USysKcH6a"), c.system) << c.flags;
+        EXPECT_EQ(Contains(items, "usyskch6b"), c.table) << c.flags;  // the prefix test has case
     }
     EXPECT_TRUE(messages_.entries().empty());
-}
-
-TEST_P(CatalogTables, SystemTablesHiddenUnlessAsked) {
-    for (int flags : {KODBC_OBJECT_TABLE, KODBC_OBJECT_ALL}) {
-        auto items = List(flags);
-        EXPECT_FALSE(Contains(items, "USysKcH6a")) << flags;
-        EXPECT_TRUE(Contains(items, "usyskch6b")) << flags;  // the prefix test has case
-        auto withSystem = List(flags | KODBC_OBJECT_SYSTEM);
-        EXPECT_TRUE(Contains(withSystem, "USysKcH6a")) << flags;
-    }
+    // A null separator is a comma.
+    EXPECT_TRUE(Contains(List(KODBC_OBJECT_TABLE, nullptr, 0, nullptr), "kc_h6_alpha"));
+    GuardedBuffer out(30000);
+    ASSERT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), out.size(), nullptr), 0);
+    EXPECT_TRUE(Contains(Split(out.text(), ","), "kc_h6_room_b"));
 }
 
 TEST_P(CatalogTables, LibrarySystemTableHiddenInAnyCase) {
@@ -118,14 +111,6 @@ TEST_P(CatalogTables, LibrarySystemTableHiddenInAnyCase) {
     EXPECT_TRUE(Contains(List(KODBC_OBJECT_TABLE | KODBC_OBJECT_SYSTEM), name));
     EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE, name.c_str()), 0);
     if (created) Exec("DROP TABLE " + Quoted(name));
-}
-
-TEST_P(CatalogTables, NullSeparatorIsComma) {
-    auto items = List(KODBC_OBJECT_TABLE, nullptr, 0, nullptr);
-    EXPECT_TRUE(Contains(items, "kc_h6_alpha"));
-    GuardedBuffer out(30000);
-    ASSERT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), out.size(), nullptr), 0);
-    EXPECT_TRUE(Contains(Split(out.text(), ","), "kc_h6_room_b"));
 }
 
 TEST_P(CatalogTables, ListingStopsAtFirstNameThatDoesNotFit) {

@@ -106,11 +106,10 @@ TEST_P(ExecNamesTest, UniqueTableNames) {
                  {"", 40, "_1"},
                  {"h7_kunden", 10, "h7_kunden"}};  // cut to the caller's size
     for (const auto &c : cases)
-        EXPECT_EQ(Guarded(c.size,
-                          [&](char *name, int n) {
-                              std::strcpy(name, c.name);
-                              EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name, n, 0), 1);
-                          }),
+        EXPECT_EQ(GuardedInPlace(c.name, c.size,
+                                 [&](char *name, int n) {
+                                     EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name, n, 0), 1);
+                                 }),
                   c.unique)
             << c.name << " in " << c.size;
     EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, nullptr, 10, 0), 2);

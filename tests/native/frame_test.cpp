@@ -11,14 +11,8 @@ namespace {
 TEST(FrameIdentity, InstanceVersionAndModuleName) {
     EXPECT_NE(Kodbc_GetInstance(), nullptr);
 
-    GuardedBuffer version(32);
-    EXPECT_EQ(Kodbc_GetVersion(version.data(), version.size()), 7);
-    EXPECT_EQ(version.text(), "5.2.0.0");
-
-    GuardedBuffer name(5);
-    Kodbc_GetPoloModuleName(name.data(), name.size());
-    EXPECT_EQ(name.text(), "KODB");
-    EXPECT_TRUE(name.guards_intact());
+    EXPECT_EQ(Guarded(32, [](char *out, int n) { EXPECT_EQ(Kodbc_GetVersion(out, n), 7); }), "5.2.0.0");
+    EXPECT_EQ(Guarded(5, [](char *out, int n) { Kodbc_GetPoloModuleName(out, n); }), "KODB");
 
     GuardedBuffer none(0);
     EXPECT_EQ(Kodbc_GetPoloModuleName(none.data(), 0), 0);
@@ -54,11 +48,9 @@ TEST(FrameMessages, MessageReachesTheHandlerWithPrefixAndArguments) {
     ASSERT_EQ(recorder.entries().size(), 1u);
     EXPECT_EQ(recorder.entries()[0].text.rfind("Die Datei ", 0), 0u);
     EXPECT_NE(recorder.entries()[0].text.find("existiert nicht."), std::string::npos);
-}
 
-TEST(FrameMessages, QuestionsReturnTheAnswer) {
-    MessageRecorder recorder(KODBC_ANSWER_YES);
     // Whatever the person answered comes back unchanged.
+    recorder.set_answer(KODBC_ANSWER_YES);
     EXPECT_EQ(LibraryMessage(msg::OUT_OF_MEMORY), KODBC_ANSWER_YES);
     recorder.set_answer(KODBC_ANSWER_CANCEL);
     EXPECT_EQ(LibraryMessage(msg::OUT_OF_MEMORY), KODBC_ANSWER_CANCEL);

@@ -3,62 +3,54 @@
 
 #include <korvel/korvel32.h>
 
-#include <clocale>
-#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
 namespace {
 
-class PlatformCodePages : public ::testing::Test {
-protected:
-    void SetUp() override {
-        const char *current = std::setlocale(LC_CTYPE, nullptr);
-        locale_ = current ? current : "C";
-    }
-    void TearDown() override { std::setlocale(LC_CTYPE, locale_.c_str()); }
-    std::string locale_;
-};
+using kodbc::test::Guarded;
 
 // "Größe Äpfel Übermaß" in CP850
 constexpr const char *kOem = "Gr\x94\xE1" "e \x8E" "pfel \x9A" "berma\xE1";
 
 } // namespace
 
-TEST_F(PlatformCodePages, Utf8LocaleRoundTrip) {
-    ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
-    const std::string ansi = "Größe Äpfel Übermaß";
-    char oem[64], back[64];
-    EXPECT_EQ(Korvel_AnsiToOem(ansi.c_str(), oem, sizeof oem), 19);
-    EXPECT_STREQ(oem, kOem);
-    EXPECT_EQ(Korvel_OemToAnsi(oem, back, sizeof back), static_cast<int>(ansi.size()));
-    EXPECT_EQ(back, ansi);
-
-    // Cut at a character, never inside one: "Gr" + "ö" needs 4 bytes.
-    kodbc::test::GuardedBuffer small(4);
-    EXPECT_EQ(Korvel_OemToAnsi(kOem, small.data(), small.size()), 2);
-    EXPECT_EQ(small.text(), "Gr");
-    EXPECT_TRUE(small.guards_intact());
-
+// ANSI is the locale's charset: UTF-8, or code page 1252 in the C locale.
+// Both round-trip, and a cut falls between characters, never inside one.
+TEST(PlatformCodePages, RoundTripAndCutPerLocale) {
+    const struct {
+        const char *locale, *ansi;
+        int cutSize;
+        bool toOem;  // the cut's direction
+        const char *cut;
+    } cases[] = {
+        {"C.UTF-8", "Größe Äpfel Übermaß", 4, false, "Gr"},  // "Gr" + "ö" needs 4 bytes
+        {"C", "Gr\xF6\xDF" "e \xC4" "pfel \xDC" "berma\xDF", 5, true, "Gr\x94\xE1"},
+    };
+    for (const auto &c : cases) {
+        kodbc::test::ScopedLocale locale(c.locale);
+        ASSERT_TRUE(locale.ok()) << c.locale;
+        char oem[64], back[64];
+        EXPECT_EQ(Korvel_AnsiToOem(c.ansi, oem, sizeof oem), 19) << c.locale;
+        EXPECT_STREQ(oem, kOem) << c.locale;
+        EXPECT_EQ(Korvel_OemToAnsi(oem, back, sizeof back), static_cast<int>(std::strlen(c.ansi))) << c.locale;
+        EXPECT_STREQ(back, c.ansi) << c.locale;
+        int length = -1;
+        EXPECT_EQ(Guarded(c.cutSize,
+                          [&](char *out, int n) {
+                              length = c.toOem ? Korvel_AnsiToOem(c.ansi, out, n) : Korvel_OemToAnsi(kOem, out, n);
+                          }),
+                  c.cut)
+            << c.locale;
+        EXPECT_EQ(length, static_cast<int>(std::strlen(c.cut))) << c.locale;
+    }
+    kodbc::test::ScopedLocale utf8;
+    char oem[64];
     // The euro sign has no place in CP850; each missing character is one '?'.
     EXPECT_EQ(Korvel_AnsiToOem("5 € 5 €", oem, sizeof oem), 7);
     EXPECT_STREQ(oem, "5 ? 5 ?");
-}
-
-TEST_F(PlatformCodePages, CLocaleIsCodePage1252) {
-    ASSERT_NE(std::setlocale(LC_CTYPE, "C"), nullptr);
-    const char *ansi = "Gr\xF6\xDF" "e \xC4" "pfel \xDC" "berma\xDF";
-    char oem[64], back[64];
-    EXPECT_EQ(Korvel_AnsiToOem(ansi, oem, sizeof oem), 19);
-    EXPECT_STREQ(oem, kOem);
-    EXPECT_EQ(Korvel_OemToAnsi(oem, back, sizeof back), 19);
-    EXPECT_STREQ(back, ansi);
-
-    kodbc::test::GuardedBuffer small(5);
-    EXPECT_EQ(Korvel_AnsiToOem(ansi, small.data(), small.size()), 4);
-    EXPECT_EQ(small.text(), "Gr\x94\xE1");
-    EXPECT_TRUE(small.guards_intact());
-    EXPECT_EQ(Korvel_AnsiToOem(ansi, nullptr, 10), 0);
+    EXPECT_EQ(Korvel_AnsiToOem("x", nullptr, 10), 0);
 }
 
 TEST(PlatformFiles, TemporaryFileIsCreatedEmpty) {

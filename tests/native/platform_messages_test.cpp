@@ -29,12 +29,6 @@ protected:
         static const KorvelModuleResources resources{kTestStrings, 7, "9.8.7.6", "testprofil"};
         Korvel_RegisterModuleResources(TestInstance(), &resources);
     }
-    void SetUp() override {
-        const char *current = std::setlocale(LC_CTYPE, nullptr);
-        locale_ = current ? current : "C";
-        std::setlocale(LC_CTYPE, "C.UTF-8");
-    }
-    void TearDown() override { std::setlocale(LC_CTYPE, locale_.c_str()); }
 
     static int Show(int messageId, const char *a1 = nullptr, const char *a2 = nullptr, const char *a3 = nullptr) {
         KorvelMessageRequest request;
@@ -49,7 +43,7 @@ protected:
         request.loadFromResource = 1;
         return Korvel_Message_Box(&request);
     }
-    std::string locale_;
+    kodbc::test::ScopedLocale utf8_;
 };
 
 } // namespace
@@ -113,11 +107,9 @@ TEST_F(PlatformMessages, WithoutHandlerStderrAndSafeAnswer) {
 }
 
 TEST_F(PlatformMessages, StringTableAndIdentity) {
-    kodbc::test::GuardedBuffer buf(8);
     // "Präfix" is cut before the two-byte "ä", never inside it.
-    EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, buf.data(), buf.size()), 7);
-    EXPECT_EQ(buf.text(), "Ohne Pr");
-    EXPECT_TRUE(buf.guards_intact());
+    EXPECT_EQ(kodbc::test::Guarded(8, [](char *out, int n) { EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, out, n), 7); }),
+              "Ohne Pr");
     char text[64];
     EXPECT_EQ(Korvel_LoadString(TestInstance(), 25, text, sizeof text), 0);
     EXPECT_EQ(Korvel_LoadString(TestInstance(), 5, text, sizeof text), 0);

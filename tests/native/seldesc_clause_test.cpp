@@ -16,9 +16,7 @@ namespace {
 
 using namespace kodbc::seldesc;
 
-std::string Line(const std::string &field, const std::string &keyword, const std::string &value, int type) {
-    return field + "\t" + keyword + "\t" + value + "\t" + std::to_string(type) + "\n";
-}
+constexpr auto Line = &DescriptorLine;
 
 std::string Where(const std::string &descriptor, int size = 4000, const char *pattern = nullptr,
                   const char *quoteText = "\"") {
@@ -33,19 +31,14 @@ std::string Set(const std::string &descriptor, int size = 4000) {
     return Guarded(size, [&](char *out, int n) { BuildSetClause(quote, descriptor.c_str(), out, n); });
 }
 
-std::string Typed(const std::string &value, int type) {
+// A value converted by its data type, as one value or as a list.
+std::string Typed(const std::string &value, int type, bool list = false) {
     char buffer[600];
     korvel::BoundedText out(buffer, sizeof buffer);
-    AppendTypedValue(value, type, out);
+    (list ? AppendListValue : AppendTypedValue)(value, type, out);
     return buffer;
 }
-
-std::string List(const std::string &value, int type) {
-    char buffer[600];
-    korvel::BoundedText out(buffer, sizeof buffer);
-    AppendListValue(value, type, out);
-    return buffer;
-}
+std::string List(const std::string &value, int type) { return Typed(value, type, true); }
 
 // Keywords and flags show in the clauses below; what only the boxes show is
 // the order, the codes and the labels.

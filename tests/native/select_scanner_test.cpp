@@ -39,8 +39,7 @@ protected:
     using ReplaceFunction = int(KODBC_CALL *)(char *, int, const char *, int);
     std::string Replace(ReplaceFunction replace, const std::string &statement, const char *clause,
                         int size = 300) {
-        return Guarded(size, [&](char *buffer, int n) {
-            std::snprintf(buffer, static_cast<std::size_t>(n), "%s", statement.c_str());
+        return GuardedInPlace(statement, size, [&](char *buffer, int n) {
             EXPECT_EQ(replace(buffer, n, clause, 0), 0) << statement;
         });
     }
@@ -193,49 +192,49 @@ TEST_F(SelectScanner, ScanResultsAndBuffers) {
     EXPECT_STREQ(out, "abc");
 }
 
-TEST_F(SelectScanner, ReplacesOrderBy) {
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t", "a"), "SELECT * FROM t ORDER BY a");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "select * from t order by b desc", "a"),
-              "select * from t ORDER BY a");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a", ""), "SELECT * FROM t ");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a", nullptr),
-              "SELECT * FROM t ");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t", ""), "SELECT * FROM t");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a INTO TEMP x", "b"),
-              "SELECT * FROM t ORDER BY b INTO TEMP x");
+TEST_F(SelectScanner, ReplacementsKeepTheClauseOrder) {
+    const ReplaceFunction order = Kodbc_Select_Replace_OrderByClause, fields = Kodbc_Select_Replace_FieldsClause,
+                          tables = Kodbc_Select_Replace_TablesClause, where = Where;
+    const struct {
+        ReplaceFunction replace;
+        const char *statement, *clause, *expected;
+        int size = 300;
+    } cases[] = {
+        {order, "SELECT * FROM t", "a", "SELECT * FROM t ORDER BY a"},
+        {order, "select * from t order by b desc", "a", "select * from t ORDER BY a"},
+        {order, "SELECT * FROM t ORDER BY a", "", "SELECT * FROM t "},
+        {order, "SELECT * FROM t ORDER BY a", nullptr, "SELECT * FROM t "},
+        {order, "SELECT * FROM t", "", "SELECT * FROM t"},
+        {order, "SELECT * FROM t ORDER BY a INTO TEMP x", "b", "SELECT * FROM t ORDER BY b INTO TEMP x"},
+        // WHERE ends up behind the tables; replacing the sort order moves one left behind it.
+        {where, "SELECT * FROM t ORDER BY a", "x=1", "SELECT * FROM t WHERE x=1 ORDER BY a "},
+        {where, "SELECT * FROM t WHERE y=2 ORDER BY a", "x=1", "SELECT * FROM t WHERE x=1 ORDER BY a"},
+        {where, "SELECT * FROM t WHERE y=2 ORDER BY a", "", "SELECT * FROM t  ORDER BY a"},
+        {where, "SELECT * FROM t", "x IN (1, 2)", "SELECT * FROM t WHERE x IN (1, 2)"},
+        {order, "SELECT * FROM t ORDER BY a WHERE x=1", "b", "SELECT * FROM t WHERE x=1 ORDER BY b "},
+        {where, "SELECT 1", "x=1", "SELECT 1 WHERE x=1"},  // without a FROM clause nothing is moved
+        // Columns and tables are replaced inside their frame.
+        {fields, "", "a,b", "SELECT a,b FROM"},
+        {fields, "SELECT a FROM t WHERE x=1", "b, c", "SELECT b, c FROM t WHERE x=1"},
+        {fields, "SELECT a FROM t", "", "SELECT FROM t"},
+        {fields, "SELECT a", "b", "SELECT b FROM"},
+        {fields, "DELETE FROM t", "b", "SELECT b FROM"},
+        {tables, "select a from t where x", "u, v", "select a FROM u, v where x"},
+        {tables, "", "u", "SELECT FROM u"},
+        {tables, "SELECT a FROM t ORDER BY a", "", "SELECT a FROM ORDER BY a"},
+        // Everything stays inside the buffer.
+        {order, "SELECT * FROM t", "abcdef", "SELECT * FROM t ORD", 20},
+        {fields, "", "a,b", "SELECT ", 8},
+        {fields, "", "a,b", "", 1},
+        {where, "SELECT * FROM t ORDER BY a", "x=1", "SELECT * FROM t ORDER BY a WH", 30},
+        {where, "SELECT * FROM t ORDER BY a", "x=1", "SELECT * FROM t WHERE x ORDER BY a", 35},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(Replace(c.replace, c.statement, c.clause, c.size), c.expected)
+            << c.statement << " / " << (c.clause ? c.clause : "(null)") << " in " << c.size;
 }
 
-TEST_F(SelectScanner, WhereEndsUpBehindTheTables) {
-    EXPECT_EQ(Replace(Where, "SELECT * FROM t ORDER BY a", "x=1"), "SELECT * FROM t WHERE x=1 ORDER BY a ");
-    EXPECT_EQ(Replace(Where, "SELECT * FROM t WHERE y=2 ORDER BY a", "x=1"), "SELECT * FROM t WHERE x=1 ORDER BY a");
-    EXPECT_EQ(Replace(Where, "SELECT * FROM t WHERE y=2 ORDER BY a", ""), "SELECT * FROM t  ORDER BY a");
-    EXPECT_EQ(Replace(Where, "SELECT * FROM t", "x IN (1, 2)"), "SELECT * FROM t WHERE x IN (1, 2)");
-    // Replacing the sort order moves a WHERE that was left behind it.
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t ORDER BY a WHERE x=1", "b"),
-              "SELECT * FROM t WHERE x=1 ORDER BY b ");
-    // Without a FROM clause nothing is moved.
-    EXPECT_EQ(Replace(Where, "SELECT 1", "x=1"), "SELECT 1 WHERE x=1");
-}
-
-TEST_F(SelectScanner, ReplacesColumnsAndTablesInsideTheirFrame) {
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "", "a,b"), "SELECT a,b FROM");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "SELECT a FROM t WHERE x=1", "b, c"),
-              "SELECT b, c FROM t WHERE x=1");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "SELECT a FROM t", ""), "SELECT FROM t");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "SELECT a", "b"), "SELECT b FROM");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "DELETE FROM t", "b"), "SELECT b FROM");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_TablesClause, "select a from t where x", "u, v"),
-              "select a FROM u, v where x");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_TablesClause, "", "u"), "SELECT FROM u");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_TablesClause, "SELECT a FROM t ORDER BY a", ""), "SELECT a FROM ORDER BY a");
-}
-
-TEST_F(SelectScanner, ReplacementsStayInsideTheBuffer) {
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_OrderByClause, "SELECT * FROM t", "abcdef", 20), "SELECT * FROM t ORD");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "", "a,b", 8), "SELECT ");
-    EXPECT_EQ(Replace(Kodbc_Select_Replace_FieldsClause, "", "a,b", 1), "");
-    EXPECT_EQ(Replace(Where, "SELECT * FROM t ORDER BY a", "x=1", 30), "SELECT * FROM t ORDER BY a WH");
-    EXPECT_EQ(Replace(Where, "SELECT * FROM t ORDER BY a", "x=1", 35), "SELECT * FROM t WHERE x ORDER BY a");
+TEST_F(SelectScanner, ReplacementArgumentsAndTheStatementAsSource) {
     EXPECT_EQ(Kodbc_Select_Replace_WhereClause(nullptr, 10, "x"), -1);
     char statement[16] = "SELECT a FROM t";
     EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(statement, 0, "x", 0), -1);

@@ -21,17 +21,10 @@ protected:
         if (HasFatalFailure()) return;
         OwnTables({"kodbc_sv_base", "VIEW kodbc_sv", "VIEW kodbc_sv2", "VIEW __KORVEL_TEST__", "KorvelSysTable"});
         Exec("CREATE TABLE kodbc_sv_base (nr INTEGER, ort VARCHAR(20))");
-        // PostgreSQL has no BLOB for the system table; its users give it one.
-        if (DbmsName() == "PostgreSQL") {
-            ExecQuietly("DROP DOMAIN blob");
-            Exec("CREATE DOMAIN blob AS text");
-        }
+        ProvideBlobType();
     }
     void TearDown() override {
-        if (DbmsName() == "PostgreSQL") {
-            ExecQuietly("DROP TABLE KorvelSysTable");
-            ExecQuietly("DROP DOMAIN blob");
-        }
+        if (hdbc_) DropSystemTable();
         DataSourceTest::TearDown();
     }
     bool Exists(const char *name) { return Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_ALL, name) == 1; }

@@ -13,10 +13,7 @@ using namespace kodbc::sqltext;
 
 std::string Bracket(const std::string &name, int flags, int size = 200) {
     EXPECT_LT(name.size(), static_cast<std::size_t>(size));
-    return Guarded(size, [&](char *buffer, int n) {
-        std::memcpy(buffer, name.c_str(), name.size() + 1);
-        PrepareBracketName(buffer, n, flags);
-    });
+    return GuardedInPlace(name, size, [&](char *buffer, int n) { PrepareBracketName(buffer, n, flags); });
 }
 
 std::string Sql92(const char *quote, const char *name, int size = 300) {
@@ -209,11 +206,7 @@ TEST(SqlTextQuoteIfNotPlain, EnclosesWholeName) {
     };
     for (const auto &c : cases) {
         QuoteText quote = QuoteText::Fixed(c.quote);
-        EXPECT_EQ(Guarded(c.size,
-                          [&](char *name, int size) {
-                              std::strcpy(name, c.name);
-                              QuoteIfNotPlain(quote, name, size);
-                          }),
+        EXPECT_EQ(GuardedInPlace(c.name, c.size, [&](char *name, int size) { QuoteIfNotPlain(quote, name, size); }),
                   c.expected)
             << c.name << " with " << c.quote;
     }

@@ -130,21 +130,20 @@ TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
         {"kc_h9_free", 40, "kc_h9_free"},  // a free name stays
         {"", 40, "_1"},                    // an empty one becomes _1 (free here)
         // Each candidate is cut to the buffer: with room for "kc_h9_adr_" only
-        // the number never shows, and the search ends instead of running on.
+        // the number never shows; with room for no more than "kc_h9_adr" every
+        // candidate is that taken name, and the search ends with it instead
+        // of running on.
         {"kc_h9_adr", 11, "kc_h9_adr_"},
+        {"kc_h9_adr", 10, "kc_h9_adr"},
     };
     for (const auto &c : cases)
-        EXPECT_EQ(Guarded(c.size,
-                          [&](char *name, int n) {
-                              std::strcpy(name, c.name);
-                              Kodbc_CreateUniqueTableName(hdbc_, name, n);
-                          }),
+        EXPECT_EQ(GuardedInPlace(c.name, c.size, [&](char *name, int n) { Kodbc_CreateUniqueTableName(hdbc_, name, n); }),
                   c.unique)
             << c.name << " in " << c.size;
     EXPECT_TRUE(messages_.entries().empty());
 }
 
-TEST_P(TableOps, CountsWithAndWithoutCondition) {
+TEST_P(TableOps, CountsSumsAndMaximaWithAndWithoutCondition) {
     EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "kc_h9_adr", 0), 3);
     EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", "id > 1", 0), 2);
     EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", "", 0), 3);
@@ -159,25 +158,21 @@ TEST_P(TableOps, CountsWithAndWithoutCondition) {
     messages_.clear();
     EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", "no_such_field = 1", 0), 0);
     EXPECT_EQ(OdbcErrors(), 1u);
-}
+    messages_.clear();
 
-TEST_P(TableOps, SumAndMaximum) {
-    double result = 99;
-    EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), 0);
-    EXPECT_DOUBLE_EQ(result, 11.75);
-    EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", "id < 3", &result), 0);
-    EXPECT_DOUBLE_EQ(result, 12.75);
-    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), 0);
-    EXPECT_DOUBLE_EQ(result, 10.25);
-    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", "id", "betrag < 5", &result), 0);
-    EXPECT_DOUBLE_EQ(result, 3);
-    // Sum and maximum of no rows are NULL, read as 0.
-    result = 99;
-    EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_empty", "betrag", nullptr, &result), 0);
-    EXPECT_DOUBLE_EQ(result, 0);
+    auto value = [&](auto aggregate, const char *table, const char *field, const char *condition) {
+        double result = 99;
+        EXPECT_EQ(aggregate(hdbc_, table, field, condition, &result), 0) << field;
+        return result;
+    };
+    EXPECT_DOUBLE_EQ(value(Kodbc_AddFields, "kc_h9_adr", "betrag", nullptr), 11.75);
+    EXPECT_DOUBLE_EQ(value(Kodbc_AddFields, "kc_h9_adr", "betrag", "id < 3"), 12.75);
+    EXPECT_DOUBLE_EQ(value(Kodbc_GetMaximum, "kc_h9_adr", "betrag", nullptr), 10.25);
+    EXPECT_DOUBLE_EQ(value(Kodbc_GetMaximum, "kc_h9_adr", "id", "betrag < 5"), 3);
+    EXPECT_DOUBLE_EQ(value(Kodbc_GetMaximum, "kc_h9_empty", "betrag", nullptr), 0);  // NULL of no rows reads as 0
     EXPECT_TRUE(messages_.entries().empty());
 
-    result = 99;
+    double result = 99;
     EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "no_such_field", nullptr, &result), -1);
     EXPECT_DOUBLE_EQ(result, 0);
     EXPECT_EQ(OdbcErrors(), 1u);
@@ -207,29 +202,17 @@ TEST_P(TableOps, FieldExistenceAndTheFirstAutoIncrementField) {
     EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "betra"), 0);
     EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_missing", "id"), 0);
 
-    const std::string dbms = DbmsName();
-    if (dbms == "SQLite")
-        Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr INTEGER PRIMARY KEY AUTOINCREMENT)");
-    else if (dbms == "PostgreSQL")
-        Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr SERIAL PRIMARY KEY)");
-    else
-        Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr INTEGER AUTO_INCREMENT PRIMARY KEY)");
-    GuardedBuffer out(20);
-    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", out.data(), out.size()), KODBC_SUCCESS);
-    EXPECT_EQ(out.text(), "nr");
-    EXPECT_TRUE(out.guards_intact());
-    // Cut to the buffer, never past it.
-    GuardedBuffer tiny(2);
-    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", tiny.data(), tiny.size()), KODBC_SUCCESS);
-    EXPECT_EQ(tiny.text(), "n");
-    EXPECT_TRUE(tiny.guards_intact());
-
+    Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr " + AutoIncrementKey() + ")");
+    auto firstAuto = [&](const char *table, int size, int result) {
+        return GuardedInPlace("old", size, [&](char *out, int n) {
+            EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, table, out, n), result) << table;
+        });
+    };
+    EXPECT_EQ(firstAuto("kc_h9_auto", 20, KODBC_SUCCESS), "nr");
+    EXPECT_EQ(firstAuto("kc_h9_auto", 2, KODBC_SUCCESS), "n");  // cut to the buffer, never past it
     // No such column, no such table: 2 and an empty output, nothing shown.
-    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_adr", out.data(), out.size()), KODBC_FAILURE);
-    EXPECT_EQ(out.text(), "");
-    std::strcpy(out.data(), "old");
-    EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_missing", out.data(), out.size()), KODBC_FAILURE);
-    EXPECT_EQ(out.text(), "");
+    EXPECT_EQ(firstAuto("kc_h9_adr", 20, KODBC_FAILURE), "");
+    EXPECT_EQ(firstAuto("kc_h9_missing", 20, KODBC_FAILURE), "");
     EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", nullptr, 20), KODBC_FAILURE);
     EXPECT_TRUE(messages_.entries().empty());
 }

@@ -3,6 +3,8 @@
 #include <korvel/korvel32.h>
 
 #include <algorithm>
+#include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -75,6 +77,48 @@ int MessageRecorder::Handle(const KodbcMessage *message, void *self) {
     return recorder->answer_;
 }
 
+std::size_t MessageRecorder::count(int kind) const {
+    return static_cast<std::size_t>(
+        std::count_if(entries_.begin(), entries_.end(), [kind](const Entry &e) { return e.kind == kind; }));
+}
+
+bool RunStatement(SQLHDBC hdbc, const std::string &sql, std::string *error) {
+    SQLHSTMT stmt = nullptr;
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc, &stmt))) {
+        if (error) *error = "no statement handle";
+        return false;
+    }
+    SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS);
+    const bool ran = SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA;
+    if (!ran && error) {
+        SQLCHAR state[6] = {}, text[1000] = {};
+        SQLINTEGER native = 0;
+        SQLSMALLINT len = 0;
+        SQLGetDiagRec(SQL_HANDLE_STMT, stmt, 1, state, &native, text, sizeof text, &len);
+        *error = std::string(reinterpret_cast<char *>(state)) + " " + reinterpret_cast<char *>(text);
+    }
+    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+    return ran;
+}
+
+std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool *ran) {
+    std::vector<std::string> values;
+    SQLHSTMT stmt = nullptr;
+    bool executed = SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc, &stmt)) &&
+                    SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())),
+                                                SQL_NTS));
+    while (executed && SQL_SUCCEEDED(SQLFetch(stmt))) {
+        // Room for the longest values the tests write (1000 characters of 3 bytes).
+        std::vector<char> buffer(4000, '\0');
+        SQLLEN length = 0;
+        SQLGetData(stmt, 1, SQL_C_CHAR, buffer.data(), static_cast<SQLLEN>(buffer.size()), &length);
+        values.emplace_back(buffer.data());
+    }
+    if (stmt) SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+    if (ran) *ran = executed;
+    return values;
+}
+
 void DataSourceTest::SetUp() {
     DataSourceRecord source{};
     std::strncpy(source.DataSourceName, GetParam().c_str(), sizeof source.DataSourceName - 1);
@@ -95,27 +139,11 @@ void DataSourceTest::Drop(const std::string &table) {
 }
 
 void DataSourceTest::Exec(const std::string &sql) {
-    SQLHSTMT stmt = nullptr;
-    ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
-    SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS);
     std::string error;
-    if (!SQL_SUCCEEDED(rc) && rc != SQL_NO_DATA) {
-        SQLCHAR state[6] = {}, text[1000] = {};
-        SQLINTEGER native = 0;
-        SQLSMALLINT len = 0;
-        SQLGetDiagRec(SQL_HANDLE_STMT, stmt, 1, state, &native, text, sizeof text, &len);
-        error = std::string(reinterpret_cast<char *>(state)) + " " + reinterpret_cast<char *>(text);
-    }
-    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-    ASSERT_TRUE(error.empty()) << sql << ": " << error;
+    ASSERT_TRUE(RunStatement(hdbc_, sql, &error)) << sql << ": " << error;
 }
 
-void DataSourceTest::ExecQuietly(const std::string &sql) {
-    SQLHSTMT stmt = nullptr;
-    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt))) return;
-    SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS);
-    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-}
+void DataSourceTest::ExecQuietly(const std::string &sql) { RunStatement(hdbc_, sql); }
 
 void DataSourceTest::DropTables(std::initializer_list<std::string> tables) {
     for (const std::string &table : tables) Drop(table);
@@ -129,28 +157,13 @@ void DataSourceTest::OwnTables(std::initializer_list<std::string> tables) {
 }
 
 std::vector<std::string> DataSourceTest::Column(const std::string &sql) {
-    std::vector<std::string> values;
-    SQLHSTMT stmt = nullptr;
-    EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
-    if (!SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS))) {
-        ADD_FAILURE() << "query failed: " << sql;
-    } else {
-        while (SQL_SUCCEEDED(SQLFetch(stmt))) {
-            // Room for the longest values the tests write (1000 characters of 3 bytes).
-            std::vector<char> buffer(4000, '\0');
-            SQLLEN length = 0;
-            SQLGetData(stmt, 1, SQL_C_CHAR, buffer.data(), static_cast<SQLLEN>(buffer.size()), &length);
-            values.emplace_back(buffer.data());
-        }
-    }
-    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+    bool ran = false;
+    std::vector<std::string> values = QueryColumn(hdbc_, sql, &ran);
+    if (!ran) ADD_FAILURE() << "query failed: " << sql;
     return values;
 }
 
-std::size_t DataSourceTest::OdbcErrors() const {
-    return static_cast<std::size_t>(std::count_if(messages_.entries().begin(), messages_.entries().end(),
-                                                  [](const auto &e) { return e.kind == KODBC_MESSAGE_ODBC_ERROR; }));
-}
+std::size_t DataSourceTest::OdbcErrors() const { return messages_.count(KODBC_MESSAGE_ODBC_ERROR); }
 
 std::string DataSourceTest::DbmsName() const {
     char name[100] = {};
@@ -162,6 +175,23 @@ std::string DataSourceTest::DbmsName() const {
 std::string DataSourceTest::IdentifierQuote() const {
     char q = Kodbc_GetDelimiter(hdbc_);
     return std::string(1, q == ' ' || q == 0 ? '"' : q);
+}
+
+std::string DataSourceTest::AutoIncrementKey() const {
+    const std::string dbms = DbmsName();
+    if (dbms == "SQLite") return "INTEGER PRIMARY KEY AUTOINCREMENT";
+    return dbms == "PostgreSQL" ? "SERIAL PRIMARY KEY" : "INTEGER AUTO_INCREMENT PRIMARY KEY";
+}
+
+void DataSourceTest::ProvideBlobType() {
+    if (DbmsName() != "PostgreSQL") return;
+    ExecQuietly("DROP DOMAIN blob");
+    Exec("CREATE DOMAIN blob AS text");
+}
+
+void DataSourceTest::DropSystemTable() {
+    ExecQuietly("DROP TABLE KorvelSysTable");
+    if (DbmsName() == "PostgreSQL") ExecQuietly("DROP DOMAIN blob");
 }
 
 GuardedBuffer::GuardedBuffer(int size, char fill) : bytes_(static_cast<std::size_t>(size) + kGuard), size_(size) {
@@ -180,6 +210,25 @@ std::string Guarded(int size, const std::function<void(char *, int)> &fill) {
     fill(buffer.data(), buffer.size());
     EXPECT_TRUE(buffer.guards_intact()) << "written behind " << size << " bytes";
     return buffer.text();
+}
+
+std::string GuardedInPlace(const std::string &text, int size, const std::function<void(char *, int)> &work) {
+    return Guarded(size, [&](char *buffer, int n) {
+        std::snprintf(buffer, static_cast<std::size_t>(n), "%s", text.c_str());
+        work(buffer, n);
+    });
+}
+
+ScopedLocale::ScopedLocale(const char *name) {
+    const char *current = std::setlocale(LC_CTYPE, nullptr);
+    old_ = current ? current : "C";
+    ok_ = std::setlocale(LC_CTYPE, name) != nullptr;
+}
+
+ScopedLocale::~ScopedLocale() { std::setlocale(LC_CTYPE, old_.c_str()); }
+
+std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value, int type) {
+    return field + "\t" + keyword + "\t" + value + "\t" + std::to_string(type) + "\n";
 }
 
 void SetDumpState(long state) {

@@ -39,6 +39,10 @@ public:
         bool hasHint = false;
     };
     const std::vector<Entry> &entries() const { return entries_; }
+    // How many messages of `kind` were recorded.
+    std::size_t count(int kind) const;
+    // The text of the last message; empty when there was none.
+    std::string last_text() const { return entries_.empty() ? "" : entries_.back().text; }
     void clear() { entries_.clear(); }
     void set_answer(int answer) { answer_ = answer; }
 
@@ -48,6 +52,12 @@ private:
     int answer_;
     KodbcMessageHandler previous_;
 };
+
+// Runs a statement on a connection; false (with the driver's state and text
+// in *error) when it fails. SQL_NO_DATA counts as run.
+bool RunStatement(SQLHDBC hdbc, const std::string &sql, std::string *error = nullptr);
+// The first column of every row of a query, as text; *ran tells whether it ran.
+std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool *ran = nullptr);
 
 // A test connected to one data source of the run (parameter: its name); the
 // dump gate is switched off again at its end.
@@ -68,6 +78,12 @@ protected:
     std::string DbmsName() const;
     // The driver's identifier quote character as text; '"' when it does not quote.
     std::string IdentifierQuote() const;
+    // This DBMS's column type for an integer key that counts by itself.
+    std::string AutoIncrementKey() const;
+    // PostgreSQL has no BLOB for the library's system table; its users give it
+    // one, as this does. DropSystemTable takes both away again.
+    void ProvideBlobType();
+    void DropSystemTable();
     // How many of the recorded messages are ODBC errors.
     std::size_t OdbcErrors() const;
 
@@ -107,6 +123,27 @@ private:
 // Calls fill(buffer, size) on a guarded buffer of `size` bytes and returns
 // the text; a write behind the size fails the test.
 std::string Guarded(int size, const std::function<void(char *, int)> &fill);
+// The same for a function that works in place: the buffer holds `text` first
+// (cut to the size).
+std::string GuardedInPlace(const std::string &text, int size, const std::function<void(char *, int)> &work);
+
+// Sets the character type locale for its lifetime and restores the old one.
+class ScopedLocale {
+public:
+    explicit ScopedLocale(const char *name = "C.UTF-8");
+    ~ScopedLocale();
+    ScopedLocale(const ScopedLocale &) = delete;
+    ScopedLocale &operator=(const ScopedLocale &) = delete;
+    // False when the locale is not installed (the old one stays).
+    bool ok() const { return ok_; }
+
+private:
+    std::string old_;
+    bool ok_;
+};
+
+// One line of a selection or assignment descriptor.
+std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value, int type);
 
 // Sets the statement dump gate's registry switch (0: off).
 void SetDumpState(long state);

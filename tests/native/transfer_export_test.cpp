@@ -5,10 +5,7 @@
 
 #include "transfer/export_file.h"
 
-#include <clocale>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 namespace kodbc::test {
 namespace {
@@ -20,9 +17,6 @@ protected:
     void SetUp() override {
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
-        const char *current = std::setlocale(LC_CTYPE, nullptr);
-        locale_ = current ? current : "C";
-        std::setlocale(LC_CTYPE, "C.UTF-8");  // the ANSI side of the OEM conversion
         OwnTables({kTable, kLongTable, kOddTable});
         const std::string q = IdentifierQuote();
         Exec(std::string("CREATE TABLE ") + kTable + " (nr INTEGER, " + q + "Preis Netto" + q +
@@ -34,7 +28,6 @@ protected:
     }
     void TearDown() override {
         std::remove(file_.c_str());
-        std::setlocale(LC_CTYPE, locale_.c_str());
         DataSourceTest::TearDown();
     }
     std::vector<ExportField> Fields(const char *table = kTable) {
@@ -50,16 +43,14 @@ protected:
         const std::string sql = ExportStatement(hdbc_, table, fields, where) + " ORDER BY nr";
         if (!WriteExportFile(hdbc_, sql, fields, format, file_.c_str(), maxRecords, progress ? *progress : own))
             return "";
-        std::ifstream in(file_, std::ios::binary);
-        std::stringstream bytes;
-        bytes << in.rdbuf();
-        return bytes.str();
+        return ReadFile(file_);
     }
 
     static constexpr const char *kTable = "kodbc_ex";
     static constexpr const char *kLongTable = "kodbc_ex_long";
     static constexpr const char *kOddTable = "kodbc_ex_odd";
-    std::string file_, locale_;
+    ScopedLocale utf8_;  // the ANSI side of the OEM conversion
+    std::string file_;
 };
 
 TEST_P(ExportFile, BytesForEachFormat) {

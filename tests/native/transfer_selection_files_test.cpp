@@ -9,7 +9,6 @@
 
 #include <korvel/korvel32.h>
 
-#include <clocale>
 #include <cstdio>
 #include <fstream>
 
@@ -18,16 +17,6 @@ namespace {
 
 using namespace transfer;
 using Values = std::vector<std::string>;
-
-// Converted text comes out in UTF-8 while a test runs.
-class Utf8Locale {
-public:
-    Utf8Locale() : old_(std::setlocale(LC_CTYPE, nullptr)) { std::setlocale(LC_CTYPE, "C.UTF-8"); }
-    ~Utf8Locale() { std::setlocale(LC_CTYPE, old_.c_str()); }
-
-private:
-    std::string old_;
-};
 
 // bytes as a file, read from its start.
 struct MemoryFile {
@@ -88,7 +77,7 @@ TEST(SelectionFiles, HeadersThatDoNotFollowTheLayout) {
 }
 
 TEST(SelectionFiles, SelFieldsNamesFormatsAndRecords) {
-    Utf8Locale utf8;
+    ScopedLocale utf8;  // converted text comes out in UTF-8
     MemoryFile sel("Kopf\r\n4,7\r\n1,C,  Gr\x94\xE1" "e  ,CF10,x\r\n2,C,Preis,NN\r\n3,C,,C10\r\n4,C,Menge,CG\r\n"
                    "  a b  \r\n" + std::string(1200, 'y') + "\r\n\r\nM\x81nze\r\nnur eine\r\n");
     ImportFieldList fields;
@@ -209,7 +198,7 @@ protected:
         return Column("SELECT COALESCE(" + column + ", '(NULL)') FROM kodbc_sel_dst ORDER BY " + order);
     }
 
-    Utf8Locale utf8_;
+    ScopedLocale utf8_;
     std::string file_;
 };
 
