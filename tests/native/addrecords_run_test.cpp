@@ -356,12 +356,7 @@ TEST_P(AddRecords, BatchIsAllOrNothingAndNamesTheRefusedRecord) {
     Exec("CREATE TABLE ar_big_src (id INTEGER, name VARCHAR(40))");
     Exec("CREATE TABLE ar_big_dst (id INTEGER, name VARCHAR(40) UNIQUE)");
     auto name = [](long n) { return "O'Brien \\ " + std::to_string(n); };
-    struct AutoCommitOff {
-        explicit AutoCommitOff(SQLHDBC hdbc) : hdbc(hdbc) { Set(SQL_AUTOCOMMIT_OFF); }
-        ~AutoCommitOff() { Set(SQL_AUTOCOMMIT_ON); }
-        void Set(SQLULEN on) { SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on), 0); }
-        SQLHDBC hdbc;
-    } autoCommitOff(hdbc_);
+    AutoCommitOff autoCommitOff(hdbc_);
     {
         // Bound as parameters: the values reach the table unchanged on every server.
         SQLHSTMT stmt = nullptr;

@@ -168,6 +168,15 @@ private:
     std::vector<std::pair<std::string, std::string>> saved_;
 };
 
+// Auto-commit off for a scope, as the command-line tool runs its own
+// connection for a batch.
+struct AutoCommitOff {
+    explicit AutoCommitOff(SQLHDBC hdbc) : hdbc(hdbc) { Set(SQL_AUTOCOMMIT_OFF); }
+    ~AutoCommitOff() { Set(SQL_AUTOCOMMIT_ON); }
+    void Set(SQLULEN on) { SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on), 0); }
+    SQLHDBC hdbc;
+};
+
 // Records a work loop's progress and stops it at a chosen step.
 class RecordingProgress : public wizards::WizardProgress {
 public:

@@ -686,12 +686,7 @@ TEST_P(ImportRun, BatchIsAllOrNothingAndNamesTheRefusedLine) {
     const std::string line701 = "O'Brien \\ 700\n";
     refused.replace(refused.find(line701), line701.size(), "O'Brien \\ 640\n");
     // The tool's own connection runs without auto-commit.
-    struct AutoCommitOff {
-        explicit AutoCommitOff(SQLHDBC hdbc) : hdbc(hdbc) { Set(SQL_AUTOCOMMIT_OFF); }
-        ~AutoCommitOff() { Set(SQL_AUTOCOMMIT_ON); }
-        void Set(SQLULEN on) { SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on), 0); }
-        SQLHDBC hdbc;
-    } autoCommitOff(hdbc_);
+    AutoCommitOff autoCommitOff(hdbc_);
     const struct {
         const char *name;
         std::string file;
