@@ -147,7 +147,19 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
         return KODBC_FAILURE;
     bool writeFailed = false;
 
+    // One statement serves every record of the per-record stream: each is
+    // offered to the dump and executed directly on it.
     odbc::Statement statement;
+    auto executeOne = [&](const char *text) {
+        if (!statement.ok()) {
+            statement = odbc::Statement(context.destination);
+            if (!statement.ok()) {
+                Kodbc_DisplayErrorHdbc(context.destination);
+                return false;
+            }
+        }
+        return Korvel_DumpSqlStatement(text, 0) == 1 && ExecuteStatement(statement, text, nullptr) != ExecOutcome::Failed;
+    };
     progress.Start(total);
     bool converted = true;
     for (long record = 1; record <= total && converted; ++record) {
@@ -186,45 +198,18 @@ int RunAddRecords(AddRecordsContext &context, WizardProgress &progress, AddRecor
             BuildIdentifyingCondition(idField, id, idType, condition, sizeof condition, parts.backslashEscapes);
             update = Kodbc_GetRecordCountExt(context.destination, table, condition, 0) >= 1;
         }
-        if (batch) {
-            bool ok;
-            if (update) {
-                BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
-                ok = guarded([&] { return batch->Run(sql.get(), record); });
-            } else if (replace) {
-                BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
-                ok = guarded([&] { return batch->Run(sql.get(), record); });
-            } else {
-                BuildInsertValues(parts, context.fields, sql.get(), room > 1 ? room : 1);
-                ok = guarded([&] { return batch->Add(sql.get(), record); });
-            }
-            if (!ok) {
-                result.stopped = writeFailed = true;
-                break;
-            }
-            ++result.written;
-            if (progress.Step(record)) {
-                result.cancelled = true;
-                break;
-            }
-            continue;
+        bool written;
+        if (batch && !replace) {
+            BuildInsertValues(parts, context.fields, sql.get(), room > 1 ? room : 1);
+            written = guarded([&] { return batch->Add(sql.get(), record); });
+        } else {
+            if (update) BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
+            else BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
+            written = batch ? guarded([&] { return batch->Run(sql.get(), record); }) : executeOne(sql.get());
         }
-        if (update) BuildUpdateStatement(parts, context.fields, condition, sql.get(), kBufferSize);
-        else BuildInsertStatement(parts, context.fields, sql.get(), kBufferSize);
-
-        // One statement serves every record: each is offered to the dump
-        // and executed directly on it.
-        if (!statement.ok()) {
-            statement = odbc::Statement(context.destination);
-            if (!statement.ok()) {
-                Kodbc_DisplayErrorHdbc(context.destination);
-                result.stopped = true;
-                break;
-            }
-        }
-        if (Korvel_DumpSqlStatement(sql.get(), 0) != 1 ||
-            ExecuteStatement(statement, sql.get(), nullptr) == ExecOutcome::Failed) {
+        if (!written) {
             result.stopped = true;
+            writeFailed = batch != nullptr;
             break;
         }
         ++result.written;
