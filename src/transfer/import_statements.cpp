@@ -174,31 +174,34 @@ bool AppendImportValues(korvel::BoundedText &sql, const ImportInsertParts &parts
 
 } // namespace
 
-std::string ImportInsertHead(const ImportInsertParts &parts, const ImportFieldList &fields) {
-    std::string head = parts.head;
+namespace {
+
+// "INSERT INTO t (a,b) VALUES " after what text holds, be it bounded or not.
+template <typename Text>
+void AppendImportHead(Text &text, const ImportInsertParts &parts, const ImportFieldList &fields) {
+    text.append(std::string_view(parts.head));
     const std::size_t count = std::min(fields.size(), parts.names.size());
     bool first = true;
     for (std::size_t i = 0; i < count; ++i) {
         if (!IsWritten(fields[i])) continue;
-        if (!first) head += ',';
-        head += parts.names[i];
+        if (!first) text.append(std::string_view(","));
+        text.append(std::string_view(parts.names[i]));
         first = false;
     }
-    return head + ") VALUES ";
+    text.append(std::string_view(") VALUES "));
+}
+
+} // namespace
+
+std::string ImportInsertHead(const ImportInsertParts &parts, const ImportFieldList &fields) {
+    std::string head;
+    AppendImportHead(head, parts, fields);
+    return head;
 }
 
 bool BuildImportInsert(const ImportInsertParts &parts, const ImportFieldList &fields, char *out, int size) noexcept {
     korvel::BoundedText sql(out, size);
-    sql.append(parts.head);
-    const std::size_t count = std::min(fields.size(), parts.names.size());
-    bool first = true;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!IsWritten(fields[i])) continue;
-        if (!first) sql.append(',');
-        sql.append(parts.names[i]);
-        first = false;
-    }
-    sql.append(") VALUES ");
+    AppendImportHead(sql, parts, fields);
     const bool whole = AppendImportValues(sql, parts, fields);
     return whole && !sql.truncated();
 }
