@@ -56,11 +56,8 @@ int AddRecords(const Login &login, const AddRecordsRequest &request) {
 
     Connection destination(request.dsn, login.user, login.password);
     if (!destination.ok()) return kExitFailed;
-    // All or nothing: the tool's own connection leaves auto-commit, and the
-    // library ends the one transaction itself.
-    const bool batch = !request.perRecord &&
-                       SQL_SUCCEEDED(SQLSetConnectAttr(destination.hdbc(), SQL_ATTR_AUTOCOMMIT,
-                                                       reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_OFF), 0));
+    // All or nothing, on the tool's own connection.
+    const bool batch = !request.perRecord && destination.AutoCommitOff();
     // The source has a connection of its own; the library reads it on the
     // destination's where that one can serve both sides.
     Connection other(sourceDsn, login.user, login.password);

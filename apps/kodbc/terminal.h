@@ -41,6 +41,13 @@ public:
     Connection &operator=(const Connection &) = delete;
     bool ok() const { return hdbc_ != nullptr; }
     SQLHDBC hdbc() const { return hdbc_; }
+    // Leaves auto-commit, so that a batch run of the library is one
+    // transaction that the library ends itself; false where the driver
+    // refuses (the run then goes record by record).
+    bool AutoCommitOff() const {
+        return SQL_SUCCEEDED(SQLSetConnectAttr(hdbc_, SQL_ATTR_AUTOCOMMIT,
+                                               reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_OFF), 0));
+    }
 
 private:
     SQLHENV henv_ = nullptr;

@@ -233,11 +233,8 @@ int ImportData(const Login &login, const ImportRequest &request) {
     if (file.isStream() && (file.name().empty() || !file.ReadStandardInput())) return kExitFailed;
     Connection connection(request.dsn, login.user, login.password);
     if (!connection.ok()) return kExitFailed;
-    // All or nothing: the import's own connection leaves auto-commit, and
-    // the import ends the one transaction itself.
-    const bool batch = !request.dryRun && !request.perRecord &&
-                       SQL_SUCCEEDED(SQLSetConnectAttr(connection.hdbc(), SQL_ATTR_AUTOCOMMIT,
-                                                       reinterpret_cast<SQLPOINTER>(SQL_AUTOCOMMIT_OFF), 0));
+    // All or nothing, on the import's own connection.
+    const bool batch = !request.dryRun && !request.perRecord && connection.AutoCommitOff();
     if (batch) options.flags |= KODBC_IMPORT_BATCH;
     std::vector<char> create(30000), insert(30000);
     KodbcImportResult result = {};
