@@ -77,8 +77,13 @@ bool IsOneNumber(std::string_view text) {
 } // namespace
 
 NumberText ToNumberText(std::string_view text, char decimalMark, std::string &out, bool &dropped) {
-    out.clear();
     dropped = false;
+    // Most numbers in a file are plain digits: they need none of the rules.
+    if (!text.empty() && std::all_of(text.begin(), text.end(), IsDigit)) {
+        out.assign(text);
+        return NumberText::Number;
+    }
+    out.clear();
     // An exponent would lose its letter to the rule and turn the number
     // into a sum: it is taken apart from the rule.
     const std::size_t e = text.find_last_of("eE");
