@@ -1,8 +1,14 @@
-// The statement dump gate. The switch is read from the registry on every
-// call, so a user can turn logging or confirmation on while a program runs.
+// The statement dump gate. A user can turn logging or confirmation on while
+// a program runs: the switch is read again when this process has written
+// the registry and otherwise at most every 200 ms. Read before every
+// statement, it cost more than a statement's own work on a local database.
+#include "registry_changes.h"
+
 #include <korvel/korvel32.h>
 
+#include <chrono>
 #include <cstdio>
+#include <mutex>
 #include <ctime>
 #include <string>
 
@@ -63,7 +69,27 @@ void AppendToLog(const char *statement) {
 } // namespace
 
 int Korvel_GetDumpState(int) {
-    return static_cast<int>(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kDumpKey, 0, nullptr, kDumpStateValue, 0));
+    using Clock = std::chrono::steady_clock;
+    static std::mutex mutex;
+    static bool known = false;
+    static unsigned long knownChanges = 0;
+    static Clock::time_point readAt;
+    static int state = 0;
+
+    const unsigned long changes = korvel::RegistryChanges();
+    const Clock::time_point now = Clock::now();
+    {
+        std::lock_guard lock(mutex);
+        if (known && changes == knownChanges && now - readAt < std::chrono::milliseconds(200)) return state;
+    }
+    const int fresh =
+        static_cast<int>(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kDumpKey, 0, nullptr, kDumpStateValue, 0));
+    std::lock_guard lock(mutex);
+    known = true;
+    knownChanges = changes;
+    readAt = now;
+    state = fresh;
+    return fresh;
 }
 
 int Korvel_DumpSqlStatement(const char *statement, int) {

@@ -10,6 +10,8 @@
 // names and texts a backslash, newline, carriage return and tab are written
 // \\ \n \r \t; in names '=' is written \= as well, and a leading '[' or '#'
 // as \[ or \#.
+#include "../common/registry_changes.h"
+
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
 
@@ -327,6 +329,7 @@ std::optional<Value> ReadValue(HKEY root, const char *keyPath, const char *secti
 }
 
 int WriteValue(HKEY root, const char *keyPath, const char *section, const char *valueName, Value value) {
+    korvel::NoteRegistryChange();
     LockedStore locked(root);
     if (!locked.ok()) return 0;
     locked.store()[FullKey(keyPath, section)][valueName ? valueName : ""] = std::move(value);
@@ -378,6 +381,7 @@ int Korvel_WriteRegistryNumber(HKEY root, const char *keyPath, int, const char *
 }
 
 int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int, const char *section, const char *valueName) {
+    korvel::NoteRegistryChange();
     LockedStore locked(root);
     if (!locked.ok()) return 0;
     auto key = locked.store().find(FullKey(keyPath, section));
@@ -388,6 +392,7 @@ int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int, const char *
 int Korvel_DeleteRegistryKey(HKEY root, const char *keyPath, int, const char *section) {
     const std::string path = FullKey(keyPath, section);
     if (path.empty()) return 0;
+    korvel::NoteRegistryChange();
     LockedStore locked(root);
     if (!locked.ok()) return 0;
     // The key and every key below it; "Recent" must not take "RecentX" along.

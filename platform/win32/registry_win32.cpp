@@ -2,6 +2,8 @@
 // and below it the section as a subkey (none when the section is empty).
 #include <windows.h>
 
+#include "../common/registry_changes.h"
+
 #include <korvel/bounded_text.h>
 #include <korvel/korvel32.h>
 
@@ -78,6 +80,7 @@ bool QueryString(HKEY root, const char *keyPath, const char *section, const char
 
 int WriteValue(HKEY root, const char *keyPath, const char *section, const char *valueName, DWORD type,
                const void *data, DWORD size) {
+    korvel::NoteRegistryChange();
     Key key(root, keyPath, section, true);
     if (!key) return 0;
     return RegSetValueExA(key.get(), valueName, 0, type, static_cast<const BYTE *>(data), size) == ERROR_SUCCESS
@@ -132,6 +135,7 @@ int Korvel_WriteRegistryNumber(HKEY root, const char *keyPath, int, const char *
 
 int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int, const char *section, const char *valueName) {
     if (!root) return 0;
+    korvel::NoteRegistryChange();
     HKEY key = nullptr;
     if (RegOpenKeyExA(root, FullKey(keyPath, section).c_str(), 0, KEY_SET_VALUE, &key) != ERROR_SUCCESS) return 0;
     LONG rc = RegDeleteValueA(key, valueName);
@@ -142,6 +146,7 @@ int Korvel_DeleteRegistryValue(HKEY root, const char *keyPath, int, const char *
 int Korvel_DeleteRegistryKey(HKEY root, const char *keyPath, int, const char *section) {
     const std::string path = FullKey(keyPath, section);
     if (!root || path.empty()) return 0;
+    korvel::NoteRegistryChange();
     return RegDeleteTreeA(root, path.c_str()) == ERROR_SUCCESS ? 1 : 0;
 }
 

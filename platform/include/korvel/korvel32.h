@@ -170,6 +170,8 @@ int Korvel_ReadStringFromHKCUorHKLM(const char *keyPath, const char *section, co
 // HKEY_CURRENT_USER "Software\Korvel Software\Kodbc": bit 1 logs every
 // statement to the file named by "SqlDumpFile" (default kodbc-sql.log in the
 // temporary folder), bit 2 shows warnings, bit 4 asks before each statement.
+// A change written by this process counts at once, one written by another
+// program within 200 ms.
 
 #define KORVEL_DUMP_LOG       1
 #define KORVEL_DUMP_WARNINGS  2
