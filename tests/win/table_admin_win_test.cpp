@@ -51,7 +51,7 @@ TEST_F(TableAdminTest, ListsAddsAColumnAndRemovesOne) {
     bool dropGreyed = false, dropEnabledOnSelection = false, autoIncGreyed = false, typeOffered = false;
     DialogRobot robot(Title(), "tableadmin-10009", [&](HWND dialog) {
         HWND list = GetDlgItem(dialog, IDC_TABLE_ADMIN_LIST);
-        listed = ListViewRows(list);
+        listed = ListViewColumn(list, 0);
         dropGreyed = !Enabled(dialog, IDC_TABLE_ADMIN_DROP_COLUMNS);  // nothing selected
         // SQLite has no auto-incrementing definition: the button is greyed,
         // and the command, should it still arrive, is refused.
@@ -86,8 +86,9 @@ TEST_F(TableAdminTest, ListsAddsAColumnAndRemovesOne) {
 
     ASSERT_TRUE(robot.Found()) << "dialog 10009 never appeared";
     EXPECT_EQ(result, 0);
-    // As the SQLite driver describes them, "NULL" the default of a column that has none.
-    EXPECT_EQ(listed, (Texts{"Nr|Ganzzahl (9)|Nein|NULL|", "Name|VarText (20)|Ja|x|", "Ort|VarText (30)|Ja|NULL|"}));
+    // The rows' texts (type with length, default) are the core's, proven
+    // natively (tabledesign_admin_test.cpp).
+    EXPECT_EQ(listed, (Texts{"Nr", "Name", "Ort"}));
     EXPECT_TRUE(dropGreyed);
     EXPECT_TRUE(dropEnabledOnSelection);
     EXPECT_TRUE(autoIncGreyed);
