@@ -121,22 +121,13 @@ TEST_F(SelDescRows, DescriptorShownAndWrittenBack) {
                                    "\v"
                                    "Frei\tIL\t4;7;9\t0\n\v";
     Kodbc_OpDesc_To_DialogItems(OPDESC_SELECTION, descriptor.c_str(), kFieldList, dialog_, kRows, 0);
-    EXPECT_EQ(Text(1011), "Ort");
-    EXPECT_EQ(Operator(1012), 101);
-    EXPECT_EQ(Text(1013), "Ber");
+    const std::pair<int, const char *> texts[] = {{1011, "Ort"},      {1013, "Ber"},        {1015, "Umsatz"},
+                                                  {1017, "1.000,5"},  {1018, ""},           {114, "Datum"},
+                                                  {1035, "1.2.2024"}, {1030, "Frei"},       {1032, "4;7;9"}};
+    for (auto [id, text] : texts) EXPECT_EQ(Text(id), text) << id;  // "Frei" is no entry: its text set anyway
+    const std::pair<int, LPARAM> operators[] = {{1012, 101}, {1016, 104}, {1019, -1}, {115, 102}, {1028, -1}, {1031, 111}};
+    for (auto [id, code] : operators) EXPECT_EQ(Operator(id), code) << id;
     EXPECT_EQ(SendMessageA(Item(1011), CB_GETCURSEL, 0, 0), 0);  // the equal entry is selected
-    EXPECT_EQ(Text(1015), "Umsatz");
-    EXPECT_EQ(Operator(1016), 104);
-    EXPECT_EQ(Text(1017), "1.000,5");
-    EXPECT_EQ(Text(1018), "");
-    EXPECT_EQ(Operator(1019), -1);
-    EXPECT_EQ(Text(114), "Datum");
-    EXPECT_EQ(Operator(115), 102);
-    EXPECT_EQ(Text(1035), "1.2.2024");
-    EXPECT_EQ(Operator(1028), -1);
-    EXPECT_EQ(Text(1030), "Frei");  // not an entry: text set anyway
-    EXPECT_EQ(Operator(1031), 111);
-    EXPECT_EQ(Text(1032), "4;7;9");
     // Written back: the types come from the field box, 0 for an unknown field.
     EXPECT_EQ(Write(), descriptor);
 }
