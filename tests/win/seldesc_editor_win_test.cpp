@@ -28,10 +28,7 @@ constexpr OpDescDialogItem kFourthGroup = {IDC_SELEDIT_G4_FIELD, IDC_SELEDIT_G4_
 // operator picked by its code.
 void Type(HWND dialog, const OpDescDialogItem &row, const char *field, LPARAM code, const char *value) {
     SetDlgItemTextA(dialog, row.FieldId, field);
-    HWND box = GetDlgItem(dialog, row.OperatorId);
-    const auto lines = BoxLines(box);
-    for (std::size_t i = 0; i < lines.size(); ++i)
-        if (lines[i].data == code) SendMessageA(box, CB_SETCURSEL, i, 0);
+    ChooseData(dialog, row.OperatorId, code);
     SetDlgItemTextA(dialog, row.ValueId, value);
 }
 

@@ -1,6 +1,7 @@
 // Descriptors into and out of real condition rows: a window with the
 // selection editor's rows (five in the first group, one in each of three
 // more), read back and driven with messages.
+#include "robot.h"
 #include "win_support.h"
 
 #include <cstring>
@@ -67,14 +68,9 @@ protected:
         int sel = static_cast<int>(SendMessageA(Item(id), CB_GETCURSEL, 0, 0));
         return sel < 0 ? -1 : SendMessageA(Item(id), CB_GETITEMDATA, static_cast<WPARAM>(sel), 0);
     }
-    void SelectOperator(int id, LPARAM code) {
-        auto entries = Entries(Item(id));
-        for (std::size_t i = 0; i < entries.size(); ++i)
-            if (entries[i].data == code) SendMessageA(Item(id), CB_SETCURSEL, i, 0);
-    }
     void SetRow(const OpDescDialogItem &row, const char *field, LPARAM code, const char *value) {
         SetWindowTextA(Item(row.FieldId), field);
-        SelectOperator(row.OperatorId, code);
+        wintest::ChooseData(dialog_, row.OperatorId, code);
         SetWindowTextA(Item(row.ValueId), value);
     }
     std::string Write(int kind = OPDESC_SELECTION, int size = 2000) {
