@@ -161,11 +161,8 @@ TEST_F(SelDescRows, ListBoxFieldAndUnknownKeywords) {
 TEST_F(SelDescRows, SeparatorsCostTwoBytesOfRoom) {
     Kodbc_OpDesc_To_DialogItems(OPDESC_SELECTION, nullptr, kFieldList, dialog_, kRows, 0);
     EXPECT_EQ(Write(), "\v\v\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 8), "\v\v\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 7), "\v\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 5), "\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 2), "\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 1), "");
+    const std::pair<int, const char *> empty[] = {{8, "\v\v\v\v"}, {7, "\v\v\v"}, {5, "\v\v"}, {2, "\v"}, {1, ""}};
+    for (auto [size, expected] : empty) EXPECT_EQ(Write(OPDESC_SELECTION, size), expected) << size;
     SetRow(kRows[0], "Ort", 102, "Bonn");  // "Ort\tEQ\tBonn\t12\n", 15 characters
     EXPECT_EQ(Write(OPDESC_SELECTION, 20), "Ort\tEQ\tBonn\t12\n\v\v");
     EXPECT_EQ(Write(OPDESC_SELECTION, 10), "Ort\tEQ\tBo");
