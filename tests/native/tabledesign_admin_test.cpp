@@ -76,6 +76,28 @@ protected:
     static constexpr const char *kTable = "kodbc_ta";
 };
 
+// The list's rows as the dialog shows them: the library's type name with the
+// driver's length, and the default as the driver words it.
+TEST_P(TableAdminOn, ListRowsShowTypeWithLengthAndTheDriversDefault) {
+    OwnTables({"kodbc_ta_rows"});
+    Exec("CREATE TABLE kodbc_ta_rows (nr INTEGER NOT NULL, name VARCHAR(20) DEFAULT 'x', ort VARCHAR(30))");
+    const std::string dbms = DbmsName();
+    const std::vector<std::string> expected =
+        dbms == "SQLite"       ? std::vector<std::string>{"nr|Ganzzahl (9)|Nein|NULL|", "name|VarText (20)|Ja|x|",
+                                                          "ort|VarText (30)|Ja|NULL|"}
+        : dbms == "PostgreSQL" ? std::vector<std::string>{"nr|Ganzzahl (10)|Nein||",
+                                                          "name|VarText (20)|Ja|'x'::character varying|",
+                                                          "ort|VarText (30)|Ja||"}
+                               : std::vector<std::string>{"nr|Ganzzahl (10)|Nein||", "name|VarText (20)|Ja|'x'|",
+                                                          "ort|VarText (30)|Ja|NULL|"};
+    std::vector<AdminColumn> columns;
+    ASSERT_TRUE(ReadAdminColumns(hdbc_, "kodbc_ta_rows", columns));
+    std::vector<std::string> rows;
+    for (const AdminColumn &c : columns)
+        rows.push_back(c.name + "|" + c.type + "|" + c.nullableText + "|" + c.defaultValue + "|" + c.remark);
+    EXPECT_EQ(rows, expected) << dbms;
+}
+
 TEST_P(TableAdminOn, AddAndDropColumns) {
     EXPECT_EQ(Names(), (std::vector<std::string>{"id:Nein", "name:Ja", "ort:Ja"}));
 

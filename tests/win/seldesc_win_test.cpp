@@ -1,6 +1,7 @@
 // Descriptors into and out of real condition rows: a window with the
 // selection editor's rows (five in the first group, one in each of three
 // more), read back and driven with messages.
+#include "robot.h"
 #include "win_support.h"
 
 #include <cstring>
@@ -67,14 +68,9 @@ protected:
         int sel = static_cast<int>(SendMessageA(Item(id), CB_GETCURSEL, 0, 0));
         return sel < 0 ? -1 : SendMessageA(Item(id), CB_GETITEMDATA, static_cast<WPARAM>(sel), 0);
     }
-    void SelectOperator(int id, LPARAM code) {
-        auto entries = Entries(Item(id));
-        for (std::size_t i = 0; i < entries.size(); ++i)
-            if (entries[i].data == code) SendMessageA(Item(id), CB_SETCURSEL, i, 0);
-    }
     void SetRow(const OpDescDialogItem &row, const char *field, LPARAM code, const char *value) {
         SetWindowTextA(Item(row.FieldId), field);
-        SelectOperator(row.OperatorId, code);
+        wintest::ChooseData(dialog_, row.OperatorId, code);
         SetWindowTextA(Item(row.ValueId), value);
     }
     std::string Write(int kind = OPDESC_SELECTION, int size = 2000) {
@@ -121,22 +117,13 @@ TEST_F(SelDescRows, DescriptorShownAndWrittenBack) {
                                    "\v"
                                    "Frei\tIL\t4;7;9\t0\n\v";
     Kodbc_OpDesc_To_DialogItems(OPDESC_SELECTION, descriptor.c_str(), kFieldList, dialog_, kRows, 0);
-    EXPECT_EQ(Text(1011), "Ort");
-    EXPECT_EQ(Operator(1012), 101);
-    EXPECT_EQ(Text(1013), "Ber");
+    const std::pair<int, const char *> texts[] = {{1011, "Ort"},      {1013, "Ber"},        {1015, "Umsatz"},
+                                                  {1017, "1.000,5"},  {1018, ""},           {114, "Datum"},
+                                                  {1035, "1.2.2024"}, {1030, "Frei"},       {1032, "4;7;9"}};
+    for (auto [id, text] : texts) EXPECT_EQ(Text(id), text) << id;  // "Frei" is no entry: its text set anyway
+    const std::pair<int, LPARAM> operators[] = {{1012, 101}, {1016, 104}, {1019, -1}, {115, 102}, {1028, -1}, {1031, 111}};
+    for (auto [id, code] : operators) EXPECT_EQ(Operator(id), code) << id;
     EXPECT_EQ(SendMessageA(Item(1011), CB_GETCURSEL, 0, 0), 0);  // the equal entry is selected
-    EXPECT_EQ(Text(1015), "Umsatz");
-    EXPECT_EQ(Operator(1016), 104);
-    EXPECT_EQ(Text(1017), "1.000,5");
-    EXPECT_EQ(Text(1018), "");
-    EXPECT_EQ(Operator(1019), -1);
-    EXPECT_EQ(Text(114), "Datum");
-    EXPECT_EQ(Operator(115), 102);
-    EXPECT_EQ(Text(1035), "1.2.2024");
-    EXPECT_EQ(Operator(1028), -1);
-    EXPECT_EQ(Text(1030), "Frei");  // not an entry: text set anyway
-    EXPECT_EQ(Operator(1031), 111);
-    EXPECT_EQ(Text(1032), "4;7;9");
     // Written back: the types come from the field box, 0 for an unknown field.
     EXPECT_EQ(Write(), descriptor);
 }
@@ -174,11 +161,8 @@ TEST_F(SelDescRows, ListBoxFieldAndUnknownKeywords) {
 TEST_F(SelDescRows, SeparatorsCostTwoBytesOfRoom) {
     Kodbc_OpDesc_To_DialogItems(OPDESC_SELECTION, nullptr, kFieldList, dialog_, kRows, 0);
     EXPECT_EQ(Write(), "\v\v\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 8), "\v\v\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 7), "\v\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 5), "\v\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 2), "\v");
-    EXPECT_EQ(Write(OPDESC_SELECTION, 1), "");
+    const std::pair<int, const char *> empty[] = {{8, "\v\v\v\v"}, {7, "\v\v\v"}, {5, "\v\v"}, {2, "\v"}, {1, ""}};
+    for (auto [size, expected] : empty) EXPECT_EQ(Write(OPDESC_SELECTION, size), expected) << size;
     SetRow(kRows[0], "Ort", 102, "Bonn");  // "Ort\tEQ\tBonn\t12\n", 15 characters
     EXPECT_EQ(Write(OPDESC_SELECTION, 20), "Ort\tEQ\tBonn\t12\n\v\v");
     EXPECT_EQ(Write(OPDESC_SELECTION, 10), "Ort\tEQ\tBo");

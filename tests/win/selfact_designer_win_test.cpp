@@ -1,8 +1,9 @@
 // The query designer as a user meets it: a join of two tables built on the
 // pages, columns, a condition and a sort key picked, the statement checked
 // in the preview and read back from the query after OK; each rule that
-// refuses OK, with its page in front; "Testen"; and a cancel that leaves
-// the query as it was.
+// refuses OK, with its page in front, and the cancel that leaves the query
+// as it was; "Testen". What the pages offer and which entries they take are
+// the designer's rules, proven natively (select_designer_test.cpp).
 #include "wizard_walker.h"
 
 #include "select/selfact_dialog_ids.h"
@@ -98,9 +99,8 @@ protected:
 };
 
 TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
-    Texts labels, operands, columnChoices, shown, dragged;
+    Texts labels, shown, dragged;
     std::string preview, tested;
-    int tablesAfterMove = -1;
     DialogRobot robot(kTitle, "selfact-10064", [&](HWND dialog) {
         labels = TabLabels(dialog);
         HWND tables = Page(dialog, IDC_SELFACT_PAGE_TABLES);
@@ -109,7 +109,6 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
         PressFor(tables, IDC_SFT_ADD, IDC_SFT_LIST, 1);
         Type(tables, IDC_SFT_ALIAS, "a");
         Choose(tables, IDC_SFT_TABLE, "kodbc_sfa", true);
-        operands = BoxTexts(GetDlgItem(tables, IDC_SFT_FIRST));
         ChooseData(tables, IDC_SFT_JOIN, 2, true);
         Type(tables, IDC_SFT_FIRST, "k.Nr");
         Type(tables, IDC_SFT_SECOND, "a.KdNr");
@@ -120,7 +119,6 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
 
         ChooseTab(dialog, 1);
         HWND columns = Page(dialog, IDC_SELFACT_PAGE_COLUMNS);
-        columnChoices = BoxTexts(GetDlgItem(columns, IDC_SFC_COLUMN));
         for (const char *column : {"k.Ort", "k.Name", "a.Betrag"}) {
             Type(columns, IDC_SFC_COLUMN, column);
             Type(columns, IDC_SFC_ALIAS, std::string(column) == "k.Name" ? "Kunde" : "");
@@ -133,10 +131,8 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
         WaitFor([&] { return ListViewCell(list, 1, 0) == "k.Ort"; });
         DragRow(list, 1, 2);
         WaitFor([&] { return ListViewCell(list, 2, 0) == "k.Ort"; });
-        dragged = {ListViewCell(list, 0, 0), ListViewCell(list, 1, 0),
-                   ListViewCell(list, 2, 0)};
+        dragged = ListViewColumn(list, 0);
         PressFor(columns, IDC_SFC_REMOVE, IDC_SFC_LIST, 2);
-        tablesAfterMove = Rows(tables, IDC_SFT_LIST);
         Sleep(200);
         SaveScreenshot(dialog, "selfact-10064-spalten");
 
@@ -167,10 +163,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
     ASSERT_TRUE(robot.Found()) << "dialog 10064 never appeared";
     EXPECT_EQ(result, 1);
     EXPECT_EQ(labels, (Texts{"Tabellen", "Spalten", "Selektion", "Sortierung"}));
-    EXPECT_EQ(operands, (Texts{"k.Nr", "k.Name", "k.Ort", "a.KdNr", "a.Betrag"}));
     EXPECT_EQ(shown, (Texts{"kodbc_sfk|k||", "kodbc_sfa|a|linkes Kreuzprodukt|k.Nr = a.KdNr"}));
-    EXPECT_EQ(columnChoices, (Texts{"k.*", "a.*", "k.Nr", "k.Name", "k.Ort", "a.KdNr", "a.Betrag"}));
-    EXPECT_EQ(tablesAfterMove, 2);
     EXPECT_EQ(dragged, (Texts{"k.Name", "a.Betrag", "k.Ort"}));
     EXPECT_NE(tested.find("Der SELECT-Befehl wurde erfolgreich getestet"), std::string::npos) << tested;
     const std::string expected = "SELECT k.Name AS Kunde, a.Betrag FROM kodbc_sfk AS k LEFT JOIN kodbc_sfa AS a ON "
@@ -201,6 +194,7 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
     };
     for (const Case &c : cases) {
         Preset(c.tables, c.columns);
+        const std::string tables = Part(SELFACT_TABLES), columns = Part(SELFACT_COLUMNS);
         std::string said;
         int startedOn = 0, front = 0;
         DialogRobot robot(kTitle, "", [&](HWND dialog) {
@@ -209,6 +203,11 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
             Click(dialog, IDC_SELFACT_OK);
             said = AnswerBox(IDOK, c.shot);
             front = FrontPage(dialog);
+            if (!*c.tables) {  // a table added after all, then cancelled
+                HWND tables = Page(dialog, IDC_SELFACT_PAGE_TABLES);
+                Choose(tables, IDC_SFT_TABLE, "kodbc_sfk", true);
+                PressFor(tables, IDC_SFT_ADD, IDC_SFT_LIST, 1);
+            }
             Click(dialog, IDC_SELFACT_CANCEL);
         });
         EXPECT_EQ(Kodbc_SelFact_Edit(query_, nullptr), 2) << c.shot;
@@ -216,40 +215,11 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
         EXPECT_EQ(startedOn, kPages[c.startTab]) << c.shot;
         EXPECT_NE(said.find(c.said), std::string::npos) << c.shot << ": " << said;
         EXPECT_EQ(front, c.front) << c.shot;
+        EXPECT_EQ(Part(SELFACT_TABLES), tables) << "cancel changed the query";
+        EXPECT_EQ(Part(SELFACT_COLUMNS), columns) << "cancel changed the query";
     }
-}
-
-TEST_F(SelFactDesignerTest, AJoinWithoutOperandsIsRefusedAndCancelKeepsTheQuery) {
-    Preset("kodbc_sfk\tk\t\t\t\t", "k.Name\t");
-    const std::string tables = Part(SELFACT_TABLES), columns = Part(SELFACT_COLUMNS);
-    std::string said;
-    int rowsAfterRefusal = -1, rowsAfterAdd = -1;
-    DialogRobot robot(kTitle, "", [&](HWND dialog) {
-        HWND page = Page(dialog, IDC_SELFACT_PAGE_TABLES);
-        Choose(page, IDC_SFT_TABLE, "kodbc_sfa", true);
-        ChooseData(page, IDC_SFT_JOIN, 3, true);
-        Type(page, IDC_SFT_FIRST, "k.Nr");
-        Click(page, IDC_SFT_ADD);
-        said = AnswerBox();
-        rowsAfterRefusal = Rows(page, IDC_SFT_LIST);
-        Type(page, IDC_SFT_SECOND, "kodbc_sfa.KdNr");
-        PressFor(page, IDC_SFT_ADD, IDC_SFT_LIST, 2);
-        rowsAfterAdd = Rows(page, IDC_SFT_LIST);
-        Click(dialog, IDC_SELFACT_CANCEL);
-    });
-    EXPECT_EQ(Kodbc_SelFact_Edit(query_, nullptr), 2);
-    robot.Join();
-    EXPECT_NE(said.find("Wenn die Tabelle mit einer anderen verkn\xFCpft werden soll"), std::string::npos) << said;
-    EXPECT_EQ(rowsAfterRefusal, 1);
-    EXPECT_EQ(rowsAfterAdd, 2);
-    EXPECT_EQ(Part(SELFACT_TABLES), tables);
-    EXPECT_EQ(Part(SELFACT_COLUMNS), columns);
     EXPECT_EQ(Kodbc_SelFact_Edit(nullptr, nullptr), 2);
 }
-
-} // namespace
-
-namespace {
 
 // A view's body: no sort page, and OK tests the statement as a view, which
 // is dropped again. The schema picked serves the designer alone.

@@ -51,7 +51,7 @@ TEST_F(TableAdminTest, ListsAddsAColumnAndRemovesOne) {
     bool dropGreyed = false, dropEnabledOnSelection = false, autoIncGreyed = false, typeOffered = false;
     DialogRobot robot(Title(), "tableadmin-10009", [&](HWND dialog) {
         HWND list = GetDlgItem(dialog, IDC_TABLE_ADMIN_LIST);
-        listed = ListViewRows(list);
+        listed = ListViewColumn(list, 0);
         dropGreyed = !Enabled(dialog, IDC_TABLE_ADMIN_DROP_COLUMNS);  // nothing selected
         // SQLite has no auto-incrementing definition: the button is greyed,
         // and the command, should it still arrive, is refused.
@@ -86,8 +86,9 @@ TEST_F(TableAdminTest, ListsAddsAColumnAndRemovesOne) {
 
     ASSERT_TRUE(robot.Found()) << "dialog 10009 never appeared";
     EXPECT_EQ(result, 0);
-    // As the SQLite driver describes them, "NULL" the default of a column that has none.
-    EXPECT_EQ(listed, (Texts{"Nr|Ganzzahl (9)|Nein|NULL|", "Name|VarText (20)|Ja|x|", "Ort|VarText (30)|Ja|NULL|"}));
+    // The rows' texts (type with length, default) are the core's, proven
+    // natively (tabledesign_admin_test.cpp).
+    EXPECT_EQ(listed, (Texts{"Nr", "Name", "Ort"}));
     EXPECT_TRUE(dropGreyed);
     EXPECT_TRUE(dropEnabledOnSelection);
     EXPECT_TRUE(autoIncGreyed);
@@ -120,13 +121,12 @@ TEST_F(TableAdminKeyTest, CreatesTheKeyInTheChosenOrderAndDropsIt) {
         Create("kodbc_ta_key", "a INTEGER NOT NULL, b VARCHAR(10) NOT NULL, c VARCHAR(10), d INTEGER NOT NULL"));
     const std::string keyQuery = "SELECT column_name FROM information_schema.key_column_usage"
                                  " WHERE table_name = 'kodbc_ta_key' ORDER BY ordinal_position";
-    Texts offered, chosen, left, keyCreated;
+    Texts chosen, left, keyCreated;
     std::string createdNotice, keyShown, question, droppedNotice, keyAfterDrop;
     bool okGreyedWhileEmpty = false;
     DialogRobot robot(Title(), "", [&](HWND dialog) {
         Click(dialog, IDC_TABLE_ADMIN_ADD_KEY);
         if (HWND key = AwaitDialog(kAddKeyTitle)) {
-            offered = BoxTexts(GetDlgItem(key, IDC_ADD_KEY_CANDIDATES));
             okGreyedWhileEmpty = !Enabled(key, IDOK);
             // a, then b (which moved up into a's place), then b before a.
             for (int id : {IDC_ADD_KEY_ADD, IDC_ADD_KEY_ADD, IDC_ADD_KEY_UP})
@@ -153,10 +153,9 @@ TEST_F(TableAdminKeyTest, CreatesTheKeyInTheChosenOrderAndDropsIt) {
     robot.Join();
 
     ASSERT_TRUE(robot.Found());
-    EXPECT_EQ(offered, (Texts{"a", "b", "d"})) << "only the columns that may not be empty";
     EXPECT_TRUE(okGreyedWhileEmpty);
     EXPECT_EQ(chosen, (Texts{"b", "a"}));
-    EXPECT_EQ(left, Texts{"d"});
+    EXPECT_EQ(left, Texts{"d"}) << "only the columns that may not be empty are offered";
     EXPECT_EQ(createdNotice, "Der Prim\xE4rschl\xFCssel wurde angelegt");
     EXPECT_EQ(keyCreated, (Texts{"b", "a"}));
     EXPECT_EQ(keyShown, "a, b");

