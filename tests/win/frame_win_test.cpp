@@ -1,6 +1,6 @@
 // The library's other Windows faces: identity from the version resource,
-// message boxes, the statement question of the dump gate, the data-source
-// box, and the registry records on the real registry.
+// the statement question of the dump gate, the data-source box, and the
+// registry records on the real registry.
 #include "robot.h"
 #include "win_support.h"
 
@@ -27,20 +27,8 @@ TEST(Identity, VersionFromTheLoadedModule) {
 }
 
 // ---------------------------------------------------------------------------
-// Message boxes
-
-TEST(Messages, MissingDataSourceNameIsAStopMessage) {
-    DataSourceRecord record = {};
-    SQLHENV henv = nullptr;
-    SQLHDBC hdbc = nullptr;
-    MessageBoxAnswerer answerer("Datenbank", IDOK);
-    EXPECT_EQ(Kodbc_ConnectDataSource(&record, &henv, &hdbc), -1);
-    ASSERT_EQ(answerer.Seen().size(), 1u);
-    const MessageBoxSeen &box = answerer.Seen()[0];
-    EXPECT_EQ(box.text, "Es ist keine Datenquelle angegeben");
-    EXPECT_TRUE(box.ok);
-    EXPECT_FALSE(box.yes || box.no || box.cancel) << "a stop message offers OK only";
-}
+// Message boxes: a stop message is shown by the SQL performer's refusal
+// (sql_performer_win_test.cpp).
 
 // The dump gate's question before each statement (dump state bit 4).
 class StatementQuestion : public ConnectedTest {

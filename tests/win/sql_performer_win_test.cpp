@@ -64,12 +64,10 @@ struct Performer {
     Lines Recent() const { return BoxTexts(GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT)); }
     // Selects entry `index` of the recent list, then takes it with the
     // button or as a click in the list would; the edit field's text.
-    std::string Reuse(int index, bool button) const {
-        HWND box = GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT);
-        SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    std::string Reuse(std::size_t index, bool button) const {
+        const Lines recent = Recent();
+        if (index >= recent.size() || !Choose(dialog, IDC_SQL_PERFORMER_RECENT, recent[index], !button)) return "-";
         if (button) Press(IDC_SQL_PERFORMER_USE_LAST);
-        else SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDC_SQL_PERFORMER_RECENT, CBN_SELCHANGE),
-                          reinterpret_cast<LPARAM>(box));
         return WindowText(Edit());
     }
     // Opens dialog `title` with button `opener`, lets `act` answer it and
@@ -210,9 +208,10 @@ TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
         EXPECT_EQ(result, 2);
         EXPECT_EQ(shown, withRecord ? std::string("kodbc_broken -> ") + DataSource() : "");
         EXPECT_EQ(notice, withRecord ? kExecuted : "");
-        Lines messages;
-        for (const MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
-        EXPECT_EQ(messages, withRecord ? Lines{} : Lines{"Es ist keine Datenquelle angegeben"});
+        Lines messages;  // what each box said and offered: a stop message offers OK only
+        for (const MessageBoxSeen &box : answerer.Seen())
+            messages.push_back(box.text + (box.ok && !box.cancel && !box.yes && !box.no ? " [OK]" : " [?]"));
+        EXPECT_EQ(messages, withRecord ? Lines{} : Lines{"Es ist keine Datenquelle angegeben [OK]"});
         EXPECT_EQ(Run("SELECT * FROM kodbc_perf_ds"), withRecord) << "the table exists only when it ran";
         if (withRecord) {
             EXPECT_STREQ(record.DataSourceName, DataSource()) << "the caller's record";
