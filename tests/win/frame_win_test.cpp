@@ -95,15 +95,12 @@ TEST(DataSourcesBox, FillsListAndComboBoxWithEveryDataSource) {
     HWND combo = CreateWindowA("COMBOBOX", "", style | CBS_DROPDOWNLIST, 185, 10, 165, 150, dialog, nullptr, nullptr,
                                nullptr);
     ASSERT_TRUE(dialog && list && combo);
-    for (HWND box : {list, combo}) SendMessageA(box, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
-    // What was there before goes.
-    SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("stale"));
-    SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("stale"));
-
-    Kodbc_FillDataSourcesBox(list);
-    Kodbc_FillDataSourcesBox(combo);
-    SendMessageA(list, LB_SETCURSEL, 0, 0);
-    SendMessageA(combo, CB_SETCURSEL, 0, 0);
+    for (HWND box : {list, combo}) {
+        SendMessageA(box, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), 0);
+        Korvel_AddBoxEntry(box, "stale", 0, -1, 0);  // what was there before goes
+        Kodbc_FillDataSourcesBox(box);
+        Korvel_SetBoxIndex(box, 0);
+    }
     UpdateWindow(dialog);
     SaveScreenshot(dialog, "datasources-box");
 

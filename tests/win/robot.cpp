@@ -267,7 +267,8 @@ std::string SaveScreenshot(HWND window, const std::string &name) {
     void *pixels = nullptr;
     HDC screen = GetDC(nullptr);
     HDC memory = CreateCompatibleDC(screen);
-    HBITMAP bitmap = CreateDIBSection(screen, reinterpret_cast<BITMAPINFO *>(&info), DIB_RGB_COLORS, &pixels, nullptr, 0);
+    HBITMAP bitmap =
+        CreateDIBSection(screen, reinterpret_cast<BITMAPINFO *>(&info), DIB_RGB_COLORS, &pixels, nullptr, 0);
     HGDIOBJ old = SelectObject(memory, bitmap);
     // What the screen shows, as the user sees it; a window not yet shown is
     // asked to draw itself.
