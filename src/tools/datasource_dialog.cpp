@@ -106,7 +106,7 @@ private:
         KorvelCopyString(chosen.DataSourceName, name.c_str(), sizeof chosen.DataSourceName);
         GetDlgItemTextA(window(), IDC_DATASOURCE_PICKER_USER, chosen.UserId, sizeof chosen.UserId);
         GetDlgItemTextA(window(), IDC_DATASOURCE_PICKER_PASSWORD, chosen.Password, sizeof chosen.Password);
-        RememberUser(chosen.DataSourceName, chosen.UserId);
+        RememberChoice(chosen);
 
         SQLHENV henv = SQL_NULL_HENV;
         SQLHDBC hdbc = SQL_NULL_HDBC;

@@ -20,6 +20,8 @@ bool RememberUser(const char *dataSource, const char *user) {
                                       user ? user : "") == 1;
 }
 
+bool RememberChoice(const DataSourceRecord &chosen) { return RememberUser(chosen.DataSourceName, chosen.UserId); }
+
 int FindExactEntry(const std::vector<std::string> &entries, const char *name) {
     if (!name) return -1;
     for (std::size_t i = 0; i < entries.size(); ++i)

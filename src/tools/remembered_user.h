@@ -4,6 +4,8 @@
 // password has no place here: it is typed anew every time.
 #pragma once
 
+#include <kodbc/kodbc_types.h>
+
 #include <string>
 #include <vector>
 
@@ -19,6 +21,10 @@ std::string RememberedUser(const char *dataSource);
 // Remembers user (null: empty) for dataSource. False when dataSource is null
 // or empty or the store refused the value.
 bool RememberUser(const char *dataSource, const char *user);
+
+// What the picker keeps of a confirmed choice: the user, under the name of
+// the chosen data source. The password stays in the caller's record only.
+bool RememberChoice(const DataSourceRecord &chosen);
 
 // The entry that is exactly name, case included: the picker shows the
 // record's own user and password only for the very data source it names.

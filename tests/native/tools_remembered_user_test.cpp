@@ -1,11 +1,16 @@
 // The data-source picker's memory: one user per data source in its own
-// section, cut to the record's field, and the entry it opens on.
+// section, cut to the record's field, never the password, and the entry it
+// opens on.
 #include "test_support.h"
 
 #include "tools/remembered_user.h"
 
 #include <korvel/korvel32.h>
 
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -27,6 +32,21 @@ TEST_F(RememberedUserTest, OneUserPerDataSourceInTheDialogsSection) {
     EXPECT_EQ(RememberedUser("kodbc_sqlite"), "anna");
     EXPECT_EQ(RememberedUser("kodbc_pg"), std::string(49, 'u')) << "a record holds 49 characters of a user";
     EXPECT_EQ(RememberedUser(nullptr), "");
+}
+
+TEST_F(RememberedUserTest, ConfirmedChoiceKeepsTheUserButNoTraceOfThePassword) {
+    DataSourceRecord chosen{};
+    std::strcpy(chosen.DataSourceName, "kodbc_sqlite");
+    std::strcpy(chosen.UserId, "anna");
+    std::strcpy(chosen.Password, "geheim-123");
+    ASSERT_TRUE(RememberChoice(chosen));
+    EXPECT_EQ(RememberedUser("kodbc_sqlite"), "anna");
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(dir_)) {
+        if (!entry.is_regular_file()) continue;
+        std::ostringstream stored;
+        stored << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+        EXPECT_EQ(stored.str().find("geheim-123"), std::string::npos) << entry.path();
+    }
 }
 
 TEST(PickerStartEntry, OnlyTheVeryNameCounts) {

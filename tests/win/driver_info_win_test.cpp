@@ -1,5 +1,5 @@
 // Dialog 10061 on the run's data source: the fields are those of the
-// windowless export, in the same order, and both buttons end the dialog.
+// windowless export, in the same order, and its close button ends it.
 #include "robot.h"
 
 #include "tools/driver_info_dialog_ids.h"

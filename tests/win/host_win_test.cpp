@@ -13,26 +13,14 @@ namespace {
 
 constexpr char kTable[] = "kodbc_host_t";
 
-struct HostSearch {
-    DWORD process;
-    HWND except;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK FindHostWindow(HWND window, LPARAM param) {
-    auto *search = reinterpret_cast<HostSearch *>(param);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process != search->process || window == search->except || !IsWindowVisible(window)) return TRUE;
-    search->found = window;
-    return FALSE;
-}
-
 // A visible top-level window of the process other than `except`.
 HWND WindowOf(DWORD process, HWND except) {
-    HostSearch search{process, except};
-    EnumWindows(FindHostWindow, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    const std::vector<HWND> found = wintest::TopWindows([&](HWND window) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        return owner == process && window != except && IsWindowVisible(window);
+    });
+    return found.empty() ? nullptr : found[0];
 }
 
 class HostProgram : public wintest::ConnectedTest {
@@ -65,23 +53,14 @@ protected:
         }
         ConnectedTest::TearDown();
     }
-    // Selects line `text` of a host box as a click would.
-    void Select(int box, const char *text) {
-        HWND list = GetDlgItem(main_, box);
-        const LRESULT index = SendMessageA(list, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                           reinterpret_cast<LPARAM>(text));
-        ASSERT_NE(index, LB_ERR) << text;
-        SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-        SendMessageA(main_, WM_COMMAND, MAKEWPARAM(box, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
-    }
-
     PROCESS_INFORMATION process_ = {};
     HWND main_ = nullptr;
 };
 
 TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
-    Select(IDC_HOST_TABLES, kTable);
-    Select(IDC_HOST_FIELDS, "Ort");
+    // Chosen as a click would: the host hears of it.
+    ASSERT_TRUE(wintest::Choose(main_, IDC_HOST_TABLES, kTable, true));
+    ASSERT_TRUE(wintest::Choose(main_, IDC_HOST_FIELDS, "Ort", true));
     EXPECT_NE(wintest::WindowText(GetDlgItem(main_, IDC_HOST_STATUS)).find(kTable), std::string::npos);
     wintest::SaveScreenshot(main_, "host-main");
 

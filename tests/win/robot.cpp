@@ -1,6 +1,7 @@
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
+#include "win_support.h"
 
 #include <commctrl.h>
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <vector>
 
 namespace wintest {
@@ -20,44 +22,35 @@ constexpr int kSettleMs = 300;  // a window that just came up, or a text just ty
 // long as the action needs (its waits are bounded), so the watchdog waits.
 std::atomic<int> g_acting{0};
 
-struct Search {
-    const std::string *title;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK FindDialog(HWND window, LPARAM param) {
-    auto *search = reinterpret_cast<Search *>(param);
-    char cls[64];
-    if (!IsWindowVisible(window) || !GetClassNameA(window, cls, sizeof cls) || lstrcmpA(cls, "#32770") != 0) {
-        return TRUE;
-    }
-    if (WindowText(window) != *search->title) return TRUE;
-    search->found = window;
-    return FALSE;
-}
-
-void WriteBitmap(const std::string &file, int width, int height, const void *pixels) {
-    BITMAPFILEHEADER header = {};
-    BITMAPINFOHEADER info = {};
-    DWORD stride = static_cast<DWORD>((width * 3 + 3) & ~3);
-    info.biSize = sizeof info;
-    info.biWidth = width;
-    info.biHeight = height;
-    info.biPlanes = 1;
-    info.biBitCount = 24;
-    info.biSizeImage = stride * static_cast<DWORD>(height);
-    header.bfType = 0x4D42;
-    header.bfOffBits = sizeof header + sizeof info;
-    header.bfSize = header.bfOffBits + info.biSizeImage;
-    if (FILE *f = std::fopen(file.c_str(), "wb")) {
-        std::fwrite(&header, sizeof header, 1, f);
-        std::fwrite(&info, sizeof info, 1, f);
-        std::fwrite(pixels, info.biSizeImage, 1, f);
-        std::fclose(f);
-    }
+// A visible top-level window of this process of class `cls`.
+bool OursVisible(HWND window, const char *cls) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    return process == GetCurrentProcessId() && IsWindowVisible(window) && ClassName(window) == cls;
 }
 
 } // namespace
+
+std::string ClassName(HWND window) {
+    char cls[64] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    return cls;
+}
+
+std::vector<HWND> TopWindows(const std::function<bool(HWND)> &match) {
+    struct Walk {
+        const std::function<bool(HWND)> &match;
+        std::vector<HWND> found;
+    } walk{match, {}};
+    EnumWindows(
+        [](HWND window, LPARAM param) -> BOOL {
+            auto *w = reinterpret_cast<Walk *>(param);
+            if (w->match(window)) w->found.push_back(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&walk));
+    return walk.found;
+}
 
 std::string WindowText(HWND window) {
     int length = static_cast<int>(SendMessageA(window, WM_GETTEXTLENGTH, 0, 0));
@@ -78,12 +71,6 @@ bool ControlVisible(HWND dialog, int controlId) {
 }
 
 void Click(HWND dialog, int controlId) { PostMessageA(GetDlgItem(dialog, controlId), BM_CLICK, 0, 0); }
-
-void PressEscape(HWND dialog, int controlId) {
-    HWND control = GetDlgItem(dialog, controlId);
-    PostMessageA(control, WM_KEYDOWN, VK_ESCAPE, 0x00010001);
-    PostMessageA(control, WM_KEYUP, VK_ESCAPE, 0xC0010001);
-}
 
 void PressKey(HWND control, UINT virtualKey) {
     UINT scan = MapVirtualKeyA(virtualKey, MAPVK_VK_TO_VSC);
@@ -114,9 +101,7 @@ bool Enabled(HWND dialog, int controlId) { return IsWindowEnabled(GetDlgItem(dia
 
 void Type(HWND dialog, int controlId, const std::string &text) {
     HWND control = GetDlgItem(dialog, controlId);
-    char cls[32] = {};
-    GetClassNameA(control, cls, sizeof cls);
-    if (lstrcmpiA(cls, "Edit") != 0) {
+    if (_stricmp(ClassName(control).c_str(), "Edit") != 0) {
         SetWindowTextA(control, text.c_str());
         return;
     }
@@ -127,40 +112,32 @@ void Type(HWND dialog, int controlId, const std::string &text) {
 namespace {
 
 // Selects line `index` (-1: none) of a list or combo box, notifying the dialog when asked.
-void SelectLine(HWND dialog, int controlId, bool combo, LRESULT index, bool notify) {
+void SelectLine(HWND dialog, int controlId, LRESULT index, bool notify) {
     HWND box = GetDlgItem(dialog, controlId);
+    const bool combo = IsCombo(box);
     SendMessageA(box, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
     if (notify && index >= 0)
         SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(controlId, combo ? CBN_SELCHANGE : LBN_SELCHANGE),
                      reinterpret_cast<LPARAM>(box));
 }
 
-bool IsComboBox(HWND box) {
-    char cls[32] = {};
-    GetClassNameA(box, cls, sizeof cls);
-    return lstrcmpiA(cls, "ComboBox") == 0;
-}
-
 } // namespace
 
 bool Choose(HWND dialog, int controlId, const std::string &text, bool notify) {
     HWND box = GetDlgItem(dialog, controlId);
-    const bool combo = IsComboBox(box);
     LRESULT index = -1;
     if (!text.empty())
-        index = SendMessageA(box, combo ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+        index = SendMessageA(box, IsCombo(box) ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
                              reinterpret_cast<LPARAM>(text.c_str()));
-    SelectLine(dialog, controlId, combo, index, notify);
+    SelectLine(dialog, controlId, index, notify);
     return text.empty() || index >= 0;
 }
 
 bool ChooseData(HWND dialog, int controlId, LPARAM data, bool notify) {
-    HWND box = GetDlgItem(dialog, controlId);
-    const bool combo = IsComboBox(box);
-    const int count = static_cast<int>(SendMessageA(box, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
-    for (int i = 0; i < count; ++i) {
-        if (SendMessageA(box, combo ? CB_GETITEMDATA : LB_GETITEMDATA, static_cast<WPARAM>(i), 0) != data) continue;
-        SelectLine(dialog, controlId, combo, i, notify);
+    const std::vector<BoxLine> lines = BoxLines(GetDlgItem(dialog, controlId));
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].data != data) continue;
+        SelectLine(dialog, controlId, static_cast<LRESULT>(i), notify);
         return true;
     }
     return false;
@@ -178,13 +155,10 @@ std::string ListViewCell(HWND list, int row, int column) {
 
 std::vector<std::string> ListViewRows(HWND list, int columns) {
     if (columns < 0) columns = static_cast<int>(SendMessageA(ListView_GetHeader(list), HDM_GETITEMCOUNT, 0, 0));
-    std::vector<std::string> rows;
-    const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
-    for (int row = 0; row < count; ++row) {
-        std::string line;
-        for (int column = 0; column < columns; ++column) line += (column ? "|" : "") + ListViewCell(list, row, column);
-        rows.push_back(line);
-    }
+    std::vector<std::string> rows = ListViewColumn(list, 0);
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        for (int column = 1; column < columns; ++column)
+            rows[row] += "|" + ListViewCell(list, static_cast<int>(row), column);
     return rows;
 }
 
@@ -227,33 +201,11 @@ void DragRow(HWND list, int from, int to) {
     PostMessageA(parent, WM_LBUTTONUP, 0, MAKELPARAM(at.x, at.y));
 }
 
-namespace {
-
-struct VisibleSearch {
-    const char *cls, *text;
-    HWND except;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK FindVisible(HWND window, LPARAM param) {
-    auto *search = reinterpret_cast<VisibleSearch *>(param);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    char cls[64] = {};
-    if (process != GetCurrentProcessId() || window == search->except || !IsWindowVisible(window) ||
-        !GetClassNameA(window, cls, sizeof cls) || lstrcmpA(cls, search->cls) != 0)
-        return TRUE;
-    if (search->text && WindowText(window) != search->text) return TRUE;
-    search->found = window;
-    return FALSE;
-}
-
-} // namespace
-
 HWND Visible(const char *cls, const char *text, HWND except) {
-    VisibleSearch search{cls, text, except};
-    EnumWindows(FindVisible, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    const std::vector<HWND> found = TopWindows([&](HWND window) {
+        return window != except && OursVisible(window, cls) && (!text || WindowText(window) == text);
+    });
+    return found.empty() ? nullptr : found[0];
 }
 
 HWND AwaitDialog(const std::string &title, HWND except, int timeoutMs) {
@@ -266,7 +218,7 @@ std::string AnswerBox(int button, const std::string &shot) {
     HWND box = AwaitDialog(kLibraryMessageCaption);
     if (!box) return "<none>";
     Sleep(kSettleMs);
-    const std::string text = ControlText(box, 0xFFFF);  // a message box's text has no id of its own
+    const std::string text = ControlText(box, kMessageTextId);
     if (!shot.empty()) SaveScreenshot(box, shot);
     PostMessageA(GetDlgItem(box, button), BM_CLICK, 0, 0);
     WaitFor([&] { return !IsWindow(box); });
@@ -302,20 +254,21 @@ std::string NoticeText() {
 std::string SaveScreenshot(HWND window, const std::string &name) {
     RECT rect;
     if (!GetWindowRect(window, &rect)) return {};
-    int width = rect.right - rect.left;
-    int height = rect.bottom - rect.top;
+    const int width = rect.right - rect.left, height = rect.bottom - rect.top;
     if (width <= 0 || height <= 0) return {};
 
-    BITMAPINFO info = {};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 24;
+    BITMAPINFOHEADER info = {};
+    info.biSize = sizeof info;
+    info.biWidth = width;
+    info.biHeight = height;
+    info.biPlanes = 1;
+    info.biBitCount = 24;
+    info.biSizeImage = static_cast<DWORD>((width * 3 + 3) & ~3) * static_cast<DWORD>(height);
     void *pixels = nullptr;
     HDC screen = GetDC(nullptr);
     HDC memory = CreateCompatibleDC(screen);
-    HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &pixels, nullptr, 0);
+    HBITMAP bitmap =
+        CreateDIBSection(screen, reinterpret_cast<BITMAPINFO *>(&info), DIB_RGB_COLORS, &pixels, nullptr, 0);
     HGDIOBJ old = SelectObject(memory, bitmap);
     // What the screen shows, as the user sees it; a window not yet shown is
     // asked to draw itself.
@@ -326,7 +279,16 @@ std::string SaveScreenshot(HWND window, const std::string &name) {
 
     const char *dir = std::getenv("KODBC_SCREENSHOT_DIR");
     std::string file = std::string(dir && *dir ? dir : ".") + "/" + name + ".bmp";
-    WriteBitmap(file, width, height, pixels);
+    BITMAPFILEHEADER header = {};
+    header.bfType = 0x4D42;
+    header.bfOffBits = sizeof header + sizeof info;
+    header.bfSize = header.bfOffBits + info.biSizeImage;
+    if (FILE *f = std::fopen(file.c_str(), "wb")) {
+        std::fwrite(&header, sizeof header, 1, f);
+        std::fwrite(&info, sizeof info, 1, f);
+        std::fwrite(pixels, info.biSizeImage, 1, f);
+        std::fclose(f);
+    }
 
     SelectObject(memory, old);
     DeleteObject(bitmap);
@@ -349,45 +311,36 @@ void DialogRobot::Join() {
 void DialogRobot::Run() {
     auto start = std::chrono::steady_clock::now();
     bool acted = false;
-    while (!stop_) {
-        Search search{&title_};
-        EnumThreadWindows(thread_, FindDialog, reinterpret_cast<LPARAM>(&search));
-        auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-        if (search.found) {
-            if (!acted && elapsed.count() < timeoutMs_) {
-                acted = true;
-                Sleep(kPaintMs);
-                if (!shot_.empty()) SaveScreenshot(search.found, shot_);
-                found_ = true;
-                if (action_) {
-                    ++g_acting;
-                    action_(search.found);
-                    --g_acting;
-                }
-                start = std::chrono::steady_clock::now();  // the action gets its own time to close it
-            } else if (elapsed.count() >= timeoutMs_) {
-                // Unexpected, or left open by the action: never let the test hang.
-                PostMessageA(search.found, WM_COMMAND, IDCANCEL, 0);
-                start = std::chrono::steady_clock::now();
+    for (; !stop_; Sleep(kPollMs)) {
+        const std::vector<HWND> found = TopWindows([&](HWND window) {
+            return GetWindowThreadProcessId(window, nullptr) == thread_ && OursVisible(window, "#32770") &&
+                   WindowText(window) == title_;
+        });
+        if (found.empty()) continue;
+        HWND dialog = found[0];
+        const bool late = std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(timeoutMs_);
+        if (!acted && !late) {
+            acted = true;
+            Sleep(kPaintMs);
+            if (!shot_.empty()) SaveScreenshot(dialog, shot_);
+            found_ = true;
+            if (action_) {
+                ++g_acting;
+                action_(dialog);
+                --g_acting;
             }
+            start = std::chrono::steady_clock::now();  // the action gets its own time to close it
+        } else if (late) {
+            // Unexpected, or left open by the action: never let the test hang.
+            PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
+            start = std::chrono::steady_clock::now();
         }
-        Sleep(kPollMs);
     }
 }
 
 namespace {
 
 thread_local MessageBoxAnswerer *t_answerer = nullptr;
-
-BOOL CALLBACK CollectStatic(HWND child, LPARAM param) {
-    char cls[32];
-    if (GetClassNameA(child, cls, sizeof cls) && lstrcmpiA(cls, "Static") == 0) {
-        std::string text = WindowText(child);
-        auto *longest = reinterpret_cast<std::string *>(param);
-        if (text.size() > longest->size()) *longest = text;
-    }
-    return TRUE;
-}
 
 } // namespace
 
@@ -409,18 +362,13 @@ LRESULT CALLBACK MessageBoxAnswerer::Hook(int code, WPARAM wParam, LPARAM lParam
 }
 
 void MessageBoxAnswerer::OnActivate(HWND window) {
-    char cls[64];
-    if (!GetClassNameA(window, cls, sizeof cls) || lstrcmpA(cls, "#32770") != 0) return;
-    if (WindowText(window) != caption_) return;
     // A box is activated again when focus comes back to it; count it once.
-    for (const MessageBoxSeen &s : seen_) {
-        if (s.caption == caption_ && GetPropA(window, "wintest.seen")) return;
-    }
+    if (ClassName(window) != "#32770" || WindowText(window) != caption_ || GetPropA(window, "wintest.seen")) return;
     SetPropA(window, "wintest.seen", reinterpret_cast<HANDLE>(1));
 
     MessageBoxSeen seen;
     seen.caption = caption_;
-    EnumChildWindows(window, CollectStatic, reinterpret_cast<LPARAM>(&seen.text));
+    seen.text = ControlText(window, kMessageTextId);
     seen.ok = ControlVisible(window, IDOK);
     seen.cancel = ControlVisible(window, IDCANCEL);
     seen.yes = ControlVisible(window, IDYES);
@@ -438,9 +386,6 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     });
 }
 
-} // namespace wintest
-
-namespace wintest {
 namespace {
 
 // Last line of defence: a dialog or message box of this process that stays
@@ -457,50 +402,30 @@ public:
     }
 
 private:
-    static BOOL CALLBACK Collect(HWND window, LPARAM param) {
-        DWORD pid = 0;
-        GetWindowThreadProcessId(window, &pid);
-        char cls[64];
-        if (pid == GetCurrentProcessId() && IsWindowVisible(window) && GetClassNameA(window, cls, sizeof cls) &&
-            lstrcmpA(cls, "#32770") == 0) {
-            reinterpret_cast<std::vector<HWND> *>(param)->push_back(window);
-        }
-        return TRUE;
-    }
     static BOOL CALLBACK Describe(HWND child, LPARAM) {
         std::string text = WindowText(child);
         if (!text.empty()) std::fprintf(stderr, "    [%d] %s\n", GetDlgCtrlID(child), text.c_str());
         return TRUE;
     }
     void Run() {
-        std::vector<std::pair<HWND, int>> ages;
-        while (!stop_) {
+        std::map<HWND, int> ages;  // in watches of 250 ms
+        for (; !stop_; Sleep(250)) {
             if (g_acting > 0) {
                 ages.clear();
-                Sleep(250);
                 continue;
             }
-            std::vector<HWND> open;
-            EnumWindows(Collect, reinterpret_cast<LPARAM>(&open));
-            std::vector<std::pair<HWND, int>> next;
-            for (HWND window : open) {
-                int age = 0;
-                for (auto &[w, a] : ages) {
-                    if (w == window) age = a;
-                }
-                if (++age == kLimit) {
-                    std::fprintf(stderr, "watchdog: window \"%s\" left open, cancelling it\n",
-                                 WindowText(window).c_str());
-                    EnumChildWindows(window, Describe, 0);
-                    SaveScreenshot(window, "watchdog");
-                    PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
-                    PostMessageA(window, WM_CLOSE, 0, 0);
-                    age = 0;
-                }
-                next.emplace_back(window, age);
+            std::map<HWND, int> next;
+            for (HWND window : TopWindows([](HWND w) { return OursVisible(w, "#32770"); })) {
+                int &age = next[window] = ages[window] + 1;
+                if (age < kLimit) continue;
+                std::fprintf(stderr, "watchdog: window \"%s\" left open, cancelling it\n", WindowText(window).c_str());
+                EnumChildWindows(window, Describe, 0);
+                SaveScreenshot(window, "watchdog");
+                PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+                PostMessageA(window, WM_CLOSE, 0, 0);
+                age = 0;
             }
             ages.swap(next);
-            Sleep(250);
         }
     }
 

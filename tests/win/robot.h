@@ -20,12 +20,13 @@ namespace wintest {
 // Text of a dialog's control, read with WM_GETTEXT.
 std::string ControlText(HWND dialog, int controlId);
 std::string WindowText(HWND window);
+std::string ClassName(HWND window);
 bool ControlVisible(HWND dialog, int controlId);
+// A message box's text has no id of its own.
+inline constexpr int kMessageTextId = 0xFFFF;
 
 // Presses a button the way a click would: BM_CLICK, posted.
 void Click(HWND dialog, int controlId);
-// Presses Escape on a control of the dialog.
-void PressEscape(HWND dialog, int controlId);
 
 // Keys as the dialog manager meets them: posted to `control` (keyboard
 // focus is not needed). PressAltChar sends the mnemonic Alt+ch.
@@ -66,6 +67,8 @@ std::vector<int> SelectedRows(HWND list);
 void SelectRows(HWND list, const std::vector<int> &rows);
 void DragRow(HWND list, int from, int to);
 
+// Every top-level window of the desktop that `match` accepts.
+std::vector<HWND> TopWindows(const std::function<bool(HWND)> &match);
 // A visible top-level window of this process of class `cls` (and text,
 // unless null) other than `except`; null while there is none.
 HWND Visible(const char *cls, const char *text = nullptr, HWND except = nullptr);

@@ -1,11 +1,20 @@
-// Result sets into real list views and boxes, read back with messages.
+// Result sets into real list views and boxes, read back with messages:
+// one item per row replacing the old ones, the first column as item data
+// (a number, or a copy of the text) when asked, and in a box the second
+// column as each line's item data.
+#include "robot.h"
 #include "win_support.h"
 
 #include <commctrl.h>
 
 namespace {
 
-class RowSetControls : public wintest::ConnectedTest {
+using namespace wintest;
+using Texts = std::vector<std::string>;
+
+constexpr char kSelect[] = "SELECT id, name, city FROM kw_rowset ORDER BY id";
+
+class RowSetControls : public ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
@@ -30,15 +39,6 @@ protected:
         if (view_) DestroyWindow(view_);
         ConnectedTest::TearDown();
     }
-    std::string Cell(int row, int column) {
-        char text[100] = {};
-        LVITEMA item{};
-        item.iSubItem = column;
-        item.pszText = text;
-        item.cchTextMax = sizeof text;
-        SendMessageA(view_, LVM_GETITEMTEXTA, row, reinterpret_cast<LPARAM>(&item));
-        return text;
-    }
     LPARAM ItemData(int row) {
         LVITEMA item{};
         item.mask = LVIF_PARAM;
@@ -49,25 +49,16 @@ protected:
     HWND view_ = nullptr;
 };
 
-TEST_F(RowSetControls, ListViewGetsOneItemPerRowAndReplacesOldItems) {
-    const char *sql = "SELECT id, name, city FROM kw_rowset ORDER BY id";
-    ASSERT_EQ(OdbcEh_SelectRowSetToListView(nullptr, hdbc_, sql, view_, nullptr, 0), 1);
-    ASSERT_EQ(ListView_GetItemCount(view_), 2);
-    EXPECT_EQ(Cell(0, 0), "7");
-    EXPECT_EQ(Cell(0, 1), "Meier");
-    EXPECT_EQ(Cell(0, 2), "Koeln");
-    EXPECT_EQ(Cell(1, 1), "Schulz");
-    EXPECT_EQ(Cell(1, 2), "");
-
-    // With the number flag the first column becomes the item data and the
-    // display starts at the second.
-    ASSERT_EQ(OdbcEh_SelectRowSetToListView(nullptr, hdbc_, sql, view_, nullptr, KODBC_ROWSET_ITEMDATA_NUMBER), 1);
-    ASSERT_EQ(ListView_GetItemCount(view_), 2);
-    EXPECT_EQ(Cell(0, 0), "Meier");
+TEST_F(RowSetControls, ListViewGetsOneItemPerRowAndTheFirstColumnAsItemDataWhenAsked) {
+    ASSERT_EQ(OdbcEh_SelectRowSetToListView(nullptr, hdbc_, kSelect, view_, nullptr, 0), 1);
+    EXPECT_EQ(ListViewRows(view_, 3), (Texts{"7|Meier|Koeln", "12|Schulz|"}));
+    // A second fill replaces the items; the display then starts at the second column.
+    ASSERT_EQ(OdbcEh_SelectRowSetToListView(nullptr, hdbc_, kSelect, view_, nullptr, KODBC_ROWSET_ITEMDATA_NUMBER), 1);
+    EXPECT_EQ(ListViewRows(view_, 2), (Texts{"Meier|Koeln", "Schulz|"}));
     EXPECT_EQ(ItemData(0), 7);
     EXPECT_EQ(ItemData(1), 12);
 
-    ASSERT_EQ(OdbcEh_SelectRowSetToListView(nullptr, hdbc_, sql, view_, nullptr, KODBC_ROWSET_ITEMDATA_TEXT), 1);
+    ASSERT_EQ(OdbcEh_SelectRowSetToListView(nullptr, hdbc_, kSelect, view_, nullptr, KODBC_ROWSET_ITEMDATA_TEXT), 1);
     auto *copy = reinterpret_cast<char *>(ItemData(1));
     ASSERT_NE(copy, nullptr);
     EXPECT_STREQ(copy, "12");
@@ -75,10 +66,10 @@ TEST_F(RowSetControls, ListViewGetsOneItemPerRowAndReplacesOldItems) {
 }
 
 TEST_F(RowSetControls, BoxTakesTheFirstColumnAndTheSecondAsItemData) {
-    SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("alt"));
+    Korvel_AddBoxEntry(list_, "alt", 0, -1, 0);
     ASSERT_EQ(OdbcEh_SelectRowSetToBox(nullptr, hdbc_, "SELECT name, id FROM kw_rowset ORDER BY id", list_, nullptr, 0),
               1);
-    EXPECT_EQ(wintest::BoxLines(list_), (std::vector<wintest::BoxLine>{{"Meier", 7}, {"Schulz", 12}}));
+    EXPECT_EQ(BoxLines(list_), (std::vector<BoxLine>{{"Meier", 7}, {"Schulz", 12}}));
     EXPECT_EQ(OdbcEh_SelectRowSetToBox(nullptr, hdbc_, "SELECT x FROM kw_no_table", list_, "*", 0), 2);
     EXPECT_EQ(OdbcEh_SelectRowSetToBox(nullptr, hdbc_, nullptr, list_, nullptr, 0), 2);
 }

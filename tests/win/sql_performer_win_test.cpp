@@ -33,11 +33,10 @@ Lines Stored() {
     Lines stored{std::to_string(
         Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kSettingsKey, 0, kodbc::tools::kRecentSection, "Total", -1))};
     for (int i = 1;; ++i) {
-        char name[16], value[1100];
+        char name[16];
         wsprintfA(name, "E%03d", i);
-        Korvel_ReadRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kodbc::tools::kRecentSection, name, "-", value,
-                                  sizeof value);
-        if (std::string(value) == "-") return stored;
+        const std::string value = Setting(kodbc::tools::kRecentSection, name, "-");
+        if (value == "-") return stored;
         stored.push_back(value);
     }
 }
@@ -65,12 +64,10 @@ struct Performer {
     Lines Recent() const { return BoxTexts(GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT)); }
     // Selects entry `index` of the recent list, then takes it with the
     // button or as a click in the list would; the edit field's text.
-    std::string Reuse(int index, bool button) const {
-        HWND box = GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT);
-        SendMessageA(box, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    std::string Reuse(std::size_t index, bool button) const {
+        const Lines recent = Recent();
+        if (index >= recent.size() || !Choose(dialog, IDC_SQL_PERFORMER_RECENT, recent[index], !button)) return "-";
         if (button) Press(IDC_SQL_PERFORMER_USE_LAST);
-        else SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(IDC_SQL_PERFORMER_RECENT, CBN_SELCHANGE),
-                          reinterpret_cast<LPARAM>(box));
         return WindowText(Edit());
     }
     // Opens dialog `title` with button `opener`, lets `act` answer it and
@@ -179,50 +176,45 @@ TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersThemAndTakesExamplesOver) {
     EXPECT_EQ(QueryRows(hdbc_, "SELECT name, n FROM kodbc_perf"), Lines{"Schmidt|100"});
 }
 
-// Dialog 101 connects for each statement: on the record's data source, on
-// one chosen through "Datenquelle wählen...", and with none the connection
-// refuses and nothing runs.
+// Dialog 101 connects for each statement: opened on the record's data
+// source, run on one chosen through "Datenquelle wählen...", which the
+// caller's record then names; with no record the connection refuses and
+// nothing runs.
 TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
-    const struct {
-        const char *what;
-        bool withRecord;      // else a null record
-        const char *start;    // the record's data source
-        bool choose;          // the run's data source chosen through the button
-        const char *message;  // what the library said, empty for nothing
-    } cases[] = {
-        {"record of the run's data source", true, DataSource(), false, ""},
-        {"no record", false, "", false, "Es ist keine Datenquelle angegeben"},
-        {"empty record, data source chosen", true, "", true, ""},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.what);
+    for (bool withRecord : {true, false}) {
+        SCOPED_TRACE(withRecord);
         Run("DROP TABLE kodbc_perf_ds");
         DataSourceRecord record{};
-        lstrcpynA(record.DataSourceName, c.start, sizeof record.DataSourceName);
+        lstrcpynA(record.DataSourceName, "kodbc_broken", sizeof record.DataSourceName);
         MessageBoxAnswerer answerer(kLibraryMessageCaption, IDOK);
-        std::string shownSource, notice;
-        DialogRobot robot(kTitle, *c.start ? "sqlperformer-101" : "", [&](HWND dialog) {
+        std::string shown, notice;
+        DialogRobot robot(kTitle, "", [&](HWND dialog) {
             Performer p{dialog};
-            if (c.choose) p.ChooseRunsDataSource();
-            shownSource = ControlText(dialog, IDC_SQL_PERFORMER_DSN);
+            shown = ControlText(dialog, IDC_SQL_PERFORMER_DSN);
+            if (withRecord) {
+                p.ChooseRunsDataSource();
+                shown += " -> " + ControlText(dialog, IDC_SQL_PERFORMER_DSN);
+                Sleep(300);
+                SaveScreenshot(dialog, "sqlperformer-101");
+            }
             SetWindowTextA(p.Edit(), "CREATE TABLE kodbc_perf_ds (n INTEGER)");
             notice = p.Execute();
             p.Close();
         }, 60000);
-        const int result = Kodbc_DialogSqlPerformer(c.withRecord ? &record : nullptr);
+        const int result = Kodbc_DialogSqlPerformer(withRecord ? &record : nullptr);
         robot.Join();
 
         ASSERT_TRUE(robot.Found()) << "dialog 101 never appeared";
-        const bool runs = !*c.message;
         EXPECT_EQ(result, 2);
-        EXPECT_EQ(shownSource, runs ? DataSource() : "");
-        EXPECT_EQ(notice, runs ? kExecuted : "");
-        Lines messages;
-        for (const MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
-        EXPECT_EQ(messages, runs ? Lines{} : Lines{c.message});
-        EXPECT_EQ(Run("SELECT * FROM kodbc_perf_ds"), runs) << "the table exists only when it ran";
-        if (c.withRecord) {
-            EXPECT_STREQ(record.DataSourceName, runs ? DataSource() : c.start) << "the caller's record";
+        EXPECT_EQ(shown, withRecord ? std::string("kodbc_broken -> ") + DataSource() : "");
+        EXPECT_EQ(notice, withRecord ? kExecuted : "");
+        Lines messages;  // what each box said and offered: a stop message offers OK only
+        for (const MessageBoxSeen &box : answerer.Seen())
+            messages.push_back(box.text + (box.ok && !box.cancel && !box.yes && !box.no ? " [OK]" : " [?]"));
+        EXPECT_EQ(messages, withRecord ? Lines{} : Lines{"Es ist keine Datenquelle angegeben [OK]"});
+        EXPECT_EQ(Run("SELECT * FROM kodbc_perf_ds"), withRecord) << "the table exists only when it ran";
+        if (withRecord) {
+            EXPECT_STREQ(record.DataSourceName, DataSource()) << "the caller's record";
         }
     }
 }

@@ -27,8 +27,7 @@ inline const char *DataSource() {
 
 inline bool IsCombo(HWND box) {
     char cls[32] = {};
-    GetClassNameA(box, cls, sizeof cls);
-    return _stricmp(cls, "ComboBox") == 0;
+    return GetClassNameA(box, cls, sizeof cls) && _stricmp(cls, "ComboBox") == 0;
 }
 
 // One line of a list or combo box as the box holds it.
