@@ -42,8 +42,11 @@ protected:
         SetDumpState(0);
         ConnectedTest::TearDown();
     }
+    // Written beside the library, as another program would: the library
+    // reads the switch again within 200 ms.
     static void SetDumpState(long state) {
         Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, "SqlDumpState", state);
+        Sleep(250);
     }
     static constexpr const char *kCreate = "CREATE TABLE kodbc_win_probe (a INTEGER)";
 };
