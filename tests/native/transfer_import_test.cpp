@@ -1,6 +1,7 @@
-// The import: splitting lines, unique names, the field page's checks, value
-// conversions and INSERTs without a database; then, per data source, a
-// round trip through the export, a table source, and files with odd lines.
+// The import: splitting and reading lines, unique names, the field page's
+// checks, value conversions and INSERTs without a database; then, per data
+// source, the file and the table source, text and CSV runs, failures, and
+// the all-or-nothing batch.
 #include "test_support.h"
 
 #include "transfer/csv_format.h"
