@@ -32,8 +32,7 @@ constexpr int kPadding = 150;
 constexpr long kStopAt = 1000;
 
 struct Engine {
-    const char *name;
-    const char *driverSection;  // in the odbcinst.ini the script writes
+    const char *name;  // also the driver's section in the odbcinst.ini the script writes
     const char *portFile;
     // Connection attributes beyond server, port, database and account, asking
     // the driver to fetch while the export runs instead of reading the whole
@@ -49,10 +48,10 @@ struct Engine {
 };
 
 const Engine kEngines[] = {
-    {"PostgreSQL", "PostgreSQL", "pg.port", "Servername=127.0.0.1;Username=kodbc;UseDeclareFetch=1;Fetch=100",
+    {"PostgreSQL", "pg.port", "Servername=127.0.0.1;Username=kodbc;UseDeclareFetch=1;Fetch=100",
      "INSERT INTO kodbc_stop SELECT n, 'Zeile ' || n || repeat('x', 150) FROM generate_series(1, 10000) AS s(n)", true,
      true},
-    {"MariaDB", "MariaDB", "maria.port", "Server=127.0.0.1;User=kodbc;NO_CACHE=1",
+    {"MariaDB", "maria.port", "Server=127.0.0.1;User=kodbc;NO_CACHE=1",
      // The server bounds recursive queries at 1000 rows; its sequence tables are not bounded.
      "INSERT INTO kodbc_stop SELECT seq, CONCAT('Zeile ', seq, REPEAT('x', 150)) FROM seq_1_to_10000", false,
      false},
@@ -131,7 +130,7 @@ protected:
         Disconnect();
         ASSERT_TRUE(servers_->Run("start")) << ReadFile(servers_->dir() + ".log");
         const Engine &engine = GetParam();
-        const std::string text = "DRIVER=" + servers_->Driver(engine.driverSection) + ";Port=" +
+        const std::string text = "DRIVER=" + servers_->Driver(engine.name) + ";Port=" +
                                  servers_->Port(engine.portFile) + ";Database=kodbc;Password=kodbc-test-pw;" +
                                  engine.options;
         ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &henv_)));
