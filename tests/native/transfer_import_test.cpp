@@ -548,8 +548,12 @@ TEST_P(ImportRun, CsvRecordsKeepLineBreaksLengthAndNull) {
     options.delimiter = KODBC_EXPORT_OTHER;
     options.otherDelimiter = ",";
     options.nullText = "-";
+    char create[300] = {};
     KodbcImportResult result{};
+    result.createStatement = create;
+    result.createSize = sizeof create;
     ASSERT_EQ(ImportFile({{"b", nullptr, KODBC_TYPE_VAR_TEXT, 400, 0}}, result, options), KODBC_SUCCESS);
+    EXPECT_NE(std::string(create).find("b VARCHAR (400)"), std::string::npos) << create;
     EXPECT_EQ(result.written, 5);
     EXPECT_EQ(result.valuesCut, 0);
     EXPECT_EQ(BOf({{"1", "zwei\r\nZeilen, \"zitiert\""}, {"2", "(NULL)"}, {"3", ""}, {"4", "-"}}), "");
