@@ -2,6 +2,7 @@
 // values are converted, and the literals and conditions they become.
 #include "wizards/add_records.h"
 #include "wizards/record_statements.h"
+#include "wizards/record_wizard_common.h"
 #include "wizards/value_conversion.h"
 
 #include <gtest/gtest.h>
@@ -98,6 +99,23 @@ TEST(AddRecordsValues, IdentifyingConditionAndCuts) {
     korvel::BoundedText out(literal, sizeof literal);
     EXPECT_FALSE(AppendStringLiteral(out, "ab'c"));
     EXPECT_STREQ(literal, "'ab'");
+}
+
+// Reading the source on the destination's connection saves a second one,
+// but a driver with one active statement per connection fails the first
+// INSERT while the source query is open.
+TEST(AddRecordsValues, TheDestinationsConnectionReadsTheSourceOnlyWhereThatServesBoth) {
+    struct Case {
+        ConnectionSharing sharing;  // same login, active statements, file database
+        bool shares;
+    };
+    const Case cases[] = {
+        {{false, 0, true}, false}, {{true, 1, false}, false}, {{true, 0, false}, true},
+        {{true, 2, false}, true},  {{true, 1, true}, true},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(SharesSourceConnection(c.sharing), c.shares)
+            << c.sharing.sameLogin << " " << c.sharing.activeStatements << " " << c.sharing.fileDatabase;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The export writer on each data source: the file's bytes for the format
-// choices, NULL against empty, names with blanks, the record bound of the
-// count, and files that cannot be written.
+// choices, NULL against empty, names with blanks or a point, long and
+// binary values, the record bound of the count, and files that cannot be
+// written.
 #include "test_support.h"
 
 #include "transfer/export_file.h"
@@ -17,7 +18,7 @@ protected:
     void SetUp() override {
         DataSourceTest::SetUp();
         if (HasFatalFailure()) return;
-        OwnTables({kTable, kLongTable, kOddTable});
+        OwnTables({kTable, kOddTable});
         const std::string q = IdentifierQuote();
         Exec(std::string("CREATE TABLE ") + kTable + " (nr INTEGER, " + q + "Preis Netto" + q +
              " DOUBLE PRECISION, name VARCHAR(40))");
@@ -47,7 +48,6 @@ protected:
     }
 
     static constexpr const char *kTable = "kodbc_ex";
-    static constexpr const char *kLongTable = "kodbc_ex_long";
     static constexpr const char *kOddTable = "kodbc_ex_odd";
     ScopedLocale utf8_;  // the ANSI side of the OEM conversion
     std::string file_;
@@ -58,25 +58,20 @@ TEST_P(ExportFile, BytesForEachFormat) {
     ASSERT_EQ(fields.size(), 3u);
     EXPECT_EQ(fields[1].exportName, "Preis-Netto");
 
-    ExportFormat tabs;  // the wizard's defaults
-    ExportFormat other;
-    other.delimiter = DelimiterChoice::Other;
-    other.otherDelimiter = "||";
-    other.decimal = DecimalChoice::Point;
-    other.leftBracket = '[';
-    other.rightBracket = ']';
+    const ExportFormat tabs;  // the wizard's defaults
+    ExportFormat other, ascii, csv;
     other.header = false;
-    ExportFormat ascii;
+    other.delimiter = csv.delimiter = DelimiterChoice::Other;
+    other.otherDelimiter = "||";
+    other.decimal = csv.decimal = DecimalChoice::Point;
+    other.leftBracket = csv.leftBracket = '[';  // not written in CSV
+    other.rightBracket = ']';
     ascii.encoding = ExportEncoding::Ascii;
     ascii.delimiter = DelimiterChoice::Blank;
     ascii.decimal = DecimalChoice::Other;
     ascii.otherDecimal = "'x";
-    ExportFormat csv;
     csv.csv = true;
-    csv.delimiter = DelimiterChoice::Other;
     csv.otherDelimiter = ";";
-    csv.decimal = DecimalChoice::Point;
-    csv.leftBracket = '[';  // not written in CSV
     csv.nullText = "";
     ExportFormat csvNull = csv;
     csvNull.nullText = "NULL";
@@ -116,66 +111,44 @@ TEST_P(ExportFile, CountBoundsTheLoopAndCancelKeepsWhatWasWritten) {
     EXPECT_TRUE(cancelling.finished_);
 }
 
-// A value longer than the first read is written whole; one longer than the
-// value buffer is cut at its 9999 characters, never beyond.
-TEST_P(ExportFile, LongValuesUpToTheValueBuffer) {
-    Exec(std::string("CREATE TABLE ") + kLongTable + " (nr INTEGER, t VARCHAR(12000))");
-    const std::string longer(300, 'a'), longest(12000, 'b');
-    Exec(std::string("INSERT INTO ") + kLongTable + " VALUES (1, '" + longer + "')");
-    Exec(std::string("INSERT INTO ") + kLongTable + " VALUES (2, '" + longest + "')");
-    ExportFormat format;
-    format.header = false;
-    EXPECT_EQ(Export(format, 100, "", nullptr, kLongTable),
-              "1\t" + longer + "\r\n2\t" + std::string(9999, 'b') + "\r\n");
-}
-
-std::string Repeat(const char *text, int times) {
-    std::string out;
-    for (int i = 0; i < times; ++i) out += text;
-    return out;
-}
-
 // A column name with a point is one name; texts of multi-byte characters
-// longer than the first read arrive whole; bytes are written as hex digits,
+// and others longer than the first read arrive whole, up to the value
+// buffer's 9999 characters, never beyond; bytes are written as hex digits,
 // the same on every driver (a tab, CR LF or NUL among them included).
-TEST_P(ExportFile, PointedNamesLongMultiByteTextsAndBinaryValues) {
-    std::string hex;
-    for (int i = 0; i < 300; ++i) {
+TEST_P(ExportFile, PointedNamesLongValuesAndBinaryValues) {
+    std::string hex, umlauts, euros;
+    for (int i = 0; i < 1000; ++i) {
         char digits[3];
         std::snprintf(digits, sizeof digits, "%02X", i & 0xFF);
-        hex += digits;
+        if (i < 300) hex += digits;
+        umlauts += "\xC3\xA4";
+        euros += "\xE2\x82\xAC";
     }
     const bool postgres = DbmsName() == "PostgreSQL";
-    const std::string q = IdentifierQuote();
-    const std::string umlauts = Repeat("\xC3\xA4", 1000), euros = Repeat("\xE2\x82\xAC", 1000);
+    const std::string q = IdentifierQuote(), longer(300, 'a'), longest(12000, 'b');
     Exec(std::string("CREATE TABLE ") + kOddTable + " (nr INTEGER, " + q + "Art.Nr" + q +
-         " VARCHAR(20), t VARCHAR(1000), b " + (postgres ? "BYTEA" : "BLOB") + ")");
+         " VARCHAR(20), t VARCHAR(12000), b " + (postgres ? "BYTEA" : "BLOB") + ")");
     Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (1, 'A-1', '" + umlauts + "', " +
          (postgres ? "decode('" + hex + "', 'hex')" : "X'" + hex + "'") + ")");
     Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (2, 'B.2', '" + euros + "', NULL)");
-    ExportFormat format;
-    EXPECT_EQ(Export(format, 100, "", nullptr, kOddTable),
-              "nr\tArt-Nr\tt\tb\r\n1\tA-1\t" + umlauts + "\t" + hex + "\r\n2\tB.2\t" + euros + "\t\r\n");
+    Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (3, NULL, '" + longer + "', NULL)");
+    Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (4, NULL, '" + longest + "', NULL)");
+    EXPECT_EQ(Export(ExportFormat(), 100, "", nullptr, kOddTable),
+              "nr\tArt-Nr\tt\tb\r\n1\tA-1\t" + umlauts + "\t" + hex + "\r\n2\tB.2\t" + euros + "\t\r\n3\t\t" + longer +
+                  "\t\r\n4\t\t" + std::string(9999, 'b') + "\t\r\n");
     EXPECT_EQ(OdbcErrors(), 0u);
 }
 
 TEST_P(ExportFile, FilesThatCannotBeWrittenFailLoudly) {
-    ExportFormat format;
     const std::vector<ExportField> fields = Fields();
     const std::string sql = ExportStatement(hdbc_, kTable, fields, "");
     RecordingProgress progress;
-    const struct {
-        const char *file;
-        const char *message;
-    } cases[] = {
-        {"/dev/full", "Fehler beim Schreiben der Datei"},
-        {"/nonexistent-folder/export.txt", "existiert nicht"},
-    };
-    for (const auto &c : cases) {
+    for (const auto &[file, message] : {std::pair{"/dev/full", "Fehler beim Schreiben der Datei"},
+                                        {"/nonexistent-folder/export.txt", "existiert nicht"}}) {
         messages_.clear();
-        EXPECT_FALSE(WriteExportFile(hdbc_, sql, fields, format, c.file, 100, progress)) << c.file;
-        ASSERT_EQ(messages_.entries().size(), 1u) << c.file;
-        EXPECT_NE(messages_.entries()[0].text.find(c.message), std::string::npos) << messages_.entries()[0].text;
+        EXPECT_FALSE(WriteExportFile(hdbc_, sql, fields, ExportFormat(), file, 100, progress)) << file;
+        ASSERT_EQ(messages_.entries().size(), 1u) << file;
+        EXPECT_NE(messages_.last_text().find(message), std::string::npos) << messages_.last_text();
     }
 }
 

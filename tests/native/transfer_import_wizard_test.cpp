@@ -78,19 +78,14 @@ protected:
 TEST(ImportWizardFilters, EachKindOfFileIsChosenWithItsOwnFilter) {
     auto state = CreateImportWizardState(nullptr);
     ASSERT_TRUE(state);
-    const struct {
-        ImportSource kind;
-        const char *filter;
-    } cases[] = {
-        {ImportSource::Text, "Alle Dateien (*.*)|*.*|Textdateien (*.txt)|*.txt|"},
-        {ImportSource::Sdi, "Merrit-Windows Selektionsdateien (*.sdi)|*.sdi|"},
-        {ImportSource::Sel, "Merrit 4.xx Selektionsdateien (*.sel)|*.sel|"},
-    };
-    for (const auto &c : cases) {
-        state->kind = c.kind;
+    for (const auto &[kind, filter] :
+         {std::pair{ImportSource::Text, "Alle Dateien (*.*)|*.*|Textdateien (*.txt)|*.txt|"},
+          {ImportSource::Sdi, "Merrit-Windows Selektionsdateien (*.sdi)|*.sdi|"},
+          {ImportSource::Sel, "Merrit 4.xx Selektionsdateien (*.sel)|*.sel|"}}) {
+        state->kind = kind;
         char text[200] = {};
         LoadLibraryString(LibraryInstance(), ImportFileFilter(*state), text, sizeof text);
-        EXPECT_STREQ(text, c.filter);
+        EXPECT_STREQ(text, filter);
     }
 }
 

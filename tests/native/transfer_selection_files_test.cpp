@@ -91,47 +91,38 @@ TEST(SelectionFiles, SelFieldsNamesFormatsAndRecords) {
     EXPECT_FALSE(ReadSelRecord(sel.reader, fields.size(), values)) << "the file ends inside the record";
 }
 
-TEST(ContactConversion, PrefixesAndKeywordFields) {
+// Pairs of prefixed fields (Ko_Name<n>, Ko_Nummer<n>) are read, not
+// imported; a field per keyword takes the number of the pair whose name is
+// that keyword (in any case); without a prefixed field nothing changes.
+TEST(ContactConversion, KeywordFieldsTakeTheNumberOfTheirPair) {
     for (const auto &[name, digits] : {std::pair{"ko_name12", "12"}, {"Ko_Name100", ""}, {"Ko_Name", ""},
                                         {"Ko_Name1a", ""}, {"Ko_Nam1", ""}})
         EXPECT_EQ(PrefixedNumber(name, "Ko_Name"), digits) << name;
 
-    const struct {
-        const char *what;
-        Values names;
-        Values fields;
-        bool on;
-    } cases[] = {
-        {"pairs", {"Ko_Name1", "Firma", "Ko_Nummer1"}, {"Ko_Name1:10-", "Firma:10", "Ko_Nummer1:10-", "Handy:10", "eMail:10"}, true},
-        {"no prefixed field", {"Name", "Ko_Name100"}, {"Name:10", "Ko_Name100:10"}, false},
-    };
-    for (const auto &c : cases) {
-        ImportFieldList fields;
-        for (const std::string &name : c.names) AddImportField(fields, name);
-        ContactConversion conversion;
-        conversion.on = true;
-        conversion.keywords = SplitKeywords(",Handy,,eMail");
-        AddContactFields(fields, conversion);
-        EXPECT_EQ(Described(fields), c.fields) << c.what;
-        EXPECT_EQ(conversion.on, c.on) << c.what;
-    }
-}
-
-TEST(ContactConversion, CopiesTheNumberOfAKeywordKind) {
-    ImportFieldList fields;
-    for (const char *name : {"Ko_Name1", "Ko_Nummer1", "Ko_Name2", "Ko_Nummer2", "Ko_Name3", "Ko_Nummer3"})
-        AddImportField(fields, name);
     ContactConversion conversion;
     conversion.on = true;
-    conversion.keywords = {"Handy", "Telefax", "eMail"};
+    conversion.keywords = SplitKeywords(",Handy,,Telefax,eMail");
+    ImportFieldList fields;
+    for (const char *name : {"Name", "Ko_Name100"}) AddImportField(fields, name);
     AddContactFields(fields, conversion);
-    const std::optional<std::string> values[] = {"handy", "0171 555", "Pager", "0800", "eMail", std::nullopt};
-    for (std::size_t i = 0; i < 6; ++i) fields[i].value = values[i];
+    EXPECT_EQ(Described(fields), (Values{"Name:10", "Ko_Name100:10"}));
+    EXPECT_FALSE(conversion.on);
+
+    conversion.on = true;
+    fields.clear();
+    for (const char *name : {"Ko_Name1", "Ko_Nummer1", "Firma", "Ko_Name2", "Ko_Nummer2", "Ko_Name3", "Ko_Nummer3"})
+        AddImportField(fields, name);
+    AddContactFields(fields, conversion);
+    EXPECT_TRUE(conversion.on);
+    EXPECT_EQ(Described(fields),
+              (Values{"Ko_Name1:10-", "Ko_Nummer1:10-", "Firma:10", "Ko_Name2:10-", "Ko_Nummer2:10-", "Ko_Name3:10-",
+                      "Ko_Nummer3:10-", "Handy:10", "Telefax:10", "eMail:10"}));
+    const std::optional<std::string> values[] = {"handy", "0171 555", "x", "Pager", "0800", "eMail", std::nullopt};
+    for (std::size_t i = 0; i < 7; ++i) fields[i].value = values[i];
     ConvertContacts(fields, conversion);
-    ASSERT_EQ(fields.size(), 9u);
-    EXPECT_EQ(fields[6].value, "0171 555");                 // Handy, from pair 1 (any case)
-    EXPECT_EQ(fields[7].value, std::nullopt);               // Telefax: no pair names it
-    EXPECT_EQ(fields[8].value, std::nullopt);               // eMail: its number is empty
+    EXPECT_EQ(fields[7].value, "0171 555");  // Handy, from pair 1 (any case)
+    EXPECT_EQ(fields[8].value, std::nullopt);  // Telefax: no pair names it
+    EXPECT_EQ(fields[9].value, std::nullopt);  // eMail: its number is empty
 }
 
 class ContactSettings : public PrivateRegistryTest {};

@@ -2,9 +2,9 @@
 // the run must end with the driver's error shown, the file complete up to
 // the last record written; the import, all or nothing, leaves no record,
 // and its table only where the database commits DDL by itself (saying so);
-// a hang would show as the test's timeout. The servers are private to this test
-// (started in a folder of its own with the test command's script), because
-// stopping the run's shared ones would break every test after it.
+// a hang would show as the test's timeout. The servers are private to this
+// suite (started in a folder of its own with the test command's script),
+// because stopping the run's shared ones would break every test after it.
 #include "test_support.h"
 
 #include "transfer/export_file.h"
@@ -12,6 +12,7 @@
 
 #include <sql.h>
 #include <sqlext.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,15 +25,14 @@ namespace {
 
 using namespace transfer;
 
-constexpr long kRows = 50000;
+constexpr long kRows = 10000;
 // Each exported row is this wide, so that the rows still on their way are far
 // more than the connection's buffers hold when the server goes away.
 constexpr int kPadding = 150;
 constexpr long kStopAt = 1000;
 
 struct Engine {
-    const char *name;
-    const char *driverSection;  // in the odbcinst.ini the script writes
+    const char *name;  // also the driver's section in the odbcinst.ini the script writes
     const char *portFile;
     // Connection attributes beyond server, port, database and account, asking
     // the driver to fetch while the export runs instead of reading the whole
@@ -48,12 +48,12 @@ struct Engine {
 };
 
 const Engine kEngines[] = {
-    {"PostgreSQL", "PostgreSQL", "pg.port", "Servername=127.0.0.1;Username=kodbc;UseDeclareFetch=1;Fetch=100",
-     "INSERT INTO kodbc_stop SELECT n, 'Zeile ' || n || repeat('x', 150) FROM generate_series(1, 50000) AS s(n)", true,
+    {"PostgreSQL", "pg.port", "Servername=127.0.0.1;Username=kodbc;UseDeclareFetch=1;Fetch=100",
+     "INSERT INTO kodbc_stop SELECT n, 'Zeile ' || n || repeat('x', 150) FROM generate_series(1, 10000) AS s(n)", true,
      true},
-    {"MariaDB", "MariaDB", "maria.port", "Server=127.0.0.1;User=kodbc;NO_CACHE=1",
+    {"MariaDB", "maria.port", "Server=127.0.0.1;User=kodbc;NO_CACHE=1",
      // The server bounds recursive queries at 1000 rows; its sequence tables are not bounded.
-     "INSERT INTO kodbc_stop SELECT seq, CONCAT('Zeile ', seq, REPEAT('x', 150)) FROM seq_1_to_50000", false,
+     "INSERT INTO kodbc_stop SELECT seq, CONCAT('Zeile ', seq, REPEAT('x', 150)) FROM seq_1_to_10000", false,
      false},
 };
 
@@ -62,11 +62,15 @@ std::string Trimmed(std::string text) {
     return text;
 }
 
-// The servers of one folder, through the script the test command uses.
+// The servers of one folder, through the script the test command uses;
+// one folder for the suite, so that each cluster is made once.
 class PrivateServers {
 public:
     explicit PrivateServers(std::string dir) : dir_(std::move(dir)) {}
-    ~PrivateServers() { Run("stop"); }
+    ~PrivateServers() {
+        Run("stop");
+        std::system(("rm -rf '" + dir_ + "' '" + dir_ + ".log'").c_str());
+    }
     bool Run(const char *action) const {
         const std::string command = std::string("bash '") + KODBC_SOURCE_DIR "/scripts/servers.sh' " + action +
                                     " '" + dir_ + "' >'" + dir_ + ".log' 2>&1";
@@ -83,6 +87,19 @@ public:
         return {};
     }
     std::string Port(const char *file) const { return Trimmed(ReadFile(dir_ + "/" + file)); }
+    // Stops one engine's server the way the script does (the same signal)
+    // and waits until it is gone; the other one keeps running, so that the
+    // next start has only this one to bring back.
+    bool Stop(const Engine &engine) const {
+        const bool postgres = std::string(engine.name) == "PostgreSQL";
+        const std::string pidFile = postgres ? Trimmed(ReadFile(dir_ + "/pg.root")) + "/data/postmaster.pid"
+                                             : dir_ + "/maria/mariadbd.pid";
+        const pid_t pid = static_cast<pid_t>(std::atol(ReadFile(pidFile).c_str()));
+        if (pid <= 0 || ::kill(pid, postgres ? SIGINT : SIGTERM) != 0) return false;
+        for (int waited = 0; waited < 6000 && ::kill(pid, 0) == 0; ++waited) ::usleep(10000);
+        return ::kill(pid, 0) != 0;
+    }
+    const std::string &dir() const { return dir_; }
 
 private:
     std::string dir_;
@@ -90,36 +107,36 @@ private:
 
 class ServerStop : public ::testing::TestWithParam<Engine> {
 protected:
-    void SetUp() override {
-        if (!Contains(DataSources(), "kodbc_pg")) GTEST_SKIP() << "the database servers are not part of this run";
+    static void SetUpTestSuite() {
+        if (!Contains(DataSources(), "kodbc_pg")) return;
         // The process number keeps two test runs on one machine apart.
-        dir_ = ::testing::TempDir() + "kodbc_server_stop_" + GetParam().name + "_" + std::to_string(::getpid());
-        std::remove((dir_ + ".log").c_str());
+        const std::string dir = ::testing::TempDir() + "kodbc_server_stop_" + std::to_string(::getpid());
         // Open to the database's own account, so that its cluster lives in
         // here and survives the restarts.
-        ::mkdir(dir_.c_str(), 0755);
-        ::chmod(dir_.c_str(), 0755);
-        servers_ = std::make_unique<PrivateServers>(dir_);
-        ASSERT_TRUE(servers_->Run("start")) << ReadFile(dir_ + ".log");
+        ::mkdir(dir.c_str(), 0755);
+        ::chmod(dir.c_str(), 0755);
+        servers_ = new PrivateServers(dir);
     }
-    void TearDown() override {
-        Disconnect();
-        servers_.reset();
-        if (!dir_.empty()) std::system(("rm -rf '" + dir_ + "' '" + dir_ + ".log'").c_str());
+    static void TearDownTestSuite() {
+        delete servers_;
+        servers_ = nullptr;
     }
+    void SetUp() override {
+        if (!servers_) GTEST_SKIP() << "the database servers are not part of this run";
+    }
+    void TearDown() override { Disconnect(); }
 
     void Connect() {
         Disconnect();
-        ASSERT_TRUE(servers_->Run("start")) << ReadFile(dir_ + ".log");
+        ASSERT_TRUE(servers_->Run("start")) << ReadFile(servers_->dir() + ".log");
         const Engine &engine = GetParam();
-        const std::string text = "DRIVER=" + servers_->Driver(engine.driverSection) + ";Port=" +
+        const std::string text = "DRIVER=" + servers_->Driver(engine.name) + ";Port=" +
                                  servers_->Port(engine.portFile) + ";Database=kodbc;Password=kodbc-test-pw;" +
                                  engine.options;
         ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &henv_)));
         SQLSetEnvAttr(henv_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
         ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, henv_, &hdbc_)));
-        std::string connection = text;
-        ASSERT_TRUE(SQL_SUCCEEDED(SQLDriverConnect(hdbc_, nullptr, reinterpret_cast<SQLCHAR *>(connection.data()),
+        ASSERT_TRUE(SQL_SUCCEEDED(SQLDriverConnect(hdbc_, nullptr, (SQLCHAR *)text.c_str(),
                                                    SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT)))
             << text;
     }
@@ -139,31 +156,30 @@ protected:
         return ran && count.size() == 1 ? std::stol(count[0]) : -1;
     }
 
-    // Stops the servers when the work loop reports record kStopAt.
+    // Stops the engine's server when the work loop reports record kStopAt.
     class StoppingProgress : public wizards::WizardProgress {
     public:
-        explicit StoppingProgress(PrivateServers &servers) : servers_(servers) {}
+        explicit StoppingProgress(const Engine &engine) : engine_(engine) {}
         void Start(long) override {}
         bool Step(long value) override {
-            if (value == kStopAt) stopped_ = servers_.Run("stop");
+            if (value == kStopAt) stopped_ = servers_->Stop(engine_);
             return false;
         }
         void Finish() override {}
         bool stopped_ = false;
 
     private:
-        PrivateServers &servers_;
+        const Engine &engine_;
     };
 
-    std::string dir_;
-    std::unique_ptr<PrivateServers> servers_;
+    static inline PrivateServers *servers_ = nullptr;
     SQLHENV henv_ = nullptr;
     SQLHDBC hdbc_ = nullptr;
     MessageRecorder messages_;
 };
 
-// Export and import in one test, so that each engine's servers start once;
-// the import starts them again after the export stopped them.
+// Export and import in one test: the import starts the server again after
+// the export stopped it.
 TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     ASSERT_NO_FATAL_FAILURE(Connect());
     RunStatement(hdbc_, "DROP TABLE kodbc_stop");
@@ -175,8 +191,8 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
         SCOPED_TRACE("export");
         std::vector<ExportField> fields;
         ASSERT_TRUE(ReadExportFields(hdbc_, "kodbc_stop", fields));
-        const std::string file = dir_ + "_export.txt";
-        StoppingProgress progress(*servers_);
+        const std::string file = servers_->dir() + "_export.txt";
+        StoppingProgress progress(GetParam());
         ExportCounts counts;
         const bool written = WriteExportFile(hdbc_, ExportStatement(hdbc_, "kodbc_stop", fields, "") + " ORDER BY nr",
                                              fields, ExportFormat(), file.c_str(), kRows, progress, &counts);
@@ -206,12 +222,10 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
 
     SCOPED_TRACE("import");
     messages_.clear();
-    const std::string file = dir_ + "_import.txt";
-    {
-        std::ofstream out(file, std::ios::binary);
-        out << "nr\tname\r\n";
-        for (long n = 1; n <= kRows; ++n) out << n << "\tZeile " << n << "\r\n";
-    }
+    const std::string file = servers_->dir() + "_import.txt";
+    std::string lines = "nr\tname\r\n";
+    for (long n = 1; n <= kRows; ++n) lines += std::to_string(n) + "\tZeile " + std::to_string(n) + "\r\n";
+    std::ofstream(file, std::ios::binary) << lines;
     ASSERT_NO_FATAL_FAILURE(Connect());
     ImportTextFormat format;
     ImportFieldList fields;
@@ -224,7 +238,7 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     {
         ImportRecordWriter writer(hdbc_, "kodbc_stop_imp", fields, false,
                                   CreateImportTableStatement(hdbc_, "kodbc_stop_imp", fields, ""), true);
-        StoppingProgress progress(*servers_);
+        StoppingProgress progress(GetParam());
         EXPECT_FALSE(ImportTextRecords(file.c_str(), format, fields, writer, progress, kRows, counts));
         ASSERT_TRUE(progress.stopped_);
     }
