@@ -8,29 +8,16 @@
 
 #include "sqltext/sql_names.h"
 
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <string>
-
 using namespace kodbc::sqltext;
-
-namespace {
-
-const char *const kQuotes[] = {"\"", "`", " ", "", "[", "\"\"", "'", "\t"};
-
-using fuzz::Check;
-
 using fuzz::Buffer;
-
-} // namespace
+using fuzz::Check;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
     if (length < 2) return 0;
     const int size = bytes[0];
     const int selector = bytes[1];
-    const std::string name(reinterpret_cast<const char *>(bytes + 2), strnlen(reinterpret_cast<const char *>(bytes + 2), length - 2));
-    const char *quoteText = kQuotes[selector & 7];
+    const std::string name = fuzz::Pieces(bytes, length, 2, 1)[0];
+    const char *quoteText = fuzz::kQuotes[selector & 7];
     const int flags = (selector >> 3) & 1;
     const char separator = (selector & 0x10) ? '\t' : ',';
     const char joiner = (selector & 0x20) ? '\0' : ';';
