@@ -39,7 +39,9 @@ TEST_P(CatalogColumns, TypeLengthAndPropertiesRecord) {
     EXPECT_EQ(Kodbc_IsColumnAutoIncrement(hdbc_, "kc_h6_auto", "v"), 0);
     // The PostgreSQL driver calls a column of a statement that was only
     // prepared read-only when that is the first thing asked about it.
-    if (DbmsName() != "PostgreSQL") EXPECT_EQ(Kodbc_IsColumnUpdateable(hdbc_, "kc_h6_cols", "amount"), 1);
+    if (DbmsName() != "PostgreSQL") {
+        EXPECT_EQ(Kodbc_IsColumnUpdateable(hdbc_, "kc_h6_cols", "amount"), 1);
+    }
     EXPECT_TRUE(messages_.entries().empty());
 }
 
@@ -90,7 +92,9 @@ TEST_P(CatalogColumns, PrimaryKeyColumnsInKeyOrderAndTheKeysName) {
         });
     };
     const std::string name = keyName("kc_h6_pk", 100);
-    if (DbmsName() == "PostgreSQL") EXPECT_EQ(name, "kc_h6_pk_pkey");
+    if (DbmsName() == "PostgreSQL") {
+        EXPECT_EQ(name, "kc_h6_pk_pkey");
+    }
     EXPECT_EQ(keyName("kc_h6_cols", 100), "");
     EXPECT_EQ(keyName("kc_h6_pk", 1), "");
     char out[8];

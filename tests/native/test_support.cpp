@@ -71,7 +71,6 @@ int MessageRecorder::Handle(const KodbcMessage *message, void *self) {
         entry.dataSource = f->dataSource;
         entry.description = f->description;
         entry.hasHint = f->hint != nullptr;
-        if (f->hint) entry.hint = f->hint;
     }
     recorder->entries_.push_back(std::move(entry));
     return recorder->answer_;
