@@ -16,8 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const std::string text = fuzz::Pieces(data, size, 1, 1)[0];
 
     // Decoding in place, in a buffer with no room to spare.
-    fuzz::Buffer decoded(static_cast<int>(text.size()) + 1);
-    decoded.load(text);
+    fuzz::Buffer decoded(static_cast<int>(text.size()) + 1, text);
     int decodedLength = Korvel_DecodeString(decoded.data);
     Check(decodedLength >= 0 && static_cast<std::size_t>(decodedLength) <= text.size());
     Check(decoded.terminated());

@@ -36,6 +36,7 @@ inline std::vector<std::string> Pieces(const uint8_t *data, std::size_t size, st
 
 struct Buffer {
     explicit Buffer(int size) : size(size), data(static_cast<char *>(std::malloc(size > 0 ? size : 1))) {}
+    Buffer(int size, std::string_view text) : Buffer(size) { load(text); }
     ~Buffer() { std::free(data); }
     Buffer(const Buffer &) = delete;
     Buffer &operator=(const Buffer &) = delete;

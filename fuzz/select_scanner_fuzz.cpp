@@ -70,8 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
                                     ReplaceWhereClause};
     for (Replace replace : replacements) {
         const int statementSize = static_cast<int>(statement.size()) + outSize;
-        Buffer buffer(statementSize);
-        buffer.load(statement);
+        Buffer buffer(statementSize, statement);
         const int result = replace(context, buffer.data, statementSize, clause.c_str());
         Check(result == (statementSize < 1 ? -1 : 0));
         Check(buffer.terminated());
@@ -81,8 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (!context.bracketError && statement.find_first_of("'\"()") == std::string::npos && !clause.empty() &&
         clause.find_first_not_of("0123456789=<> ") == std::string::npos && clause.find_first_not_of(' ') != std::string::npos) {
         const int statementSize = static_cast<int>(statement.size() * 3 + clause.size() * 3 + 64);
-        Buffer buffer(statementSize);
-        buffer.load(statement);
+        Buffer buffer(statementSize, statement);
         Check(ReplaceOrderByClause(context, buffer.data, statementSize, clause.c_str()) == 0);
         std::string trimmed = clause.substr(clause.find_first_not_of(' '));
         trimmed = trimmed.substr(0, trimmed.find_last_not_of(' ') + 1);

@@ -23,8 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
     const char joiner = (selector & 0x20) ? '\0' : ';';
 
     {   // Bracket style in place; brackets come off again for simple names.
-        Buffer b(size);
-        b.load(name);
+        Buffer b(size, name);
         std::string before(size > 0 ? b.data : "");
         PrepareBracketName(b.data, b.size, flags);
         Check(b.terminated());
@@ -41,10 +40,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
         Check(out.terminated());
     }
     {   // SQL-92 style: into another buffer and in place give the same text.
-        Buffer apart(size), inPlace(size);
+        Buffer apart(size), inPlace(size, name);
         QuoteText q1 = QuoteText::Fixed(quoteText), q2 = QuoteText::Fixed(quoteText);
         Check(PrepareSql92Name(q1, name.c_str(), apart.data, apart.size));
-        inPlace.load(name);
         std::string loaded(size > 0 ? inPlace.data : "");
         Check(PrepareSql92Name(q2, inPlace.data, inPlace.data, inPlace.size));
         Check(apart.terminated() && inPlace.terminated());
@@ -54,15 +52,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
             Check(name == apart.data);
     }
     {   // SQL-92 list in place.
-        Buffer list(size);
-        list.load(name);
+        Buffer list(size, name);
         QuoteText q = QuoteText::Fixed(quoteText);
         Check(PrepareSql92NameList(q, list.data, list.size, separator, joiner));
         Check(list.terminated());
     }
     {   // Whole-name quoting never runs past the size.
-        Buffer b(size);
-        b.load(name);
+        Buffer b(size, name);
         QuoteText q = QuoteText::Fixed(quoteText);
         QuoteIfNotPlain(q, b.data, b.size);
         Check(b.terminated());
