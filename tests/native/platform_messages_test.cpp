@@ -20,13 +20,14 @@ const KorvelStringResource kTestStrings[] = {
     {22, "s 100%% von %s"},
     {23, "! Hinweis"},
     {24, "Ohne Präfix %d %s"},
+    {26, "%s"},
     {30, "Gespeichert"},
 };
 
 class PlatformMessages : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        static const KorvelModuleResources resources{kTestStrings, 7, "9.8.7.6", "testprofil"};
+        static const KorvelModuleResources resources{kTestStrings, 8, "9.8.7.6", "testprofil"};
         Korvel_RegisterModuleResources(TestInstance(), &resources);
     }
 
@@ -54,9 +55,10 @@ TEST_F(PlatformMessages, PrefixKindArgumentsAndAnswer) {
     } cases[] = {
         {20, "Kunden", nullptr, KODBC_MESSAGE_YESNO, "Soll die Tabelle  Kunden  gelöscht werden?"},
         {21, "a", "c", KODBC_MESSAGE_YESNOCANCEL, "a /  / c"},
-        {22, "s x", nullptr, KODBC_MESSAGE_STOP, "100% von s x"},  // an argument never makes a prefix
+        {22, "s x", nullptr, KODBC_MESSAGE_STOP, "100% von s x"},
         {23, nullptr, nullptr, KODBC_MESSAGE_NOTICE, "Hinweis"},
         {24, "eins", nullptr, KODBC_MESSAGE_PLAIN, "Ohne Präfix %d eins"},
+        {26, "s x", nullptr, KODBC_MESSAGE_PLAIN, "s x"},  // an argument never makes a prefix
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.id);

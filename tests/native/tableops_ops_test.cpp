@@ -180,11 +180,13 @@ TEST_P(TableOps, RefusedByTheDumpEverythingFailsSilently) {
     EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), -1);
     EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
     EXPECT_EQ(Kodbc_RenameTable(hdbc_, "kc_h9_adr", "kc_h9_copy", 0), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "public", "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
     // Only the dump's own questions, one per statement: no error follows a refusal.
-    ASSERT_EQ(messages_.entries().size(), 4u);
+    ASSERT_EQ(messages_.entries().size(), 5u);
     EXPECT_EQ(messages_.entries()[0].text, "SELECT Count(*) FROM kc_h9_adr");
     EXPECT_EQ(messages_.entries()[2].text, "DROP TABLE kc_h9_adr");
     EXPECT_EQ(messages_.entries()[3].text, "SELECT * INTO kc_h9_copy FROM kc_h9_adr");
+    EXPECT_EQ(messages_.entries()[4].text, "DROP TABLE public.kc_h9_adr");
     SetDumpState(0);
     EXPECT_EQ(Rows("kc_h9_adr"), 3);
 }
