@@ -23,14 +23,6 @@ class StringTableTest : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(utf8_.ok()); }
 
-    static std::string Load(int id, int *length = nullptr) {
-        char buffer[2000];
-        std::memset(buffer, 'x', sizeof buffer);
-        int n = LoadLibraryString(LibraryInstance(), id, buffer, sizeof buffer);
-        if (length) *length = n;
-        return buffer;
-    }
-
     kodbc::test::ScopedLocale utf8_;
 };
 
@@ -80,10 +72,11 @@ constexpr Sample kSamples[] = {
 
 TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
     for (const Sample &sample : kSamples) {
-        int length = -1;
-        std::string text = Load(sample.id, &length);
-        EXPECT_EQ(text, sample.text) << "string " << sample.id;
+        char text[2000];
+        std::memset(text, 'x', sizeof text);
+        const int length = LoadLibraryString(LibraryInstance(), sample.id, text, sizeof text);
         EXPECT_EQ(length, static_cast<int>(std::strlen(sample.text))) << "string " << sample.id;
+        EXPECT_STREQ(text, sample.text) << "string " << sample.id;
     }
 }
 
