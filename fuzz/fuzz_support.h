@@ -1,11 +1,16 @@
-// Pieces every fuzz target uses: a check that stops the run, a heap buffer
-// of exactly the stated size (so the sanitizer sees one byte too far), and a
-// stand-in for the driver's identifier quote query that counts its calls.
+// Pieces every fuzz target uses: a check that stops the run, the input cut
+// at zero bytes, a heap buffer of exactly the stated size (so the sanitizer
+// sees one byte too far), bytes as a file, and a stand-in for the driver's
+// identifier quote query that counts its calls.
 #pragma once
 
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace fuzz {
 
@@ -13,8 +18,25 @@ inline void Check(bool condition) {
     if (!condition) __builtin_trap();
 }
 
+// Quote texts a driver may report: the first four are the usual answers.
+inline const char *const kQuotes[] = {"\"", "`", " ", "", "[", "\"\"", "'", "\t"};
+
+// The bytes from `from` (at most `size`) on, split at zero bytes into at
+// most `most` pieces; there is always a first one.
+inline std::vector<std::string> Pieces(const uint8_t *data, std::size_t size, std::size_t from, std::size_t most) {
+    std::string_view rest(reinterpret_cast<const char *>(data) + from, size - from);
+    std::vector<std::string> pieces;
+    do {
+        std::size_t zero = rest.find('\0');
+        pieces.emplace_back(rest.substr(0, zero));
+        rest.remove_prefix(zero == std::string_view::npos ? rest.size() : zero + 1);
+    } while (!rest.empty() && pieces.size() < most);
+    return pieces;
+}
+
 struct Buffer {
     explicit Buffer(int size) : size(size), data(static_cast<char *>(std::malloc(size > 0 ? size : 1))) {}
+    Buffer(int size, std::string_view text) : Buffer(size) { load(text); }
     ~Buffer() { std::free(data); }
     Buffer(const Buffer &) = delete;
     Buffer &operator=(const Buffer &) = delete;
@@ -29,6 +51,18 @@ struct Buffer {
     }
     int size;
     char *data;
+};
+
+// The bytes from `from` on as a file to read; `file` is null when there is none.
+struct MemoryFile {
+    MemoryFile(const uint8_t *data, std::size_t size, std::size_t from)
+        : bytes(reinterpret_cast<const char *>(data) + from, size - from),
+          file(fmemopen(bytes.data(), bytes.size(), "rb")) {}
+    ~MemoryFile() {
+        if (file) std::fclose(file);
+    }
+    std::string bytes;
+    std::FILE *file;
 };
 
 // The quote text a driver would report; `calls` tells how often it was asked.

@@ -8,33 +8,25 @@
 
 #include "transfer/import_text.h"
 
-#include <cstdint>
-#include <cstdio>
 #include <set>
-#include <string>
-
-namespace {
 
 using fuzz::Check;
 using namespace kodbc::transfer;
 
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (size < 4) return 0;
     ImportTextFormat format;
-    format.delimiter = kodbc::transfer::DelimiterChoice::Other;
+    format.delimiter = DelimiterChoice::Other;
     format.otherDelimiter = std::string(1, static_cast<char>(data[1]));
     format.namesInFirstLine = (data[0] & 2) == 0;
     if (data[0] & 1) {
         format.leftBracket = static_cast<char>(data[2]);
         format.rightBracket = static_cast<char>(data[3]);
     }
-    const std::string bytes(reinterpret_cast<const char *>(data + 4), size - 4);
-    std::FILE *file = fmemopen(const_cast<char *>(bytes.data()), bytes.size(), "rb");
-    if (!file) return 0;
+    fuzz::MemoryFile file(data, size, 4);
+    if (!file.file) return 0;
 
-    LineReader reader(file);
+    LineReader reader(file.file);
     std::string_view line;
     long lines = 0;
     std::vector<std::string> values;
@@ -60,11 +52,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         }
     }
     // Every byte was read, and reading again from the start sees as much.
-    Check(!reader.Error() && reader.Offset() == static_cast<long>(bytes.size()));
+    Check(!reader.Error() && reader.Offset() == static_cast<long>(file.bytes.size()));
     Check(reader.Rewind(0));
     long again = 0;
     while (reader.Next(line)) ++again;
     Check(again == lines);
-    std::fclose(file);
     return 0;
 }

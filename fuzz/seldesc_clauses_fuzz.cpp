@@ -10,57 +10,27 @@
 
 #include "select/seldesc.h"
 
-#include <cstdint>
-#include <cstring>
-#include <string>
-#include <vector>
-
 using namespace kodbc;
-
-namespace {
-
-const char *const kQuotes[] = {"\"", "`", " ", ""};
-
-using Fetch = fuzz::QuoteQuery;
-
 using fuzz::Check;
-
-// A heap buffer of exactly size bytes (at least one, so ASan sees the end).
-void RunInto(int size, const auto &generate) {
-    std::vector<char> buffer(static_cast<std::size_t>(size > 0 ? size : 1), '\x7f');
-    Fetch fetch{kQuotes[0]};
-    generate(buffer.data(), size, fetch);
-    Check(fetch.calls <= 1);
-    if (size > 0) {
-        std::size_t length = strnlen(buffer.data(), static_cast<std::size_t>(size));
-        Check(length < static_cast<std::size_t>(size));
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
     if (length < 9) return 0;
-    const int whereSize = (bytes[0] | (bytes[1] << 8)) & 0xfff;
-    const int setSize = (bytes[2] | (bytes[3] << 8)) & 0xfff;
-    const char *quoteText = kQuotes[bytes[4] % 4];
+    const char *quoteText = fuzz::kQuotes[bytes[4] % 4];
     char pattern[4];
     if (bytes[5] == 0xff) seldesc::ReadPatternChars(nullptr, pattern);
     else std::memcpy(pattern, bytes + 5, 4);
     const std::string descriptor(reinterpret_cast<const char *>(bytes + 9), length - 9);
 
-    RunInto(whereSize, [&](char *out, int size, Fetch &fetch) {
-        fetch.text = quoteText;
-        sqltext::QuoteText quote = sqltext::QuoteText::Lazy(&Fetch::Run, &fetch);
-        if (size < 1) return;
-        seldesc::BuildWhereClause(quote, descriptor.c_str(), out, size, pattern);
-        Check(out[0] == '\0' || out[0] == '(');
-    });
-    RunInto(setSize, [&](char *out, int size, Fetch &fetch) {
-        fetch.text = quoteText;
-        sqltext::QuoteText quote = sqltext::QuoteText::Lazy(&Fetch::Run, &fetch);
-        if (size < 1) return;
-        seldesc::BuildSetClause(quote, descriptor.c_str(), out, size);
-    });
+    for (const bool where : {true, false}) {
+        const int at = where ? 0 : 2;
+        fuzz::Buffer out((bytes[at] | (bytes[at + 1] << 8)) & 0xfff);
+        fuzz::QuoteQuery fetch{quoteText};
+        sqltext::QuoteText quote = sqltext::QuoteText::Lazy(&fuzz::QuoteQuery::Run, &fetch);
+        if (out.size < 1) continue;
+        if (where) seldesc::BuildWhereClause(quote, descriptor.c_str(), out.data, out.size, pattern);
+        else seldesc::BuildSetClause(quote, descriptor.c_str(), out.data, out.size);
+        Check(fetch.calls <= 1 && out.terminated());
+        Check(!where || out.data[0] == '\0' || out.data[0] == '(');
+    }
     return 0;
 }

@@ -9,13 +9,9 @@
 
 #include "select/select_scanner.h"
 
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <string>
-#include <string_view>
-
 using namespace kodbc::select;
+using fuzz::Buffer;
+using fuzz::Check;
 
 namespace {
 
@@ -24,10 +20,6 @@ const char *const kKeywords[][2] = {{"SELECT", ""}, {"FROM", ""},  {"ORDER", "BY
                                     {"WHERE", ""},  {"HAVING", ""}, {"INTO", ""},    {"TEMP", ""},
                                     {"BY", ""},     {"ORDER", ""},  {"GROUP", ""},   {"x", ""},
                                     {"select", "by"}, {"", ""},     {"FROM", "WHERE"}, {"ORDER", "ORDER"}};
-
-using fuzz::Check;
-
-using fuzz::Buffer;
 
 void CheckScan(int result, const Buffer &out) {
     Check(result == 0 || result == -1);
@@ -43,11 +35,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const char quote = kQuotes[control & 3];
     const int flags = (control & 0x0c) >> 1;            // 0, 2, 4, 6
     const char *const *keyword = kKeywords[control >> 4];
-    std::string_view rest(reinterpret_cast<const char *>(data + 2), size - 2);
-    std::size_t zero = rest.find('\0');
-    std::string statement(rest.substr(0, zero));
-    std::string clause(zero == std::string_view::npos ? std::string_view() : rest.substr(zero + 1));
-    clause = clause.substr(0, clause.find('\0'));
+    std::vector<std::string> pieces = fuzz::Pieces(data, size, 2, 2);
+    pieces.resize(2);
+    const std::string &statement = pieces[0], &clause = pieces[1];
 
     ScanContext context;
     context.quote = quote;
@@ -63,21 +53,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         for (const std::string &word : SplitWords(item, quote)) Check(!word.empty() && word.size() <= kWordLimit);
     }
 
-    {
+    for (int scan = 0; scan < 4; ++scan) {
         Buffer out(outSize);
-        CheckScan(GetClause(context, statement.c_str(), keyword[0], keyword[1], out.data, outSize), out);
-    }
-    {
-        Buffer out(outSize);
-        CheckScan(ScanFields(context, statement.c_str(), clause.c_str(), out.data, outSize), out);
-    }
-    {
-        Buffer out(outSize);
-        CheckScan(ScanTables(context, statement.c_str(), nullptr, out.data, outSize), out);
-    }
-    {
-        Buffer out(outSize);
-        CheckScan(ScanOrderBy(context, statement.c_str(), ";", flags, out.data, outSize), out);
+        const char *s = statement.c_str();
+        const int result = scan == 0   ? GetClause(context, s, keyword[0], keyword[1], out.data, outSize)
+                           : scan == 1 ? ScanFields(context, s, clause.c_str(), out.data, outSize)
+                           : scan == 2 ? ScanTables(context, s, nullptr, out.data, outSize)
+                                       : ScanOrderBy(context, s, ";", flags, out.data, outSize);
+        CheckScan(result, out);
     }
 
     // The replacements in a buffer somewhat larger than the statement, so
@@ -87,8 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
                                     ReplaceWhereClause};
     for (Replace replace : replacements) {
         const int statementSize = static_cast<int>(statement.size()) + outSize;
-        Buffer buffer(statementSize);
-        buffer.load(statement);
+        Buffer buffer(statementSize, statement);
         const int result = replace(context, buffer.data, statementSize, clause.c_str());
         Check(result == (statementSize < 1 ? -1 : 0));
         Check(buffer.terminated());
@@ -98,8 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (!context.bracketError && statement.find_first_of("'\"()") == std::string::npos && !clause.empty() &&
         clause.find_first_not_of("0123456789=<> ") == std::string::npos && clause.find_first_not_of(' ') != std::string::npos) {
         const int statementSize = static_cast<int>(statement.size() * 3 + clause.size() * 3 + 64);
-        Buffer buffer(statementSize);
-        buffer.load(statement);
+        Buffer buffer(statementSize, statement);
         Check(ReplaceOrderByClause(context, buffer.data, statementSize, clause.c_str()) == 0);
         std::string trimmed = clause.substr(clause.find_first_not_of(' '));
         trimmed = trimmed.substr(0, trimmed.find_last_not_of(' ') + 1);

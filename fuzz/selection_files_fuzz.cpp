@@ -7,15 +7,12 @@
 
 #include "transfer/import_selection_files.h"
 
-#include <cstdint>
-#include <cstdio>
 #include <set>
-#include <string>
-
-namespace {
 
 using fuzz::Check;
 using namespace kodbc::transfer;
+
+namespace {
 
 void CheckUnique(const ImportFieldList &fields) {
     std::set<std::string> names;
@@ -85,12 +82,10 @@ void Sel(LineReader &reader) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (size < 1) return 0;
-    const std::string bytes(reinterpret_cast<const char *>(data + 1), size - 1);
-    std::FILE *file = fmemopen(const_cast<char *>(bytes.data()), bytes.size(), "rb");
-    if (!file) return 0;
-    LineReader reader(file);
+    fuzz::MemoryFile file(data, size, 1);
+    if (!file.file) return 0;
+    LineReader reader(file.file);
     if (data[0] & 1) Sel(reader);
     else Sdi(reader);
-    std::fclose(file);
     return 0;
 }

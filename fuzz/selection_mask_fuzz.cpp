@@ -10,11 +10,6 @@
 #include "select/selection_mask.h"
 #include "select/seldesc.h"
 
-#include <cstdint>
-#include <cstring>
-#include <string>
-#include <string_view>
-
 using namespace kodbc;
 using fuzz::Check;
 

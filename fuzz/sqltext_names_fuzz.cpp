@@ -8,36 +8,22 @@
 
 #include "sqltext/sql_names.h"
 
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <string>
-
 using namespace kodbc::sqltext;
-
-namespace {
-
-const char *const kQuotes[] = {"\"", "`", " ", "", "[", "\"\"", "'", "\t"};
-
-using fuzz::Check;
-
 using fuzz::Buffer;
-
-} // namespace
+using fuzz::Check;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
     if (length < 2) return 0;
     const int size = bytes[0];
     const int selector = bytes[1];
-    const std::string name(reinterpret_cast<const char *>(bytes + 2), strnlen(reinterpret_cast<const char *>(bytes + 2), length - 2));
-    const char *quoteText = kQuotes[selector & 7];
+    const std::string name = fuzz::Pieces(bytes, length, 2, 1)[0];
+    const char *quoteText = fuzz::kQuotes[selector & 7];
     const int flags = (selector >> 3) & 1;
     const char separator = (selector & 0x10) ? '\t' : ',';
     const char joiner = (selector & 0x20) ? '\0' : ';';
 
     {   // Bracket style in place; brackets come off again for simple names.
-        Buffer b(size);
-        b.load(name);
+        Buffer b(size, name);
         std::string before(size > 0 ? b.data : "");
         PrepareBracketName(b.data, b.size, flags);
         Check(b.terminated());
@@ -54,10 +40,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
         Check(out.terminated());
     }
     {   // SQL-92 style: into another buffer and in place give the same text.
-        Buffer apart(size), inPlace(size);
+        Buffer apart(size), inPlace(size, name);
         QuoteText q1 = QuoteText::Fixed(quoteText), q2 = QuoteText::Fixed(quoteText);
         Check(PrepareSql92Name(q1, name.c_str(), apart.data, apart.size));
-        inPlace.load(name);
         std::string loaded(size > 0 ? inPlace.data : "");
         Check(PrepareSql92Name(q2, inPlace.data, inPlace.data, inPlace.size));
         Check(apart.terminated() && inPlace.terminated());
@@ -67,15 +52,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
             Check(name == apart.data);
     }
     {   // SQL-92 list in place.
-        Buffer list(size);
-        list.load(name);
+        Buffer list(size, name);
         QuoteText q = QuoteText::Fixed(quoteText);
         Check(PrepareSql92NameList(q, list.data, list.size, separator, joiner));
         Check(list.terminated());
     }
     {   // Whole-name quoting never runs past the size.
-        Buffer b(size);
-        b.load(name);
+        Buffer b(size, name);
         QuoteText q = QuoteText::Fixed(quoteText);
         QuoteIfNotPlain(q, b.data, b.size);
         Check(b.terminated());

@@ -27,7 +27,7 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(CatalogFields);
 
-TEST_P(CatalogFields, ListingInColumnOrderQualifiedWhereNamesCollide) {
+TEST_P(CatalogFields, ListingsByFlagsAndRoom) {
     EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", 0), "id\tname\tonly_a\tid\tnote");
     EXPECT_EQ(Fields("kc_h6_fb", 0, ", "), "id, note");
     EXPECT_TRUE(messages_.entries().empty());
@@ -40,30 +40,24 @@ TEST_P(CatalogFields, ListingInColumnOrderQualifiedWhereNamesCollide) {
     // A name in three listed tables is qualified in all three.
     EXPECT_EQ(Fields("kc_h6_fb\tkc_h6_fa\tkc_h6_fb", KODBC_FIELDS_DISAMBIGUATE),
               "kc_h6_fb.id\tkc_h6_fb.note\tkc_h6_fa.id\tname\tonly_a\tkc_h6_fb.id\tkc_h6_fb.note");
-}
 
-TEST_P(CatalogFields, TypeTextAndNotNullFilter) {
     EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_WITH_TYPE, ",").substr(0, 21), "long_column_name_x,4,");
     EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_NOT_NULL), "id\tid\tnote");
     EXPECT_EQ(Fields("kc_h6_fa\tkc_h6_fb", KODBC_FIELDS_NOT_NULL | KODBC_FIELDS_DISAMBIGUATE),
               "kc_h6_fa.id\tkc_h6_fb.id\tnote");
-}
 
-TEST_P(CatalogFields, QuotingFlagsPrepareNamesForTheDriver) {
+    // Quoting prepares the names for the driver.
     std::string expected = "long_column_name_x\ts\t" + quote_ + "mein feld" + quote_;
     EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_QUOTE), expected);
     EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_QUOTE_ALSO), expected);
     EXPECT_EQ(Fields("kc_h6_fc", 0), "long_column_name_x\ts\tmein feld");
     EXPECT_EQ(Fields("kc_h6_fc", KODBC_FIELDS_QUALIFY | KODBC_FIELDS_QUOTE),
               "kc_h6_fc.long_column_name_x\tkc_h6_fc.s\tkc_h6_fc." + quote_ + "mein feld" + quote_);
-}
 
-TEST_P(CatalogFields, EntryThatDoesNotFitIsSkippedLaterOnesTried) {
+    // An entry that does not fit is skipped, later ones are tried:
     // long_column_name_x needs 18 + 2 + 1 bytes of room, s only 4, "mein feld" 12.
-    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 10), "s");
-    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 4), "");
-    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 5), "s");
-    EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", 22), "long_column_name_x");
+    for (const auto &[size, listing] : {std::pair{10, "s"}, {4, ""}, {5, "s"}, {22, "long_column_name_x"}})
+        EXPECT_EQ(Fields("kc_h6_fc", 0, "\t", size), listing) << size;
 }
 
 TEST_P(CatalogFields, EmptyInputsBadArgumentsAndFieldCount) {

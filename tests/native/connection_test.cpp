@@ -108,11 +108,16 @@ KODBC_DATA_SOURCE_TEST_SUITE(ConnectionTest);
 // Registry records round-trip and take defaults field by field.
 using RegistryRecords = PrivateRegistryTest;
 
+DataSourceRecord Source(const char *name, const char *user = "", const char *password = "") {
+    DataSourceRecord record{};
+    std::strcpy(record.DataSourceName, name);
+    std::strcpy(record.UserId, user);
+    std::strcpy(record.Password, password);
+    return record;
+}
+
 TEST_F(RegistryRecords, DataSourceRoundTripDefaultsAndUserBeforeMachine) {
-    DataSourceRecord written{};
-    std::strcpy(written.DataSourceName, "Lager Süd");
-    std::strcpy(written.UserId, "müller");
-    std::strcpy(written.Password, "geheim");
+    DataSourceRecord written = Source("Lager Süd", "müller", "geheim");
     Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", &written);
     DataSourceRecord read;
     std::memset(&read, 0x5A, sizeof read);
@@ -124,48 +129,32 @@ TEST_F(RegistryRecords, DataSourceRoundTripDefaultsAndUserBeforeMachine) {
     Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", nullptr, nullptr);
 
     // Missing values take the defaults field by field, else an empty text.
-    DataSourceRecord defaults{};
-    std::strcpy(defaults.DataSourceName, "Standard");
-    std::strcpy(defaults.UserId, "gast");
-    std::memset(&read, 'x', sizeof read);
-    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Nowhere", &defaults, &read);
-    EXPECT_EQ(fields(), "Standard|gast|");
-    std::memset(&read, 'x', sizeof read);
-    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Nowhere", nullptr, &read);
-    EXPECT_EQ(fields(), "||");
+    const DataSourceRecord defaults = Source("Standard", "gast");
+    for (const DataSourceRecord *def : {&defaults, static_cast<const DataSourceRecord *>(nullptr)}) {
+        std::memset(&read, 'x', sizeof read);
+        Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Nowhere", def, &read);
+        EXPECT_EQ(fields(), def ? "Standard|gast|" : "||");
+    }
 
-    DataSourceRecord machine{};
-    std::strcpy(machine.DataSourceName, "Zentrale");
-    std::strcpy(machine.UserId, "admin");
+    DataSourceRecord machine = Source("Zentrale", "admin"), user = Source("Filiale");
     Kodbc_WriteDataSourceToRegistry(HKEY_LOCAL_MACHINE, kKey, 0, "DataSourceDialog", &machine);
     Kodbc_ReadDataSourceFromHKCUorHKLM(kKey, "DataSourceDialog", nullptr, &read);
     EXPECT_EQ(fields(), "Zentrale|admin|");
-    DataSourceRecord user{};
-    std::strcpy(user.DataSourceName, "Filiale");
     Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "DataSourceDialog", &user);
     Kodbc_ReadDataSourceFromHKCUorHKLM(kKey, "DataSourceDialog", nullptr, &read);
     EXPECT_EQ(fields(), "Filiale||");
 }
 
 TEST_F(RegistryRecords, DbObjectRoundTripAndDefaults) {
-    DbObjectRecord written{};
-    std::strcpy(written.DbObjectName, "Aufträge");
-    written.DbObjectType = KODBC_OBJECT_VIEW;
+    DbObjectRecord written{"Aufträge", KODBC_OBJECT_VIEW}, defaults{"Kunden", KODBC_OBJECT_TABLE}, read{};
     Kodbc_WriteDbObjectToRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", &written);
-    DbObjectRecord read{};
+    auto fields = [&read] { return std::string(read.DbObjectName) + "|" + std::to_string(read.DbObjectType); };
     Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", nullptr, &read);
-    EXPECT_STREQ(read.DbObjectName, "Aufträge");
-    EXPECT_EQ(static_cast<int>(read.DbObjectType), KODBC_OBJECT_VIEW);
-
-    DbObjectRecord defaults{};
-    std::strcpy(defaults.DbObjectName, "Kunden");
-    defaults.DbObjectType = KODBC_OBJECT_TABLE;
+    EXPECT_EQ(fields(), "Aufträge|" + std::to_string(KODBC_OBJECT_VIEW));
     Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", &defaults, &read);
-    EXPECT_STREQ(read.DbObjectName, "Kunden");
-    EXPECT_EQ(static_cast<int>(read.DbObjectType), KODBC_OBJECT_TABLE);
+    EXPECT_EQ(fields(), "Kunden|" + std::to_string(KODBC_OBJECT_TABLE));
     Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", nullptr, &read);
-    EXPECT_STREQ(read.DbObjectName, "");
-    EXPECT_EQ(static_cast<int>(read.DbObjectType), 0);
+    EXPECT_EQ(fields(), "|0");
 }
 
 } // namespace

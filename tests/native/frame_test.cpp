@@ -50,10 +50,10 @@ TEST(FrameMessages, MessageReachesTheHandlerWithPrefixAndArguments) {
     EXPECT_NE(recorder.entries()[0].text.find("existiert nicht."), std::string::npos);
 
     // Whatever the person answered comes back unchanged.
-    recorder.set_answer(KODBC_ANSWER_YES);
-    EXPECT_EQ(LibraryMessage(msg::OUT_OF_MEMORY), KODBC_ANSWER_YES);
-    recorder.set_answer(KODBC_ANSWER_CANCEL);
-    EXPECT_EQ(LibraryMessage(msg::OUT_OF_MEMORY), KODBC_ANSWER_CANCEL);
+    for (int answer : {KODBC_ANSWER_YES, KODBC_ANSWER_CANCEL}) {
+        recorder.set_answer(answer);
+        EXPECT_EQ(LibraryMessage(msg::OUT_OF_MEMORY), answer);
+    }
 }
 
 TEST(FrameFiles, ErrorClassAndOpenMessageFromErrno) {

@@ -5,7 +5,6 @@
 #include <korvel/korvel32.h>
 
 #include <filesystem>
-#include <sstream>
 #include <string>
 
 namespace {
@@ -36,12 +35,11 @@ TEST_F(PlatformDumpGate, LogBitAppendsWithTimestamp) {
     SetState(KORVEL_DUMP_LOG);
     EXPECT_EQ(Korvel_DumpSqlStatement("DELETE FROM t", 0), 1);
     EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 2", 500), 1);
-    std::string log = ReadFile(dir_ + "/kodbc-sql.log");
-    std::istringstream lines(log);
-    std::string first, second;
-    std::getline(lines, first);
-    std::getline(lines, second);
+    const std::string log = ReadFile(dir_ + "/kodbc-sql.log");
+    const std::vector<std::string> lines = kodbc::test::Split(log, "\n");
     // "yyyy-mm-dd hh:mm:ss  statement"
+    ASSERT_GE(lines.size(), 2u) << log;
+    const std::string &first = lines[0], &second = lines[1];
     ASSERT_GE(first.size(), 21u) << log;
     EXPECT_EQ(first[4], '-');
     EXPECT_EQ(first[13], ':');

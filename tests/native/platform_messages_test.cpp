@@ -20,26 +20,24 @@ const KorvelStringResource kTestStrings[] = {
     {22, "s 100%% von %s"},
     {23, "! Hinweis"},
     {24, "Ohne Präfix %d %s"},
+    {26, "%s"},
     {30, "Gespeichert"},
 };
 
 class PlatformMessages : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        static const KorvelModuleResources resources{kTestStrings, 7, "9.8.7.6", "testprofil"};
+        static const KorvelModuleResources resources{kTestStrings, 8, "9.8.7.6", "testprofil"};
         Korvel_RegisterModuleResources(TestInstance(), &resources);
     }
 
     static int Show(int messageId, const char *a1 = nullptr, const char *a2 = nullptr, const char *a3 = nullptr) {
-        KorvelMessageRequest request;
-        std::memset(&request, 0, sizeof request);
+        KorvelMessageRequest request{};
         request.instance = TestInstance();
         request.captionId = 10;
         request.messageId = messageId;
         request.module = "TESTMOD";
-        request.args[0] = a1;
-        request.args[1] = a2;
-        request.args[2] = a3;
+        request.args[0] = a1, request.args[1] = a2, request.args[2] = a3;
         request.loadFromResource = 1;
         return Korvel_Message_Box(&request);
     }
@@ -49,28 +47,29 @@ protected:
 } // namespace
 
 TEST_F(PlatformMessages, PrefixKindArgumentsAndAnswer) {
-    kodbc::test::MessageRecorder messages(KODBC_ANSWER_YES);
-    EXPECT_EQ(Show(20, "Kunden"), KODBC_ANSWER_YES);
-    ASSERT_EQ(messages.entries().size(), 1u);
-    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_YESNO);
-    EXPECT_EQ(messages.entries()[0].caption, "Testfenster");
-    EXPECT_EQ(messages.entries()[0].text, "Soll die Tabelle  Kunden  gelöscht werden?");
-
-    messages.clear();
-    messages.set_answer(KODBC_ANSWER_CANCEL);
-    EXPECT_EQ(Show(21, "a", nullptr, "c"), KODBC_ANSWER_CANCEL);
-    EXPECT_EQ(Show(22, "s x"), KODBC_ANSWER_CANCEL);
-    Show(23);
-    Show(24, "eins");
-    ASSERT_EQ(messages.entries().size(), 4u);
-    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_YESNOCANCEL);
-    EXPECT_EQ(messages.entries()[0].text, "a /  / c");
-    EXPECT_EQ(messages.entries()[1].kind, KODBC_MESSAGE_STOP);
-    EXPECT_EQ(messages.entries()[1].text, "100% von s x") << "an argument never makes a prefix";
-    EXPECT_EQ(messages.entries()[2].kind, KODBC_MESSAGE_NOTICE);
-    EXPECT_EQ(messages.entries()[2].text, "Hinweis");
-    EXPECT_EQ(messages.entries()[3].kind, KODBC_MESSAGE_PLAIN);
-    EXPECT_EQ(messages.entries()[3].text, "Ohne Präfix %d eins");
+    const struct {
+        int id;
+        const char *a1, *a3;
+        int kind;
+        const char *text;
+    } cases[] = {
+        {20, "Kunden", nullptr, KODBC_MESSAGE_YESNO, "Soll die Tabelle  Kunden  gelöscht werden?"},
+        {21, "a", "c", KODBC_MESSAGE_YESNOCANCEL, "a /  / c"},
+        {22, "s x", nullptr, KODBC_MESSAGE_STOP, "100% von s x"},
+        {23, nullptr, nullptr, KODBC_MESSAGE_NOTICE, "Hinweis"},
+        {24, "eins", nullptr, KODBC_MESSAGE_PLAIN, "Ohne Präfix %d eins"},
+        {26, "s x", nullptr, KODBC_MESSAGE_PLAIN, "s x"},  // an argument never makes a prefix
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.id);
+        const int answer = c.id % 2 ? KODBC_ANSWER_CANCEL : KODBC_ANSWER_YES;
+        kodbc::test::MessageRecorder messages(answer);
+        EXPECT_EQ(Show(c.id, c.a1, nullptr, c.a3), answer);
+        ASSERT_EQ(messages.entries().size(), 1u);
+        EXPECT_EQ(messages.entries()[0].kind, c.kind);
+        EXPECT_EQ(messages.entries()[0].caption, "Testfenster");
+        EXPECT_EQ(messages.entries()[0].text, c.text);
+    }
 }
 
 namespace {
@@ -111,9 +110,7 @@ TEST_F(PlatformMessages, StringTableAndIdentity) {
     EXPECT_EQ(kodbc::test::Guarded(8, [](char *out, int n) { EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, out, n), 7); }),
               "Ohne Pr");
     char text[64];
-    EXPECT_EQ(Korvel_LoadString(TestInstance(), 25, text, sizeof text), 0);
-    EXPECT_EQ(Korvel_LoadString(TestInstance(), 5, text, sizeof text), 0);
-    EXPECT_EQ(Korvel_LoadString(TestInstance(), 31, text, sizeof text), 0);
+    for (int missing : {25, 5, 31}) EXPECT_EQ(Korvel_LoadString(TestInstance(), missing, text, sizeof text), 0);
     EXPECT_EQ(Korvel_LoadString(TestInstance(), 30, text, sizeof text), 11);
     EXPECT_EQ(Korvel_GetResourceFileVersion(TestInstance(), 1, text, sizeof text, 0), 7);
     EXPECT_STREQ(text, "9.8.7.6");
@@ -131,8 +128,7 @@ TEST_F(PlatformMessages, LatinLocaleGetsLatinText) {
 
 TEST_F(PlatformMessages, FileErrorAndNotice) {
     kodbc::test::MessageRecorder messages;
-    KorvelErrorRequest request;
-    std::memset(&request, 0, sizeof request);
+    KorvelErrorRequest request{};
     request.errorClass = 3;
     request.caption = "Fehler beim ODBC-Datenbankzugriff";
     request.style = 16;

@@ -7,9 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstring>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -20,34 +18,12 @@ using kodbc::LoadLibraryString;
 using kodbc::test::GuardedBuffer;
 
 // The loader hands out text in the locale's charset; these expectations are
-// UTF-8, so the tests run under a UTF-8 locale and are skipped without one.
+// UTF-8, so the tests run under a UTF-8 locale.
 class StringTableTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        const char *current = std::setlocale(LC_ALL, nullptr);
-        saved_ = current ? current : "C";
-        for (const char *name : {"C.UTF-8", "C.utf8", "en_US.UTF-8", "de_DE.UTF-8"}) {
-            if (std::setlocale(LC_ALL, name)) {
-                utf8_ = true;
-                break;
-            }
-        }
-    }
-    static void TearDownTestSuite() { std::setlocale(LC_ALL, saved_.c_str()); }
-    void SetUp() override {
-        if (!utf8_) GTEST_SKIP() << "no UTF-8 locale installed";
-    }
+    void SetUp() override { ASSERT_TRUE(utf8_.ok()); }
 
-    static std::string Load(int id, int *length = nullptr) {
-        char buffer[2000];
-        std::memset(buffer, 'x', sizeof buffer);
-        int n = LoadLibraryString(LibraryInstance(), id, buffer, sizeof buffer);
-        if (length) *length = n;
-        return buffer;
-    }
-
-    static inline std::string saved_;
-    static inline bool utf8_ = false;
+    kodbc::test::ScopedLocale utf8_;
 };
 
 struct Sample {
@@ -96,25 +72,23 @@ constexpr Sample kSamples[] = {
 
 TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
     for (const Sample &sample : kSamples) {
-        int length = -1;
-        std::string text = Load(sample.id, &length);
-        EXPECT_EQ(text, sample.text) << "string " << sample.id;
+        char text[2000];
+        std::memset(text, 'x', sizeof text);
+        const int length = LoadLibraryString(LibraryInstance(), sample.id, text, sizeof text);
         EXPECT_EQ(length, static_cast<int>(std::strlen(sample.text))) << "string " << sample.id;
+        EXPECT_STREQ(text, sample.text) << "string " << sample.id;
     }
 }
 
 // Numbers the table does not hold, and the join type without a label whose
-// text is empty: both read as "nothing there".
-TEST_F(StringTableTest, MissingOrEmptyGivesZeroAndEmptyText) {
+// text is empty, read as "nothing there"; so does a call without room.
+TEST_F(StringTableTest, MissingEmptyOrNoRoomGivesZeroAndWritesNothing) {
     for (int id : {0, -1, 1, 1601, 1615, 2901, 3600, 65535, 1000000}) {
         GuardedBuffer buffer(50);
         EXPECT_EQ(LoadLibraryString(LibraryInstance(), id, buffer.data(), buffer.size()), 0) << id;
         EXPECT_EQ(buffer.text(), "") << id;
         EXPECT_TRUE(buffer.guards_intact()) << id;
     }
-}
-
-TEST_F(StringTableTest, NoBufferOrNoRoomWritesNothing) {
     EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, nullptr, 100), 0);
     for (int size : {0, -5}) {
         GuardedBuffer none(0);
@@ -145,12 +119,6 @@ TEST_F(StringTableTest, CutsToSizeLessOneAndStaysInsideTheBuffer) {
 }
 
 } // namespace
-
-namespace kodbc {
-void PrintTo(const ListHeaderColumn &column, std::ostream *out) {
-    *out << '"' << column.caption << "\" " << column.width << (column.centred ? " C" : "");
-}
-} // namespace kodbc
 
 // The list views' header texts: tab-separated columns (a "C" centres one)
 // and the bar-only run read alike.

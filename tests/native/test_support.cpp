@@ -71,7 +71,6 @@ int MessageRecorder::Handle(const KodbcMessage *message, void *self) {
         entry.dataSource = f->dataSource;
         entry.description = f->description;
         entry.hasHint = f->hint != nullptr;
-        if (f->hint) entry.hint = f->hint;
     }
     recorder->entries_.push_back(std::move(entry));
     return recorder->answer_;
@@ -200,9 +199,7 @@ GuardedBuffer::GuardedBuffer(int size, char fill) : bytes_(static_cast<std::size
 }
 
 bool GuardedBuffer::guards_intact() const {
-    for (int i = 0; i < kGuard; ++i)
-        if (bytes_[static_cast<std::size_t>(size_ + i)] != kGuardByte) return false;
-    return true;
+    return std::all_of(bytes_.begin() + size_, bytes_.end(), [](char byte) { return byte == kGuardByte; });
 }
 
 std::string Guarded(int size, const std::function<void(char *, int)> &fill) {

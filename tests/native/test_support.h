@@ -35,7 +35,7 @@ public:
         std::string caption;
         std::string text;
         // ODBC error fields (kind KODBC_MESSAGE_ODBC_ERROR)
-        std::string statement, sqlState, vendor, component, dataSource, description, hint;
+        std::string statement, sqlState, vendor, component, dataSource, description;
         bool hasHint = false;
     };
     const std::vector<Entry> &entries() const { return entries_; }
