@@ -4,8 +4,12 @@
 
 #include <korvel/korvel32.h>
 
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -25,9 +29,22 @@ TEST_F(PlatformDumpGate, NoBitsLetsEverythingRunQuietly) {
     EXPECT_EQ(Korvel_GetDumpState(0), 0);
     EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
     SetState(KORVEL_DUMP_WARNINGS);
-    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_WARNINGS) << "read again on every call";
+    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_WARNINGS) << "this process's own change counts at once";
     EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
     EXPECT_TRUE(messages.entries().empty());
+    // Another program's change counts within 200 ms.
+    const pid_t child = fork();
+    if (child == 0) {
+        const long written =
+            Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpState", KORVEL_DUMP_LOG);
+        _exit(written == 1 ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(250));
+    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_LOG);
+    SetState(0);
     EXPECT_FALSE(std::filesystem::exists(dir_ + "/kodbc-sql.log"));
 }
 
