@@ -2,6 +2,8 @@
 // the three scans and the four replacements, every output behind guards.
 #include "test_support.h"
 
+#include "select/select_scanner.h"
+
 #include <string>
 
 namespace kodbc::test {
@@ -190,6 +192,20 @@ TEST_F(SelectScanner, ScanResultsAndBuffers) {
     char out[4] = "abc";
     EXPECT_EQ(Kodbc_Select_Scan_TablesClause(kSample, ",", 0, out, 0), -1);
     EXPECT_STREQ(out, "abc");
+}
+
+// With the connection's quote character a quoted name is one word: its
+// blanks and commas stay, and every part of a qualified name loses them.
+TEST_F(SelectScanner, QuotedNamesKeepTheirBlanksAndCommas) {
+    select::ScanContext context{'`'};
+    const char *statement =
+        "SELECT `Kunden Nr` AS `Nr, alt`, b, `k`.`a b` FROM `Meine Tabelle` k, outer `x,y` ORDER BY `Kunden Nr` desc, b";
+    EXPECT_EQ(Guarded(300, [&](char *out, int n) { select::ScanFields(context, statement, ";", out, n); }),
+              "Nr, alt;b;k.a b");
+    EXPECT_EQ(Guarded(300, [&](char *out, int n) { select::ScanTables(context, statement, ";", out, n); }),
+              "Meine Tabelle;x,y");
+    EXPECT_EQ(Guarded(300, [&](char *out, int n) { select::ScanOrderBy(context, statement, ";", 6, out, n); }),
+              "Kunden Nr DESC\tD;b\tA");
 }
 
 TEST_F(SelectScanner, ReplacementsKeepTheClauseOrder) {
