@@ -28,7 +28,7 @@ protected:
     std::string q_;
 };
 
-TEST_P(SqlTextDriver, QuotesAndStripsWithTheDriversCharacter) {
+TEST_P(SqlTextDriver, QuotesStripsAndSplitsAsTheDriverSays) {
     ASSERT_TRUE(q_ == "\"" || q_ == "`") << "quote character " << q_;
     EXPECT_EQ(Guarded(200, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc_, "Meine Tabelle", out, n); }),
               q_ + "Meine Tabelle" + q_);
@@ -46,9 +46,8 @@ TEST_P(SqlTextDriver, QuotesAndStripsWithTheDriversCharacter) {
     std::strcpy(name, "[dbo].[Kunden]");
     Kodbc_StripBracketsFromSqlName(name);
     EXPECT_STREQ(name, "dbo.Kunden");
-}
 
-TEST_P(SqlTextDriver, SchemaSplitFollowsSchemaUsage) {
+    // The schema is split off only where the driver uses schemas.
     GuardedBuffer schema(20), table(20);
     Kodbc_ParseSchemaAndTable(hdbc_, "public.Kunden.x", schema.data(), schema.size(), table.data(), table.size());
     const bool split = Kodbc_GetSchemaUsage(hdbc_) != 0;
@@ -58,17 +57,15 @@ TEST_P(SqlTextDriver, SchemaSplitFollowsSchemaUsage) {
     EXPECT_EQ(schema.text() + "|" + table.text(), "public|Kunden");
     EXPECT_TRUE(schema.guards_intact());
     EXPECT_TRUE(table.guards_intact());
-}
 
-// The formatter's statements run on the DBMS: names with blanks or a
-// leading digit are quoted so that the driver accepts them.
-TEST_P(SqlTextDriver, FormattedStatementsRun) {
-    const char *table = "kodbc Probe 2010";
-    ExecQuietly(Format("DROP TABLE %t", table));
-    Exec(Format("CREATE TABLE %t (%f INTEGER, %f VARCHAR(20))", table, "Kunden Nr", "Name"));
-    Exec(Format("INSERT INTO %t (%f, %f) VALUES (%s, 'a')", table, "Kunden Nr", "Name", "7"));
-    EXPECT_EQ(Column(Format("SELECT %f FROM %t", "Kunden Nr", table)), std::vector<std::string>{"7"});
-    Exec(Format("DROP TABLE %t", table));
+    // The formatter's statements run on the DBMS: names with blanks or a
+    // leading digit are quoted so that the driver accepts them.
+    const char *probe = "kodbc Probe 2010";
+    ExecQuietly(Format("DROP TABLE %t", probe));
+    Exec(Format("CREATE TABLE %t (%f INTEGER, %f VARCHAR(20))", probe, "Kunden Nr", "Name"));
+    Exec(Format("INSERT INTO %t (%f, %f) VALUES (%s, 'a')", probe, "Kunden Nr", "Name", "7"));
+    EXPECT_EQ(Column(Format("SELECT %f FROM %t", "Kunden Nr", probe)), std::vector<std::string>{"7"});
+    Exec(Format("DROP TABLE %t", probe));
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(SqlTextDriver);
