@@ -55,6 +55,12 @@ TEST_P(StoredView, CreateAndLoad) {
     EXPECT_TRUE(HasStoredDefinition(loaded));
     EXPECT_EQ(CopyName(hdbc_, "", "kodbc_sv"), "Kopie_von_kodbc_sv");
     EXPECT_EQ(OdbcErrors(), 0u);
+
+    // A view the system table does not know cannot be edited.
+    Exec("CREATE VIEW kodbc_sv2 AS SELECT nr FROM kodbc_sv_base");
+    EXPECT_FALSE(HasStoredDefinition(NewViewObject(hdbc_, "", "kodbc_sv2", kViewModeExisting)));
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    EXPECT_NE(messages_.entries()[0].text.find("'kodbc_sv2'"), std::string::npos);
 }
 
 // SQLite makes a view over a column that does not exist and refuses it only
