@@ -112,6 +112,10 @@ TEST_F(SelectScanner, FindsClauses) {
     EXPECT_EQ(Clause(kSample, "FROM", nullptr, 7), "t1, OU");
     EXPECT_EQ(Clause(kSample, "FROM", nullptr, 1), "");
     EXPECT_EQ(BracketMessages(), 0);
+    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
+    char one = 'x';
+    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, &one, 0), -1);
+    EXPECT_EQ(one, 'x');
 }
 
 TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
@@ -132,13 +136,6 @@ TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
     // The replacements look for several clauses; still one message.
     Replace(Kodbc_Select_Replace_OrderByClause, "SELECT a FROM t) WHERE x", "b");
     EXPECT_EQ(BracketMessages(), 1);
-}
-
-TEST_F(SelectScanner, GetClauseWithoutBuffer) {
-    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
-    char one = 'x';
-    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, &one, 0), -1);
-    EXPECT_EQ(one, 'x');
 }
 
 TEST_F(SelectScanner, ScansTheSampleStatement) {
