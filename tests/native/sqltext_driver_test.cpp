@@ -43,18 +43,12 @@ TEST_P(SqlTextDriver, QuotesStripsAndSplitsAsTheDriverSays) {
     std::strcpy(name, (" " + q_ + q_ + "dbo" + q_ + q_ + " . " + q_ + "Meine Tabelle" + q_).c_str());
     Kodbc_StripDelimitersFromName(hdbc_, name);
     EXPECT_EQ(name, q_ + "dbo" + q_ + ".Meine Tabelle");
-    std::strcpy(name, "[dbo].[Kunden]");
-    Kodbc_StripBracketsFromSqlName(name);
-    EXPECT_STREQ(name, "dbo.Kunden");
 
     // The schema is split off only where the driver uses schemas.
     GuardedBuffer schema(20), table(20);
     Kodbc_ParseSchemaAndTable(hdbc_, "public.Kunden.x", schema.data(), schema.size(), table.data(), table.size());
     const bool split = Kodbc_GetSchemaUsage(hdbc_) != 0;
     EXPECT_EQ(schema.text() + "|" + table.text(), split ? "public|Kunden" : "|public.Kunden.x");
-    // Without a connection the name is always split.
-    Kodbc_ParseSchemaAndTable(nullptr, "public.Kunden", schema.data(), schema.size(), table.data(), table.size());
-    EXPECT_EQ(schema.text() + "|" + table.text(), "public|Kunden");
     EXPECT_TRUE(schema.guards_intact());
     EXPECT_TRUE(table.guards_intact());
 
@@ -90,7 +84,14 @@ TEST(SqlTextNoConnection, NamesPassUnchanged) {
     std::strcpy(out.data(), " \"a\" . b ");
     Kodbc_StripDelimitersFromName(nullptr, out.data());
     EXPECT_EQ(out.text(), "\"a\".b");
+    std::strcpy(out.data(), "[dbo].[Kunden]");
+    Kodbc_StripBracketsFromSqlName(out.data());
+    EXPECT_EQ(out.text(), "dbo.Kunden");
     EXPECT_TRUE(out.guards_intact());
+    // Without a connection the name is always split.
+    GuardedBuffer schema(20), table(20);
+    Kodbc_ParseSchemaAndTable(nullptr, "public.Kunden", schema.data(), schema.size(), table.data(), table.size());
+    EXPECT_EQ(schema.text() + "|" + table.text(), "public|Kunden");
 
     GuardedBuffer tiny(1);
     Kodbc_PrepareNameForSql(tiny.data(), 0, 0);
