@@ -82,14 +82,10 @@ TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefus
     const std::string nearlyFits = Line("ort", "CT", std::string(225, 'x'), 12) +
                                    Line("ort", "CT", std::string(225, 'y'), 12);
     const std::string second = Line("nr", "EQ", "2", 4);
-    // A formula whose SET clause has 298 or 299 characters, and one with two more.
-    std::string fitting = "zahl+1", tooLong;
-    for (char set[kStatementSize];;) {
-        Kodbc_OpDesc_To_SetClause(hdbc_, Line("zahl", "SFO", fitting + "+0", 4).c_str(), set, sizeof set);
-        if (std::strlen(set) > 299) break;
-        fitting += "+0";
-    }
-    tooLong = fitting + "+0";
+    // A formula whose SET clause "zahl=..." has 299 characters, and one with two more.
+    std::string fitting = "zahl+1";
+    while (fitting.size() < 294) fitting += "+0";
+    const std::string tooLong = fitting + "+0";
     const std::string shortSet = Line("zahl", "SFO", "zahl+1", 4);
     const std::string fittingSet = Line("zahl", "SFO", fitting, 4), longSet = Line("zahl", "SFO", tooLong, 4);
     ASSERT_EQ(CountSelectedRecords(hdbc_, "kc_delupd", longGroup.c_str()), 0);

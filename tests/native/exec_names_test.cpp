@@ -23,7 +23,7 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(ExecNamesTest);
 
-TEST_P(ExecNamesTest, ColumnNamesOfATable) {
+TEST_P(ExecNamesTest, ColumnNamesOfATableAndExistence) {
     auto names = [&](const char *table, const char *schema, const char *separator, int size, int result = 1) {
         return Guarded(size, [&](char *out, int n) {
             EXPECT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, table, schema, 0, separator, nullptr, out, n), result)
@@ -35,8 +35,20 @@ TEST_P(ExecNamesTest, ColumnNamesOfATable) {
     EXPECT_EQ(names("h7_names_t", nullptr, nullptr, 9), "id\tname\t");
     EXPECT_EQ(names("h7_names_missing", nullptr, nullptr, 100), "");  // an unknown table simply has no columns
     names("", nullptr, nullptr, 100, 2);
+
+    // Columns and tables are found whatever the case of their names.
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, "NAME"), 1);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, "nam"), 0);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, ""), 0);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, nullptr, nullptr, "id"), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, "H7_Names_T", 0), 1);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_names_t", 0), 1);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_VIEW, nullptr, "h7_names_t", 0), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_names", 0), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "", 0), 0);
     EXPECT_TRUE(messages_.entries().empty());
 }
+
 
 TEST_P(ExecNamesTest, ColumnNamesOfAnExecutedStatement) {
     odbc::Statement statement(hdbc_);
@@ -54,19 +66,6 @@ TEST_P(ExecNamesTest, ColumnNamesOfAnExecutedStatement) {
     EXPECT_TRUE(small.guards_intact());
     EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, ';', small.data(), 0), 2);
     EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(nullptr, ';', out.data(), out.size()), 2);
-}
-
-TEST_P(ExecNamesTest, ExistenceIgnoresCase) {
-    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, "NAME"), 1);
-    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, "nam"), 0);
-    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_names_t", nullptr, ""), 0);
-    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, nullptr, nullptr, "id"), 0);
-    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, "H7_Names_T", 0), 1);
-    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_names_t", 0), 1);
-    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_VIEW, nullptr, "h7_names_t", 0), 0);
-    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_names", 0), 0);
-    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "", 0), 0);
-    EXPECT_TRUE(messages_.entries().empty());
 }
 
 TEST_P(ExecNamesTest, TableListStopsAtTheFirstNameThatDoesNotFit) {

@@ -128,7 +128,9 @@ TEST_P(ExecRowSetTest, CsvAndNullTextKeepValuesApart) {
 }
 
 TEST_P(ExecRowSetTest, LinesAreCountedPastTheProgressSteps) {
-    for (int i = 0; i < 250; ++i) Exec("INSERT INTO h7_rows_t (id) VALUES (" + std::to_string(i) + ")");
+    std::string values;
+    for (int i = 0; i < 250; ++i) values += (i ? ",(" : "(") + std::to_string(i) + ")";
+    Exec("INSERT INTO h7_rows_t (id) VALUES " + values);
     long lines = 250;
     ASSERT_EQ(ToFile("SELECT id FROM h7_rows_t ORDER BY id", KODBC_ROWSET_PROGRESS | KODBC_ROWSET_HEADER, lines), 1);
     EXPECT_EQ(lines, 251);
@@ -137,114 +139,101 @@ TEST_P(ExecRowSetTest, LinesAreCountedPastTheProgressSteps) {
     EXPECT_EQ(text.substr(text.size() - 4), "\n249");
 }
 
-TEST_P(ExecRowSetTest, ArgumentsMissingGiveTwoAndTouchNothing) {
-    long lines = 7;
-    EXPECT_EQ(OdbcEh_SelectRowSetToFile(nullptr, hdbc_, "SELECT id FROM h7_rows_t", nullptr, nullptr, "", &lines,
-                                        nullptr, 0), 2);
-    EXPECT_EQ(OdbcEh_SelectRowSetToFile(nullptr, nullptr, "SELECT id FROM h7_rows_t", nullptr, nullptr,
-                                        file_.c_str(), &lines, nullptr, 0), 2);
-    EXPECT_EQ(OdbcEh_SelectRowSetToFile(nullptr, hdbc_, "  ", nullptr, nullptr, file_.c_str(), &lines, nullptr, 0), 2);
-    EXPECT_EQ(lines, 7);
-    struct stat info {};
-    EXPECT_NE(stat(file_.c_str(), &info), 0);
-    EXPECT_TRUE(messages_.entries().empty());
-}
-
-TEST_P(ExecRowSetTest, ToleratedErrorLeavesAnEmptyFileAndFails) {
-    long lines = 3;
-    EXPECT_EQ(ToFile("SELECT * FROM h7_rows_missing", 0, lines, nullptr, nullptr, "*"), 2);
-    EXPECT_EQ(lines, 0);
-    EXPECT_TRUE(messages_.entries().empty());
-    struct stat info {};
-    ASSERT_EQ(stat(file_.c_str(), &info), 0);
-    EXPECT_EQ(info.st_size, 0);
-    EXPECT_EQ(ToFile("SELECT * FROM h7_rows_missing", 0, lines), 2);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    EXPECT_EQ(messages_.entries()[0].kind, KODBC_MESSAGE_ODBC_ERROR);
-}
-
-TEST_P(ExecRowSetTest, FileThatCannotBeCreatedIsReported) {
-    long lines = 0;
-    const char *name = "/nonexistent-h7-dir/out.txt";
-    EXPECT_EQ(OdbcEh_SelectRowSetToFile(nullptr, hdbc_, "SELECT id FROM h7_rows_t", nullptr, nullptr, name, &lines,
-                                        nullptr, 0), 2);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    EXPECT_EQ(messages_.entries()[0].kind, KODBC_MESSAGE_STOP);
-    // Class 3 (no such file) has its own text.
-    EXPECT_EQ(messages_.entries()[0].text, std::string("Die Datei  ") + name + "  existiert nicht.");
-}
-
-TEST_P(ExecRowSetTest, FileInUseByAnotherWriterIsLeftAlone) {
-    {
-        std::ofstream other(file_, std::ios::binary);
-        other << "someone else's";
-    }
-    int fd = open(file_.c_str(), O_RDWR);
-    ASSERT_GE(fd, 0);
-    ASSERT_EQ(flock(fd, LOCK_EX), 0);
-    long lines = 0;
-    EXPECT_EQ(ToFile("SELECT id FROM h7_rows_t", 0, lines), 2);
-    close(fd);
-    EXPECT_EQ(Written(), "someone else's");
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    // Class 2: access denied.
-    EXPECT_NE(messages_.entries()[0].text.find("Zugriff verweigert"), std::string::npos);
-}
-
-TEST_P(ExecRowSetTest, RefusedByTheDumpCreatesNoFile) {
-    SetDumpState(KORVEL_DUMP_ASK);
-    messages_.set_answer(KODBC_ANSWER_CANCEL);
-    long lines = 5;
-    EXPECT_EQ(ToFile("SELECT id FROM h7_rows_t", 0, lines), 2);
-    SetDumpState(0);
-    EXPECT_EQ(lines, 0);
-    struct stat info {};
-    EXPECT_NE(stat(file_.c_str(), &info), 0);
-    EXPECT_EQ(messages_.entries().size(), 1u);
-}
-
-TEST_P(ExecRowSetTest, FullDiskIsAFailureNotACutFile) {
+// Every failure returns 2 and says why, once, unless it was asked not to;
+// a file it cannot finish is not left looking like a result.
+TEST_P(ExecRowSetTest, FailuresGiveTwoAndSayWhyOnce) {
     Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'a')");
-    long lines = 0;
-    EXPECT_EQ(OdbcEh_SelectRowSetToFile(nullptr, hdbc_, "SELECT id, name FROM h7_rows_t", nullptr, nullptr,
-                                        "/dev/full", &lines, nullptr, 0), 2);
-    EXPECT_EQ(lines, 0);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    EXPECT_NE(messages_.entries()[0].text.find("Fehler beim Schreiben der Datei"), std::string::npos);
-    EXPECT_NE(messages_.entries()[0].text.find("/dev/full"), std::string::npos);
+    const std::string rows = "SELECT id, name FROM h7_rows_t", missing = "SELECT * FROM h7_rows_missing";
+    const std::string noDir = "/nonexistent-h7-dir/out.txt";
+    enum Setup { None, Locked, DumpCancelled };
+    const char *const kNoFile = "(no file)";
+    const struct {
+        const char *what;
+        bool connected;
+        std::string sql, file;
+        const char *tolerated;
+        Setup setup;
+        long lines;         // 7 before the call
+        const char *left;   // the file afterwards
+        int kind;           // of the one message; -1: none
+        std::string text;   // part of it
+    } cases[] = {
+        {"no file name", true, rows, "", nullptr, None, 7, kNoFile, -1, ""},
+        {"no connection", false, rows, file_, nullptr, None, 7, kNoFile, -1, ""},
+        {"a blank statement", true, "  ", file_, nullptr, None, 7, kNoFile, -1, ""},
+        {"a tolerated error", true, missing, file_, "*", None, 0, "", -1, ""},
+        {"an error", true, missing, file_, nullptr, None, 0, "", KODBC_MESSAGE_ODBC_ERROR, ""},
+        {"refused by the dump", true, rows, file_, nullptr, DumpCancelled, 0, kNoFile, KODBC_MESSAGE_YESNOCANCEL,
+         "SELECT id"},
+        // Class 3 (no such file) and class 2 (access denied) have texts of their own.
+        {"no such folder", true, rows, noDir, nullptr, None, 0, kNoFile, KODBC_MESSAGE_STOP,
+         "Die Datei  " + noDir + "  existiert nicht."},
+        {"in use by another writer", true, rows, file_, nullptr, Locked, 0, "someone else's", KODBC_MESSAGE_STOP,
+         "Zugriff verweigert"},
+        {"a full disk", true, rows, "/dev/full", nullptr, None, 0, kNoFile, KODBC_MESSAGE_STOP,
+         "Fehler beim Schreiben der Datei\n\n/dev/full"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        std::remove(file_.c_str());
+        messages_.clear();
+        int fd = -1;
+        if (c.setup == Locked) {
+            std::ofstream(file_, std::ios::binary) << "someone else's";
+            fd = open(file_.c_str(), O_RDWR);
+            ASSERT_GE(fd, 0);
+            ASSERT_EQ(flock(fd, LOCK_EX), 0);
+        }
+        if (c.setup == DumpCancelled) {
+            SetDumpState(KORVEL_DUMP_ASK);
+            messages_.set_answer(KODBC_ANSWER_CANCEL);
+        }
+        long lines = 7;
+        EXPECT_EQ(OdbcEh_SelectRowSetToFile(nullptr, c.connected ? hdbc_ : nullptr, c.sql.c_str(), nullptr, nullptr,
+                                            c.file.c_str(), &lines, c.tolerated, 0),
+                  2);
+        SetDumpState(0);
+        messages_.set_answer(KODBC_ANSWER_OK);
+        if (fd >= 0) close(fd);
+        EXPECT_EQ(lines, c.lines);
+        struct stat info {};
+        EXPECT_EQ(stat(file_.c_str(), &info) == 0 ? Written() : kNoFile, c.left);
+        ASSERT_EQ(messages_.entries().size(), c.kind < 0 ? 0u : 1u);
+        if (c.kind < 0) continue;
+        EXPECT_EQ(messages_.entries()[0].kind, c.kind);
+        EXPECT_NE(messages_.entries()[0].text.find(c.text), std::string::npos) << messages_.entries()[0].text;
+    }
 }
 
+// A buffer too small for anything runs nothing; else the rows are cut to it.
 TEST_P(ExecRowSetTest, BufferIsCutAndGuarded) {
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'alpha')");
-    Exec("INSERT INTO h7_rows_t (id, name) VALUES (2, 'beta')");
     const char *sql = "SELECT id, name FROM h7_rows_t ORDER BY id";
-    GuardedBuffer whole(64);
-    ASSERT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, sql, ",", "|", whole.data(), whole.size(), nullptr,
-                                          KODBC_ROWSET_QUOTE_TEXT), 1);
-    EXPECT_EQ(whole.text(), "1,'alpha'|2,'beta'");
-    EXPECT_TRUE(whole.guards_intact());
-    GuardedBuffer cut(8);
-    ASSERT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, sql, ",", "|", cut.data(), cut.size(), nullptr, 0), 1);
-    EXPECT_EQ(cut.text(), "1,alpha");
-    EXPECT_TRUE(cut.guards_intact());
-    GuardedBuffer smallest(3);
-    ASSERT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, sql, nullptr, nullptr, smallest.data(), 3, nullptr, 0), 1);
-    EXPECT_EQ(smallest.text(), "1\t");
-    EXPECT_TRUE(smallest.guards_intact());
-    EXPECT_TRUE(messages_.entries().empty());
-}
-
-TEST_P(ExecRowSetTest, BufferTooSmallExecutesNothing) {
     GuardedBuffer tiny(2);
-    EXPECT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, "INSERT INTO h7_rows_t (id) VALUES (1)", nullptr, nullptr,
-                                          tiny.data(), tiny.size(), nullptr, 0), 2);
-    EXPECT_TRUE(tiny.guards_intact());
+    EXPECT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, "INSERT INTO h7_rows_t (id, name) VALUES (1, 'alpha')",
+                                          nullptr, nullptr, tiny.data(), tiny.size(), nullptr, 0), 2);
     EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_rows_t"), 0);
-    GuardedBuffer fine(16);
-    EXPECT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, "SELECT * FROM h7_rows_missing", nullptr, nullptr,
-                                          fine.data(), fine.size(), "*", 0), 2);
-    EXPECT_EQ(fine.text(), "");
-    EXPECT_TRUE(fine.guards_intact());
+    Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'alpha'), (2, 'beta')");
+    const struct {
+        int size;
+        const char *fieldSep, *recordSep, *tolerated;
+        unsigned flags;
+        int result;
+        const char *expected;
+    } cases[] = {
+        {64, ",", "|", nullptr, KODBC_ROWSET_QUOTE_TEXT, 1, "1,'alpha'|2,'beta'"},
+        {8, ",", "|", nullptr, 0, 1, "1,alpha"},
+        {3, nullptr, nullptr, nullptr, 0, 1, "1\t"},
+        {16, nullptr, nullptr, "*", 0, 2, ""},  // a tolerated error
+    };
+    for (const auto &c : cases) {
+        GuardedBuffer out(c.size);
+        EXPECT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, c.result == 1 ? sql : "SELECT * FROM h7_rows_missing",
+                                              c.fieldSep, c.recordSep, out.data(), c.size, c.tolerated, c.flags),
+                  c.result);
+        EXPECT_EQ(out.text(), c.expected) << c.size;
+        EXPECT_TRUE(out.guards_intact()) << c.size;
+    }
+    EXPECT_TRUE(messages_.entries().empty());
 }
 
 // Ctrl+C on a running transfer stops it as a success with what was written.

@@ -119,14 +119,7 @@ TEST(SelDescWhere, GroupsAndEmptyDescriptors) {
     EXPECT_EQ(Where(a + "\v\v\v" + d + "\v"), "(A=1) OR (D=4)");
     EXPECT_EQ(Where(a + "\v" + Line("X", "EQ", "", 4) + "\v" + d), "(A=1) OR (D=4)");
     EXPECT_EQ(Where(Line("", "EQ", "1", 4) + a + Line("Y", "??", "1", 4) + b + "\v"), "(A=1 AND B=2)");
-    EXPECT_EQ(Where("\v\v\v\v"), "");
-    EXPECT_EQ(Where(""), "");
-    EXPECT_EQ(Where("\n\n\v\n"), "");
-    sqltext::QuoteText quote = sqltext::QuoteText::Fixed("\"");
-    GuardedBuffer out(20);
-    std::memset(out.data(), 'x', 19);
-    BuildWhereClause(quote, nullptr, out.data(), out.size(), kDefaultPatternChars);
-    EXPECT_EQ(out.text(), "");
+    for (const char *empty : {"\v\v\v\v", "", "\n\n\v\n"}) EXPECT_EQ(Where(empty), "") << empty;
 }
 
 TEST(SelDescWhere, PatternCharacters) {
@@ -142,34 +135,25 @@ TEST(SelDescWhere, PatternCharacters) {
     EXPECT_EQ(Where(Line("Ort", "EQ", "x", 12), 4000, "*_##"), "(Ort='x')");
 }
 
-TEST(SelDescValues, NumericTypesFollowTheGermanFormat) {
-    for (int type : {-6, -5, 2, 3, 4, 5, 6, 7, 8}) {
-        EXPECT_EQ(Typed("1.234,50", type), "1234.50") << type;
-        EXPECT_EQ(Typed("1e5", type), "15") << type;
-        EXPECT_EQ(Typed("-3", type), "-3") << type;
-        EXPECT_EQ(Typed("+ 12 345,-", type), "+12345.-") << type;
-        EXPECT_EQ(Typed("abc", type), "") << type;
-    }
-}
-
-TEST(SelDescValues, DateTypesBecomeOdbcDateConstants) {
-    for (int type : {9, 11}) {
-        EXPECT_EQ(Typed("15.3.2024", type), "{d '2024-03-15'}") << type;
-        EXPECT_EQ(Typed("01.02.24", type), "{d '2024-02-01'}") << type;
-        EXPECT_EQ(Typed("1.2.99", type), "{d '1999-02-01'}") << type;
-        EXPECT_EQ(Typed("15.03.2024 10:30", type), "{d '2024-03-15'}") << type;  // the time is dropped
-        EXPECT_EQ(Typed("kein Datum", type), "{d '0000-00-00'}") << type;
-        EXPECT_EQ(Typed("31.02.2024", type), "{d '0000-00-00'}") << type;
-    }
-}
-
-TEST(SelDescValues, EveryOtherTypeIsQuotedText) {
-    // Character and binary types, 10 time, the ODBC 3 date codes, unknown.
-    for (int type : {0, 1, 12, -1, -2, -3, -4, -7, -8, -9, -10, 10, 91, 92, 93, 99}) {
-        EXPECT_EQ(Typed("1.234,50", type), "'1.234,50'") << type;
-        EXPECT_EQ(Typed("O'Neil", type), "'O'Neil'") << type;
-        EXPECT_EQ(Typed("", type), "''") << type;
-    }
+// Numbers follow the German format, dates become ODBC date constants,
+// everything else (character and binary types, 10 time, the ODBC 3 date
+// codes, unknown) is quoted text.
+TEST(SelDescValues, ConvertedByType) {
+    const std::vector<int> numeric = {-6, -5, 2, 3, 4, 5, 6, 7, 8}, dates = {9, 11},
+                           text = {0, 1, 12, -1, -2, -3, -4, -7, -8, -9, -10, 10, 91, 92, 93, 99};
+    const struct {
+        const std::vector<int> &types;
+        const char *value, *expected;
+    } cases[] = {
+        {numeric, "1.234,50", "1234.50"}, {numeric, "1e5", "15"}, {numeric, "-3", "-3"},
+        {numeric, "+ 12 345,-", "+12345.-"}, {numeric, "abc", ""},
+        {dates, "15.3.2024", "{d '2024-03-15'}"}, {dates, "01.02.24", "{d '2024-02-01'}"},
+        {dates, "1.2.99", "{d '1999-02-01'}"}, {dates, "15.03.2024 10:30", "{d '2024-03-15'}"},  // time dropped
+        {dates, "kein Datum", "{d '0000-00-00'}"}, {dates, "31.02.2024", "{d '0000-00-00'}"},
+        {text, "1.234,50", "'1.234,50'"}, {text, "O'Neil", "'O'Neil'"}, {text, "", "''"},
+    };
+    for (const auto &c : cases)
+        for (int type : c.types) EXPECT_EQ(Typed(c.value, type), c.expected) << c.value << " as " << type;
 }
 
 TEST(SelDescValues, Lists) {
@@ -189,14 +173,12 @@ TEST(SelDescValues, Lists) {
 
 TEST(SelDescRoom, WhereSeparatorsAndGroupsOnlyWhereTheyFit) {
     const std::string desc = Line("Ort", "EQ", "a", 12) + "\v" + Line("Ort", "EQ", "b", 12) + "\v";
-    // Each group is "(Ort='a')", 9 characters.
-    EXPECT_EQ(Where(desc, 23), "(Ort='a') OR (Ort='b')");
-    EXPECT_EQ(Where(desc, 22), "(Ort='a') OR ");   // the separator stays, the group does not fit
-    EXPECT_EQ(Where(desc, 15), "(Ort='a') OR ");
-    EXPECT_EQ(Where(desc, 14), "(Ort='a')");       // fewer than 6 bytes left: no separator
-    EXPECT_EQ(Where(desc, 10), "(Ort='a')");
-    EXPECT_EQ(Where(desc, 9), "");                  // a group is never cut
-    EXPECT_EQ(Where(desc, 1), "");
+    // Each group is "(Ort='a')", 9 characters. With fewer than 6 bytes left
+    // no separator is written; a group that does not fit is never cut.
+    const std::pair<int, const char *> sizes[] = {{23, "(Ort='a') OR (Ort='b')"}, {22, "(Ort='a') OR "},
+                                                  {15, "(Ort='a') OR "}, {14, "(Ort='a')"}, {10, "(Ort='a')"},
+                                                  {9, ""}, {1, ""}};
+    for (const auto &[size, expected] : sizes) EXPECT_EQ(Where(desc, size), expected) << size;
     // A later, shorter group may still follow one that was dropped.
     const std::string longFirst = Line("Ort", "EQ", std::string(40, 'x'), 12) + "\v" + Line("O", "IN", "", 12);
     EXPECT_EQ(Where(longFirst, 12), "(O IS NULL)");
@@ -258,17 +240,14 @@ TEST(SelDescSet, AppendsAreCutToTheSize) {
 
 TEST(SelDescExports, ArgumentsAndResults) {
     GuardedBuffer where(100);
-    const std::string desc = Line("Ort", "BW", "Ber", 12) + "\v";
-    EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(nullptr, desc.c_str(), where.data(), where.size()), 0);
-    EXPECT_EQ(where.text(), "(Ort LIKE 'Ber%')");
-    EXPECT_EQ(Kodbc_SelDesc_To_WhereClause_Expanded(nullptr, desc.c_str(), where.data(), where.size(), "*_''"), 0);
-    EXPECT_EQ(where.text(), "(Ort LIKE 'Ber*')");
     // Without a connection names are left as they are.
-    const std::string spaced = Line("Kunden Ort", "IN", "", 12);
-    EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(nullptr, spaced.c_str(), where.data(), where.size()), 0);
-    EXPECT_EQ(where.text(), "(Kunden Ort IS NULL)");
+    const std::string desc = Line("Kunden Ort", "BW", "Ber", 12) + "\v";
+    EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(nullptr, desc.c_str(), where.data(), where.size()), 0);
+    EXPECT_EQ(where.text(), "(Kunden Ort LIKE 'Ber%')");
+    EXPECT_EQ(Kodbc_SelDesc_To_WhereClause_Expanded(nullptr, desc.c_str(), where.data(), where.size(), "*_''"), 0);
+    EXPECT_EQ(where.text(), "(Kunden Ort LIKE 'Ber*')");
     EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(nullptr, nullptr, where.data(), where.size()), 0);
-    EXPECT_EQ(where.text(), "");
+    EXPECT_EQ(where.text(), "") << "no descriptor, an empty clause";
     EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(nullptr, desc.c_str(), nullptr, 100), -1);
     EXPECT_EQ(Kodbc_SelDesc_To_WhereClause(nullptr, desc.c_str(), where.data(), 0), -1);
     EXPECT_EQ(Kodbc_SelDesc_To_WhereClause_Expanded(nullptr, desc.c_str(), where.data(), -3, nullptr), -1);

@@ -2,6 +2,8 @@
 // the three scans and the four replacements, every output behind guards.
 #include "test_support.h"
 
+#include "select/select_scanner.h"
+
 #include <string>
 
 namespace kodbc::test {
@@ -110,6 +112,10 @@ TEST_F(SelectScanner, FindsClauses) {
     EXPECT_EQ(Clause(kSample, "FROM", nullptr, 7), "t1, OU");
     EXPECT_EQ(Clause(kSample, "FROM", nullptr, 1), "");
     EXPECT_EQ(BracketMessages(), 0);
+    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
+    char one = 'x';
+    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, &one, 0), -1);
+    EXPECT_EQ(one, 'x');
 }
 
 TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
@@ -130,13 +136,6 @@ TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
     // The replacements look for several clauses; still one message.
     Replace(Kodbc_Select_Replace_OrderByClause, "SELECT a FROM t) WHERE x", "b");
     EXPECT_EQ(BracketMessages(), 1);
-}
-
-TEST_F(SelectScanner, GetClauseWithoutBuffer) {
-    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
-    char one = 'x';
-    EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, &one, 0), -1);
-    EXPECT_EQ(one, 'x');
 }
 
 TEST_F(SelectScanner, ScansTheSampleStatement) {
@@ -190,6 +189,20 @@ TEST_F(SelectScanner, ScanResultsAndBuffers) {
     char out[4] = "abc";
     EXPECT_EQ(Kodbc_Select_Scan_TablesClause(kSample, ",", 0, out, 0), -1);
     EXPECT_STREQ(out, "abc");
+}
+
+// With the connection's quote character a quoted name is one word: its
+// blanks and commas stay, and every part of a qualified name loses them.
+TEST_F(SelectScanner, QuotedNamesKeepTheirBlanksAndCommas) {
+    select::ScanContext context{'`'};
+    const char *statement =
+        "SELECT `Kunden Nr` AS `Nr, alt`, b, `k`.`a b` FROM `Meine Tabelle` k, outer `x,y` ORDER BY `Kunden Nr` desc, b";
+    EXPECT_EQ(Guarded(300, [&](char *out, int n) { select::ScanFields(context, statement, ";", out, n); }),
+              "Nr, alt;b;k.a b");
+    EXPECT_EQ(Guarded(300, [&](char *out, int n) { select::ScanTables(context, statement, ";", out, n); }),
+              "Meine Tabelle;x,y");
+    EXPECT_EQ(Guarded(300, [&](char *out, int n) { select::ScanOrderBy(context, statement, ";", 6, out, n); }),
+              "Kunden Nr DESC\tD;b\tA");
 }
 
 TEST_F(SelectScanner, ReplacementsKeepTheClauseOrder) {

@@ -28,7 +28,7 @@ protected:
     std::string q_;
 };
 
-TEST_P(SqlTextDriver, QuotesAndStripsWithTheDriversCharacter) {
+TEST_P(SqlTextDriver, QuotesStripsAndSplitsAsTheDriverSays) {
     ASSERT_TRUE(q_ == "\"" || q_ == "`") << "quote character " << q_;
     EXPECT_EQ(Guarded(200, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc_, "Meine Tabelle", out, n); }),
               q_ + "Meine Tabelle" + q_);
@@ -43,40 +43,23 @@ TEST_P(SqlTextDriver, QuotesAndStripsWithTheDriversCharacter) {
     std::strcpy(name, (" " + q_ + q_ + "dbo" + q_ + q_ + " . " + q_ + "Meine Tabelle" + q_).c_str());
     Kodbc_StripDelimitersFromName(hdbc_, name);
     EXPECT_EQ(name, q_ + "dbo" + q_ + ".Meine Tabelle");
-    std::strcpy(name, "[dbo].[Kunden]");
-    Kodbc_StripBracketsFromSqlName(name);
-    EXPECT_STREQ(name, "dbo.Kunden");
-}
 
-TEST_P(SqlTextDriver, SchemaSplitFollowsSchemaUsage) {
+    // The schema is split off only where the driver uses schemas.
     GuardedBuffer schema(20), table(20);
     Kodbc_ParseSchemaAndTable(hdbc_, "public.Kunden.x", schema.data(), schema.size(), table.data(), table.size());
     const bool split = Kodbc_GetSchemaUsage(hdbc_) != 0;
     EXPECT_EQ(schema.text() + "|" + table.text(), split ? "public|Kunden" : "|public.Kunden.x");
-    // Without a connection the name is always split.
-    Kodbc_ParseSchemaAndTable(nullptr, "public.Kunden", schema.data(), schema.size(), table.data(), table.size());
-    EXPECT_EQ(schema.text() + "|" + table.text(), "public|Kunden");
     EXPECT_TRUE(schema.guards_intact());
     EXPECT_TRUE(table.guards_intact());
-}
 
-// The formatter's statements run on the DBMS: names with blanks or a
-// leading digit are quoted so that the driver accepts them.
-TEST_P(SqlTextDriver, FormattedStatementsRun) {
-    const char *table = "kodbc Probe 2010";
-    ExecQuietly(Format("DROP TABLE %t", table));
-    Exec(Format("CREATE TABLE %t (%f INTEGER, %f VARCHAR(20))", table, "Kunden Nr", "Name"));
-    Exec(Format("INSERT INTO %t (%f, %f) VALUES (%s, 'a')", table, "Kunden Nr", "Name", "7"));
-    EXPECT_EQ(Column(Format("SELECT %f FROM %t", "Kunden Nr", table)), std::vector<std::string>{"7"});
-    Exec(Format("DROP TABLE %t", table));
-
-    // All eight arguments reach the formatter, which takes seven.
-    EXPECT_EQ(Guarded(40,
-                      [&](char *out, int n) {
-                          Kodbc_SprintfSqlStatement(hdbc_, out, n, "%s%s%s%s%s%s%s%s", "1", "2", "3", "4", "5", "6",
-                                                    "7", "8");
-                      }),
-              "1234567s");
+    // The formatter's statements run on the DBMS: names with blanks or a
+    // leading digit are quoted so that the driver accepts them.
+    const char *probe = "kodbc Probe 2010";
+    ExecQuietly(Format("DROP TABLE %t", probe));
+    Exec(Format("CREATE TABLE %t (%f INTEGER, %f VARCHAR(20))", probe, "Kunden Nr", "Name"));
+    Exec(Format("INSERT INTO %t (%f, %f) VALUES (%s, 'a')", probe, "Kunden Nr", "Name", "7"));
+    EXPECT_EQ(Column(Format("SELECT %f FROM %t", "Kunden Nr", probe)), std::vector<std::string>{"7"});
+    Exec(Format("DROP TABLE %t", probe));
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(SqlTextDriver);
@@ -91,13 +74,24 @@ TEST(SqlTextNoConnection, NamesPassUnchanged) {
     Kodbc_SprintfSqlStatement(nullptr, out.data(), out.size(), "SELECT * FROM %t", "dbo.Meine Tabelle", nullptr,
                               nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
     EXPECT_EQ(out.text(), "SELECT * FROM dbo.Meine Tabelle");
+    // All eight arguments reach the formatter, which takes seven.
+    Kodbc_SprintfSqlStatement(nullptr, out.data(), out.size(), "%s%s%s%s%s%s%s%s", "1", "2", "3", "4", "5", "6", "7",
+                              "8");
+    EXPECT_EQ(out.text(), "1234567s");
     std::strcpy(out.data(), "Meine Tabelle");
     Kodbc_QuoteNameIfNotPureSql(nullptr, out.data(), out.size());
     EXPECT_EQ(out.text(), "Meine Tabelle");
     std::strcpy(out.data(), " \"a\" . b ");
     Kodbc_StripDelimitersFromName(nullptr, out.data());
     EXPECT_EQ(out.text(), "\"a\".b");
+    std::strcpy(out.data(), "[dbo].[Kunden]");
+    Kodbc_StripBracketsFromSqlName(out.data());
+    EXPECT_EQ(out.text(), "dbo.Kunden");
     EXPECT_TRUE(out.guards_intact());
+    // Without a connection the name is always split.
+    GuardedBuffer schema(20), table(20);
+    Kodbc_ParseSchemaAndTable(nullptr, "public.Kunden", schema.data(), schema.size(), table.data(), table.size());
+    EXPECT_EQ(schema.text() + "|" + table.text(), "public|Kunden");
 
     GuardedBuffer tiny(1);
     Kodbc_PrepareNameForSql(tiny.data(), 0, 0);

@@ -33,55 +33,59 @@ struct Formatter {
     }
 };
 
-TEST(SqlTextFormat, NamePlaceholdersQuoteEachPart) {
-    Formatter format;
-    EXPECT_EQ(format("SELECT %f FROM %t", {"Kunden Nr", "Kunden"}), "SELECT \"Kunden Nr\" FROM Kunden");
-    EXPECT_EQ(format("%t%.%t", {"dbo", "Meine Tabelle"}), "dbo.\"Meine Tabelle\"");
-    EXPECT_EQ(format("%t%.%t", {"", "Meine Tabelle"}), "\"Meine Tabelle\"");
-    EXPECT_EQ(format("%t%.%t", {"  ", "Kunden"}), "Kunden");
-    EXPECT_EQ(format("%t", {"\"dbo\" . \"Kunden\""}), "dbo.Kunden");
-    format.quote = "`";
-    EXPECT_EQ(format("%t%.%f", {"Meine Tabelle", "2010"}), "`Meine Tabelle`.`2010`");
-}
-
-TEST(SqlTextFormat, TextAndDotPlaceholders) {
-    Formatter format;
-    EXPECT_EQ(format("A%dB%sC", {"x"}), "ABxC");
-    EXPECT_EQ(format("%.x"), "x");
-    EXPECT_EQ(format("100%% %c%l"), "100 ");
-    EXPECT_EQ(format("%s%.%s", {"a", " "}), "a. ");
-    EXPECT_EQ(format("%s%.%s", {" ", "b"}), " b");
-    EXPECT_EQ(format("%s%.|", {nullptr}), "|");
-    EXPECT_EQ(format("%t%s", {nullptr, "x"}), "x");       // a null name still consumes its slot
-    EXPECT_EQ(format("%s", {"Meine Tabelle"}), "Meine Tabelle");  // text is not quoted
-    EXPECT_EQ(format("SELECT %"), "SELECT ");
-    EXPECT_EQ(format("ab%"), "ab");
-    EXPECT_EQ(format(nullptr), "");
-    std::string longText(400, 'v');
-    EXPECT_EQ(format("%s", {longText.c_str()}, 1000), std::string(299, 'v'));
-}
-
-TEST(SqlTextFormat, OnlySevenArgumentsAreConsumed) {
-    Formatter format;
-    std::array<const char *, 8> args = {"1", "2", "3", "4", "5", "6", "7", "8"};
-    EXPECT_EQ(format("%s%s%s%s%s%s%s%s", args), "1234567s");
-    EXPECT_EQ(format("%s%s%s%s%s%s%s|%t%%%.", args), "1234567|t%.");
-    // Unknown placeholders consume nothing, so the count is unchanged.
-    EXPECT_EQ(format("%s%x%s%s%s%s%s%s%s", args), "1234567s");
-}
-
-TEST(SqlTextFormat, RoomRules) {
-    Formatter format;
-    EXPECT_EQ(format("ABCDEFGHIJKLMNOPQRST", {}, 10), "ABCDEFGH");
-    // An expansion needs its length plus 2 bytes: 6 fits into the 8 left,
-    // 7 does not and ends the output, though "C" would still fit.
-    EXPECT_EQ(format("AB%sC", {"123456"}, 10), "AB123456");
-    EXPECT_EQ(format("AB%sC", {"1234567"}, 10), "AB");
-    EXPECT_EQ(format("AB%tC", {"Meine Tabelle"}, 16), "AB");
-    EXPECT_EQ(format("ABC", {}, 2), "");
-    EXPECT_EQ(format("ABC", {}, 1), "");
-    // Empty expansions take no room.
-    EXPECT_EQ(format("A%sB%.C", {""}, 5), "ABC");
+TEST(SqlTextFormat, PlaceholdersArgumentsAndRoom) {
+    const std::string longText(400, 'v');
+    const struct {
+        const char *quote, *pattern;
+        std::array<const char *, 8> args;
+        int size;
+        std::string expected;
+    } cases[] = {
+        // Names: each part quoted as it needs.
+        {"\"", "SELECT %f FROM %t", {"Kunden Nr", "Kunden"}, 400, "SELECT \"Kunden Nr\" FROM Kunden"},
+        {"\"", "%t%.%t", {"dbo", "Meine Tabelle"}, 400, "dbo.\"Meine Tabelle\""},
+        {"\"", "%t%.%t", {"", "Meine Tabelle"}, 400, "\"Meine Tabelle\""},
+        {"\"", "%t%.%t", {"  ", "Kunden"}, 400, "Kunden"},
+        {"\"", "%t", {"\"dbo\" . \"Kunden\""}, 400, "dbo.Kunden"},
+        {"`", "%t%.%f", {"Meine Tabelle", "2010"}, 400, "`Meine Tabelle`.`2010`"},
+        // A driver that does not quote.
+        {" ", "SELECT %f FROM %t", {" Kunden Nr ", "dbo . Meine Tabelle"}, 400,
+         "SELECT  Kunden Nr  FROM dbo . Meine Tabelle"},
+        {" ", "%t|", {"   "}, 400, "|"},
+        {"", "%t", {"Meine Tabelle"}, 400, "Meine Tabelle"},
+        // Text and dots.
+        {"\"", "A%dB%sC", {"x"}, 400, "ABxC"},
+        {"\"", "%.x", {}, 400, "x"},
+        {"\"", "100%% %c%l", {}, 400, "100 "},
+        {"\"", "%s%.%s", {"a", " "}, 400, "a. "},
+        {"\"", "%s%.%s", {" ", "b"}, 400, " b"},
+        {"\"", "%s%.|", {nullptr}, 400, "|"},
+        {"\"", "%t%s", {nullptr, "x"}, 400, "x"},  // a null name still consumes its slot
+        {"\"", "%s", {"Meine Tabelle"}, 400, "Meine Tabelle"},  // text is not quoted
+        {"\"", "SELECT %", {}, 400, "SELECT "},
+        {"\"", "ab%", {}, 400, "ab"},
+        {"\"", nullptr, {}, 400, ""},
+        {"\"", "%s", {longText.c_str()}, 1000, std::string(299, 'v')},
+        // Only seven arguments are consumed; unknown placeholders consume none.
+        {"\"", "%s%s%s%s%s%s%s%s", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567s"},
+        {"\"", "%s%s%s%s%s%s%s|%t%%%.", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567|t%."},
+        {"\"", "%s%x%s%s%s%s%s%s%s", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567s"},
+        // Room: an expansion needs its length plus 2 bytes: 6 fits into the 8
+        // left, 7 does not and ends the output, though "C" would still fit.
+        {"\"", "ABCDEFGHIJKLMNOPQRST", {}, 10, "ABCDEFGH"},
+        {"\"", "AB%sC", {"123456"}, 10, "AB123456"},
+        {"\"", "AB%sC", {"1234567"}, 10, "AB"},
+        {"\"", "AB%tC", {"Meine Tabelle"}, 16, "AB"},
+        {"\"", "ABC", {}, 2, ""},
+        {"\"", "ABC", {}, 1, ""},
+        {"\"", "A%sB%.C", {""}, 5, "ABC"},  // empty expansions take no room
+    };
+    for (const auto &c : cases) {
+        Formatter format;
+        format.quote = c.quote;
+        EXPECT_EQ(format(c.pattern, c.args, c.size), c.expected)
+            << (c.pattern ? c.pattern : "(null)") << " with " << c.quote << " in " << c.size;
+    }
 
     QuoteText q = QuoteText::Fixed("\"");
     char untouched[4] = "old";
@@ -93,21 +97,10 @@ TEST(SqlTextFormat, RoomRules) {
 TEST(SqlTextFormat, DriverIsAskedAtMostOnce) {
     Formatter format;
     format("SELECT Count(*) FROM Kunden WHERE Nr > %s", {"5"});
-    EXPECT_EQ(format.queries, 0);
     format("%t%.%t", {"", ""});
     EXPECT_EQ(format.queries, 0);
     format("SELECT %f, %f FROM %t%.%t", {"a b", "c d", "e", "f g"});
     EXPECT_EQ(format.queries, 1);
-}
-
-TEST(SqlTextFormat, DriverThatDoesNotQuote) {
-    Formatter format;
-    format.quote = " ";
-    EXPECT_EQ(format("SELECT %f FROM %t", {" Kunden Nr ", "dbo . Meine Tabelle"}),
-              "SELECT  Kunden Nr  FROM dbo . Meine Tabelle");
-    EXPECT_EQ(format("%t|", {"   "}), "|");
-    format.quote = "";
-    EXPECT_EQ(format("%t", {"Meine Tabelle"}), "Meine Tabelle");
 }
 
 } // namespace

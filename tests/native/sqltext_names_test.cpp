@@ -11,62 +11,46 @@ namespace {
 
 using namespace kodbc::sqltext;
 
-std::string Bracket(const std::string &name, int flags, int size = 200) {
-    EXPECT_LT(name.size(), static_cast<std::size_t>(size));
-    return GuardedInPlace(name, size, [&](char *buffer, int n) { PrepareBracketName(buffer, n, flags); });
-}
-
 std::string Sql92(const char *quote, const char *name, int size = 300) {
     QuoteText q = QuoteText::Fixed(quote);
     return Guarded(size, [&](char *out, int n) { EXPECT_TRUE(PrepareSql92Name(q, name, out, n)) << name; });
 }
 
-TEST(SqlTextIdentifier, PlainIdentifierRules) {
-    const std::pair<const char *, bool> cases[] = {
-        {"Kunden", true}, {"Umsatz$", true},  {"a_1", true},           {"", false},
-        {"2010", false},  {"_x", false},      {"Meine Tabelle", false}, {"Gr\xf6\xdf" "e", false},  // ANSI umlaut
-        {"a.b", false},   {"\"a\"", false}};
-    for (const auto &[name, plain] : cases) EXPECT_EQ(IsPlainSqlIdentifier(name), plain) << name;
-}
-
-TEST(SqlTextBracket, QuotesPartsByFlag) {
+TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
     const struct {
-        const char *name;
-        int flags;
-        const char *expected;
+        std::string name;
+        int flags, size;
+        std::string expected;
     } cases[] = {
-        {"Kunden", 0, "[Kunden]"},
-        {"Kunden", KODBC_PREPARE_KEEP_PLAIN, "Kunden"},
-        {"dbo.Meine Tabelle", 0, "[dbo].[Meine Tabelle]"},
-        {"dbo.Meine Tabelle", 1, "dbo.[Meine Tabelle]"},
-        {"Kunden.*", 0, "[Kunden].*"},
-        {"a.b.c", 0, "[a].[b]"},
-        {"[a]", 1, "[[a]]"},
-        {"2010", 1, "[2010]"},
-        {"_x", 1, "[_x]"},
-        {"Umsatz$", 1, "Umsatz$"},
-        {"a.", 0, "[a]"},      // empty second part: no dot
-        {"a. ", 0, "[a]. "},   // blank part kept as it is
-        {"   ", 0, "   "},     // blank input is left alone
-        {"", 0, ""},
+        {"Kunden", 0, 200, "[Kunden]"},
+        {"Kunden", KODBC_PREPARE_KEEP_PLAIN, 200, "Kunden"},
+        {"dbo.Meine Tabelle", 0, 200, "[dbo].[Meine Tabelle]"},
+        {"dbo.Meine Tabelle", 1, 200, "dbo.[Meine Tabelle]"},
+        {"Kunden.*", 0, 200, "[Kunden].*"},
+        {"a.b.c", 0, 200, "[a].[b]"},
+        {"[a]", 1, 200, "[[a]]"},
+        {"2010", 1, 200, "[2010]"},
+        {"_x", 1, 200, "[_x]"},
+        {"Umsatz$", 1, 200, "Umsatz$"},      // plain: an ASCII letter, then letters, digits, "_" or "$"
+        {"a_1", 1, 200, "a_1"},
+        {"Gr\xf6\xdf" "e", 1, 200, "[Gr\xf6\xdf" "e]"},  // ANSI umlauts are not plain
+        {"a.", 0, 200, "[a]"},      // empty second part: no dot
+        {"a. ", 0, 200, "[a]. "},   // blank part kept as it is
+        {"   ", 0, 200, "   "},     // blank input is left alone
+        {"", 0, 200, ""},
+        // Parts hold 99 characters, the enclosure is cut with them; the whole
+        // result is cut to size-1.
+        {std::string(150, 'x'), 0, 300, "[" + std::string(98, 'x')},
+        {"dbo.Kunde", 0, 10, "[dbo].[Ku"},
     };
-    for (const auto &c : cases) EXPECT_EQ(Bracket(c.name, c.flags), c.expected) << c.name << " flags " << c.flags;
-}
-
-TEST(SqlTextBracket, TinyInputIsLeftAlone) {
+    for (const auto &c : cases)
+        EXPECT_EQ(GuardedInPlace(c.name, c.size, [&](char *buffer, int n) { PrepareBracketName(buffer, n, c.flags); }),
+                  c.expected)
+            << c.name << " flags " << c.flags;
     PrepareBracketName(nullptr, 10, 0);
     char one[2] = "x";
     PrepareBracketName(one, 0, 0);
     EXPECT_STREQ(one, "x");
-}
-
-TEST(SqlTextBracket, CutsPartsAndResult) {
-    // Parts hold 99 characters; the enclosure is cut with them.
-    std::string longPart(150, 'x');
-    std::string expected = "[" + std::string(98, 'x');
-    EXPECT_EQ(Bracket(longPart, 0, 300), expected);
-    // The whole result is cut to size-1.
-    EXPECT_EQ(Bracket("dbo.Kunde", 0, 10), "[dbo].[Ku");
 }
 
 TEST(SqlTextBracket, ListIsTabSeparatedAndCommaJoined) {
@@ -94,61 +78,62 @@ TEST(SqlTextBracket, ListIsTabSeparatedAndCommaJoined) {
     }
 }
 
-class SqlTextSql92 : public ::testing::TestWithParam<const char *> {};
+// Quoting only what needs it, skipping what does not fit; a driver that
+// reports a blank or nothing gets the name unchanged.
+TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
+    const std::string blanks = std::string(120, 'x') + " " + std::string(120, 'y');
+    const struct {
+        const char *quote;
+        std::string name;
+        int size;
+        std::string expected;
+    } cases[] = {
+        {"\"", "Meine Tabelle", 300, "\"Meine Tabelle\""},
+        {"`", "`Kunden`", 300, "Kunden"},
+        {"\"", "dbo . Kunden", 300, "dbo.Kunden"},
+        {"\"", "a.b.c", 300, "a.b.c"},
+        {"`", "dbo.Meine Tabelle", 300, "dbo.`Meine Tabelle`"},
+        {"\"", "2010", 300, "\"2010\""},
+        {"\"", "Kunden.*", 300, "Kunden.*"},
+        {"`", " ``Meine Tabelle` ", 300, "`Meine Tabelle`"},
+        {"\"", "   ", 300, ""},
+        // "dbo" then "." needs 3 bytes left, then the quoted part (15) does
+        // not fit into what remains of 12 bytes: skipped, not cut.
+        {"\"", "dbo.Meine Tabelle", 12, "dbo."},
+        {"\"", "Meine Tabelle.x", 8, ".x"},  // a short part after a skipped one
+        {"`", "abc.d", 5, "abcd"},           // the dot needs 3 bytes of room
+        {"`", "abc.d", 6, "abc.d"},
+        {"\"", "Kunden", 1, ""},
+        // Parts are cut to 199 before quoting.
+        {"\"", std::string(250, 'k'), 1000, std::string(199, 'k')},
+        {"`", blanks, 1000, "`" + blanks.substr(0, 198)},
+        {" ", " dbo . Meine Tabelle ", 300, " dbo . Meine Tabelle "},
+        {"", "Meine Tabelle", 300, "Meine Tabelle"},
+        {" ", "   ", 300, ""},
+        {" ", "Meine Tabelle", 6, "Meine"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(Sql92(c.quote, c.name.c_str(), c.size), c.expected) << c.name << " with " << c.quote << " in "
+                                                                        << c.size;
+    EXPECT_EQ(Sql92("\"", nullptr), "");
+    QuoteText failed = QuoteText::Lazy([](void *, char *buffer, int) { buffer[0] = 'x'; return false; }, nullptr);
+    EXPECT_FALSE(failed.quotes());
 
-TEST_P(SqlTextSql92, QuotesOnlyWhatNeedsIt) {
-    const std::string q = GetParam();
-    EXPECT_EQ(Sql92(GetParam(), "Meine Tabelle"), q + "Meine Tabelle" + q);
-    EXPECT_EQ(Sql92(GetParam(), (q + "Kunden" + q).c_str()), "Kunden");
-    EXPECT_EQ(Sql92(GetParam(), "dbo . Kunden"), "dbo.Kunden");
-    EXPECT_EQ(Sql92(GetParam(), "a.b.c"), "a.b.c");
-    EXPECT_EQ(Sql92(GetParam(), "dbo.Meine Tabelle"), "dbo." + q + "Meine Tabelle" + q);
-    EXPECT_EQ(Sql92(GetParam(), "2010"), q + "2010" + q);
-    EXPECT_EQ(Sql92(GetParam(), "Kunden.*"), "Kunden.*");
-    EXPECT_EQ(Sql92(GetParam(), (" " + q + q + "Meine Tabelle" + q + " ").c_str()), q + "Meine Tabelle" + q);
-    EXPECT_EQ(Sql92(GetParam(), "   "), "");
-    EXPECT_EQ(Sql92(GetParam(), nullptr), "");
-}
-
-TEST_P(SqlTextSql92, SameBufferAsName) {
+    // The name may live in the output buffer.
     GuardedBuffer buffer(40);
     std::strcpy(buffer.data(), "dbo.Meine Tabelle");
-    QuoteText q = QuoteText::Fixed(GetParam());
+    QuoteText q = QuoteText::Fixed("`");
     ASSERT_TRUE(PrepareSql92Name(q, buffer.data(), buffer.data(), buffer.size()));
-    const std::string quote = GetParam();
-    EXPECT_EQ(buffer.text(), "dbo." + quote + "Meine Tabelle" + quote);
+    EXPECT_EQ(buffer.text(), "dbo.`Meine Tabelle`");
     EXPECT_TRUE(buffer.guards_intact());
 }
 
-TEST_P(SqlTextSql92, PartsThatDoNotFitAreSkipped) {
-    // "dbo" (3) then "." needs 3 bytes left, then the quoted part (15) does
-    // not fit into what remains of 12 bytes: skipped, not cut.
-    EXPECT_EQ(Sql92(GetParam(), "dbo.Meine Tabelle", 12), "dbo.");
-    // A short part after a skipped one is still written.
-    EXPECT_EQ(Sql92(GetParam(), "Meine Tabelle.x", 8), ".x");
-    // The dot needs 3 bytes of room: with 2 left it is dropped.
-    EXPECT_EQ(Sql92(GetParam(), "abc.d", 5), "abcd");
-    EXPECT_EQ(Sql92(GetParam(), "abc.d", 6), "abc.d");
-    EXPECT_EQ(Sql92(GetParam(), "Kunden", 1), "");
-}
-
-TEST_P(SqlTextSql92, LongPartsAreCutBeforeQuoting) {
-    const std::string q = GetParam();
-    std::string plain(250, 'k');
-    EXPECT_EQ(Sql92(GetParam(), plain.c_str(), 1000), std::string(199, 'k'));
-    std::string blanks = std::string(120, 'x') + " " + std::string(120, 'y');
-    std::string quoted = Sql92(GetParam(), blanks.c_str(), 1000);
-    EXPECT_EQ(quoted.size(), 199u);
-    EXPECT_EQ(quoted.substr(0, q.size()), q);
-}
-
-TEST_P(SqlTextSql92, ListWithJoiner) {
-    const std::string q = GetParam();
+TEST(SqlTextSql92, ListWithJoiner) {
     GuardedBuffer list(60);
     std::strcpy(list.data(), "Kunden;Meine Tabelle; dbo . x ");
-    QuoteText quote = QuoteText::Fixed(GetParam());
+    QuoteText quote = QuoteText::Fixed("\"");
     ASSERT_TRUE(PrepareSql92NameList(quote, list.data(), list.size(), ';', ','));
-    EXPECT_EQ(list.text(), "Kunden," + q + "Meine Tabelle" + q + ",dbo.x");
+    EXPECT_EQ(list.text(), "Kunden,\"Meine Tabelle\",dbo.x");
     EXPECT_TRUE(list.guards_intact());
 
     // Quoting makes the list grow: the second quoted piece no longer fits
@@ -156,119 +141,85 @@ TEST_P(SqlTextSql92, ListWithJoiner) {
     GuardedBuffer small(12);
     std::strcpy(small.data(), "a,b c,d e,f");
     ASSERT_TRUE(PrepareSql92NameList(quote, small.data(), small.size(), ',', '|'));
-    EXPECT_EQ(small.text(), "a|" + q + "b c" + q + "||f");
+    EXPECT_EQ(small.text(), "a|\"b c\"||f");
     EXPECT_TRUE(small.guards_intact());
 }
 
-INSTANTIATE_TEST_SUITE_P(Quote, SqlTextSql92, ::testing::Values("\"", "`"),
-                         [](const ::testing::TestParamInfo<const char *> &info) {
-                             return std::string(info.param[0] == '"' ? "DoubleQuote" : "Backtick");
-                         });
-
-TEST(SqlTextSql92NoQuote, BlankEmptyOrFailedQuoteCopiesUnchanged) {
-    EXPECT_EQ(Sql92(" ", " dbo . Meine Tabelle "), " dbo . Meine Tabelle ");
-    EXPECT_EQ(Sql92("", "Meine Tabelle"), "Meine Tabelle");
-    EXPECT_EQ(Sql92(" ", "   "), "");
-    EXPECT_EQ(Sql92(" ", "Meine Tabelle", 6), "Meine");
-    QuoteText failed = QuoteText::Lazy([](void *, char *buffer, int) { buffer[0] = 'x'; return false; }, nullptr);
-    EXPECT_FALSE(failed.quotes());
-}
-
-TEST(SqlTextQuoteText, AsksTheDriverAtMostOnceAndOnlyWhenNeeded) {
-    int calls = 0;
-    auto fetch = [](void *count, char *buffer, int size) {
-        ++*static_cast<int *>(count);
-        std::strncpy(buffer, "\"", static_cast<std::size_t>(size));
-        return true;
-    };
-    QuoteText q = QuoteText::Lazy(fetch, &calls);
-    char out[100];
-    PrepareSql92Name(q, "  ", out, sizeof out);
-    EXPECT_EQ(calls, 0);
-    PrepareSql92Name(q, "Meine Tabelle", out, sizeof out);
-    PrepareSql92Name(q, "x y.z w", out, sizeof out);
-    EXPECT_EQ(calls, 1);
-    EXPECT_STREQ(out, "\"x y\".\"z w\"");
-}
-
-TEST(SqlTextQuoteIfNotPlain, EnclosesWholeName) {
+// Whole names: QuoteIfNotPlain encloses a name that is not plain; a
+// catalogue's column name keeps its points inside the quotes, has quotes in
+// it doubled and is written whole or not at all.
+TEST(SqlTextQuoteWhole, QuoteIfNotPlainAndColumnNames) {
     const struct {
+        bool column;
         const char *quote, *name;
         int size;
         const char *expected;
     } cases[] = {
-        {"\"", "dbo.Kunden", 20, "\"dbo.Kunden\""},
-        {"\"", "Kunden", 20, "Kunden"},
-        {" ", "Meine Tabelle", 20, " Meine Tabelle "},
-        {"", "Meine Tabelle", 20, "Meine Tabelle"},
-        {"`", "a b c", 8, "`a b c`"},
-        {"`", "a b c d", 8, "`a b c "},  // cut to the buffer
+        {false, "\"", "dbo.Kunden", 20, "\"dbo.Kunden\""},
+        {false, "\"", "Kunden", 20, "Kunden"},
+        {false, " ", "Meine Tabelle", 20, " Meine Tabelle "},
+        {false, "", "Meine Tabelle", 20, "Meine Tabelle"},
+        {false, "`", "a b c", 8, "`a b c`"},
+        {false, "`", "a b c d", 8, "`a b c "},  // cut to the buffer
+        {true, "\"", "Art.Nr", 20, "\"Art.Nr\""},
+        {true, "`", "a`b.c", 20, "`a``b.c`"},
+        {true, "\"", "Kunden", 20, "Kunden"},
+        {true, " ", "Art.Nr", 20, "Art.Nr"},
+        {true, "\"", "Preis.Netto", 14, "\"Preis.Netto\""},
+        {true, "\"", "Preis.Netto", 13, ""},
     };
     for (const auto &c : cases) {
         QuoteText quote = QuoteText::Fixed(c.quote);
-        EXPECT_EQ(GuardedInPlace(c.name, c.size, [&](char *name, int size) { QuoteIfNotPlain(quote, name, size); }),
-                  c.expected)
-            << c.name << " with " << c.quote;
-    }
-}
-
-// A catalogue's column name is one name: points stay inside the quotes,
-// quotes in it are doubled, and what does not fit whole is not written.
-TEST(SqlTextColumnName, OneNameQuotedWhole) {
-    const struct {
-        const char *quote, *name;
-        int size;
-        const char *expected;
-    } cases[] = {
-        {"\"", "Art.Nr", 20, "\"Art.Nr\""},
-        {"`", "a`b.c", 20, "`a``b.c`"},
-        {"\"", "Kunden", 20, "Kunden"},
-        {" ", "Art.Nr", 20, "Art.Nr"},
-        {"\"", "Preis.Netto", 14, "\"Preis.Netto\""},
-        {"\"", "Preis.Netto", 13, ""},
-    };
-    for (const auto &c : cases) {
-        QuoteText quote = QuoteText::Fixed(c.quote);
-        EXPECT_EQ(Guarded(c.size, [&](char *out, int size) { PrepareColumnName(quote, c.name, out, size); }),
-                  c.expected)
-            << c.name << " with " << c.quote << " in " << c.size;
+        const std::string got =
+            c.column ? Guarded(c.size, [&](char *out, int size) { PrepareColumnName(quote, c.name, out, size); })
+                     : GuardedInPlace(c.name, c.size, [&](char *name, int size) { QuoteIfNotPlain(quote, name, size); });
+        EXPECT_EQ(got, c.expected) << c.name << " with " << c.quote << " in " << c.size;
     }
 }
 
 TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
-    auto strip = [](std::string text, char open, char close) {
-        std::vector<char> buffer(text.begin(), text.end());
-        buffer.push_back('\0');
-        StripDelimiters(buffer.data(), open, close);
-        return std::string(buffer.data());
+    const struct {
+        std::string text;
+        char open, close;
+        std::string expected;
+    } cases[] = {
+        {"\"dbo\".\"Meine Tabelle\"", '"', '"', "dbo.Meine Tabelle"},
+        {" \"\"a\"\" . `b` ", '"', '"', "\"a\".`b`"},
+        {"`a`.`b`", '`', '`', "a.b"},
+        {"[dbo].[Meine Tabelle]", '[', ']', "dbo.Meine Tabelle"},
+        {"[[a]]", '[', ']', "[a]"},
+        {"a. .b", '[', ']', "a. .b"},  // blank part stays
+        {"\t[a]\n", '[', ']', "a"},
+        {" [a] ", '\0', '\0', "[a]"},  // no quote character: white space only
+        {std::string(250, 'z') + ".b", '[', ']', std::string(199, 'z') + ".b"},
     };
-    EXPECT_EQ(strip("\"dbo\".\"Meine Tabelle\"", '"', '"'), "dbo.Meine Tabelle");
-    EXPECT_EQ(strip(" \"\"a\"\" . `b` ", '"', '"'), "\"a\".`b`");
-    EXPECT_EQ(strip("`a`.`b`", '`', '`'), "a.b");
-    EXPECT_EQ(strip("[dbo].[Meine Tabelle]", '[', ']'), "dbo.Meine Tabelle");
-    EXPECT_EQ(strip("[[a]]", '[', ']'), "[a]");
-    EXPECT_EQ(strip("a. .b", '[', ']'), "a. .b");     // blank part stays
-    EXPECT_EQ(strip("\t[a]\n", '[', ']'), "a");
-    EXPECT_EQ(strip(" [a] ", '\0', '\0'), "[a]");      // no quote character: white space only
-    std::string longPart(250, 'z');
-    EXPECT_EQ(strip(longPart + ".b", '[', ']'), std::string(199, 'z') + ".b");
+    for (const auto &c : cases) {
+        std::string buffer = c.text;
+        StripDelimiters(buffer.data(), c.open, c.close);
+        EXPECT_EQ(std::string(buffer.c_str()), c.expected) << c.text;
+    }
     StripDelimiters(nullptr, '[', ']');
 }
 
 TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
     GuardedBuffer schema(20), table(20);
-    auto parse = [&](const char *name, bool split) {
-        ParseSchemaAndTable(name, split, schema.data(), schema.size(), table.data(), table.size());
-        return schema.text() + "|" + table.text();
+    const struct {
+        const char *name;
+        bool split;
+        const char *expected;
+    } cases[] = {
+        {"dbo.Kunden", true, "dbo|Kunden"},
+        {"a.b.c", true, "a|b"},
+        {"\"dbo\".\"Meine Tabelle\"", true, "\"dbo\"|\"Meine Tabelle\""},
+        {"Kunden", true, "|Kunden"},
+        {"dbo.Kunden", false, "|dbo.Kunden"},
+        {nullptr, true, "|"},
+        {"schema_mit_langem_namen.tabelle_mit_langem_namen", true, "schema_mit_langem_n|tabelle_mit_langem_"},
     };
-    EXPECT_EQ(parse("dbo.Kunden", true), "dbo|Kunden");
-    EXPECT_EQ(parse("a.b.c", true), "a|b");
-    EXPECT_EQ(parse("\"dbo\".\"Meine Tabelle\"", true), "\"dbo\"|\"Meine Tabelle\"");
-    EXPECT_EQ(parse("Kunden", true), "|Kunden");
-    EXPECT_EQ(parse("dbo.Kunden", false), "|dbo.Kunden");
-    EXPECT_EQ(parse(nullptr, true), "|");
-    EXPECT_EQ(parse("schema_mit_langem_namen.tabelle_mit_langem_namen", true),
-              "schema_mit_langem_n|tabelle_mit_langem_");
+    for (const auto &c : cases) {
+        ParseSchemaAndTable(c.name, c.split, schema.data(), schema.size(), table.data(), table.size());
+        EXPECT_EQ(schema.text() + "|" + table.text(), c.expected) << (c.name ? c.name : "(null)");
+    }
     EXPECT_TRUE(schema.guards_intact());
     EXPECT_TRUE(table.guards_intact());
 
@@ -280,12 +231,10 @@ TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
     char both[20] = "dbo.Kunden";
     char other[20];
     ParseSchemaAndTable(both, true, both, sizeof both, other, sizeof other);
-    EXPECT_STREQ(both, "dbo");
-    EXPECT_STREQ(other, "Kunden");
+    EXPECT_EQ(std::string(both) + "|" + other, "dbo|Kunden");
     std::strcpy(both, "dbo.Kunden");
     ParseSchemaAndTable(both, true, other, sizeof other, both, sizeof both);
-    EXPECT_STREQ(other, "dbo");
-    EXPECT_STREQ(both, "Kunden");
+    EXPECT_EQ(std::string(other) + "|" + both, "dbo|Kunden");
 }
 
 } // namespace
