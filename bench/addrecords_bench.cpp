@@ -39,23 +39,11 @@ namespace {
 constexpr const char *kColumns = "id, qty, price, name, stamp, note";
 constexpr const char *kLayout =
     " (id INTEGER, qty INTEGER, price FLOAT, name VARCHAR(40), stamp DATE, note VARCHAR(100))";
-int Runs() {
-    const char *runs = std::getenv("KODBC_BENCH_RUNS");
-    return runs && std::atoi(runs) > 0 ? std::atoi(runs) : 5;
-}
-const int kRuns = Runs();
-
-bool Wanted(bool batch) {
-    const char *modes = std::getenv("KODBC_BENCH_MODES");
-    return !modes || !*modes || std::string(modes) == (batch ? "batch" : "per-record");
-}
-
-void AutoCommit(SQLHDBC hdbc, bool on) {
-    SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
-                      0);
-}
-
-constexpr std::size_t kBatchBytes = 256 * 1024, kBatchRecords = 500;
+const int kRuns = kodbc::bench::Runs(5);
+using kodbc::bench::AutoCommit;
+using kodbc::bench::kBatchBytes;
+using kodbc::bench::kBatchRecords;
+using kodbc::bench::Wanted;
 
 int Silent(const KodbcMessage *message, void *) {
     std::fprintf(stderr, "message: %s\n", message->odbc ? message->odbc->description : message->text);

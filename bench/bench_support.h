@@ -16,6 +16,26 @@
 
 namespace kodbc::bench {
 
+// KODBC_BENCH_RUNS measurements of each, the best kept (fallback unless set).
+inline int Runs(int fallback) {
+    const char *runs = std::getenv("KODBC_BENCH_RUNS");
+    return runs && std::atoi(runs) > 0 ? std::atoi(runs) : fallback;
+}
+
+// KODBC_BENCH_MODES "batch" or "per-record" measures that way alone.
+inline bool Wanted(bool batch) {
+    const char *modes = std::getenv("KODBC_BENCH_MODES");
+    return !modes || !*modes || std::string(modes) == (batch ? "batch" : "per-record");
+}
+
+// The raw loops' batches: what the library's batch writer is bounded by.
+constexpr std::size_t kBatchBytes = 256 * 1024, kBatchRecords = 500;
+
+inline void AutoCommit(SQLHDBC hdbc, bool on) {
+    SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
+                      0);
+}
+
 // KODBC_BENCH_DSN, else the private SQLite data source of the build (whose
 // configuration is switched on here, so a run never reads the user's).
 inline std::string DataSource() {

@@ -32,18 +32,11 @@
 
 namespace {
 
-// KODBC_BENCH_RUNS measurements of each, the best kept (3 unless set).
-int Runs() {
-    const char *runs = std::getenv("KODBC_BENCH_RUNS");
-    return runs && std::atoi(runs) > 0 ? std::atoi(runs) : 3;
-}
-const int kRuns = Runs();
-
-// KODBC_BENCH_MODES "batch" or "per-record" measures that way alone.
-bool Wanted(bool batch) {
-    const char *modes = std::getenv("KODBC_BENCH_MODES");
-    return !modes || !*modes || std::string(modes) == (batch ? "batch" : "per-record");
-}
+const int kRuns = kodbc::bench::Runs(3);
+using kodbc::bench::AutoCommit;
+using kodbc::bench::kBatchBytes;
+using kodbc::bench::kBatchRecords;
+using kodbc::bench::Wanted;
 constexpr const char *kFile = KODBC_BENCH_ODBC_DIR "/kodbc_bench_import.txt";
 
 using kodbc::bench::Connection;
@@ -109,12 +102,6 @@ void RawInsert(char *line, std::string &sql) {
     sql += ')';
 }
 
-void AutoCommit(SQLHDBC hdbc, bool on) {
-    SQLSetConnectAttr(hdbc, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF),
-                      0);
-}
-
-constexpr std::size_t kBatchBytes = 256 * 1024, kBatchRecords = 500;
 constexpr std::size_t kValuesAt = sizeof "INSERT INTO ib_dst (nr,qty,price,name,stamp,note) VALUES " - 1;
 
 long RawImport(SQLHDBC hdbc, const std::string &create, std::string *first, bool batch = false) {
