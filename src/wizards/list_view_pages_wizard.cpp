@@ -7,7 +7,6 @@
 
 #include <commctrl.h>
 
-
 namespace kodbc::wizards {
 namespace {
 
