@@ -88,7 +88,8 @@ int AddRecords(const Login &login, const AddRecordsRequest &request) {
     NoteChangedNumbers(result.NumbersChanged, "Datensatz " + std::to_string(result.FirstNumberRecord),
                        result.FirstNumberField, result.FirstNumber, result.FirstNumberAs);
     // A batch run that ended early has said that it took everything back.
-    const char *kept = batch ? "alles wurde zurückgenommen, kein Datensatz bleibt erhalten" : "die geschriebenen Datensätze bleiben erhalten";
+    const char *kept = batch ? "alles wurde zurückgenommen, kein Datensatz bleibt erhalten"
+                             : "die geschriebenen Datensätze bleiben erhalten";
     if (result.Ended == KODBC_ADDREC_CANCELLED) {
         Error(std::string("abgebrochen; ") + kept);
         return kExitFailed;
