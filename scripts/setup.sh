@@ -23,11 +23,17 @@ for package in "${packages[@]}"; do
 done
 
 # The Windows tests run under a German locale, so that Wine's own dialogs
-# and message-box buttons speak the language of the library's.
+# and message-box buttons speak the language of the library's; the Latin-1
+# one lets the native tests see the messages converted for an 8-bit terminal.
 german_locale() {
-  locale -a 2>/dev/null | grep -qix 'de_DE.utf8' && return 0
-  echo "setup: generating the locale de_DE.UTF-8"
-  "${sudo[@]}" localedef -i de_DE -f UTF-8 de_DE.UTF-8
+  if ! locale -a 2>/dev/null | grep -qix 'de_DE.utf8'; then
+    echo "setup: generating the locale de_DE.UTF-8"
+    "${sudo[@]}" localedef -i de_DE -f UTF-8 de_DE.UTF-8
+  fi
+  if ! locale -a 2>/dev/null | grep -qix 'de_DE.iso88591'; then
+    echo "setup: generating the locale de_DE.ISO-8859-1"
+    "${sudo[@]}" localedef -i de_DE -f ISO-8859-1 de_DE.ISO-8859-1
+  fi
 }
 
 sudo=()
