@@ -1,7 +1,11 @@
-// Connections, data-source records and driver queries, on every data source.
+// Connections, their diagnostics, data-source records and driver queries,
+// on every data source.
 #include "test_support.h"
 
+#include "internal/diagnostics.h"
 #include "internal/driver_info.h"
+
+#include <korvel/korvel32.h>
 
 #include <cstring>
 
@@ -18,6 +22,38 @@ TEST(DatabaseType, DecidedByTheWholeNameExceptOracle) {
         {"Excel", KODBC_DBTYPE_EXCEL},                   {"MariaDB", KODBC_DBTYPE_OTHER},
         {"", KODBC_DBTYPE_OTHER},                        {nullptr, KODBC_DBTYPE_OTHER}};
     for (const auto &[name, type] : cases) EXPECT_EQ(DatabaseTypeFromName(name), type) << (name ? name : "(null)");
+}
+
+TEST(DiagnosticSplit, BracketsGiveVendorComponentDataSourceAndText) {
+    const struct {
+        std::string message, fields;  // vendor|component|data source|description
+    } cases[] = {
+        {"[unixODBC][Driver Manager][kodbc_pg]connection refused", "unixODBC|Driver Manager|kodbc_pg|connection refused"},
+        {"[A][B]text", "A|B||text"},
+        {"no such table: x (1)", "no such table: x (1)|||"},
+        // Only leading "[" are removed; a "]" inside the description stays.
+        {"[[X][Y][Z]see a[1] here", "X|Y|Z|see a[1] here"},
+        // Pieces are cut at 299 characters, the "[" among them.
+        {"[" + std::string(400, 'v') + "][C]rest", std::string(298, 'v') + "|C||rest"},
+    };
+    for (const auto &c : cases) {
+        DiagnosticFields f;
+        SplitDiagnosticMessage(c.message.c_str(), f);
+        EXPECT_EQ(f.vendor + "|" + f.component + "|" + f.dataSource + "|" + f.description, c.fields) << c.message;
+    }
+}
+
+TEST(Tolerance, ListsWithoutAHandle) {
+    const struct {
+        const char *list;
+        SQLRETURN rc;
+        int tolerated;
+    } cases[] = {{nullptr, SQL_ERROR, 0}, {"", SQL_ERROR, 0},       {" \t\x01 ", SQL_ERROR, 0},
+                 {"*", SQL_ERROR, 1},     {" *", SQL_ERROR, 0},     {"01004,NOINFO", SQL_SUCCESS_WITH_INFO, 1},
+                 {"noinfo", SQL_SUCCESS_WITH_INFO, 0},              {"NOINFO", SQL_ERROR, 0}};
+    for (const auto &c : cases)
+        EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, c.list, c.rc), c.tolerated)
+            << (c.list ? c.list : "(null)") << " rc " << c.rc;
 }
 
 TEST(Connect, RefusesArgumentsAndNamesAndTakesASetPairAsConnected) {
@@ -48,7 +84,6 @@ TEST(Connect, RefusesArgumentsAndNamesAndTakesASetPairAsConnected) {
     EXPECT_EQ(shown.kind, KODBC_MESSAGE_ODBC_ERROR);
     EXPECT_EQ(shown.sqlState, "IM002");
     EXPECT_EQ(shown.vendor, "unixODBC");
-    EXPECT_EQ(shown.component, "Driver Manager");
     EXPECT_NE(shown.description.find("not found"), std::string::npos) << shown.description;
     EXPECT_EQ(shown.caption, "Fehler beim ODBC-Datenbankzugriff");
 
@@ -74,13 +109,28 @@ TEST(DriverQueries, NullConnection) {
     EXPECT_EQ(untouched.data()[0], 'x');
 }
 
-class ConnectionTest : public DataSourceTest {};
+class ConnectionTest : public DataSourceTest {
+protected:
+    // A statement; with `failed`, one with a real error on it.
+    SQLHSTMT Statement(bool failed) {
+        SQLHSTMT stmt = nullptr;
+        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
+        statements_.push_back(stmt);
+        if (failed) EXPECT_EQ(SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS), SQL_ERROR);
+        return stmt;
+    }
+    void TearDown() override {
+        for (SQLHSTMT stmt : statements_) SQLFreeHandle(SQL_HANDLE_STMT, stmt);
+        DataSourceTest::TearDown();
+    }
+    static constexpr const char *kBadStatement = "SELECT * FROM kodbc_no_such_table";
+    std::vector<SQLHSTMT> statements_;
+};
 
 // The fixture connected with empty user and password fields: the server
 // data sources carry their login in the data source, which empty strings
 // passed to the driver would override.
 TEST_P(ConnectionTest, EmptyLoginConnectsAndDriverQueriesMatchTheDbms) {
-    EXPECT_NE(hdbc_, nullptr);
     std::string dbms = DbmsName();
     char quote = Kodbc_GetDelimiter(hdbc_);
     if (dbms == "SQLite") {
@@ -101,6 +151,55 @@ TEST_P(ConnectionTest, EmptyLoginConnectsAndDriverQueriesMatchTheDbms) {
         EXPECT_EQ(Guarded(size, [&](char *out, int n) { Kodbc_GetDataSourceName(hdbc_, out, n); }),
                   GetParam().substr(0, static_cast<std::size_t>(size) - 1));
     EXPECT_EQ(Guarded(3, [&](char *out, int n) { Kodbc_GetDriverVersion(hdbc_, out, n); }).size(), 2u);
+}
+
+TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecord) {
+    SQLHSTMT stmt = Statement(true);
+    GuardedBuffer state(16);
+    EXPECT_EQ(Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state.data(), state.size()), 5);
+    const std::string code = state.text();
+    EXPECT_EQ(Guarded(3, [&](char *out, int n) { Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, out, n); }),
+              code.substr(0, 2));
+
+    // The list's tokens keep their blanks; the state compares without case.
+    std::string lower = code;
+    for (char &c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const std::pair<std::string, int> lists[] = {{code, 1},           {"22001," + lower, 1}, {"22001, " + code, 0},
+                                                 {" " + code, 0},     {"22001,01004", 0},    {"NOINFO", 0}};
+    for (const auto &[list, tolerated] : lists)
+        EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, stmt, list.c_str(), SQL_ERROR), tolerated) << list;
+
+    // Reading the state must not consume the record: the display still finds it.
+    EXPECT_EQ(Kodbc_DisplayErrorHstmt(stmt, kBadStatement), 1);
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    const auto &shown = messages_.entries()[0];
+    EXPECT_EQ(shown.sqlState, code);
+    EXPECT_EQ(shown.statement, kBadStatement);
+    EXPECT_FALSE(shown.hasHint);
+    std::string all = shown.vendor + shown.component + shown.dataSource + shown.description;
+    EXPECT_NE(all.find("kodbc_no_such_table"), std::string::npos) << all;
+
+    messages_.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(OdbcEh_HandleErrorHstmt(nullptr, stmt, nullptr), 2);
+    EXPECT_EQ(messages_.entries().back().statement, "");
+}
+
+TEST_P(ConnectionTest, WarningsAreShownOnlyWithTheDumpBitAndNothingShowsNothing) {
+    SQLHSTMT clean = Statement(false);
+    EXPECT_EQ(Kodbc_DisplayErrorHstmt(clean, "SELECT 1"), 1);
+    EXPECT_EQ(Kodbc_DisplayErrorHdbc(nullptr), 1);
+    char state[8] = "xxxxxxx";
+    Kodbc_GetErrorCode(KODBC_HANDLE_STMT, clean, state, sizeof state);
+    EXPECT_STREQ(state, "");
+
+    SQLHSTMT stmt = Statement(true);
+    SetDumpState(0);
+    EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 1);
+    EXPECT_TRUE(messages_.entries().empty());
+    SetDumpState(KORVEL_DUMP_WARNINGS);
+    messages_.set_answer(KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 2);
+    EXPECT_EQ(messages_.entries().size(), 1u);
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(ConnectionTest);
@@ -128,11 +227,15 @@ TEST_F(RegistryRecords, DataSourceRoundTripDefaultsAndUserBeforeMachine) {
     Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", nullptr);  // no-op
     Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", nullptr, nullptr);
 
-    // Missing values take the defaults field by field, else an empty text.
+    // Missing values take the defaults field by field, else an empty text,
+    // from one root as from the user's and the machine's.
     const DataSourceRecord defaults = Source("Standard", "gast");
     for (const DataSourceRecord *def : {&defaults, static_cast<const DataSourceRecord *>(nullptr)}) {
         std::memset(&read, 'x', sizeof read);
         Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Nowhere", def, &read);
+        EXPECT_EQ(fields(), def ? "Standard|gast|" : "||");
+        std::memset(&read, 'x', sizeof read);
+        Kodbc_ReadDataSourceFromHKCUorHKLM(kKey, "Nowhere", def, &read);
         EXPECT_EQ(fields(), def ? "Standard|gast|" : "||");
     }
 
