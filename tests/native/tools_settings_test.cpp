@@ -1,21 +1,26 @@
-// The SQL performer's recent list: what adding keeps, what the settings
-// store holds afterwards, and what loading reads back.
+// What the tools keep in the settings store: the SQL performer's recent
+// list (what adding keeps, what the store holds afterwards, what loading
+// reads back) and the data-source picker's memory (one user per data source
+// in its own section, cut to the record's field, never the password, and
+// the entry it opens on).
 #include "test_support.h"
 #include "tools/recent_statements.h"
+#include "tools/remembered_user.h"
 
 #include <korvel/korvel32.h>
 
 #include <cstdio>
+#include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
-namespace kodbc::test {
+namespace kodbc::tools {
 namespace {
 
-using tools::RecentStatements;
 using Lines = std::vector<std::string>;
 
-class RecentStatementsTest : public PrivateRegistryTest {
+class ToolSettingsTest : public test::PrivateRegistryTest {
 protected:
     static std::string Read(const char *section, const char *name) {
         char value[1100];
@@ -23,22 +28,22 @@ protected:
         return value;
     }
     static void Write(const char *name, const char *value) {
-        Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, tools::kRecentSection, name, value);
+        Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, kRecentSection, name, value);
     }
     // "Total", then E001, E002, ... up to the first missing one.
     static Lines Stored() {
-        Lines stored{Read(tools::kRecentSection, "Total")};
+        Lines stored{Read(kRecentSection, "Total")};
         for (int i = 1;; ++i) {
             char name[16];
             std::snprintf(name, sizeof name, "E%03d", i);
-            const std::string value = Read(tools::kRecentSection, name);
+            const std::string value = Read(kRecentSection, name);
             if (value == "-") return stored;
             stored.push_back(value);
         }
     }
 };
 
-TEST_F(RecentStatementsTest, AddingKeepsNewestFirstWithoutDuplicatesAndSurvivesTheStore) {
+TEST_F(ToolSettingsTest, AddingKeepsNewestFirstWithoutDuplicatesAndSurvivesTheStore) {
     Lines many, newest;
     for (int i = 1; i <= 21; ++i) many.push_back("SELECT " + std::to_string(i));
     for (int i = 21; i >= 2; --i) newest.push_back("SELECT " + std::to_string(i));
@@ -71,7 +76,7 @@ TEST_F(RecentStatementsTest, AddingKeepsNewestFirstWithoutDuplicatesAndSurvivesT
     }
 }
 
-TEST_F(RecentStatementsTest, ClearingLeavesTotalZeroAndNoEntries) {
+TEST_F(ToolSettingsTest, ClearingLeavesTotalZeroAndNoEntries) {
     RecentStatements list;
     for (const char *statement : {"A", "B", "C"}) list.Add(statement);
     ASSERT_TRUE(list.Save());
@@ -86,7 +91,7 @@ TEST_F(RecentStatementsTest, ClearingLeavesTotalZeroAndNoEntries) {
     EXPECT_EQ(Read("SqlPerformer\\RecentX", "E001"), "kept");
 }
 
-TEST_F(RecentStatementsTest, LoadSkipsBlankEntriesAndReadsNothingWithoutTotal) {
+TEST_F(ToolSettingsTest, LoadSkipsBlankEntriesAndReadsNothingWithoutTotal) {
     Write("E001", "A");
     RecentStatements list;
     list.Load();
@@ -94,10 +99,39 @@ TEST_F(RecentStatementsTest, LoadSkipsBlankEntriesAndReadsNothingWithoutTotal) {
 
     for (const auto &[name, value] : {std::pair{"E002", "  \t"}, {"E003", ""}, {"E004", "D"}, {"E005", "beyond"}})
         Write(name, value);
-    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, tools::kRecentSection, "Total", 4);
+    Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, kRecentSection, "Total", 4);
     list.Load();
     EXPECT_EQ(list.entries(), (Lines{"A", "D"}));
 }
 
+TEST_F(ToolSettingsTest, OneUserPerDataSourceInTheDialogsSectionNoPassword) {
+    EXPECT_EQ(RememberedUser("kodbc_sqlite"), "");
+    DataSourceRecord chosen{};
+    std::strcpy(chosen.DataSourceName, "kodbc_sqlite");
+    std::strcpy(chosen.UserId, "anna");
+    std::strcpy(chosen.Password, "geheim-123");
+    ASSERT_TRUE(RememberChoice(chosen));
+    ASSERT_TRUE(RememberUser("kodbc_pg", std::string(60, 'u').c_str()));
+    EXPECT_FALSE(RememberUser("", "anna"));
+
+    EXPECT_EQ(Read("DataSourceDialog", "kodbc_sqlite"), "anna");
+    EXPECT_EQ(RememberedUser("kodbc_sqlite"), "anna");
+    EXPECT_EQ(RememberedUser("kodbc_pg"), std::string(49, 'u')) << "a record holds 49 characters of a user";
+    EXPECT_EQ(RememberedUser(nullptr), "");
+    for (const auto &entry : std::filesystem::recursive_directory_iterator(dir_))
+        EXPECT_EQ(test::ReadFile(entry.path()).find("geheim-123"), std::string::npos) << entry.path();
+}
+
+TEST(PickerStartEntry, OnlyTheVeryNameCounts) {
+    const std::vector<std::string> entries = {"kodbc_sqlite", "Kodbc_PG", "kodbc_pg"};
+    const struct {
+        const char *name;
+        int index;
+    } cases[] = {{"kodbc_pg", 2}, {"KODBC_SQLITE", -1}, {"kodbc", -1}, {"", -1}, {nullptr, -1}};
+    for (const auto &c : cases)
+        EXPECT_EQ(FindExactEntry(entries, c.name), c.index) << (c.name ? c.name : "(null)");
+    EXPECT_EQ(FindExactEntry({}, "kodbc_pg"), -1);
+}
+
 } // namespace
-} // namespace kodbc::test
+} // namespace kodbc::tools
