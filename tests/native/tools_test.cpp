@@ -38,7 +38,7 @@ TEST(DriverInfoDelimiter, QuoteShownAsTextDecimalAndHex) {
 
 class CatalogTextTest : public test::DataSourceTest {};
 
-TEST_P(CatalogTextTest, DriverInformationHasSevenFieldsInOrder) {
+TEST_P(CatalogTextTest, DriverInformationAndColumnDescriptions) {
     char text[4096];
     ASSERT_EQ(Kodbc_GetDriverInformation(hdbc_, text, sizeof text), KODBC_SUCCESS);
     std::vector<std::string> lines = test::Split(text, "\n");
@@ -50,19 +50,17 @@ TEST_P(CatalogTextTest, DriverInformationHasSevenFieldsInOrder) {
     EXPECT_EQ(lines[1], "Datenbank-System\t" + DbmsName());
     EXPECT_EQ(lines[6], "Delimiter f\xc3\xbcr Namen\t" + DelimiterLine(IdentifierQuote().c_str()));
     EXPECT_EQ(Kodbc_GetDriverInformation(nullptr, text, sizeof text), KODBC_FAILURE);
-}
 
-TEST_P(CatalogTextTest, ColumnDescriptionsShowTypeLengthNullAndDefault) {
+    // Type, length, null and default of each column.
     OwnTables({"cat_text"});
     Exec("CREATE TABLE cat_text (nr INTEGER NOT NULL, name VARCHAR(30) DEFAULT 'x', am DATE)");
-    char text[4096];
     ASSERT_EQ(Kodbc_GetColumnDescriptions(hdbc_, "cat_text", text, sizeof text), KODBC_SUCCESS);
-    std::vector<std::string> lines = test::Split(text, "\n");
+    lines = test::Split(text, "\n");
     ASSERT_EQ(lines.size(), 3u) << text;
     EXPECT_EQ(lines[0].substr(0, 11), "nr\tGanzzahl");
     EXPECT_NE(lines[0].find("\tNein\t"), std::string::npos) << lines[0];
     EXPECT_EQ(lines[1].substr(0, 21), "name\tVarText (30)\tJa\t") << lines[1];
-    EXPECT_NE(lines[1].find("x"), std::string::npos) << "default missing: " << lines[1];
+    EXPECT_NE(lines[1].find("x", 21), std::string::npos) << "default missing: " << lines[1];
     EXPECT_EQ(lines[2].substr(0, 13), "am\tDatum/Zeit") << lines[2];
     // A buffer that holds only part of the list is cut, never overrun.
     EXPECT_EQ(test::Guarded(10, [&](char *out, int size) { Kodbc_GetColumnDescriptions(hdbc_, "cat_text", out, size); }),
@@ -94,7 +92,7 @@ protected:
     }
 };
 
-TEST_F(ToolSettingsTest, AddingKeepsNewestFirstWithoutDuplicatesAndSurvivesTheStore) {
+TEST_F(ToolSettingsTest, AddingKeepsNewestFirstWithoutDuplicatesSurvivesTheStoreAndClears) {
     Lines many, newest;
     for (int i = 1; i <= 21; ++i) many.push_back("SELECT " + std::to_string(i));
     for (int i = 21; i >= 2; --i) newest.push_back("SELECT " + std::to_string(i));
@@ -125,16 +123,12 @@ TEST_F(ToolSettingsTest, AddingKeepsNewestFirstWithoutDuplicatesAndSurvivesTheSt
         loaded.Load();
         EXPECT_EQ(loaded.entries(), c.expected);
     }
-}
 
-TEST_F(ToolSettingsTest, ClearingLeavesTotalZeroAndNoEntries) {
-    RecentStatements list;
-    for (const char *statement : {"A", "B", "C"}) list.Add(statement);
-    ASSERT_TRUE(list.Save());
-    // The whole key goes, subkeys included; a neighbour whose name starts the same stays.
+    // Clearing leaves Total 0 and takes the whole key, subkeys included; a
+    // neighbour whose name starts the same stays.
     Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\Recent\\Sub", "V", "gone");
     Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "SqlPerformer\\RecentX", "E001", "kept");
-
+    RecentStatements list;
     list.Clear();
     ASSERT_TRUE(list.Save());
     EXPECT_EQ(Stored(), Lines{"0"});
