@@ -27,23 +27,29 @@ protected:
     ScopedLocale utf8_;
 };
 
-// Exact texts, one or two of each kind (prefixes, double blanks, line
-// breaks, umlauts, the spellings the applications have always shown),
-// written out independently of the resource source, byte for byte.
+// Exact texts (prefixes, double blanks, line breaks, umlauts, the spellings
+// the applications have always shown), written out independently of the
+// resource source, byte for byte; texts other tests read whole are left out.
 TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
     const struct {
         int id;
         const char *text;
     } samples[] = {
+        {msg::TABLE_DROPPED, "Die Tabelle wurde gelöscht"},
+        {436, "Der SQL-Befehl wurde fehlerfrei ausgeführt"},
+        {1600, "s Speichermangel"},
         {1606, "! Eventuell ist die Datenbank schreibgeschützt oder hat keinen Primärindex."},
         {1613, "s Fehler beim ODBC-Datenbankzugriff.\n\nFehlerschlüssel %s\n\n%s\n\n%s"},
         {1616, "s Es existiert bereits eine gleichnamige Tabelle oder Abfrage in dieser Datenquelle. "},
+        {1618, "s Es wurde eine unerwartete schließende Klammer gefunden.\n\n%s"},
+        {1637, "s Die Datei  %s  befindet sich bereits im Zugriff."},
         {1654, "s Alle Tabellen außer der ersten müssen Verknüfungen mit anderen Tabellen sein."},
         {1703, "?YNC Sie sind im Begriff, ein Feld aus einer Tabelle zu löschen. Dabei geht der dieses "
                "Feldes in allen Datensätzen der Tabelle unwiederbringlich verloren.\n\nWollen Sie das "
                "Feld  '%s'  wirklich löschen?"},
         {1704, "?YN Soll der Primärschlüssel der Tabelle wirklich gelöscht werden?"},
         {1805, "Selektionsmasken (*.sms)|*.sms|"},
+        {1909, "ist größer oder gleich dem Inhalt von Feld"},
         {1973, "Spaltenname|130\tDatentyp|100\tLeer erlaubt|70|C\tVorbesetzung|130\tKommentar|300"},
         {2163, "Es werden insgesamt  %ld  Datensätze aus der Tabelle gelöscht.\n\nDrücken Sie auf "
                "'Fertigstellen' um die Datensätze endgültig zu löschen."},
