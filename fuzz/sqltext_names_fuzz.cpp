@@ -30,11 +30,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
             Check(before == b.data);
         }
     }
-    {   // Bracket list into a separate buffer.
-        Buffer out(size);
-        PrepareBracketNameList(name.c_str(), separator, out.data, out.size, flags);
-        Check(out.terminated());
-    }
     {   // SQL-92 style: into another buffer and in place give the same text.
         Buffer apart(size), inPlace(size, name);
         Check(PrepareSql92Name(quote, name.c_str(), apart.data, apart.size));
@@ -46,11 +41,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
         if (size > 0 && IsPlainSqlIdentifier(name) && name.size() < 200 && name.size() < static_cast<std::size_t>(size))
             Check(name == apart.data);
     }
-    {   // SQL-92 list in place, and whole-name quoting.
-        Buffer list(size, name), whole(size, name);
+    {   // Both list styles, and whole-name quoting.
+        Buffer out(size), list(size, name), whole(size, name);
+        PrepareBracketNameList(name.c_str(), separator, out.data, out.size, flags);
         Check(PrepareSql92NameList(quote, list.data, list.size, separator, (bytes[1] & 0x20) ? '\0' : ';'));
         QuoteIfNotPlain(quote, whole.data, whole.size);
-        Check(list.terminated() && whole.terminated());
+        Check(out.terminated() && list.terminated() && whole.terminated());
     }
     {   // Stripping only shortens.
         std::string copy = name;
