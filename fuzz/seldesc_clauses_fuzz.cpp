@@ -1,7 +1,5 @@
-// Fuzzes the WHERE and SET generators over arbitrary descriptor text into
-// heap buffers of exactly the stated size, and checks what holds for every
-// descriptor: nothing past the size, a terminated text, at most one quote
-// text query per call, and a WHERE clause that is empty or opens a group.
+// Fuzzes the WHERE and SET generators over any descriptor text, each into
+// a heap buffer of exactly the stated size.
 //
 // Input: bytes 0-1 the WHERE size (0 to 4095), bytes 2-3 the SET size,
 // byte 4 picks the quote text, bytes 5-8 the pattern characters (0xff: the

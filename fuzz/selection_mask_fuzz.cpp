@@ -1,8 +1,5 @@
-// Fuzzes the selection-mask reader over any file and what the loaded
-// descriptor goes through next: a file that is refused leaves the
-// descriptor alone, one that is taken holds the magic and ends up in the
-// descriptor byte for byte, the writer's bytes read back to what was
-// written, and the lines split within bounds. (What any descriptor turns
+// Fuzzes the selection-mask reader over any file, the writer's bytes read
+// back and the loaded descriptor's line split. (What any descriptor turns
 // into as a WHERE clause is the seldesc_clauses fuzzer's business.)
 //
 // Input: the file.
@@ -18,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const std::string_view bytes(reinterpret_cast<const char *>(data), size);
     constexpr std::string_view kUntouched = "\x01untouched";
     std::string descriptor(kUntouched);
+    // Taken only behind the magic, then byte for byte; refused, untouched.
     const bool taken = select::ParseSelectionMask(bytes, descriptor);
     Check(taken == (size >= 10 && std::memcmp(data, "KORVEL-SMS", 10) == 0));
     if (!taken) {

@@ -1,6 +1,5 @@
 // Fuzzes the statement formatter into a heap buffer of exactly the stated
-// size, and checks the rules that hold for every template: nothing past the
-// size, at most size-2 characters, at most one quote-text query.
+// size: at most size-2 characters, at most one quote-text query.
 //
 // Input: bytes 0-1 the buffer size (0 to 1023), byte 2 picks the quote
 // text; the rest, split at zero bytes, is the template and up to eight
