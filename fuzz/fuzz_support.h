@@ -4,6 +4,8 @@
 // identifier quote query that counts its calls.
 #pragma once
 
+#include "sqltext/sql_names.h"
+
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -65,16 +67,21 @@ struct MemoryFile {
     std::FILE *file;
 };
 
-// The quote text a driver would report; `calls` tells how often it was asked.
+// The quote text a driver would report, asked for lazily through `quote`;
+// `calls` tells how often it was asked.
 struct QuoteQuery {
-    const char *text;
-    int calls = 0;
+    explicit QuoteQuery(const char *text) : text(text), quote(kodbc::sqltext::QuoteText::Lazy(&Run, this)) {}
+    QuoteQuery(const QuoteQuery &) = delete;
+    QuoteQuery &operator=(const QuoteQuery &) = delete;
     static bool Run(void *self, char *buffer, int size) {
         auto *q = static_cast<QuoteQuery *>(self);
         ++q->calls;
         std::strncpy(buffer, q->text, static_cast<std::size_t>(size));
         return q->text[0] != '\0';
     }
+    const char *text;
+    int calls = 0;
+    kodbc::sqltext::QuoteText quote;
 };
 
 } // namespace fuzz

@@ -7,6 +7,7 @@
 
 #include "transfer/import_selection_files.h"
 
+#include <algorithm>
 #include <set>
 
 using fuzz::Check;
@@ -14,7 +15,9 @@ using namespace kodbc::transfer;
 
 namespace {
 
-void CheckUnique(const ImportFieldList &fields) {
+// A header gives fields, each with a unique name of its own.
+void CheckFields(const ImportFieldList &fields) {
+    Check(!fields.empty());
     std::set<std::string> names;
     for (const ImportField &field : fields) {
         Check(!field.targetName.empty() && names.insert(field.targetName).second);
@@ -26,8 +29,7 @@ void CheckUnique(const ImportFieldList &fields) {
 void Sdi(LineReader &reader) {
     ImportFieldList fields;
     if (!ReadSdiHeader(reader, fields)) return;
-    Check(!fields.empty());
-    CheckUnique(fields);
+    CheckFields(fields);
     for (const ImportField &field : fields)
         Check(field.targetType == KODBC_TYPE_VAR_TEXT || field.targetType == KODBC_TYPE_INTEGER ||
               field.targetType == KODBC_TYPE_FLOAT || field.targetType == KODBC_TYPE_DATETIME);
@@ -55,12 +57,10 @@ void Sdi(LineReader &reader) {
         for (std::size_t i = 0; i < count && i < fileFields; ++i)
             if (!values[i].empty()) fields[i].value = values[i];
         ConvertContacts(fields, conversion);
-        for (std::size_t i = fileFields; i < fields.size(); ++i) {
-            if (!fields[i].value) continue;
-            bool fromFile = false;
-            for (std::size_t j = 0; j < fileFields; ++j) fromFile = fromFile || fields[j].value == fields[i].value;
-            Check(fromFile);
-        }
+        // A contact field's value is one of the file's.
+        for (auto added = fields.begin() + fileFields; added != fields.end(); ++added)
+            Check(!added->value || std::any_of(fields.begin(), fields.begin() + fileFields,
+                                               [&](const ImportField &field) { return field.value == added->value; }));
     }
 }
 
@@ -68,8 +68,7 @@ void Sel(LineReader &reader) {
     ImportFieldList fields;
     long records = 0;
     if (!ReadSelHeader(reader, fields, records)) return;
-    Check(!fields.empty());
-    CheckUnique(fields);
+    CheckFields(fields);
     std::vector<std::string> values;
     while (ReadSelRecord(reader, fields.size(), values)) {
         Check(values.size() == fields.size());

@@ -6,8 +6,6 @@
 // the rest (up to a zero byte) is the name or list.
 #include "fuzz_support.h"
 
-#include "sqltext/sql_names.h"
-
 using namespace kodbc::sqltext;
 using fuzz::Buffer;
 using fuzz::Check;
@@ -15,53 +13,40 @@ using fuzz::Check;
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t length) {
     if (length < 2) return 0;
     const int size = bytes[0];
-    const int selector = bytes[1];
     const std::string name = fuzz::Pieces(bytes, length, 2, 1)[0];
-    const char *quoteText = fuzz::kQuotes[selector & 7];
-    const int flags = (selector >> 3) & 1;
-    const char separator = (selector & 0x10) ? '\t' : ',';
-    const char joiner = (selector & 0x20) ? '\0' : ';';
+    const char *quoteText = fuzz::kQuotes[bytes[1] & 7];
+    const int flags = (bytes[1] >> 3) & 1;
+    const char separator = (bytes[1] & 0x10) ? '\t' : ',';
+    QuoteText quote = QuoteText::Fixed(quoteText);
 
     {   // Bracket style in place; brackets come off again for simple names.
         Buffer b(size, name);
-        std::string before(size > 0 ? b.data : "");
+        const std::string before(size > 0 ? b.data : "");
         PrepareBracketName(b.data, b.size, flags);
         Check(b.terminated());
-        bool simple = !before.empty() && before.size() <= 97 && before.find_first_of(".[]") == std::string::npos &&
-                      !IsBlank(before) && before != "*" && static_cast<int>(before.size()) + 2 < size;
-        if (simple && flags == 0) {
+        if (flags == 0 && !before.empty() && before.size() <= 97 && before.find_first_of(".[]") == std::string::npos &&
+            !IsBlank(before) && before != "*" && static_cast<int>(before.size()) + 2 < size) {
             StripDelimiters(b.data, '[', ']');
             Check(before == b.data);
         }
     }
-    {   // Bracket list into a separate buffer.
-        Buffer out(size);
-        PrepareBracketNameList(name.c_str(), separator, out.data, out.size, flags);
-        Check(out.terminated());
-    }
     {   // SQL-92 style: into another buffer and in place give the same text.
         Buffer apart(size), inPlace(size, name);
-        QuoteText q1 = QuoteText::Fixed(quoteText), q2 = QuoteText::Fixed(quoteText);
-        Check(PrepareSql92Name(q1, name.c_str(), apart.data, apart.size));
-        std::string loaded(size > 0 ? inPlace.data : "");
-        Check(PrepareSql92Name(q2, inPlace.data, inPlace.data, inPlace.size));
+        Check(PrepareSql92Name(quote, name.c_str(), apart.data, apart.size));
+        const bool whole = size > 0 && inPlace.data == name;
+        Check(PrepareSql92Name(quote, inPlace.data, inPlace.data, inPlace.size));
         Check(apart.terminated() && inPlace.terminated());
-        if (size > 0 && loaded == name) Check(std::strcmp(apart.data, inPlace.data) == 0);
+        if (whole) Check(std::strcmp(apart.data, inPlace.data) == 0);
         // A plain identifier that fits needs no quoting.
         if (size > 0 && IsPlainSqlIdentifier(name) && name.size() < 200 && name.size() < static_cast<std::size_t>(size))
             Check(name == apart.data);
     }
-    {   // SQL-92 list in place.
-        Buffer list(size, name);
-        QuoteText q = QuoteText::Fixed(quoteText);
-        Check(PrepareSql92NameList(q, list.data, list.size, separator, joiner));
-        Check(list.terminated());
-    }
-    {   // Whole-name quoting never runs past the size.
-        Buffer b(size, name);
-        QuoteText q = QuoteText::Fixed(quoteText);
-        QuoteIfNotPlain(q, b.data, b.size);
-        Check(b.terminated());
+    {   // Both list styles, and whole-name quoting.
+        Buffer out(size), list(size, name), whole(size, name);
+        PrepareBracketNameList(name.c_str(), separator, out.data, out.size, flags);
+        Check(PrepareSql92NameList(quote, list.data, list.size, separator, (bytes[1] & 0x20) ? '\0' : ';'));
+        QuoteIfNotPlain(quote, whole.data, whole.size);
+        Check(out.terminated() && list.terminated() && whole.terminated());
     }
     {   // Stripping only shortens.
         std::string copy = name;
