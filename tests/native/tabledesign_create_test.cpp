@@ -34,6 +34,33 @@ TEST(CreateTableStructure, ChoicesFollowTheDatabase) {
     }
 }
 
+// Without a connection names are not quoted: the statements as they are.
+TEST(CreateTableStructure, StatementsOfOtherDatabases) {
+    const std::string t = "kodbc_ct";
+    const struct {
+        int databaseType, kind, refusal;
+        std::vector<std::string> statements;
+    } cases[] = {
+        {KODBC_DBTYPE_MYSQL, kAutoIncrementTable, 0,
+         {"CREATE TABLE " + t + " (Id INTEGER NOT NULL AUTO_INCREMENT PRIMARY KEY)"}},
+        {KODBC_DBTYPE_MYSQL, kCopiedStructure, 1642, {}},
+        {KODBC_DBTYPE_ACCESS, kAddressTable, 0,
+         {"CREATE TABLE " + t +
+              " (Name VARCHAR (255), Vorname VARCHAR (255), Strasse VARCHAR (255), Plz VARCHAR (20), Ort VARCHAR (255))",
+          "ALTER TABLE " + t + " ADD Id AUTOINCREMENT"}},
+        {KODBC_DBTYPE_SQLSERVER, kCopiedStructure, 0, {"SELECT * INTO " + t + " FROM quelle WHERE 3=5"}},
+        {KODBC_DBTYPE_EXCEL, kAutoIncrementTable, 1642, {}},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.databaseType << "/" << c.kind);
+        const CreateTablePlan plan = PlanCreateTable(nullptr, CapabilitiesOf(c.databaseType), c.kind, t.c_str(), "quelle");
+        EXPECT_EQ(plan.refusal, c.refusal);
+        std::vector<std::string> texts;
+        for (const CreateTableStatement &statement : plan.statements) texts.push_back(statement.text);
+        EXPECT_EQ(texts, c.statements);
+    }
+}
+
 class CreateTable : public DataSourceTest {
 protected:
     std::string Fields(const std::string &table) {
@@ -98,32 +125,6 @@ TEST_P(CreateTable, EachStructureAsTheDatabaseAllows) {
     if (autoIncrement) expected += ",Id";
     EXPECT_EQ(Fields("kodbc_ct_address"), expected);
     EXPECT_TRUE(messages_.entries().empty());
-}
-
-TEST_P(CreateTable, StatementsOfOtherDatabases) {
-    const std::string t = "kodbc_ct";  // a plain name stays unquoted
-    const struct {
-        int databaseType, kind, refusal;
-        std::vector<std::string> statements;
-    } cases[] = {
-        {KODBC_DBTYPE_MYSQL, kAutoIncrementTable, 0,
-         {"CREATE TABLE " + t + " (Id INTEGER NOT NULL AUTO_INCREMENT PRIMARY KEY)"}},
-        {KODBC_DBTYPE_MYSQL, kCopiedStructure, 1642, {}},
-        {KODBC_DBTYPE_ACCESS, kAddressTable, 0,
-         {"CREATE TABLE " + t +
-              " (Name VARCHAR (255), Vorname VARCHAR (255), Strasse VARCHAR (255), Plz VARCHAR (20), Ort VARCHAR (255))",
-          "ALTER TABLE " + t + " ADD Id AUTOINCREMENT"}},
-        {KODBC_DBTYPE_SQLSERVER, kCopiedStructure, 0, {"SELECT * INTO " + t + " FROM quelle WHERE 3=5"}},
-        {KODBC_DBTYPE_EXCEL, kAutoIncrementTable, 1642, {}},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(testing::Message() << c.databaseType << "/" << c.kind);
-        const CreateTablePlan plan = PlanCreateTable(hdbc_, CapabilitiesOf(c.databaseType), c.kind, t.c_str(), "quelle");
-        EXPECT_EQ(plan.refusal, c.refusal);
-        std::vector<std::string> texts;
-        for (const CreateTableStatement &statement : plan.statements) texts.push_back(statement.text);
-        EXPECT_EQ(texts, c.statements);
-    }
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(CreateTable);

@@ -35,6 +35,10 @@ const auto *const g_environment = ::testing::AddGlobalTestEnvironment(new Privat
 
 constexpr char kGuardByte = static_cast<char>(0xA5);
 
+std::string DropStatement(const std::string &table) {
+    return table.rfind("VIEW ", 0) == 0 ? "DROP " + table : "DROP TABLE " + table;
+}
+
 } // namespace
 
 const std::vector<std::string> &DataSources() {
@@ -77,8 +81,7 @@ int MessageRecorder::Handle(const KodbcMessage *message, void *self) {
 }
 
 std::size_t MessageRecorder::count(int kind) const {
-    return static_cast<std::size_t>(
-        std::count_if(entries_.begin(), entries_.end(), [kind](const Entry &e) { return e.kind == kind; }));
+    return std::count_if(entries_.begin(), entries_.end(), [kind](const Entry &e) { return e.kind == kind; });
 }
 
 bool RunStatement(SQLHDBC hdbc, const std::string &sql, std::string *error) {
@@ -106,12 +109,11 @@ std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool 
     bool executed = SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc, &stmt)) &&
                     SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())),
                                                 SQL_NTS));
-    while (executed && SQL_SUCCEEDED(SQLFetch(stmt))) {
-        // Room for the longest values the tests write (1000 characters of 3 bytes).
-        std::vector<char> buffer(4000, '\0');
+    // Room for the longest values the tests write (1000 characters of 3 bytes).
+    for (char buffer[4000]; executed && SQL_SUCCEEDED(SQLFetch(stmt));) {
         SQLLEN length = 0;
-        SQLGetData(stmt, 1, SQL_C_CHAR, buffer.data(), static_cast<SQLLEN>(buffer.size()), &length);
-        values.emplace_back(buffer.data());
+        if (!SQL_SUCCEEDED(SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length))) buffer[0] = '\0';
+        values.emplace_back(length == SQL_NULL_DATA ? "" : buffer);
     }
     if (stmt) SQLFreeHandle(SQL_HANDLE_STMT, stmt);
     if (ran) *ran = executed;
@@ -129,12 +131,8 @@ void DataSourceTest::SetUp() {
 void DataSourceTest::TearDown() {
     SetDumpState(0);  // a test that switched the gate on may have ended early
     if (hdbc_)
-        for (const std::string &table : owned_) Drop(table);
+        for (const std::string &table : owned_) ExecQuietly(DropStatement(table));
     Kodbc_DisconnectDataSource(&henv_, &hdbc_);
-}
-
-void DataSourceTest::Drop(const std::string &table) {
-    ExecQuietly(table.rfind("VIEW ", 0) == 0 ? "DROP " + table : "DROP TABLE " + table);
 }
 
 void DataSourceTest::Exec(const std::string &sql) {
@@ -145,14 +143,12 @@ void DataSourceTest::Exec(const std::string &sql) {
 void DataSourceTest::ExecQuietly(const std::string &sql) { RunStatement(hdbc_, sql); }
 
 void DataSourceTest::DropTables(std::initializer_list<std::string> tables) {
-    for (const std::string &table : tables) Drop(table);
+    for (const std::string &table : tables) ExecQuietly(DropStatement(table));
 }
 
 void DataSourceTest::OwnTables(std::initializer_list<std::string> tables) {
-    for (const std::string &table : tables) {
-        Drop(table);
-        owned_.push_back(table);
-    }
+    DropTables(tables);
+    owned_.insert(owned_.end(), tables);
 }
 
 std::vector<std::string> DataSourceTest::Column(const std::string &sql) {
@@ -235,9 +231,7 @@ void SetDumpState(long state) {
 
 std::string ReadFile(const std::string &name) {
     std::ifstream in(name, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::vector<std::string> Split(const std::string &text, const std::string &separator) {
