@@ -9,7 +9,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace kodbc::test {
@@ -44,14 +43,8 @@ std::string DropStatement(const std::string &table) {
 const std::vector<std::string> &DataSources() {
     // Parameterised suites are expanded before the environment's SetUp, so
     // the list is read here with the same fallback.
-    static const std::vector<std::string> list = [] {
-        std::vector<std::string> out;
-        const char *dsns = std::getenv("KODBC_TEST_DSNS");
-        std::stringstream in(dsns && *dsns ? dsns : "kodbc_sqlite");
-        for (std::string item; std::getline(in, item, ',');)
-            if (!item.empty()) out.push_back(item);
-        return out;
-    }();
+    static const char *const dsns = std::getenv("KODBC_TEST_DSNS");
+    static const std::vector<std::string> list = Split(dsns && *dsns ? dsns : "kodbc_sqlite", ",");
     return list;
 }
 
