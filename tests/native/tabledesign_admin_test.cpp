@@ -78,7 +78,7 @@ protected:
 
 // The list's rows as the dialog shows them: the library's type name with the
 // driver's length, and the default as the driver words it.
-TEST_P(TableAdminOn, ListRowsShowTypeWithLengthAndTheDriversDefault) {
+TEST_P(TableAdminOn, ListRowsAddAndDropColumns) {
     const std::string dbms = DbmsName();
     const std::vector<std::string> expected =
         dbms == "SQLite"       ? std::vector<std::string>{"id|Ganzzahl (9)|Nein|NULL|", "name|VarText (20)|Ja|x|",
@@ -94,10 +94,8 @@ TEST_P(TableAdminOn, ListRowsShowTypeWithLengthAndTheDriversDefault) {
     for (const AdminColumn &c : columns)
         rows.push_back(c.name + "|" + c.type + "|" + c.nullableText + "|" + c.defaultValue + "|" + c.remark);
     EXPECT_EQ(rows, expected) << dbms;
-}
 
-// A column name with a point is one column, added and dropped as such.
-TEST_P(TableAdminOn, AddAndDropColumns) {
+    // A column name with a point is one column, added and dropped as such.
     EXPECT_FALSE(AddColumn(hdbc_, kTable, "Art.Nr", KODBC_TYPE_VAR_TEXT, 0));
     ASSERT_EQ(messages_.entries().size(), 1u);
     EXPECT_NE(messages_.entries()[0].text.find("Länge"), std::string::npos);

@@ -128,7 +128,7 @@ protected:
     }
 };
 
-TEST_P(CreateTable, ProposedNameIsFreeAndTakenNamesAreRefused) {
+TEST_P(CreateTable, NameProposalChecksAndEachStructureAsTheDatabaseAllows) {
     OwnTables({"Neue_Tabelle", "kodbc_ct_view_base", "VIEW kodbc_ct_view"});
     EXPECT_EQ(ProposeNewTableName(hdbc_), "Neue_Tabelle");
     Exec("CREATE TABLE Neue_Tabelle (a INTEGER)");
@@ -140,9 +140,7 @@ TEST_P(CreateTable, ProposedNameIsFreeAndTakenNamesAreRefused) {
     EXPECT_EQ(CheckNewTableName(hdbc_, "Neue_Tabelle"), 1616);
     EXPECT_EQ(CheckNewTableName(hdbc_, "kodbc_ct_view"), 1616) << "a view's name is taken too";
     EXPECT_EQ(CheckNewTableName(hdbc_, "kodbc_ct_free"), 0);
-}
 
-TEST_P(CreateTable, EachStructureAsTheDatabaseAllows) {
     OwnTables({"kodbc_ct_auto", "kodbc_ct_copy", "kodbc_ct_address", "kodbc_ct_source"});
     Exec("CREATE TABLE kodbc_ct_source (Nummer INTEGER, Titel VARCHAR(30))");
     Exec("INSERT INTO kodbc_ct_source VALUES (1, 'eins')");

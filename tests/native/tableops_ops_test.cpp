@@ -128,7 +128,7 @@ TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
-TEST_P(TableOps, CountsSumsAndMaximaWithAndWithoutCondition) {
+TEST_P(TableOps, CountsSumsAndMaximaAndRefusedByTheDumpEverythingFailsSilently) {
     EXPECT_EQ(Rows("kc_h9_adr"), 3);
     EXPECT_EQ(Rows("kc_h9_empty"), 0);
     for (const auto &[condition, count] : {std::pair{"id > 1", 2}, {"", 3}, {"name = 'Müller'", 1}})
@@ -162,12 +162,11 @@ TEST_P(TableOps, CountsSumsAndMaximaWithAndWithoutCondition) {
     EXPECT_EQ(OdbcErrors(), 1u);
     EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", "betrag", nullptr, nullptr), -1);
     EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", " ", nullptr, &result), -1);
-}
 
-TEST_P(TableOps, RefusedByTheDumpEverythingFailsSilently) {
+    // Refused by the dump, everything fails silently.
+    messages_.clear();
     SetDumpState(KORVEL_DUMP_ASK);
     messages_.set_answer(KODBC_ANSWER_NO);
-    double result = 5;
     EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "kc_h9_adr", 0), 0);
     EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), -1);
     EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
@@ -180,7 +179,7 @@ TEST_P(TableOps, RefusedByTheDumpEverythingFailsSilently) {
     EXPECT_EQ(Rows("kc_h9_adr"), 3);
 }
 
-TEST_P(TableOps, FieldExistenceAndTheFirstAutoIncrementField) {
+TEST_P(TableOps, FieldExistenceTheFirstAutoIncrementFieldAndRowSetCount) {
     // The column existence test's own rules are proven with the execution functions.
     EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "BETRAG"), 1);
 
@@ -197,9 +196,8 @@ TEST_P(TableOps, FieldExistenceAndTheFirstAutoIncrementField) {
     EXPECT_EQ(firstAuto("kc_h9_missing", 20, KODBC_FAILURE), "");
     EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", nullptr, 20), KODBC_FAILURE);
     EXPECT_TRUE(messages_.entries().empty());
-}
 
-TEST_P(TableOps, RowSetCountRewritesTheColumnListAndDropsTheSortOrder) {
+    // The row-set count rewrites the column list and drops the sort order.
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT name, betrag FROM kc_h9_adr WHERE id > 1 ORDER BY name DESC"), 2);
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "select * from kc_h9_adr order by id"), 3);
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_empty"), 0);
