@@ -103,6 +103,7 @@ TEST_P(SysTable, DeleteByAnEmptyValueOneItemOrAllItemsOfObjectAndType) {
     EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form1", "FORM", "Top"), KODBC_SUCCESS);
     EXPECT_EQ(Read("Form1", "FORM", "Top"), "default");
     EXPECT_EQ(Read("Form1", "FORM", "Left"), "1");
+    EXPECT_EQ(Rows(), 4);  // the blank value is no row
     EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form1", "FORM", "NoSuchItem"), KODBC_SUCCESS);
     EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form1", "FORM", ""), KODBC_SUCCESS);
     EXPECT_EQ(Rows(), 2);
