@@ -1,5 +1,7 @@
 #include "test_support.h"
 
+#include "internal/odbc_handles.h"
+
 #include <korvel/korvel32.h>
 
 #include <algorithm>
@@ -33,6 +35,8 @@ struct PrivateEnvironment : ::testing::Environment {
 const auto *const g_environment = ::testing::AddGlobalTestEnvironment(new PrivateEnvironment);
 
 constexpr char kGuardByte = static_cast<char>(0xA5);
+
+SQLCHAR *Sql(const std::string &sql) { return reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())); }
 
 std::string DropStatement(const std::string &table) {
     return table.rfind("VIEW ", 0) == 0 ? "DROP " + table : "DROP TABLE " + table;
@@ -78,37 +82,29 @@ std::size_t MessageRecorder::count(int kind) const {
 }
 
 bool RunStatement(SQLHDBC hdbc, const std::string &sql, std::string *error) {
-    SQLHSTMT stmt = nullptr;
-    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc, &stmt))) {
-        if (error) *error = "no statement handle";
-        return false;
-    }
-    SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS);
-    const bool ran = SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA;
-    if (!ran && error) {
+    odbc::Statement stmt(hdbc);
+    const SQLRETURN rc = stmt.ok() ? SQLExecDirect(stmt, Sql(sql), SQL_NTS) : SQL_ERROR;
+    if (SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA) return true;
+    if (error) {
         SQLCHAR state[6] = {}, text[1000] = {};
         SQLINTEGER native = 0;
         SQLSMALLINT len = 0;
         SQLGetDiagRec(SQL_HANDLE_STMT, stmt, 1, state, &native, text, sizeof text, &len);
         *error = std::string(reinterpret_cast<char *>(state)) + " " + reinterpret_cast<char *>(text);
     }
-    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-    return ran;
+    return false;
 }
 
 std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool *ran) {
     std::vector<std::string> values;
-    SQLHSTMT stmt = nullptr;
-    bool executed = SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc, &stmt)) &&
-                    SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())),
-                                                SQL_NTS));
+    odbc::Statement stmt(hdbc);
+    const bool executed = stmt.ok() && SQL_SUCCEEDED(SQLExecDirect(stmt, Sql(sql), SQL_NTS));
     // Room for the longest values the tests write (1000 characters of 3 bytes).
     for (char buffer[4000]; executed && SQL_SUCCEEDED(SQLFetch(stmt));) {
         SQLLEN length = 0;
         if (!SQL_SUCCEEDED(SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length))) buffer[0] = '\0';
         values.emplace_back(length == SQL_NULL_DATA ? "" : buffer);
     }
-    if (stmt) SQLFreeHandle(SQL_HANDLE_STMT, stmt);
     if (ran) *ran = executed;
     return values;
 }
