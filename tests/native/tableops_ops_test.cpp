@@ -129,8 +129,6 @@ TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
 }
 
 TEST_P(TableOps, CountsSumsAndMaximaAndRefusedByTheDumpEverythingFailsSilently) {
-    EXPECT_EQ(Rows("kc_h9_adr"), 3);
-    EXPECT_EQ(Rows("kc_h9_empty"), 0);
     for (const auto &[condition, count] : {std::pair{"id > 1", 2}, {"", 3}, {"name = 'Müller'", 1}})
         EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", condition, 0), count) << condition;
     EXPECT_TRUE(messages_.entries().empty());
