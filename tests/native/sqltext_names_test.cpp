@@ -215,13 +215,15 @@ TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
     ParseSchemaAndTable("a.b", true, schema.data(), 1, table.data(), table.size());
     EXPECT_EQ(schema.text(), "keep");
 
-    // The name may live in either output buffer.
-    for (bool inSchema : {true, false}) {
-        char name[20] = "dbo.Kunden", other[20];
-        char *s = inSchema ? name : other, *t = inSchema ? other : name;
-        ParseSchemaAndTable(name, true, s, sizeof name, t, sizeof other);
-        EXPECT_EQ(std::string(s) + "|" + t, "dbo|Kunden") << inSchema;
-    }
+    // The name may live in either output buffer: the other one is written first.
+    for (const auto &[text, expected] : {std::pair{"dbo.Kunden", "dbo|Kunden"}, {"Kunden", "|Kunden"}})
+        for (bool inSchema : {true, false}) {
+            char name[20], other[20];
+            std::strcpy(name, text);
+            char *s = inSchema ? name : other, *t = inSchema ? other : name;
+            ParseSchemaAndTable(name, true, s, sizeof name, t, sizeof other);
+            EXPECT_EQ(std::string(s) + "|" + t, expected) << text << " in " << (inSchema ? "schema" : "table");
+        }
 }
 
 } // namespace
