@@ -49,7 +49,7 @@ TEST(CatalogDataTypes, ColumnTemplatesAndDisplayNames) {
         EXPECT_EQ(Guarded(t.size, [&](char *out, int n) { FormatColumnTemplate(FindDataType(t.code), t.length, out, n); }),
                   t.columnTemplate);
     char text[40];
-    EXPECT_EQ(FormatColumnTemplate(FindDataType(KODBC_TYPE_FIXED_TEXT), 20, text, sizeof text), 9);
+    EXPECT_EQ(FormatColumnTemplate(FindDataType(KODBC_TYPE_FIXED_TEXT), 20, text, sizeof text), 9);  // its length
     const std::pair<int, const char *> names[] = {
         {KODBC_TYPE_DATETIME, "Datum/Zeit"}, {KODBC_TYPE_VAR_TEXT, "VarText"}, {6, "Unbekannter Typ"}};
     for (const auto &[code, name] : names) {
@@ -62,15 +62,13 @@ std::string Converted(const char *value, int sqlType, int size = 64, char mark =
     return GuardedInPlace(value, size, [&](char *buffer, int n) { Kodbc_OdbcDataToString(buffer, n, sqlType, mark); });
 }
 
-TEST(CatalogOdbcDataToString, DecimalMarkOnlyForDecimalTypes) {
+// Only the decimal types get the mark, only the ODBC 2 date codes are rewritten.
+TEST(CatalogOdbcDataToString, DecimalMarkAndOdbc2Dates) {
     for (int type : {SQL_NUMERIC, SQL_DECIMAL, SQL_FLOAT, SQL_REAL, SQL_DOUBLE})
         EXPECT_EQ(Converted("1234.5", type), "1234,5") << type;
     EXPECT_EQ(Converted("1.5.6", SQL_DOUBLE, 64, ';'), "1;5;6");
     for (int type : {SQL_INTEGER, SQL_VARCHAR, SQL_CHAR, SQL_BIGINT})
         EXPECT_EQ(Converted("1234.5", type), "1234.5") << type;
-}
-
-TEST(CatalogOdbcDataToString, OnlyOdbc2DateCodesAreRewritten) {
     EXPECT_EQ(Converted("2024-03-05", SQL_DATE), "05.03.2024");
     EXPECT_EQ(Converted("2024-03-05 13:14:15", SQL_TIMESTAMP), "05.03.2024 13:14:15");
     EXPECT_EQ(Converted("2024-03-05 13:14:15.250", SQL_TIMESTAMP), "05.03.2024 13:14:15");

@@ -49,9 +49,8 @@ KODBC_DATA_SOURCE_TEST_SUITE(ExecRowSetTest);
 // Every flag's exact output over the same three rows: NULL text, NULL
 // number, a quote, a tab and a double quote, a timestamp.
 TEST_P(ExecRowSetTest, FlagsGiveTheirExactOutput) {
-    Exec("INSERT INTO h7_rows_t VALUES (1, 'a', NULL, '2001-02-03 04:05:06')");
-    Exec("INSERT INTO h7_rows_t VALUES (2, NULL, 42, NULL)");
-    Exec("INSERT INTO h7_rows_t VALUES (3, 'O''N\t\"x', 7, NULL)");
+    Exec("INSERT INTO h7_rows_t VALUES (1, 'a', NULL, '2001-02-03 04:05:06'), (2, NULL, 42, NULL), "
+         "(3, 'O''N\t\"x', 7, NULL)");
     const char *names = "SELECT name, id FROM h7_rows_t WHERE id < 3 ORDER BY id";
     const char *texts = "SELECT id, name FROM h7_rows_t ORDER BY id";
     const char *born = "SELECT born FROM h7_rows_t WHERE id < 3 ORDER BY id";
@@ -98,11 +97,7 @@ TEST_P(ExecRowSetTest, FlagsGiveTheirExactOutput) {
 // from the empty text, and a value that reads like it is quoted; JSON
 // gives each row as an object.
 TEST_P(ExecRowSetTest, CsvAndNullTextKeepValuesApart) {
-    Exec("INSERT INTO h7_rows_t VALUES (1, ' a,b ', NULL, NULL)");
-    Exec("INSERT INTO h7_rows_t VALUES (2, NULL, 42, NULL)");
-    Exec("INSERT INTO h7_rows_t VALUES (3, 'O''N\t\"x', 7, NULL)");
-    Exec("INSERT INTO h7_rows_t VALUES (4, '', 5, NULL)");
-    Exec("INSERT INTO h7_rows_t VALUES (5, 'NULL', 6, NULL)");
+    Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, ' a,b '), (2, NULL), (3, 'O''N\t\"x'), (4, ''), (5, 'NULL')");
     const char *texts = "SELECT id, name FROM h7_rows_t ORDER BY id";
     const struct {
         unsigned flags;

@@ -1,8 +1,13 @@
-// Running statements: tolerated SQLSTATEs, the dump gate, row counts.
+// Running statements (tolerated SQLSTATEs, the dump gate, row counts) and
+// the names they need: columns of a table or a result, existence tests,
+// table lists and free table names.
 #include "test_support.h"
+
+#include "internal/odbc_handles.h"
 
 #include <korvel/korvel32.h>
 
+#include <kodbc/kodbc_catalog.h>
 #include <kodbc/kodbc_exec.h>
 
 namespace kodbc::test {
@@ -12,8 +17,8 @@ class ExecStatementTest : public DataSourceTest {
 protected:
     void SetUp() override {
         DataSourceTest::SetUp();
-        OwnTables({"h7_exec_t"});
-        Exec("CREATE TABLE h7_exec_t (id INTEGER, name VARCHAR(20))");
+        OwnTables({"h7_exec_t", "h7_kunden", "h7_kunden_1", "h7_kunden_3"});
+        Exec("CREATE TABLE h7_exec_t (id INTEGER, name VARCHAR(20), amount INTEGER)");
         messages_.clear();
     }
     long Rows() { return OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_exec_t"); }
@@ -21,9 +26,9 @@ protected:
 KODBC_DATA_SOURCE_TEST_SUITE(ExecStatementTest);
 
 TEST_P(ExecStatementTest, PerformRunsAndCountSeesTheRowsMissingArgumentsFailQuietly) {
-    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t VALUES (1, 'a')", nullptr), 1);
-    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t VALUES (2, 'b')", ""), 1);
-    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t VALUES (3, NULL)", "*"), 1);
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t (id) VALUES (1)", nullptr), 1);
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t (id) VALUES (2)", ""), 1);
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t (id) VALUES (3)", "*"), 1);
     EXPECT_EQ(Rows(), 3);
     EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_exec_t WHERE id > 5"), 0);
     // An UPDATE that matches nothing still ran.
@@ -35,11 +40,9 @@ TEST_P(ExecStatementTest, PerformRunsAndCountSeesTheRowsMissingArgumentsFailQuie
     EXPECT_EQ(OdbcEh_CountRows(nullptr, nullptr, "SELECT id FROM h7_exec_t"), 0);
     EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, ""), 0);
     EXPECT_TRUE(messages_.entries().empty());
-}
 
-// Which tokens tolerate what is the diagnostics' rule; here: the list
-// reaches it, and counting tolerates nothing.
-TEST_P(ExecStatementTest, ErrorsAreShownWithTheStatementUnlessTolerated) {
+    // Which tokens tolerate what is the diagnostics' rule; here: the list
+    // reaches it, and counting tolerates nothing.
     const char *sql = "SELECT * FROM h7_exec_missing";
     EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, sql, "01004"), 2);
     ASSERT_EQ(messages_.entries().size(), 1u);
@@ -47,7 +50,6 @@ TEST_P(ExecStatementTest, ErrorsAreShownWithTheStatementUnlessTolerated) {
     EXPECT_EQ(shown.kind, KODBC_MESSAGE_ODBC_ERROR);
     EXPECT_EQ(shown.statement, sql);
     ASSERT_FALSE(shown.sqlState.empty());
-
     messages_.clear();
     EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, sql, ("22001," + shown.sqlState).c_str()), 1);
     EXPECT_TRUE(messages_.entries().empty());
@@ -58,15 +60,92 @@ TEST_P(ExecStatementTest, ErrorsAreShownWithTheStatementUnlessTolerated) {
 TEST_P(ExecStatementTest, RefusedByTheDumpNothingRuns) {
     SetDumpState(KORVEL_DUMP_ASK);
     messages_.set_answer(KODBC_ANSWER_NO);
-    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t VALUES (1, 'a')", nullptr), 2);
-    EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_exec_t"), 0);
+    const char *insert = "INSERT INTO h7_exec_t (id) VALUES (1)";
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, insert, nullptr), 2);
+    EXPECT_EQ(Rows(), 0);
     // Only the two questions were shown: the refusal itself is silent.
     ASSERT_EQ(messages_.entries().size(), 2u);
-    EXPECT_EQ(messages_.entries()[0].text, "INSERT INTO h7_exec_t VALUES (1, 'a')");
+    EXPECT_EQ(messages_.entries()[0].text, insert);
     messages_.set_answer(KODBC_ANSWER_YES);
-    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_exec_t VALUES (1, 'a')", nullptr), 1);
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, insert, nullptr), 1);
     SetDumpState(0);
     EXPECT_EQ(Rows(), 1);
+}
+
+TEST_P(ExecStatementTest, ColumnNamesOfATableOrAResultAndExistence) {
+    auto names = [&](const char *table, const char *schema, const char *separator, int size, int result = 1) {
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, table, schema, 0, separator, nullptr, out, n), result)
+                << table;
+        });
+    };
+    EXPECT_EQ(names("h7_exec_t", nullptr, nullptr, 100), "id\tname\tamount");
+    EXPECT_EQ(names("h7_exec_t", "", ", ", 100), "id, name, amount");
+    EXPECT_EQ(names("h7_exec_t", nullptr, nullptr, 9), "id\tname\t");
+    EXPECT_EQ(names("h7_exec_missing", nullptr, nullptr, 100), "");  // an unknown table simply has no columns
+    names("", nullptr, nullptr, 100, 2);
+
+    // Columns and tables are found whatever the case of their names.
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_exec_t", nullptr, "NAME"), 1);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_exec_t", nullptr, "nam"), 0);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, "h7_exec_t", nullptr, ""), 0);
+    EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, nullptr, nullptr, "id"), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, "H7_Exec_T", 0), 1);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_exec_t", 0), 1);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_VIEW, nullptr, "h7_exec_t", 0), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "h7_exec", 0), 0);
+    EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, KODBC_OBJECT_ALL, nullptr, "", 0), 0);
+    EXPECT_TRUE(messages_.entries().empty());
+
+    // A result's names; "id;name" takes 7 bytes and its terminator, "amount" needs 7 more.
+    odbc::Statement statement(hdbc_);
+    ASSERT_TRUE(odbc::succeeded(SQLExecDirect(statement, (SQLCHAR *)"SELECT id, name, amount FROM h7_exec_t", SQL_NTS)));
+    for (const auto &[separator, size, expected] :
+         {std::tuple{'\0', 64, "id\tname\tamount"}, {';', 64, "id;name;amount"}, {';', 14, "id;name"}})
+        EXPECT_EQ(Guarded(size, [&, separator = separator](char *out, int n) {
+                      EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, separator, out, n), 1);
+                  }),
+                  expected);
+    char out[8];
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, ';', out, 0), 2);
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(nullptr, ';', out, sizeof out), 2);
+}
+
+TEST_P(ExecStatementTest, TableListStopsAtTheFirstNameThatDoesNotFitAndUniqueNames) {
+    std::vector<char> all(100000);
+    ASSERT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, all.data(),
+                                       static_cast<int>(all.size()), nullptr), 0);
+    std::vector<std::string> names = Split(all.data(), ",");
+    ASSERT_TRUE(Contains(names, "h7_exec_t"));
+    // Room for the first name and its separator only: exactly that name.
+    for (const auto &[size, expected] : {std::pair{names[0].size() + 2, names[0]}, {names[0].size() + 1, ""}})
+        EXPECT_EQ(Guarded(static_cast<int>(size), [&](char *out, int n) {
+                      EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, out, n, ";"), 0);
+                  }),
+                  expected);
+    EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, all.data(), 0, ";"), -1);
+    EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, nullptr, 10, ";"), -1);
+
+    for (const char *table : {"h7_kunden", "h7_kunden_1", "h7_kunden_3"})
+        Exec(std::string("CREATE TABLE ") + table + " (id INTEGER)");
+    const struct {
+        const char *name;
+        int size;
+        const char *unique;
+    } cases[] = {{"h7_kunden", 40, "h7_kunden_2"},
+                 {"H7_KUNDEN_1", 40, "H7_KUNDEN_1_1"},
+                 {"h7_kunden_free", 40, "h7_kunden_free"},
+                 {"", 40, "_1"},
+                 {"h7_kunden", 10, "h7_kunden"}};  // cut to the caller's size
+    for (const auto &c : cases)
+        EXPECT_EQ(GuardedInPlace(c.name, c.size,
+                                 [&](char *name, int n) {
+                                     EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name, n, 0), 1);
+                                 }),
+                  c.unique)
+            << c.name << " in " << c.size;
+    EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, nullptr, 10, 0), 2);
+    EXPECT_TRUE(messages_.entries().empty());
 }
 
 } // namespace

@@ -26,10 +26,7 @@ struct Formatter {
                 return true;
             },
             this);
-        GuardedBuffer out(size);
-        FormatStatement(q, out.data(), size, pattern, args.data());
-        EXPECT_TRUE(out.guards_intact()) << pattern;
-        return out.text();
+        return Guarded(size, [&](char *out, int n) { FormatStatement(q, out, n, pattern, args.data()); });
     }
 };
 

@@ -5,16 +5,12 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
 namespace kodbc::test {
 namespace {
 
 using namespace kodbc::sqltext;
-
-std::string Sql92(const char *quote, const char *name, int size = 300) {
-    QuoteText q = QuoteText::Fixed(quote);
-    return Guarded(size, [&](char *out, int n) { EXPECT_TRUE(PrepareSql92Name(q, name, out, n)) << name; });
-}
 
 TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
     const struct {
@@ -22,10 +18,8 @@ TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
         int flags, size;
         std::string expected;
     } cases[] = {
-        {"Kunden", 0, 200, "[Kunden]"},
-        {"Kunden", KODBC_PREPARE_KEEP_PLAIN, 200, "Kunden"},
         {"dbo.Meine Tabelle", 0, 200, "[dbo].[Meine Tabelle]"},
-        {"dbo.Meine Tabelle", 1, 200, "dbo.[Meine Tabelle]"},
+        {"dbo.Meine Tabelle", KODBC_PREPARE_KEEP_PLAIN, 200, "dbo.[Meine Tabelle]"},
         {"Kunden.*", 0, 200, "[Kunden].*"},
         {"a.b.c", 0, 200, "[a].[b]"},
         {"[a]", 1, 200, "[[a]]"},
@@ -37,7 +31,6 @@ TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
         {"a.", 0, 200, "[a]"},      // empty second part: no dot
         {"a. ", 0, 200, "[a]. "},   // blank part kept as it is
         {"   ", 0, 200, "   "},     // blank input is left alone
-        {"", 0, 200, ""},
         // Parts hold 99 characters, the enclosure is cut with them; the whole
         // result is cut to size-1.
         {std::string(150, 'x'), 0, 300, "[" + std::string(98, 'x')},
@@ -88,7 +81,6 @@ TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
         int size;
         std::string expected;
     } cases[] = {
-        {"\"", "Meine Tabelle", 300, "\"Meine Tabelle\""},
         {"`", "`Kunden`", 300, "Kunden"},
         {"\"", "dbo . Kunden", 300, "dbo.Kunden"},
         {"\"", "a.b.c", 300, "a.b.c"},
@@ -112,37 +104,33 @@ TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
         {" ", "   ", 300, ""},
         {" ", "Meine Tabelle", 6, "Meine"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(Sql92(c.quote, c.name.c_str(), c.size), c.expected) << c.name << " with " << c.quote << " in "
-                                                                        << c.size;
-    EXPECT_EQ(Sql92("\"", nullptr), "");
+    for (const auto &c : cases) {
+        QuoteText q = QuoteText::Fixed(c.quote);
+        EXPECT_EQ(Guarded(c.size, [&](char *out, int n) { EXPECT_TRUE(PrepareSql92Name(q, c.name.c_str(), out, n)); }),
+                  c.expected)
+            << c.name << " with " << c.quote << " in " << c.size;
+    }
+    QuoteText q = QuoteText::Fixed("`");
+    EXPECT_EQ(Guarded(10, [&](char *out, int n) { EXPECT_TRUE(PrepareSql92Name(q, nullptr, out, n)); }), "");
     QuoteText failed = QuoteText::Lazy([](void *, char *buffer, int) { buffer[0] = 'x'; return false; }, nullptr);
     EXPECT_FALSE(failed.quotes());
-
     // The name may live in the output buffer.
-    GuardedBuffer buffer(40);
-    std::strcpy(buffer.data(), "dbo.Meine Tabelle");
-    QuoteText q = QuoteText::Fixed("`");
-    ASSERT_TRUE(PrepareSql92Name(q, buffer.data(), buffer.data(), buffer.size()));
-    EXPECT_EQ(buffer.text(), "dbo.`Meine Tabelle`");
-    EXPECT_TRUE(buffer.guards_intact());
+    EXPECT_EQ(GuardedInPlace("dbo.Meine Tabelle", 40,
+                             [&](char *name, int n) { EXPECT_TRUE(PrepareSql92Name(q, name, name, n)); }),
+              "dbo.`Meine Tabelle`");
 }
 
+// Quoting makes a list grow: in 12 bytes the second quoted piece no longer
+// fits and is skipped, the short one after it still is written.
 TEST(SqlTextSql92, ListWithJoiner) {
-    GuardedBuffer list(60);
-    std::strcpy(list.data(), "Kunden;Meine Tabelle; dbo . x ");
     QuoteText quote = QuoteText::Fixed("\"");
-    ASSERT_TRUE(PrepareSql92NameList(quote, list.data(), list.size(), ';', ','));
-    EXPECT_EQ(list.text(), "Kunden,\"Meine Tabelle\",dbo.x");
-    EXPECT_TRUE(list.guards_intact());
-
-    // Quoting makes the list grow: the second quoted piece no longer fits
-    // and is skipped, the short one after it still is written.
-    GuardedBuffer small(12);
-    std::strcpy(small.data(), "a,b c,d e,f");
-    ASSERT_TRUE(PrepareSql92NameList(quote, small.data(), small.size(), ',', '|'));
-    EXPECT_EQ(small.text(), "a|\"b c\"||f");
-    EXPECT_TRUE(small.guards_intact());
+    for (const auto &[list, size, separator, joiner, expected] :
+         {std::tuple{"Kunden;Meine Tabelle; dbo . x ", 60, ';', ',', "Kunden,\"Meine Tabelle\",dbo.x"},
+          {"a,b c,d e,f", 12, ',', '|', "a|\"b c\"||f"}})
+        EXPECT_EQ(GuardedInPlace(list, size, [&, separator = separator, joiner = joiner](char *names, int n) {
+                      EXPECT_TRUE(PrepareSql92NameList(quote, names, n, separator, joiner));
+                  }),
+                  expected);
 }
 
 // Whole names: QuoteIfNotPlain encloses a name that is not plain; a
@@ -227,14 +215,15 @@ TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
     ParseSchemaAndTable("a.b", true, schema.data(), 1, table.data(), table.size());
     EXPECT_EQ(schema.text(), "keep");
 
-    // The name may live in either output buffer.
-    char both[20] = "dbo.Kunden";
-    char other[20];
-    ParseSchemaAndTable(both, true, both, sizeof both, other, sizeof other);
-    EXPECT_EQ(std::string(both) + "|" + other, "dbo|Kunden");
-    std::strcpy(both, "dbo.Kunden");
-    ParseSchemaAndTable(both, true, other, sizeof other, both, sizeof both);
-    EXPECT_EQ(std::string(other) + "|" + both, "dbo|Kunden");
+    // The name may live in either output buffer: the other one is written first.
+    for (const auto &[text, expected] : {std::pair{"dbo.Kunden", "dbo|Kunden"}, {"Kunden", "|Kunden"}})
+        for (bool inSchema : {true, false}) {
+            char name[20], other[20];
+            std::strcpy(name, text);
+            char *s = inSchema ? name : other, *t = inSchema ? other : name;
+            ParseSchemaAndTable(name, true, s, sizeof name, t, sizeof other);
+            EXPECT_EQ(std::string(s) + "|" + t, expected) << text << " in " << (inSchema ? "schema" : "table");
+        }
 }
 
 } // namespace

@@ -21,9 +21,7 @@ protected:
         OwnTables({"kc_h9_adr", "kc_h9_adr_1", "kc_h9_adr_2", "kc_h9_empty", "kc_h9_copy", "kc_h9_auto",
                    "kc_h9_xUNIONx"});
         Exec("CREATE TABLE kc_h9_adr (id INTEGER, betrag FLOAT, name VARCHAR(40))");
-        Exec("INSERT INTO kc_h9_adr VALUES (1, 2.5, 'Müller')");
-        Exec("INSERT INTO kc_h9_adr VALUES (2, 10.25, 'Meier')");
-        Exec("INSERT INTO kc_h9_adr VALUES (3, -1, 'Schulze')");
+        Exec("INSERT INTO kc_h9_adr VALUES (1, 2.5, 'Müller'), (2, 10.25, 'Meier'), (3, -1, 'Schulze')");
         Exec("CREATE TABLE kc_h9_empty (id INTEGER, betrag FLOAT)");
         messages_.clear();
     }
@@ -32,7 +30,12 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(TableOps);
 
-TEST_P(TableOps, DropAsksFirstAndOnlyYesDrops) {
+TEST_P(TableOps, DropAsksFirstOnlyYesDropsAndAMissingTableIsToleratedOnlyForTheNoSuchTableStates) {
+    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, " \t", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_DeleteTable(nullptr, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "kc_h9_adr", nullptr, KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
+    EXPECT_TRUE(messages_.entries().empty());
+
     messages_.set_answer(KODBC_ANSWER_NO);
     EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", 0), KODBC_FAILURE);
     ASSERT_EQ(messages_.entries().size(), 1u);
@@ -52,21 +55,12 @@ TEST_P(TableOps, DropAsksFirstAndOnlyYesDrops) {
     EXPECT_EQ(messages_.entries().size(), 1u);
     EXPECT_FALSE(Exists("kc_h9_adr"));
 
-    // Without the question nothing is asked at all.
+    // Without the question nothing is asked at all; a schema goes before the name.
     messages_.clear();
-    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_empty", KODBC_DROP_NO_QUESTION), KODBC_SUCCESS);
+    const char *schema = DbmsName() == "PostgreSQL" ? "public" : nullptr;
+    EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, schema, "kc_h9_empty", KODBC_DROP_NO_QUESTION), KODBC_SUCCESS);
     EXPECT_TRUE(messages_.entries().empty());
     EXPECT_FALSE(Exists("kc_h9_empty"));
-}
-
-TEST_P(TableOps, DropBadArgumentsSchemaAndAMissingTableToleratedOnlyForTheNoSuchTableStates) {
-    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, " \t", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
-    EXPECT_EQ(Kodbc_DeleteTable(nullptr, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
-    EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "kc_h9_adr", nullptr, KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
-    EXPECT_TRUE(messages_.entries().empty());
-    const char *schema = DbmsName() == "PostgreSQL" ? "public" : nullptr;
-    EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, schema, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_SUCCESS);
-    EXPECT_FALSE(Exists("kc_h9_adr"));
 
     EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_missing", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
     ASSERT_EQ(OdbcErrors(), 1u);
@@ -77,9 +71,7 @@ TEST_P(TableOps, DropBadArgumentsSchemaAndAMissingTableToleratedOnlyForTheNoSuch
     // Only S0002 / 42S02 count as "already gone"; other drivers name a
     // missing table differently and still see their error.
     const bool noSuchTable = strcasecmp(state.c_str(), "42S02") == 0 || strcasecmp(state.c_str(), "S0002") == 0;
-    if (DbmsName() != "SQLite") {
-        EXPECT_EQ(noSuchTable, DbmsName() == "MariaDB") << state;
-    }
+    EXPECT_TRUE(DbmsName() == "SQLite" || noSuchTable == (DbmsName() == "MariaDB")) << state;
     const int flags = KODBC_DROP_NO_QUESTION | KODBC_DROP_MISSING_OK;
     EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_missing", flags), noSuchTable ? KODBC_SUCCESS : KODBC_FAILURE);
     EXPECT_EQ(OdbcErrors(), noSuchTable ? 0u : 1u);
@@ -136,9 +128,7 @@ TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
-TEST_P(TableOps, CountsSumsAndMaximaWithAndWithoutCondition) {
-    EXPECT_EQ(Rows("kc_h9_adr"), 3);
-    EXPECT_EQ(Rows("kc_h9_empty"), 0);
+TEST_P(TableOps, CountsSumsAndMaximaAndRefusedByTheDumpEverythingFailsSilently) {
     for (const auto &[condition, count] : {std::pair{"id > 1", 2}, {"", 3}, {"name = 'Müller'", 1}})
         EXPECT_EQ(Kodbc_GetRecordCountExt(hdbc_, "kc_h9_adr", condition, 0), count) << condition;
     EXPECT_TRUE(messages_.entries().empty());
@@ -170,31 +160,26 @@ TEST_P(TableOps, CountsSumsAndMaximaWithAndWithoutCondition) {
     EXPECT_EQ(OdbcErrors(), 1u);
     EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", "betrag", nullptr, nullptr), -1);
     EXPECT_EQ(Kodbc_GetMaximum(hdbc_, "kc_h9_adr", " ", nullptr, &result), -1);
-}
 
-TEST_P(TableOps, RefusedByTheDumpEverythingFailsSilently) {
+    // Refused by the dump, everything fails silently.
+    messages_.clear();
     SetDumpState(KORVEL_DUMP_ASK);
     messages_.set_answer(KODBC_ANSWER_NO);
-    double result = 5;
     EXPECT_EQ(Kodbc_GetRecordCount(hdbc_, "kc_h9_adr", 0), 0);
     EXPECT_EQ(Kodbc_AddFields(hdbc_, "kc_h9_adr", "betrag", nullptr, &result), -1);
     EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
     EXPECT_EQ(Kodbc_RenameTable(hdbc_, "kc_h9_adr", "kc_h9_copy", 0), KODBC_FAILURE);
     EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "public", "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
-    // Only the dump's own questions, one per statement: no error follows a refusal.
-    ASSERT_EQ(messages_.entries().size(), 5u);
-    EXPECT_EQ(messages_.entries()[0].text, "SELECT Count(*) FROM kc_h9_adr");
-    EXPECT_EQ(messages_.entries()[2].text, "DROP TABLE kc_h9_adr");
-    EXPECT_EQ(messages_.entries()[3].text, "SELECT * INTO kc_h9_copy FROM kc_h9_adr");
-    EXPECT_EQ(messages_.entries()[4].text, "DROP TABLE public.kc_h9_adr");
+    // Only the dump's own questions, one per statement: no error follows a
+    // refusal. The statements' texts are the other tests' business.
+    EXPECT_EQ(messages_.entries().size(), 5u);
     SetDumpState(0);
     EXPECT_EQ(Rows("kc_h9_adr"), 3);
 }
 
-TEST_P(TableOps, FieldExistenceAndTheFirstAutoIncrementField) {
+TEST_P(TableOps, FieldExistenceTheFirstAutoIncrementFieldAndRowSetCount) {
+    // The column existence test's own rules are proven with the execution functions.
     EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "BETRAG"), 1);
-    EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "betra"), 0);
-    EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_missing", "id"), 0);
 
     Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr " + AutoIncrementKey() + ")");
     auto firstAuto = [&](const char *table, int size, int result) {
@@ -209,9 +194,8 @@ TEST_P(TableOps, FieldExistenceAndTheFirstAutoIncrementField) {
     EXPECT_EQ(firstAuto("kc_h9_missing", 20, KODBC_FAILURE), "");
     EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", nullptr, 20), KODBC_FAILURE);
     EXPECT_TRUE(messages_.entries().empty());
-}
 
-TEST_P(TableOps, RowSetCountRewritesTheColumnListAndDropsTheSortOrder) {
+    // The row-set count rewrites the column list and drops the sort order.
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT name, betrag FROM kc_h9_adr WHERE id > 1 ORDER BY name DESC"), 2);
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "select * from kc_h9_adr order by id"), 3);
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_empty"), 0);

@@ -1,5 +1,7 @@
 #include "test_support.h"
 
+#include "internal/odbc_handles.h"
+
 #include <korvel/korvel32.h>
 
 #include <algorithm>
@@ -9,7 +11,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace kodbc::test {
@@ -35,19 +36,19 @@ const auto *const g_environment = ::testing::AddGlobalTestEnvironment(new Privat
 
 constexpr char kGuardByte = static_cast<char>(0xA5);
 
+SQLCHAR *Sql(const std::string &sql) { return reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())); }
+
+std::string DropStatement(const std::string &table) {
+    return table.rfind("VIEW ", 0) == 0 ? "DROP " + table : "DROP TABLE " + table;
+}
+
 } // namespace
 
 const std::vector<std::string> &DataSources() {
     // Parameterised suites are expanded before the environment's SetUp, so
     // the list is read here with the same fallback.
-    static const std::vector<std::string> list = [] {
-        std::vector<std::string> out;
-        const char *dsns = std::getenv("KODBC_TEST_DSNS");
-        std::stringstream in(dsns && *dsns ? dsns : "kodbc_sqlite");
-        for (std::string item; std::getline(in, item, ',');)
-            if (!item.empty()) out.push_back(item);
-        return out;
-    }();
+    static const char *const dsns = std::getenv("KODBC_TEST_DSNS");
+    static const std::vector<std::string> list = Split(dsns && *dsns ? dsns : "kodbc_sqlite", ",");
     return list;
 }
 
@@ -77,43 +78,33 @@ int MessageRecorder::Handle(const KodbcMessage *message, void *self) {
 }
 
 std::size_t MessageRecorder::count(int kind) const {
-    return static_cast<std::size_t>(
-        std::count_if(entries_.begin(), entries_.end(), [kind](const Entry &e) { return e.kind == kind; }));
+    return std::count_if(entries_.begin(), entries_.end(), [kind](const Entry &e) { return e.kind == kind; });
 }
 
 bool RunStatement(SQLHDBC hdbc, const std::string &sql, std::string *error) {
-    SQLHSTMT stmt = nullptr;
-    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc, &stmt))) {
-        if (error) *error = "no statement handle";
-        return false;
-    }
-    SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS);
-    const bool ran = SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA;
-    if (!ran && error) {
+    odbc::Statement stmt(hdbc);
+    const SQLRETURN rc = stmt.ok() ? SQLExecDirect(stmt, Sql(sql), SQL_NTS) : SQL_ERROR;
+    if (SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA) return true;
+    if (error) {
         SQLCHAR state[6] = {}, text[1000] = {};
         SQLINTEGER native = 0;
         SQLSMALLINT len = 0;
         SQLGetDiagRec(SQL_HANDLE_STMT, stmt, 1, state, &native, text, sizeof text, &len);
         *error = std::string(reinterpret_cast<char *>(state)) + " " + reinterpret_cast<char *>(text);
     }
-    SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-    return ran;
+    return false;
 }
 
 std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool *ran) {
     std::vector<std::string> values;
-    SQLHSTMT stmt = nullptr;
-    bool executed = SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc, &stmt)) &&
-                    SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())),
-                                                SQL_NTS));
-    while (executed && SQL_SUCCEEDED(SQLFetch(stmt))) {
-        // Room for the longest values the tests write (1000 characters of 3 bytes).
-        std::vector<char> buffer(4000, '\0');
+    odbc::Statement stmt(hdbc);
+    const bool executed = stmt.ok() && SQL_SUCCEEDED(SQLExecDirect(stmt, Sql(sql), SQL_NTS));
+    // Room for the longest values the tests write (1000 characters of 3 bytes).
+    for (char buffer[4000]; executed && SQL_SUCCEEDED(SQLFetch(stmt));) {
         SQLLEN length = 0;
-        SQLGetData(stmt, 1, SQL_C_CHAR, buffer.data(), static_cast<SQLLEN>(buffer.size()), &length);
-        values.emplace_back(buffer.data());
+        if (!SQL_SUCCEEDED(SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length))) buffer[0] = '\0';
+        values.emplace_back(length == SQL_NULL_DATA ? "" : buffer);
     }
-    if (stmt) SQLFreeHandle(SQL_HANDLE_STMT, stmt);
     if (ran) *ran = executed;
     return values;
 }
@@ -129,12 +120,8 @@ void DataSourceTest::SetUp() {
 void DataSourceTest::TearDown() {
     SetDumpState(0);  // a test that switched the gate on may have ended early
     if (hdbc_)
-        for (const std::string &table : owned_) Drop(table);
+        for (const std::string &table : owned_) ExecQuietly(DropStatement(table));
     Kodbc_DisconnectDataSource(&henv_, &hdbc_);
-}
-
-void DataSourceTest::Drop(const std::string &table) {
-    ExecQuietly(table.rfind("VIEW ", 0) == 0 ? "DROP " + table : "DROP TABLE " + table);
 }
 
 void DataSourceTest::Exec(const std::string &sql) {
@@ -145,14 +132,12 @@ void DataSourceTest::Exec(const std::string &sql) {
 void DataSourceTest::ExecQuietly(const std::string &sql) { RunStatement(hdbc_, sql); }
 
 void DataSourceTest::DropTables(std::initializer_list<std::string> tables) {
-    for (const std::string &table : tables) Drop(table);
+    for (const std::string &table : tables) ExecQuietly(DropStatement(table));
 }
 
 void DataSourceTest::OwnTables(std::initializer_list<std::string> tables) {
-    for (const std::string &table : tables) {
-        Drop(table);
-        owned_.push_back(table);
-    }
+    DropTables(tables);
+    owned_.insert(owned_.end(), tables);
 }
 
 std::vector<std::string> DataSourceTest::Column(const std::string &sql) {
@@ -235,9 +220,7 @@ void SetDumpState(long state) {
 
 std::string ReadFile(const std::string &name) {
     std::ifstream in(name, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::vector<std::string> Split(const std::string &text, const std::string &separator) {

@@ -22,7 +22,7 @@ namespace kodbc::test {
 const std::vector<std::string> &DataSources();
 
 // Collects every message the library shows instead of asking a person, and
-// answers with `answer`. Installed for the fixture's lifetime.
+// answers with `answer`.
 class MessageRecorder {
 public:
     explicit MessageRecorder(int answer = KODBC_ANSWER_OK);
@@ -39,9 +39,7 @@ public:
         bool hasHint = false;
     };
     const std::vector<Entry> &entries() const { return entries_; }
-    // How many messages of `kind` were recorded.
     std::size_t count(int kind) const;
-    // The text of the last message; empty when there was none.
     std::string last_text() const { return entries_.empty() ? "" : entries_.back().text; }
     void clear() { entries_.clear(); }
     void set_answer(int answer) { answer_ = answer; }
@@ -53,8 +51,8 @@ private:
     KodbcMessageHandler previous_;
 };
 
-// Runs a statement on a connection; false (with the driver's state and text
-// in *error) when it fails. SQL_NO_DATA counts as run.
+// False (with the driver's state and text in *error) when the statement
+// fails; SQL_NO_DATA counts as run.
 bool RunStatement(SQLHDBC hdbc, const std::string &sql, std::string *error = nullptr);
 // The first column of every row of a query, as text; *ran tells whether it ran.
 std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool *ran = nullptr);
@@ -65,18 +63,15 @@ class DataSourceTest : public ::testing::TestWithParam<std::string> {
 protected:
     void SetUp() override;
     void TearDown() override;
-    // Runs a statement directly; fails the test on error.
-    void Exec(const std::string &sql);
-    // Runs a statement, ignoring errors (for DROP of what may not exist).
+    void Exec(const std::string &sql);  // an error fails the test
     void ExecQuietly(const std::string &sql);
-    // Drops each table, ignoring errors.
-    void DropTables(std::initializer_list<std::string> tables);
+    void DropTables(std::initializer_list<std::string> tables);  // errors ignored
     // Drops these tables now and again when the test ends (views too: "VIEW name").
     void OwnTables(std::initializer_list<std::string> tables);
-    // The first column of every row of a query, as text; fails the test when it does not run.
+    // QueryColumn; a query that does not run fails the test.
     std::vector<std::string> Column(const std::string &sql);
     std::string DbmsName() const;
-    // The driver's identifier quote character as text; '"' when it does not quote.
+    // '"' where the driver does not quote.
     std::string IdentifierQuote() const;
     // This DBMS's column type for an integer key that counts by itself.
     std::string AutoIncrementKey() const;
@@ -84,7 +79,6 @@ protected:
     // one, as this does. DropSystemTable takes both away again.
     void ProvideBlobType();
     void DropSystemTable();
-    // How many of the recorded messages are ODBC errors.
     std::size_t OdbcErrors() const;
 
     SQLHENV henv_ = nullptr;
@@ -92,7 +86,6 @@ protected:
     MessageRecorder messages_;
 
 private:
-    void Drop(const std::string &table);
     std::vector<std::string> owned_;
 };
 
@@ -107,8 +100,7 @@ public:
     explicit GuardedBuffer(int size, char fill = '\x7f');
     char *data() { return bytes_.data(); }
     int size() const { return size_; }
-    // Up to the terminator, never past the stated size.
-    std::string text() const {
+    std::string text() const {  // never past the stated size
         return std::string(bytes_.data(), strnlen(bytes_.data(), static_cast<std::size_t>(size_)));
     }
     // True while no byte at or behind the stated size was written.
@@ -142,14 +134,10 @@ private:
     bool ok_;
 };
 
-// One line of a selection or assignment descriptor.
 std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value, int type);
 
-// Sets the statement dump gate's registry switch (0: off).
-void SetDumpState(long state);
-
-// The whole content of a file; empty when it cannot be read.
-std::string ReadFile(const std::string &name);
+void SetDumpState(long state);  // 0: off
+std::string ReadFile(const std::string &name);  // empty when unreadable
 
 // Splits at every `separator`; an empty text gives no items.
 std::vector<std::string> Split(const std::string &text, const std::string &separator);
