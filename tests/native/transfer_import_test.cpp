@@ -186,10 +186,7 @@ TEST(ImportValues, ConvertByTargetType) {
 
 TEST(ImportValues, FileContentFromTheSourceFolder) {
     const std::string folder = ::testing::TempDir();
-    {
-        std::ofstream out(folder + "kodbc_import_content.txt", std::ios::binary);
-        out << std::string("Zeile 1\r\nZeile 2\0Rest", 22);
-    }
+    std::ofstream(folder + "kodbc_import_content.txt", std::ios::binary) << std::string("Zeile 1\r\nZeile 2\0Rest", 22);
     ImportField field = Field("f");
     field.fileContent = true;
     EXPECT_EQ(SetImportValue(field, "kodbc_import_content.txt", ',', folder), ValueResult::Taken);
