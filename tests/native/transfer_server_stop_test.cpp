@@ -138,7 +138,6 @@ protected:
         if (henv_) SQLFreeHandle(SQL_HANDLE_ENV, henv_);
         hdbc_ = henv_ = nullptr;
     }
-    void Exec(const std::string &sql) { ASSERT_TRUE(RunStatement(hdbc_, sql)) << sql; }
 
     // Stops the engine's server when the work loop reports record kStopAt.
     class StoppingProgress : public RecordingProgress {
@@ -166,8 +165,8 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     ASSERT_NO_FATAL_FAILURE(Connect());
     RunStatement(hdbc_, "DROP TABLE kodbc_stop");
     RunStatement(hdbc_, "DROP TABLE kodbc_stop_imp");
-    ASSERT_NO_FATAL_FAILURE(Exec("CREATE TABLE kodbc_stop (nr INTEGER, name VARCHAR(200))"));
-    ASSERT_NO_FATAL_FAILURE(Exec(GetParam().fillSql));
+    ASSERT_TRUE(RunStatement(hdbc_, "CREATE TABLE kodbc_stop (nr INTEGER, name VARCHAR(200))"));
+    ASSERT_TRUE(RunStatement(hdbc_, GetParam().fillSql));
 
     {
         SCOPED_TRACE("export");
