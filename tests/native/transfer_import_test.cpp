@@ -206,8 +206,9 @@ TEST(ImportValues, FileContentFromTheSourceFolder) {
 // Texts quoted, their quotes doubled (backslashes too where the server reads
 // them as escapes), numbers bare, an empty date NULL, date parts swapped where
 // the server wants that; a literal that does not fit is cut, a doubled
-// character whole or not at all, and the statement still closes. A batch
-// strings together what follows the one-record INSERT's head.
+// character whole or not at all, and the statement still closes; a statement
+// without room for its values reports them missing. A batch strings together
+// what follows the one-record INSERT's head.
 TEST(ImportStatements, InsertValuesAndCutLiterals) {
     ImportInsertParts parts;
     parts.head = "INSERT INTO t (";
@@ -231,6 +232,7 @@ TEST(ImportStatements, InsertValuesAndCutLiterals) {
         {"It's \\ x", "-12.5", day, false, all, true, "('It''s \\ x',-12.5,'2024-03-15 00:00:00')"},
         {"It's \\ x", "-12.5", day, true, all, true, "('It''s \\\\ x" + tail},
         {null, null, null, false, all, true, "(NULL,NULL,NULL)"},
+        {null, null, null, false, 40, false, "(NULL,NULL"},
         {"", "1e+20", "", false, all, true, "('',1e+20,NULL)"},
         {std::string(200, 'x'), "-12.5", day, true, 120, false, "('" + x56 + "xx" + tail},
         {x56 + "x\\", "-12.5", day, true, 120, false, "('" + x56 + "x" + tail},
