@@ -162,9 +162,9 @@ TEST_P(AddRecords, SourceOnItsOwnConnectionAndTheChoicesRemembered) {
 TEST_P(AddRecords, StatementBuilders) {
     AddRecFieldList fields;
     auto add = [&](const char *name, int type, int mode, const char *value, bool readOnly = false) {
-        fields.push_back(std::make_unique<AddRecField>(AddRecField{.destinationName = name, .destinationType = type,
-                                                                   .readOnly = readOnly, .mode = mode, .sourceField = "s",
-                                                                   .value = value, .valueIsNull = false, .fixedValue = value}));
+        fields.push_back(std::make_unique<AddRecField>(AddRecField{
+            .destinationName = name, .destinationType = type, .readOnly = readOnly, .mode = mode, .sourceField = "s",
+            .value = value, .valueIsNull = false, .fixedValue = value}));
         fields.push_back(nullptr);  // null slots are skipped
     };
     add("id", KODBC_TYPE_INTEGER, kFillSourceField, "7");

@@ -107,9 +107,9 @@ protected:
         Disconnect();
         ASSERT_TRUE(Servers("start")) << ReadFile(dir_ + ".log");
         const Engine &engine = GetParam();
-        const std::string text = "DRIVER={" + std::string(engine.name) + "};Port=" +
-                                 Trimmed(ReadFile(dir_ + "/" + engine.portFile)) + ";Database=kodbc;Password=kodbc-test-pw;" +
-                                 engine.options;
+        const std::string text = "DRIVER={" + std::string(engine.name) +
+                                 "};Port=" + Trimmed(ReadFile(dir_ + "/" + engine.portFile)) +
+                                 ";Database=kodbc;Password=kodbc-test-pw;" + engine.options;
         ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &henv_)));
         SQLSetEnvAttr(henv_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
         ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, henv_, &hdbc_)));
@@ -222,7 +222,8 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     // No such table where the stop took it with the transaction, else an empty one.
     bool ran = false;
     const std::vector<std::string> count = QueryColumn(hdbc_, "SELECT COUNT(*) FROM kodbc_stop_imp", &ran);
-    EXPECT_EQ(ran ? count : std::vector<std::string>{"-"}, std::vector<std::string>{GetParam().ddlInTransaction ? "-" : "0"});
+    EXPECT_EQ(ran ? count : std::vector<std::string>{"-"},
+              std::vector<std::string>{GetParam().ddlInTransaction ? "-" : "0"});
     std::remove(file.c_str());
 }
 
