@@ -35,20 +35,25 @@ protected:
         Exec("CREATE TABLE ar_src2 (name VARCHAR(30))");
         Exec("CREATE TABLE ar_dst (id INTEGER, name VARCHAR(30), betrag VARCHAR(20), tag VARCHAR(12),"
              " note VARCHAR(30), anzahl INTEGER)");
-        TableRecord table{};
-        std::strcpy(table.Object.DbObjectName, "ar_dst");
-        context_ = CreateAddRecordsContext(hdbc_, &table);
-        ASSERT_TRUE(context_);
-        // The test's own connection serves as the source.
-        context_->sourceDbc = hdbc_;
-        std::strcpy(context_->source.DataSourceName, GetParam().c_str());
-        ASSERT_FALSE(LeaveSourceTablePage(*context_, "ar_src").stays());
+        ASSERT_NO_FATAL_FAILURE(Open(context_, "ar_dst", "ar_src"));
         messages_.clear();
     }
     void TearDown() override {
         if (context_) context_->sourceDbc = nullptr;
         context_.reset();
         DataSourceTest::TearDown();
+    }
+    // The wizard on `destination`, the test's own connection lent as the
+    // source's (taken back before the context goes), `source` chosen.
+    void Open(std::unique_ptr<AddRecordsContext> &context, const char *destination, const char *source) {
+        if (context) context->sourceDbc = nullptr;
+        TableRecord table{};
+        std::strcpy(table.Object.DbObjectName, destination);
+        context = CreateAddRecordsContext(hdbc_, &table);
+        ASSERT_TRUE(context);
+        context->sourceDbc = hdbc_;
+        std::strcpy(context->source.DataSourceName, GetParam().c_str());
+        ASSERT_FALSE(LeaveSourceTablePage(*context, source).stays());
     }
     AddRecField &Field(const char *name) {
         for (auto &field : context_->fields)
@@ -61,17 +66,13 @@ protected:
         for (auto &field : context_->fields) modes.push_back(field ? field->mode : 0);
         return modes;
     }
-    int Run(RecordingProgress &progress, AddRecordsRunCounts &counts) {
-        return RunAddRecords(*context_, progress, &counts);
-    }
     std::unique_ptr<AddRecordsContext> context_;
 };
 KODBC_DATA_SOURCE_TEST_SUITE(AddRecords);
 
 TEST_P(AddRecords, MappingPresetKeptForTheSameSourceRebuiltForAnother) {
-    const std::vector<int> preset = {kFillSourceField, kFillSourceField, kFillSourceField, kFillSourceField,
-                                     kFillLeaveEmpty, kFillLeaveEmpty};
-    EXPECT_EQ(Modes(), preset);
+    EXPECT_EQ(Modes(), (std::vector<int>{kFillSourceField, kFillSourceField, kFillSourceField, kFillSourceField,
+                                         kFillLeaveEmpty, kFillLeaveEmpty}));
     EXPECT_EQ(Field("betrag").sourceType, KODBC_TYPE_FLOAT);
     EXPECT_EQ(Field("tag").sourceType, KODBC_TYPE_DATETIME);
     EXPECT_EQ(Field("anzahl").destinationType, KODBC_TYPE_INTEGER);
@@ -84,9 +85,8 @@ TEST_P(AddRecords, MappingPresetKeptForTheSameSourceRebuiltForAnother) {
     EXPECT_EQ(Field("id").mode, kFillLeaveEmpty);
 
     EXPECT_FALSE(LeaveSourceTablePage(*context_, "ar_src2").stays());
-    const std::vector<int> rebuilt = {kFillLeaveEmpty, kFillSourceField, kFillLeaveEmpty, kFillLeaveEmpty,
-                                      kFillLeaveEmpty, kFillLeaveEmpty};
-    EXPECT_EQ(Modes(), rebuilt);
+    EXPECT_EQ(Modes(), (std::vector<int>{kFillLeaveEmpty, kFillSourceField, kFillLeaveEmpty, kFillLeaveEmpty,
+                                         kFillLeaveEmpty, kFillLeaveEmpty}));
     char remembered[kSourceTableSize];
     Korvel_ReadRegistryString(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, "AddRecords", "Table",
                               nullptr, remembered, sizeof remembered);
@@ -145,7 +145,7 @@ TEST_P(AddRecords, SourceOnItsOwnConnectionAndTheChoicesRemembered) {
               SharesSourceConnection(read) ? hdbc_ : context_->sourceDbc);
     RecordingProgress progress;
     AddRecordsRunCounts counts;
-    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(RunAddRecords(*context_, progress, &counts), 1);
     EXPECT_EQ(counts.written, 3);
     EXPECT_EQ(OdbcErrors(), 0u);
 
@@ -162,16 +162,9 @@ TEST_P(AddRecords, SourceOnItsOwnConnectionAndTheChoicesRemembered) {
 TEST_P(AddRecords, StatementBuilders) {
     AddRecFieldList fields;
     auto add = [&](const char *name, int type, int mode, const char *value, bool readOnly = false) {
-        auto field = std::make_unique<AddRecField>();
-        field->destinationName = name;
-        field->destinationType = type;
-        field->mode = mode;
-        field->fixedValue = value;
-        field->sourceField = "s";
-        field->value = value;
-        field->valueIsNull = false;
-        field->readOnly = readOnly;
-        fields.push_back(std::move(field));
+        fields.push_back(std::make_unique<AddRecField>(AddRecField{
+            .destinationName = name, .destinationType = type, .readOnly = readOnly, .mode = mode, .sourceField = "s",
+            .value = value, .valueIsNull = false, .fixedValue = value}));
         fields.push_back(nullptr);  // null slots are skipped
     };
     add("id", KODBC_TYPE_INTEGER, kFillSourceField, "7");
@@ -225,7 +218,7 @@ TEST_P(AddRecords, RunsAddReplaceAndEndEarly) {
         messages_.clear();
         RecordingProgress progress(c.cancelAt);
         AddRecordsRunCounts counts;
-        EXPECT_EQ(Run(progress, counts), 1);
+        EXPECT_EQ(RunAddRecords(*context_, progress, &counts), 1);
         EXPECT_EQ(counts.read, c.read);
         EXPECT_EQ(counts.written, c.written);
         EXPECT_EQ(counts.cancelled, c.cancelled);
@@ -260,20 +253,14 @@ TEST_P(AddRecords, PointedNamesLongTextsAndBytes) {
          (postgres ? "decode('" + bytes + "', 'hex')" : "X'" + bytes + "'") + ")");
     Exec("INSERT INTO ar_pt_src VALUES ('B.2', 0.25, 'kurz', NULL)");
     Exec("INSERT INTO ar_pt_dst VALUES ('B.2', 99, 'alt', NULL, NULL)");
-    TableRecord table{};
-    std::strcpy(table.Object.DbObjectName, "ar_pt_dst");
-    context_->sourceDbc = nullptr;  // borrowed, not to be disconnected
-    context_ = CreateAddRecordsContext(hdbc_, &table);
-    context_->sourceDbc = hdbc_;
-    std::strcpy(context_->source.DataSourceName, GetParam().c_str());
-    ASSERT_FALSE(LeaveSourceTablePage(*context_, "ar_pt_src").stays());
+    ASSERT_NO_FATAL_FAILURE(Open(context_, "ar_pt_dst", "ar_pt_src"));
     EXPECT_EQ(Modes(), (std::vector<int>{kFillSourceField, kFillSourceField, kFillSourceField, kFillSourceField,
                                          kFillLeaveEmpty}));
     ASSERT_TRUE(ApplyFieldChoice(Field("h"), kFillSourceField, nullptr, "b"));
     LeaveIdFieldsPage(*context_, kRecordModeReplace, "Art.Nr", "Art.Nr");
     RecordingProgress progress;
     AddRecordsRunCounts counts;
-    EXPECT_EQ(Run(progress, counts), 1);
+    EXPECT_EQ(RunAddRecords(*context_, progress, &counts), 1);
     EXPECT_EQ(counts.written, 2);
     EXPECT_EQ(Column("SELECT " + art + " FROM ar_pt_dst ORDER BY " + art), (std::vector<std::string>{"A.1", "B.2"}));
     EXPECT_EQ(Column("SELECT t FROM ar_pt_dst ORDER BY " + art), (std::vector<std::string>{euros, "kurz"}));
@@ -295,15 +282,12 @@ TEST_P(AddRecords, BatchIsAllOrNothingAndNamesTheRefusedRecord) {
     OwnTables({"ar_big_src", "ar_big_dst"});
     Exec("CREATE TABLE ar_big_src (id INTEGER, name VARCHAR(40))");
     Exec("CREATE TABLE ar_big_dst (id INTEGER, name VARCHAR(40) UNIQUE)");
-    auto name = [](long n) { return "O'Brien \\ " + std::to_string(n); };
     std::string fill = "INSERT INTO ar_big_src VALUES ";
     for (long id = 1; id <= kRecords; ++id)
         fill += (id > 1 ? ", (" : "(") + std::to_string(id) + ", " +
                 (id % 100 ? "'O''Brien " + Backslash() + " " + std::to_string(id) + "'" : "NULL") + ")";
     Exec(fill);
     AutoCommitOff autoCommitOff(hdbc_);
-    TableRecord table{};
-    std::strcpy(table.Object.DbObjectName, "ar_big_dst");
     const struct {
         const char *name;
         bool clash;  // the destination holds record 701's name already
@@ -319,17 +303,12 @@ TEST_P(AddRecords, BatchIsAllOrNothingAndNamesTheRefusedRecord) {
         Exec("DELETE FROM ar_big_dst");
         if (c.clash) Exec("INSERT INTO ar_big_dst SELECT 0, name FROM ar_big_src WHERE id = 701");
         SQLEndTran(SQL_HANDLE_DBC, hdbc_, SQL_COMMIT);
-        std::unique_ptr<AddRecordsContext> context = CreateAddRecordsContext(hdbc_, &table);
-        ASSERT_TRUE(context);
-        context->sourceDbc = hdbc_;
-        std::strcpy(context->source.DataSourceName, GetParam().c_str());
-        ASSERT_FALSE(LeaveSourceTablePage(*context, "ar_big_src").stays());
-        context->batch = true;
+        ASSERT_NO_FATAL_FAILURE(Open(context_, "ar_big_dst", "ar_big_src"));
+        context_->batch = true;
         messages_.clear();
         RecordingProgress progress(c.cancelAt);
         AddRecordsRunCounts counts;
-        EXPECT_EQ(RunAddRecords(*context, progress, &counts), 1);
-        context->sourceDbc = nullptr;
+        EXPECT_EQ(RunAddRecords(*context_, progress, &counts), 1);
         EXPECT_EQ(counts.written, c.written);
         SQLEndTran(SQL_HANDLE_DBC, hdbc_, SQL_ROLLBACK);  // what the run did not commit is gone now
         std::string said;
@@ -343,7 +322,6 @@ TEST_P(AddRecords, BatchIsAllOrNothingAndNamesTheRefusedRecord) {
                   std::vector<std::string>{std::to_string(kRecords - kRecords / 100)});
         EXPECT_EQ(Column("SELECT COUNT(*) FROM ar_big_dst WHERE name IS NULL"),
                   std::vector<std::string>{std::to_string(kRecords / 100)});
-        EXPECT_EQ(Column("SELECT name FROM ar_big_dst WHERE id = 1201"), std::vector<std::string>{name(1201)});
     }
 }
 

@@ -58,16 +58,9 @@ TEST(AddRecordsValues, LiteralsAndMappingRows) {
         {kFillSourceField, KODBC_TYPE_VAR_TEXT, "", "stale", true, "NULL", "name", "VarText (30)"},
     };
     for (const Case &c : cases) {
-        AddRecField field;
-        field.destinationName = "ziel";
-        field.destinationType = c.type;
-        field.mode = c.mode;
-        field.fixedValue = c.fixed;
-        field.sourceField = "name";
-        field.sourceType = KODBC_TYPE_VAR_TEXT;
-        field.sourceLength = 30;
-        field.value = c.value;
-        field.valueIsNull = c.null;
+        AddRecField field{.destinationName = "ziel", .destinationType = c.type, .mode = c.mode, .sourceField = "name",
+                          .sourceType = KODBC_TYPE_VAR_TEXT, .sourceLength = 30, .value = c.value,
+                          .valueIsNull = c.null, .fixedValue = c.fixed};
         char text[100];
         korvel::BoundedText out(text, sizeof text);
         AppendValueLiteral(out, field);
@@ -105,15 +98,12 @@ TEST(AddRecordsValues, IdentifyingConditionAndCuts) {
 // but a driver with one active statement per connection fails the first
 // INSERT while the source query is open.
 TEST(AddRecordsValues, TheDestinationsConnectionReadsTheSourceOnlyWhereThatServesBoth) {
-    struct Case {
-        ConnectionSharing sharing;  // same login, active statements, file database
-        bool shares;
-    };
-    const Case cases[] = {
+    // same login, active statements, file database; shared
+    const struct { ConnectionSharing sharing; bool shares; } cases[] = {
         {{false, 0, true}, false}, {{true, 1, false}, false}, {{true, 0, false}, true},
         {{true, 2, false}, true},  {{true, 1, true}, true},
     };
-    for (const Case &c : cases)
+    for (const auto &c : cases)
         EXPECT_EQ(SharesSourceConnection(c.sharing), c.shares)
             << c.sharing.sameLogin << " " << c.sharing.activeStatements << " " << c.sharing.fileDatabase;
 }

@@ -31,16 +31,12 @@ protected:
         std::remove(file_.c_str());
         DataSourceTest::TearDown();
     }
-    std::vector<ExportField> Fields(const char *table = kTable) {
-        std::vector<ExportField> fields;
-        EXPECT_TRUE(ReadExportFields(hdbc_, table, fields));
-        return fields;
-    }
     // Writes the file and gives its bytes ("" when it failed).
     std::string Export(const ExportFormat &format, long maxRecords = 100, const std::string &where = "",
                        RecordingProgress *progress = nullptr, const char *table = kTable) {
         RecordingProgress own;
-        const std::vector<ExportField> fields = Fields(table);
+        std::vector<ExportField> fields;
+        EXPECT_TRUE(ReadExportFields(hdbc_, table, fields));
         const std::string sql = ExportStatement(hdbc_, table, fields, where) + " ORDER BY nr";
         if (!WriteExportFile(hdbc_, sql, fields, format, file_.c_str(), maxRecords, progress ? *progress : own))
             return "";
@@ -53,11 +49,8 @@ protected:
     std::string file_;
 };
 
+// A name with a blank is written with a dash.
 TEST_P(ExportFile, BytesForEachFormat) {
-    const std::vector<ExportField> fields = Fields();
-    ASSERT_EQ(fields.size(), 3u);
-    EXPECT_EQ(fields[1].exportName, "Preis-Netto");
-
     const ExportFormat tabs;  // the wizard's defaults
     ExportFormat other, ascii, csv;
     other.header = false;
@@ -140,7 +133,8 @@ TEST_P(ExportFile, PointedNamesLongValuesAndBinaryValues) {
 }
 
 TEST_P(ExportFile, FilesThatCannotBeWrittenFailLoudly) {
-    const std::vector<ExportField> fields = Fields();
+    std::vector<ExportField> fields;
+    ASSERT_TRUE(ReadExportFields(hdbc_, kTable, fields));
     const std::string sql = ExportStatement(hdbc_, kTable, fields, "");
     RecordingProgress progress;
     for (const auto &[file, message] : {std::pair{"/dev/full", "Fehler beim Schreiben der Datei"},

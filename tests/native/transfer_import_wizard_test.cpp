@@ -62,11 +62,6 @@ TEST(ImportWizardFields, FieldDialogTakesAKnownTypeAndAPositiveLength) {
 
 class ImportWizardFilePage : public PrivateRegistryTest {
 protected:
-    std::string Write(const std::string &name, const std::string &bytes) {
-        const std::string file = dir_ + "/" + name;
-        std::ofstream(file, std::ios::binary) << bytes;
-        return file;
-    }
     std::string Setting(const char *name) {
         char text[300] = {};
         Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, kImportSection, name, "", text, sizeof text);
@@ -90,8 +85,9 @@ TEST(ImportWizardFilters, EachKindOfFileIsChosenWithItsOwnFilter) {
 }
 
 TEST_F(ImportWizardFilePage, DiscoversAgainOnlyWhenFormatOrKindChanged) {
-    const std::string text = Write("Kunden.liste.txt", "a;b\r\n1;2\r\n");
-    const std::string sel = Write("k.sel", "Kopf\r\n1,0\r\n1,C,s,C\r\n");
+    const std::string text = dir_ + "/Kunden.liste.txt", sel = dir_ + "/k.sel";
+    std::ofstream(text, std::ios::binary) << "a;b\r\n1;2\r\n";
+    std::ofstream(sel, std::ios::binary) << "Kopf\r\n1,0\r\n1,C,s,C\r\n";
     auto state = CreateImportWizardState(nullptr);
     ASSERT_TRUE(state);
     state->kind = ImportSource::Text;

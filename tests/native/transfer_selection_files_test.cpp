@@ -41,38 +41,37 @@ Values Described(const ImportFieldList &fields) {
     return described;
 }
 
-TEST(SelectionFiles, SdiFieldsTakeTheirTypeFromTheLastFormatWord) {
-    MemoryFile sdi(Sdi("ADRESSE.NAME X Y\r\nA FORMAT=NG10\r\nB format=N10\r\nC FORMAT=D1\r\nD FORMAT=D\r\n"
-                       "E FORMAT=T10 FORMAT=NG2\r\nF FORMAT=NG2 FORMAT=X123\r\nK.NAME\r\nG  FORMAT=Tag\r\n",
-                       9));
-    ImportFieldList fields;
-    ASSERT_TRUE(ReadSdiHeader(sdi.reader, fields));
-    EXPECT_EQ(Described(fields), (Values{"NAME:10", "A:2", "B:3", "C:4", "D:10", "E:2", "F:10", "NAME_1:10", "G:4"}));
-    std::string_view next;
-    EXPECT_FALSE(sdi.reader.Next(next)) << "the line after the fields belongs to the header";
-}
-
-TEST(SelectionFiles, HeadersThatDoNotFollowTheLayout) {
+// An SDI field takes its type from its last known FORMAT word and its name
+// from after the last point; the line after the fields belongs to the header.
+TEST(SelectionFiles, HeadersAndTheirFields) {
     const struct {
         const char *what;
         std::string bytes;
         bool sdi, valid;
+        Values fields;
     } cases[] = {
-        {"lower-case sdi", "sdi\nx\nx\nx\n1\nA\n\n", true, true},
+        {"sdi", Sdi("ADRESSE.NAME X Y\r\nA FORMAT=NG10\r\nB format=N10\r\nC FORMAT=D1\r\nD FORMAT=D\r\n"
+                    "E FORMAT=T10 FORMAT=NG2\r\nF FORMAT=NG2 FORMAT=X123\r\nK.NAME\r\nG  FORMAT=Tag\r\n", 9),
+         true, true, {"NAME:10", "A:2", "B:3", "C:4", "D:10", "E:2", "F:10", "NAME_1:10", "G:4"}},
+        {"lower-case sdi", "sdi\nx\nx\nx\n1\nA\n\n", true, true, {"A:10"}},
         {"not SDI", "SDX\r\nx\r\nx\r\nx\r\n1\r\nA\r\n\r\n", true, false},
         {"no fields", Sdi("", 0), true, false},
         {"field line missing", Sdi("A\r\n", 2), true, false},
         {"closing line missing", "SDI\r\nx\r\nx\r\nx\r\n1\r\nA\r\n", true, false},
-        {"sel", "Kopf\r\n2,0\r\n1,C,a,C\r\n2,C,b,C\r\n", false, true},
+        {"sel", "Kopf\r\n2,0\r\n1,C,a,C\r\n2,C,b,C\r\n", false, true, {"a:10", "b:10"}},
         {"sel without fields", "Kopf\r\n0,5\r\n", false, false},
         {"sel field line missing", "Kopf\r\n2,5\r\n1,C,a,C\r\n", false, false},
     };
     for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
         MemoryFile file(c.bytes);
         ImportFieldList fields;
         long records = 0;
-        EXPECT_EQ(c.sdi ? ReadSdiHeader(file.reader, fields) : ReadSelHeader(file.reader, fields, records), c.valid)
-            << c.what;
+        ASSERT_EQ(c.sdi ? ReadSdiHeader(file.reader, fields) : ReadSelHeader(file.reader, fields, records), c.valid);
+        if (!c.valid) continue;
+        EXPECT_EQ(Described(fields), c.fields);
+        std::string_view next;
+        EXPECT_FALSE(file.reader.Next(next));
     }
 }
 
