@@ -93,6 +93,15 @@ std::vector<ShownLine> LinesForRows(const OpDescOperator *table, std::string_vie
     return shown;
 }
 
+int FirstEmptyControl(const OpDescDialogItem *items, const std::function<bool(int id)> &hasText) {
+    for (const OpDescDialogItem *row = items; !IsTableEnd(*row); ++row) {
+        if (IsGroupEnd(*row)) continue;
+        for (int id : {row->FieldId, row->OperatorId, row->ValueId})
+            if (!hasText(id)) return id;
+    }
+    return 0;
+}
+
 void WriteDescriptor(const OpDescOperator *table, const std::vector<RowTexts> &rows, char *descriptor,
                      int size) noexcept {
     korvel::BoundedText out(descriptor, size);

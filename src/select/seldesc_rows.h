@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,6 +61,10 @@ struct RowTexts {
     std::string value;
     long type = 0;
 };
+// Row by row, field before operator before value: the first control for
+// which hasText says no; 0 when every control has text.
+int FirstEmptyControl(const OpDescDialogItem *items, const std::function<bool(int id)> &hasText);
+
 // The rows as a descriptor into descriptor (size > 0); empty for no table.
 void WriteDescriptor(const OpDescOperator *table, const std::vector<RowTexts> &rows, char *descriptor,
                      int size) noexcept;

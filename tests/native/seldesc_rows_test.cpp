@@ -18,14 +18,8 @@ std::string Listing(const std::vector<BoxEntry> &entries) {
     return out;
 }
 
-// Keywords and flags show in the clauses; the boxes show order, codes and
-// labels, and both lookups find every entry.
-TEST(SelDescRows, OperatorBoxesInTableOrderWithTheBlankLast) {
-    for (int kind : {OPDESC_SELECTION, OPDESC_ASSIGNMENT})
-        for (const OpDescOperator *op = OperatorTable(kind); op->code != 0; ++op) {
-            EXPECT_EQ(FindByKeyword(OperatorTable(kind), op->keyword), op) << op->keyword;
-            EXPECT_EQ(FindByCode(OperatorTable(kind), op->code), op) << op->code;
-        }
+// Box order is table order, each label with its code, the blank entry last.
+TEST(SelDescRowTexts, OperatorBoxesInTableOrderWithTheBlankLast) {
     EXPECT_EQ(Listing(OperatorBoxEntries(OperatorTable(OPDESC_SELECTION))),
               "beginnt mit=101|enthält=108|ist leer=109|ist nicht leer=110|ist gleich=102|ist ungleich=103|"
               "ist größer als=104|ist größer oder gleich=105|ist kleiner als=106|ist kleiner oder gleich=107|"
@@ -35,13 +29,11 @@ TEST(SelDescRows, OperatorBoxesInTableOrderWithTheBlankLast) {
               "ist kleiner oder gleich dem Inhalt von Feld=206| =0|");
     EXPECT_EQ(Listing(OperatorBoxEntries(OperatorTable(OPDESC_ASSIGNMENT))),
               "Feld leeren=300|Fester Wert=301|Inhalt von Feld=302|Ergebnis der Formel=303| =0|");
-    EXPECT_EQ(FindByCode(OperatorTable(OPDESC_SELECTION), 0), nullptr);
-    EXPECT_EQ(OperatorTable(0), nullptr);
-    EXPECT_EQ(OperatorTable(3), nullptr);
+    for (int kind : {0, 3}) EXPECT_EQ(OperatorTable(kind), nullptr) << kind;
     EXPECT_EQ(FindByKeyword(OperatorTable(OPDESC_SELECTION), "BW "), nullptr);  // with case and exactly
 }
 
-TEST(SelDescRows, FieldListEntriesAndExactLookup) {
+TEST(SelDescRowTexts, FieldListEntriesAndExactLookup) {
     const std::pair<std::string, const char *> lists[] = {
         {"Ort\t12\tUmsatz\t8\tKunden Nr\t-5", "Ort=12|Umsatz=8|Kunden Nr=-5|"},
         {"A\tB", "A=0|B=0|"},                     // a plain name list
@@ -63,7 +55,7 @@ const OpDescDialogItem kRows[] = {{11, 12, 13}, {15, 16, 17}, {18, 19, 20}, {21,
                                   {31, 32, 33}, {1, 1, 1},      {41, 42, 43}, {1, 1, 1},    {51, 52, 53}, {1, 1, 1},
                                   {0, 0, 0}};
 
-TEST(SelDescRows, DescriptorLinesLandInTheirGroupsRows) {
+TEST(SelDescRowTexts, DescriptorLinesLandInTheirGroupsRows) {
     const std::pair<std::string, const char *> cases[] = {
         {"Ort\tBW\tBer\t12\nUmsatz\tGT\t1.000,5\t8\n\vDatum\tEQ\t1.2.2024\t9\n\v\vFrei\tIL\t4;7;9\t0\n\v",
          "0:Ort|101|Ber 1:Umsatz|104|1.000,5 6:Datum|102|1.2.2024 10:Frei|111|4;7;9 "},
@@ -85,14 +77,24 @@ TEST(SelDescRows, DescriptorLinesLandInTheirGroupsRows) {
         EXPECT_EQ(shown, expected) << descriptor;
     }
     const OpDescDialogItem oneRow[] = {{11, 12, 13}, {0, 0, 0}};  // no group end before the table end
-    EXPECT_EQ(LinesForRows(OperatorTable(OPDESC_SELECTION), "A\tEQ\t1\t4\nB\tEQ\t2\t4\n\vC\tEQ\t3\t4", oneRow).size(), 1u);
+    EXPECT_EQ(LinesForRows(OperatorTable(OPDESC_SELECTION), "A\tEQ\t1\t4\nB\tEQ\t2\t4\n\vC\tEQ\t3", oneRow).size(),
+              1u);
+}
+
+TEST(SelDescRowTexts, FocusGoesToTheFirstControlWithoutText) {
+    // Controls 11 up to below the bound have text; group ends are no controls.
+    const std::pair<int, int> cases[] = {{11, 11}, {12, 12}, {13, 13}, {14, 15}, {27, 31}, {100, 0}};
+    for (const auto &[bound, expected] : cases) {
+        auto hasText = [bound = bound](int id) { return id >= 11 && id < bound; };
+        EXPECT_EQ(FirstEmptyControl(kRows, hasText), expected) << bound;
+    }
 }
 
 std::string Write(const std::vector<RowTexts> &rows, int size = 2000, int kind = OPDESC_SELECTION) {
     return Guarded(size, [&](char *out, int n) { WriteDescriptor(OperatorTable(kind), rows, out, n); });
 }
 
-TEST(SelDescRows, RowsWrittenBackWithTheirGroupEnds) {
+TEST(SelDescRowTexts, RowsWrittenBackWithTheirGroupEnds) {
     const RowTexts end{true, "", 0, "", 0}, ort{false, "Ort", 102, "Bonn", 12}, umsatz{false, "Umsatz", 104, "5", 8};
     const std::vector<RowTexts> rows = {
         ort, {false, "Frei", 111, "4;7;9", 0}, {false, "A", 0, "x", 1},  // the blank entry
@@ -105,14 +107,16 @@ TEST(SelDescRows, RowsWrittenBackWithTheirGroupEnds) {
 
     // Every separator needs one byte more than it takes: what follows the
     // last one that fits is dropped.
-    const std::vector<RowTexts> empty = {end, end, end, end};
-    const std::pair<int, const char *> sizes[] = {{8, "\v\v\v\v"}, {7, "\v\v\v"}, {5, "\v\v"}, {2, "\v"}, {1, ""}};
-    for (const auto &[size, expected] : sizes) EXPECT_EQ(Write(empty, size), expected) << size;
-    const std::vector<RowTexts> two = {ort, end, umsatz, end, end, end};
+    const std::vector<RowTexts> empty = {end, end, end, end}, two = {ort, end, umsatz, end, end, end};
     const std::string both = "Ort\tEQ\tBonn\t12\n\vUmsatz\tGT\t5\t8\n\v";  // 33 characters
-    const std::pair<int, std::string> cuts[] = {{37, both + "\v\v"}, {36, both + "\v"}, {34, both},
-                                                {25, "Ort\tEQ\tBonn\t12\n\vUmsatz\t"}, {10, "Ort\tEQ\tBo"}};
-    for (const auto &[size, expected] : cuts) EXPECT_EQ(Write(two, size), expected) << size;
+    const struct {
+        const std::vector<RowTexts> &rows;
+        int size;
+        std::string expected;
+    } cuts[] = {{empty, 8, "\v\v\v\v"}, {empty, 7, "\v\v\v"}, {empty, 5, "\v\v"}, {empty, 2, "\v"}, {empty, 1, ""},
+                {two, 37, both + "\v\v"}, {two, 36, both + "\v"}, {two, 34, both},
+                {two, 25, "Ort\tEQ\tBonn\t12\n\vUmsatz\t"}, {two, 10, "Ort\tEQ\tBo"}};
+    for (const auto &c : cuts) EXPECT_EQ(Write(c.rows, c.size), c.expected) << c.size;
 }
 
 } // namespace
