@@ -143,16 +143,26 @@ TEST(SelDescRoom, ConditionsSeparatorsAndGroupsOnlyWhereTheyFit) {
 }
 
 TEST(SelDescRoom, GroupWorkingBufferOf30000) {
-    // 150 conditions of 200 characters overflow one group's buffer: 1 + 146
-    // conditions and 145 separators fill 29926 of 29999 characters. The four
-    // conditions that no longer fit are dropped, but each still writes its
-    // separator while six bytes remain.
-    std::string group;
-    for (int i = 0; i < 150; ++i) group += Line("F", "EQ", std::string(196, static_cast<char>('a' + i % 26)), 12);
-    const std::string where = Where(group, 40000), tail = " AND  AND  AND  AND )";
-    EXPECT_EQ(where.size(), 1 + 146 * 200 + 145 * 5 + tail.size());
-    EXPECT_EQ(where.front(), '(');
-    EXPECT_EQ(where.substr(where.size() - tail.size()), tail);
+    // 146 conditions of 200 characters and 145 separators fill 29926 of a
+    // group's 29999 characters. Conditions that no longer fit are dropped,
+    // but each still writes its separator while five characters remain; the
+    // closing bracket needs one.
+    const struct {
+        int shortOne;  // the value length of condition 147; 0 keeps 196
+        std::size_t size;
+        const char *tail;
+    } cases[] = {{0, 29926 + 21, "' AND  AND  AND  AND )"}, {59, 29999, "q' AND "}};  // 63 more leave five
+    for (const auto &c : cases) {
+        std::string group;
+        for (int i = 0; i < 150; ++i) {
+            const int length = i == 146 && c.shortOne ? c.shortOne : 196;
+            group += Line("F", "EQ", std::string(static_cast<std::size_t>(length), static_cast<char>('a' + i % 26)), 12);
+        }
+        const std::string where = Where(group, 40000), tail = c.tail;
+        EXPECT_EQ(where.size(), c.size) << c.shortOne;
+        EXPECT_EQ(where.front(), '(');
+        EXPECT_EQ(where.substr(where.size() - tail.size()), tail) << c.shortOne;
+    }
 }
 
 TEST(SelDescSet, AssignmentsFromTheFirstGroupCutToTheSize) {

@@ -108,7 +108,7 @@ TEST(SelDescRowTexts, RowsWrittenBackWithTheirGroupEnds) {
     // Every separator needs one byte more than it takes: what follows the
     // last one that fits is dropped.
     const std::vector<RowTexts> empty = {end, end, end, end}, two = {ort, end, umsatz, end, end, end};
-    const std::string both = "Ort\tEQ\tBonn\t12\n\vUmsatz\tGT\t5\t8\n\v";  // 33 characters
+    const std::string both = "Ort\tEQ\tBonn\t12\n\vUmsatz\tGT\t5\t8\n\v";  // 31 characters
     const struct {
         const std::vector<RowTexts> &rows;
         int size;
