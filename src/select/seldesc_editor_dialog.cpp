@@ -3,6 +3,7 @@
 // The rows' contents move through the same two descriptor functions as on
 // every other selection page, so a mask saved here loads anywhere.
 #include "select/seldesc_editor_ids.h"
+#include "select/seldesc_rows.h"
 #include "select/selection_mask.h"
 
 #include "internal/dialog_kit_win.h"
@@ -46,21 +47,16 @@ struct EditorState {
     int reserved2;
 };
 
-bool IsRow(const OpDescDialogItem &row) { return row.FieldId != OPDESC_ITEM_GROUP_END; }
-
-// Row by row, field before operator before value: the first control
-// without text gets the focus. False when every control has text.
+// The first control without text gets the focus. False when every control
+// has text.
 bool FocusFirstEmpty(HWND dialog) {
-    for (const OpDescDialogItem *row = kRows; row->FieldId != OPDESC_ITEM_TABLE_END; ++row) {
-        if (!IsRow(*row)) continue;
-        for (int id : {row->FieldId, row->OperatorId, row->ValueId}) {
-            HWND control = GetDlgItem(dialog, id);
-            if (!control || GetWindowTextLengthA(control) > 0) continue;
-            SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
-            return true;
-        }
-    }
-    return false;
+    const int id = seldesc::FirstEmptyControl(kRows, [&](int candidate) {
+        HWND control = GetDlgItem(dialog, candidate);
+        return !control || GetWindowTextLengthA(control) > 0;
+    });
+    if (id == 0) return false;
+    SendMessageA(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(dialog, id)), TRUE);
+    return true;
 }
 
 // The file it starts at is the last mask loaded or saved. False when the
