@@ -45,11 +45,11 @@ private:
         if (!self) return 0;
         if (message != WM_INITDIALOG && message != kActivate && message != kLeave) return 0;
         auto *answer = reinterpret_cast<int *>(lParam);
-        const char *what = message == WM_INITDIALOG               ? " init"
-                           : message == kActivate                 ? " on"
-                           : wParam == KORVEL_WIZARD_FORWARD      ? " next"
-                           : wParam == KORVEL_WIZARD_BACKWARD     ? " back"
-                                                                  : " leave in no direction";
+        const char *what = message == WM_INITDIALOG ? " init"
+                           : message == kActivate ? " on"
+                           : wParam == KORVEL_WIZARD_FORWARD ? " next"
+                           : wParam == KORVEL_WIZARD_BACKWARD ? " back"
+                                                              : " leave in no direction";
         std::string event = std::to_string(page - P1 + 1) + what;
         if (message == kLeave && !(answer && *answer == 1)) event += " with a wrong answer";
         {
