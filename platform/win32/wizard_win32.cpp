@@ -5,6 +5,8 @@
 // drive it with plain messages.
 #include "module_win32.h"
 
+#include "../common/wizard_walk.h"
+
 #include <korvel/korvel32.h>
 
 #include <algorithm>
@@ -17,8 +19,6 @@ using korvel::win32::ThisModule;
 
 constexpr char kPageProperty[] = "KorvelWizardPage";
 constexpr char kBackText[] = "< &Zur\xFC" "ck";
-constexpr char kNextText[] = "&Weiter >";
-constexpr char kFinishText[] = "&Fertigstellen";
 constexpr char kCancelText[] = "Abbrechen";
 constexpr int kTitleSize = 256;
 constexpr int kPictureId = 0x3020;
@@ -33,13 +33,13 @@ struct WizardFrame;
 
 struct Page {
     int id = 0;
-    bool enabled = true;
     HWND window = nullptr;
     WizardFrame *frame = nullptr;
 };
 
 struct WizardFrame {
     std::vector<Page> pages;
+    korvel::PageSwitches on;  // each page's switch
     KorvelWizardCallback callback = nullptr;
     UINT activateMessage = 0;
     UINT leaveMessage = 0;
@@ -84,21 +84,12 @@ void SetTextIfChanged(HWND window, const std::string &text) {
     if (text != current) SetWindowTextA(window, text.c_str());
 }
 
-// The nearest enabled page after (step 1) or before (step -1) `from`; -1 for none.
-int EnabledNeighbour(const WizardFrame &frame, int from, int step) {
-    for (int i = from + step; i >= 0 && i < static_cast<int>(frame.pages.size()); i += step) {
-        if (frame.pages[static_cast<std::size_t>(i)].enabled) return i;
-    }
-    return -1;
-}
-
 void UpdateButtons(WizardFrame &frame) {
     if (!frame.back || !frame.next || frame.current < 0) return;
-    bool hasBack = EnabledNeighbour(frame, frame.current, -1) >= 0;
-    bool hasNext = EnabledNeighbour(frame, frame.current, 1) >= 0;
-    if (!hasBack && GetFocus() == frame.back) SendMessageA(frame.window, WM_NEXTDLGCTL, 0, FALSE);
-    EnableWindow(frame.back, hasBack);
-    SetTextIfChanged(frame.next, Translated(frame, hasNext ? kNextText : kFinishText));
+    const korvel::WizardButtons buttons = korvel::ButtonsOn(frame.on, frame.current);
+    if (!buttons.back && GetFocus() == frame.back) SendMessageA(frame.window, WM_NEXTDLGCTL, 0, FALSE);
+    EnableWindow(frame.back, buttons.back);
+    SetTextIfChanged(frame.next, Translated(frame, buttons.nextText));
 }
 
 int Ask(WizardFrame &frame, const Page &page, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -140,17 +131,16 @@ bool Leave(WizardFrame &frame, WPARAM direction) {
 
 void Move(WizardFrame &frame, int step) {
     if (frame.moving || frame.current < 0) return;
-    bool finishing = step > 0 && EnabledNeighbour(frame, frame.current, 1) < 0;
-    if (step < 0 && EnabledNeighbour(frame, frame.current, -1) < 0) return;
+    const korvel::WizardPress press = korvel::Press(frame.on, frame.current, step);
+    if (press == korvel::WizardPress::Ignored) return;
     frame.moving = true;
     bool agreed = Leave(frame, step > 0 ? KORVEL_WIZARD_FORWARD : KORVEL_WIZARD_BACKWARD);
     frame.moving = false;
     if (!agreed) return;
-    // The leave may have switched pages on or off: the target is decided now.
-    int target = EnabledNeighbour(frame, frame.current, step);
+    const int target = korvel::AfterLeave(frame.on, frame.current, step, press);
     if (target >= 0) {
         ShowPage(frame, target);
-    } else if (finishing) {
+    } else if (target == korvel::kWizardFinished) {
         EndDialog(frame.window, 1);
     } else {
         UpdateButtons(frame);
@@ -233,7 +223,7 @@ bool Build(WizardFrame &frame) {
     CreateWindowExA(0, "STATIC", "", WS_CHILD | WS_VISIBLE | SS_ETCHEDHORZ, 0, 0, 0, 0, frame.window,
                     reinterpret_cast<HMENU>(kSeparatorId), ThisModule(), nullptr);
     frame.back = AddButton(frame, KORVEL_WIZARD_BACK, kBackText, BS_PUSHBUTTON);
-    frame.next = AddButton(frame, KORVEL_WIZARD_NEXT, kNextText, BS_DEFPUSHBUTTON);
+    frame.next = AddButton(frame, KORVEL_WIZARD_NEXT, korvel::kWizardNextText, BS_DEFPUSHBUTTON);
     HWND cancel = AddButton(frame, IDCANCEL, kCancelText, BS_PUSHBUTTON);
     if (!frame.back || !frame.next || !cancel) return false;
     for (HWND button : {frame.back, frame.next, cancel}) {
@@ -242,7 +232,7 @@ bool Build(WizardFrame &frame) {
     SendMessageA(frame.window, DM_SETDEFID, KORVEL_WIZARD_NEXT, 0);
     Layout(frame);
 
-    int first = EnabledNeighbour(frame, -1, 1);
+    int first = korvel::NeighbourPage(frame.on, -1, 1);
     if (first < 0) return false;
     ShowPage(frame, first);
     return true;
@@ -374,7 +364,8 @@ int Wizzard_Perform(const KorvelWizardPage *pages, KorvelWizardCallback callback
         frame.module = module;
         frame.titleId = titleId;
         for (const KorvelWizardPage *p = pages; p->templateId != 0; ++p) {
-            frame.pages.push_back(Page{p->templateId, true, nullptr, &frame});
+            frame.pages.push_back(Page{p->templateId, nullptr, &frame});
+            frame.on.push_back(true);
         }
         BitmapOwner picture;
         picture.bitmap = static_cast<HBITMAP>(
@@ -404,8 +395,8 @@ void *Wizzard_GetParam(LONG_PTR wizard) {
 void Wizzard_EnableSubDialog(LONG_PTR wizard, int page, int enable) {
     WizardFrame *frame = Running(wizard);
     if (!frame) return;
-    for (Page &p : frame->pages) {
-        if (p.id == page) p.enabled = enable != 0;
+    for (std::size_t i = 0; i < frame->pages.size(); ++i) {
+        if (frame->pages[i].id == page) frame->on[i] = enable != 0;
     }
     UpdateButtons(*frame);
 }

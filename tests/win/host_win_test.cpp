@@ -13,16 +13,6 @@ namespace {
 
 constexpr char kTable[] = "kodbc_host_t";
 
-// A visible top-level window of the process other than `except`.
-HWND WindowOf(DWORD process, HWND except) {
-    const std::vector<HWND> found = wintest::TopWindows([&](HWND window) {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(window, &owner);
-        return owner == process && window != except && IsWindowVisible(window);
-    });
-    return found.empty() ? nullptr : found[0];
-}
-
 class HostProgram : public wintest::ConnectedTest {
 protected:
     void SetUp() override {
@@ -90,12 +80,20 @@ TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
     for (const auto &command : commands) {
         SCOPED_TRACE(command.command);
         PostMessageA(main_, WM_COMMAND, static_cast<WPARAM>(command.command), 0);
-        HWND opened = nullptr;
-        ASSERT_TRUE(wintest::WaitFor([&] { return (opened = WindowOf(process_.dwProcessId, main_)) != nullptr; }));
-        EXPECT_EQ(wintest::WindowText(opened), command.title);
-        EXPECT_EQ(GetWindow(opened, GW_OWNER), main_) << "opens over the host's window";
-        PostMessageA(opened, WM_COMMAND, IDCANCEL, 0);
-        ASSERT_TRUE(wintest::WaitFor([&] { return !IsWindow(opened); }));
+        // The host's other visible window is the one the command opened.
+        std::vector<HWND> opened;
+        ASSERT_TRUE(wintest::WaitFor([&] {
+            opened = wintest::TopWindows([&](HWND window) {
+                DWORD owner = 0;
+                GetWindowThreadProcessId(window, &owner);
+                return owner == process_.dwProcessId && window != main_ && IsWindowVisible(window);
+            });
+            return !opened.empty();
+        }));
+        EXPECT_EQ(wintest::WindowText(opened[0]), command.title);
+        EXPECT_EQ(GetWindow(opened[0], GW_OWNER), main_) << "opens over the host's window";
+        PostMessageA(opened[0], WM_COMMAND, IDCANCEL, 0);
+        ASSERT_TRUE(wintest::WaitFor([&] { return !IsWindow(opened[0]); }));
     }
     // Still on the same table after every dialog was cancelled.
     EXPECT_NE(wintest::WindowText(GetDlgItem(main_, IDC_HOST_STATUS)).find(kTable), std::string::npos);

@@ -122,13 +122,6 @@ TEST(Identity, ProfileNameIsTheModuleWithIni) {
     EXPECT_EQ(std::string(profile), expected);
 }
 
-// A window of the given class on this thread.
-HWND OwnWindow(const char *cls) {
-    const std::vector<HWND> found = TopWindows(
-        [cls](HWND w) { return GetWindowThreadProcessId(w, nullptr) == GetCurrentThreadId() && ClassName(w) == cls; });
-    return found.empty() ? nullptr : found[0];
-}
-
 void PumpFor(int milliseconds) {
     DWORD end = GetTickCount() + static_cast<DWORD>(milliseconds);
     while (static_cast<int>(end - GetTickCount()) > 0) {
@@ -144,7 +137,7 @@ void PumpFor(int milliseconds) {
 TEST(Progress, AbbrechenCancels) {
     KorvelProgress *progress = Korvel_Progress_Create(nullptr, "Export", 0, 100);
     ASSERT_NE(progress, nullptr);
-    HWND window = OwnWindow("KorvelProgress");
+    HWND window = Visible("KorvelProgress");
     ASSERT_NE(window, nullptr);
     HWND button = GetDlgItem(window, IDCANCEL);
     ASSERT_NE(button, nullptr);
@@ -163,10 +156,9 @@ TEST(TempWind, ShowsWithoutBlockingAndClosesByTimer) {
     HINSTANCE library = GetModuleHandleA("kodbc.dll");
     ASSERT_NE(library, nullptr);
     Korvel_DisplayTempWind(library, 2900, 3, 0x00D2E6FA);  // "Datenbank", 300 ms
-    HWND notice = OwnWindow("KorvelTempWind");
-    ASSERT_NE(notice, nullptr) << "the call returned without a notice";
+    HWND notice = Visible("KorvelTempWind");
+    ASSERT_NE(notice, nullptr) << "the call returned without a visible notice";
     EXPECT_EQ(WindowText(notice), "Datenbank");
-    EXPECT_TRUE(IsWindowVisible(notice));
     PumpFor(800);
     EXPECT_FALSE(IsWindow(notice)) << "the timer did not close it";
 }

@@ -6,6 +6,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -22,6 +23,12 @@ constexpr int kSettleMs = 300;  // a window that just came up, or a text just ty
 // long as the action needs (its waits are bounded), so the watchdog waits.
 std::atomic<int> g_acting{0};
 
+std::string ClassName(HWND window) {
+    char cls[64] = {};
+    GetClassNameA(window, cls, sizeof cls);
+    return cls;
+}
+
 // A visible top-level window of this process of class `cls`.
 bool OursVisible(HWND window, const char *cls) {
     DWORD process = 0;
@@ -29,27 +36,29 @@ bool OursVisible(HWND window, const char *cls) {
     return process == GetCurrentProcessId() && IsWindowVisible(window) && ClassName(window) == cls;
 }
 
-} // namespace
-
-std::string ClassName(HWND window) {
-    char cls[64] = {};
-    GetClassNameA(window, cls, sizeof cls);
-    return cls;
+// Selects line `index` (-1: none) of a list or combo box, notifying the dialog when asked.
+void SelectLine(HWND dialog, int controlId, LRESULT index, bool notify) {
+    HWND box = GetDlgItem(dialog, controlId);
+    const bool combo = IsCombo(box);
+    SendMessageA(box, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    if (notify && index >= 0)
+        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(controlId, combo ? CBN_SELCHANGE : LBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(box));
 }
 
+thread_local MessageBoxAnswerer *t_answerer = nullptr;
+
+} // namespace
+
 std::vector<HWND> TopWindows(const std::function<bool(HWND)> &match) {
-    struct Walk {
-        const std::function<bool(HWND)> &match;
-        std::vector<HWND> found;
-    } walk{match, {}};
-    EnumWindows(
-        [](HWND window, LPARAM param) -> BOOL {
-            auto *w = reinterpret_cast<Walk *>(param);
-            if (w->match(window)) w->found.push_back(window);
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&walk));
-    return walk.found;
+    std::vector<HWND> all, found;
+    auto collect = [](HWND window, LPARAM param) -> BOOL {
+        reinterpret_cast<std::vector<HWND> *>(param)->push_back(window);
+        return TRUE;
+    };
+    EnumWindows(collect, reinterpret_cast<LPARAM>(&all));
+    std::copy_if(all.begin(), all.end(), std::back_inserter(found), match);
+    return found;
 }
 
 std::string WindowText(HWND window) {
@@ -76,10 +85,6 @@ void PressKey(HWND control, UINT virtualKey) {
     UINT scan = MapVirtualKeyA(virtualKey, MAPVK_VK_TO_VSC);
     PostMessageA(control, WM_KEYDOWN, virtualKey, static_cast<LPARAM>(1 | (scan << 16)));
     PostMessageA(control, WM_KEYUP, virtualKey, static_cast<LPARAM>(1 | (scan << 16) | 0xC0000000u));
-}
-
-void PressAltChar(HWND control, char ch) {
-    PostMessageA(control, WM_SYSCHAR, static_cast<unsigned char>(ch), static_cast<LPARAM>(1 | (1u << 29)));
 }
 
 HWND FocusOf(DWORD thread) {
@@ -109,26 +114,11 @@ void Type(HWND dialog, int controlId, const std::string &text) {
     SendMessageA(control, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
-namespace {
-
-// Selects line `index` (-1: none) of a list or combo box, notifying the dialog when asked.
-void SelectLine(HWND dialog, int controlId, LRESULT index, bool notify) {
-    HWND box = GetDlgItem(dialog, controlId);
-    const bool combo = IsCombo(box);
-    SendMessageA(box, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-    if (notify && index >= 0)
-        SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(controlId, combo ? CBN_SELCHANGE : LBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(box));
-}
-
-} // namespace
-
 bool Choose(HWND dialog, int controlId, const std::string &text, bool notify) {
     HWND box = GetDlgItem(dialog, controlId);
-    LRESULT index = -1;
-    if (!text.empty())
-        index = SendMessageA(box, IsCombo(box) ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                             reinterpret_cast<LPARAM>(text.c_str()));
+    const LRESULT index = text.empty() ? -1
+                                       : SendMessageA(box, IsCombo(box) ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT,
+                                                      static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str()));
     SelectLine(dialog, controlId, index, notify);
     return text.empty() || index >= 0;
 }
@@ -220,7 +210,7 @@ std::string AnswerBox(int button, const std::string &shot) {
     Sleep(kSettleMs);
     const std::string text = ControlText(box, kMessageTextId);
     if (!shot.empty()) SaveScreenshot(box, shot);
-    PostMessageA(GetDlgItem(box, button), BM_CLICK, 0, 0);
+    Click(box, button);
     WaitFor([&] { return !IsWindow(box); });
     return text;
 }
@@ -257,13 +247,8 @@ std::string SaveScreenshot(HWND window, const std::string &name) {
     const int width = rect.right - rect.left, height = rect.bottom - rect.top;
     if (width <= 0 || height <= 0) return {};
 
-    BITMAPINFOHEADER info = {};
-    info.biSize = sizeof info;
-    info.biWidth = width;
-    info.biHeight = height;
-    info.biPlanes = 1;
-    info.biBitCount = 24;
-    info.biSizeImage = static_cast<DWORD>((width * 3 + 3) & ~3) * static_cast<DWORD>(height);
+    const DWORD size = static_cast<DWORD>((width * 3 + 3) & ~3) * static_cast<DWORD>(height);  // rows of 4-byte steps
+    BITMAPINFOHEADER info = {sizeof info, width, height, 1, 24, BI_RGB, size, 0, 0, 0, 0};
     void *pixels = nullptr;
     HDC screen = GetDC(nullptr);
     HDC memory = CreateCompatibleDC(screen);
@@ -279,14 +264,12 @@ std::string SaveScreenshot(HWND window, const std::string &name) {
 
     const char *dir = std::getenv("KODBC_SCREENSHOT_DIR");
     std::string file = std::string(dir && *dir ? dir : ".") + "/" + name + ".bmp";
-    BITMAPFILEHEADER header = {};
-    header.bfType = 0x4D42;
-    header.bfOffBits = sizeof header + sizeof info;
-    header.bfSize = header.bfOffBits + info.biSizeImage;
+    const DWORD offset = sizeof(BITMAPFILEHEADER) + sizeof info;
+    const BITMAPFILEHEADER header = {0x4D42, offset + size, 0, 0, offset};  // "BM"
     if (FILE *f = std::fopen(file.c_str(), "wb")) {
         std::fwrite(&header, sizeof header, 1, f);
         std::fwrite(&info, sizeof info, 1, f);
-        std::fwrite(pixels, info.biSizeImage, 1, f);
+        std::fwrite(pixels, size, 1, f);
         std::fclose(f);
     }
 
@@ -338,12 +321,6 @@ void DialogRobot::Run() {
     }
 }
 
-namespace {
-
-thread_local MessageBoxAnswerer *t_answerer = nullptr;
-
-} // namespace
-
 MessageBoxAnswerer::MessageBoxAnswerer(std::string caption, int answer, std::string shot)
     : caption_(std::move(caption)), answer_(answer), shot_(std::move(shot)) {
     t_answerer = this;
@@ -367,7 +344,6 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     SetPropA(window, "wintest.seen", reinterpret_cast<HANDLE>(1));
 
     MessageBoxSeen seen;
-    seen.caption = caption_;
     seen.text = ControlText(window, kMessageTextId);
     seen.ok = ControlVisible(window, IDOK);
     seen.cancel = ControlVisible(window, IDCANCEL);
@@ -393,9 +369,7 @@ namespace {
 // cancelled, so a test that goes wrong fails instead of hanging the run.
 class Watchdog : public ::testing::Environment {
 public:
-    void SetUp() override {
-        worker_ = std::thread([this] { Run(); });
-    }
+    void SetUp() override { worker_ = std::thread([this] { Run(); }); }
     void TearDown() override {
         stop_ = true;
         if (worker_.joinable()) worker_.join();

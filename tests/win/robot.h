@@ -20,7 +20,6 @@ namespace wintest {
 // Text of a dialog's control, read with WM_GETTEXT.
 std::string ControlText(HWND dialog, int controlId);
 std::string WindowText(HWND window);
-std::string ClassName(HWND window);
 bool ControlVisible(HWND dialog, int controlId);
 // A message box's text has no id of its own.
 inline constexpr int kMessageTextId = 0xFFFF;
@@ -28,10 +27,9 @@ inline constexpr int kMessageTextId = 0xFFFF;
 // Presses a button the way a click would: BM_CLICK, posted.
 void Click(HWND dialog, int controlId);
 
-// Keys as the dialog manager meets them: posted to `control` (keyboard
-// focus is not needed). PressAltChar sends the mnemonic Alt+ch.
+// A key as the dialog manager meets it: posted to `control` (keyboard focus
+// is not needed).
 void PressKey(HWND control, UINT virtualKey);
-void PressAltChar(HWND control, char ch);
 // The window that has the keyboard focus on thread `thread`.
 HWND FocusOf(DWORD thread);
 
@@ -125,7 +123,6 @@ private:
 
 // What a message box said and offered.
 struct MessageBoxSeen {
-    std::string caption;
     std::string text;
     bool ok = false, cancel = false, yes = false, no = false;
     std::string yesText;  // what the "yes" button says (the system's language)
