@@ -43,26 +43,17 @@ bool CallersBytesKept(const DataSourceRecord &record) {
     return true;
 }
 
-// ---------------------------------------------------------------------------
-// The remembered users in the prefix's registry, put back as they were.
-
+// The users remembered in the prefix's registry; those a test made are
+// forgotten afterwards.
 std::string Remembered(const char *dsn) { return Setting(kSection, dsn, "<none>"); }
-void Remember(const char *dsn, const std::string &user) {
-    if (user == "<none>") Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn);
-    else Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn, user.c_str());
+void Remember(const char *dsn, const char *user) {
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn, user);
 }
-
-class RememberedUsers {
-public:
-    explicit RememberedUsers(std::vector<std::string> dsns) {
-        for (std::string &dsn : dsns) saved_.push_back({dsn, Remembered(dsn.c_str())});
-    }
+struct RememberedUsers {
+    std::vector<std::string> dsns;
     ~RememberedUsers() {
-        for (const auto &[dsn, user] : saved_) Remember(dsn.c_str(), user);
+        for (const std::string &dsn : dsns) Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn.c_str());
     }
-
-private:
-    std::vector<std::pair<std::string, std::string>> saved_;
 };
 
 // ---------------------------------------------------------------------------
@@ -112,29 +103,57 @@ std::string Fields(HWND dialog) {
            ControlText(dialog, IDC_DATASOURCE_PICKER_PASSWORD);
 }
 
-// It opens on the record's own data source, user and password; another
-// entry shows the user remembered for it; OK or a double click confirms.
-TEST_F(DataSourcePicker, ConfirmingFillsTheRecordAndRemembersTheUser) {
+// It opens on the record's own data source, user and password, or for a
+// record naming no listed one on the first entry with the user remembered
+// for it (which entry counts is the core's, natively tested). A choice that
+// does not connect is answered by the connection's error and the picker
+// stays open, the user typed for it remembered all the same; another entry
+// shows the user remembered for it. OK or a double click confirms,
+// "Abbrechen" leaves the record alone.
+TEST_F(DataSourcePicker, ConfirmsRemembersAndStaysOpenWhenTheChoiceFails) {
+    enum Ending { kOk, kDoubleClick, kCancel };
     const struct {
-        bool doubleClick;
+        const char *dsn;
+        Ending ending;
         const char *shot;
-    } confirmations[] = {{false, "pickers-103"}, {true, ""}};
-    for (const auto &c : confirmations) {
-        SCOPED_TRACE(c.doubleClick);
-        RememberedUsers users({kSqlite, kBroken});
+    } rows[] = {{kBroken, kOk, "pickers-103"}, {"kodbc_gibt_es_nicht", kDoubleClick, ""}, {kBroken, kCancel, ""}};
+    Kodbc_FillDataSourcesBox(list_);
+    const std::vector<std::string> names = BoxTexts(list_);
+    ASSERT_FALSE(names.empty());
+    RememberedUsers users{{kSqlite, kBroken, names[0]}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.ending);
+        Remember(names[0].c_str(), "erster");
         Remember(kSqlite, "vorher");
-        DataSourceRecord record = Record(kBroken, "alt", "altes-pw");
-        std::string opened, clicked, broken;
-        DialogRobot robot(kSourceTitle, c.shot, [&](HWND dialog) {
+        DataSourceRecord record = Record(row.dsn, "alt", "altes-pw");
+        const DataSourceRecord before = record;
+        std::string opened, clicked, firstEntry = "0|" + Remembered(names[0].c_str()) + "|";
+        bool errorShown = false, stayedOpen = false;
+        DialogRobot robot(kSourceTitle, row.shot, [&](HWND dialog) {
+            if (row.dsn != kBroken) WaitFor([&] { return Fields(dialog) == firstEntry; });
             opened = Fields(dialog);
-            broken = std::to_string(Entry(dialog, kBroken));
+            if (row.dsn == kBroken) firstEntry = std::to_string(Entry(dialog, kBroken)) + "|alt|altes-pw";
+            // Chosen by sent messages: the dialog has filled the user field
+            // for it before the robot types over it.
+            Choose(dialog, IDC_DATASOURCE_PICKER_LIST, kBroken, true);
+            Type(dialog, IDC_DATASOURCE_PICKER_USER, "versuch");
+            Click(dialog, IDC_DATASOURCE_PICKER_OK);
+            HWND error = AwaitDialog(kErrorTitle, dialog);
+            errorShown = error != nullptr;
+            if (error) Click(error, IDC_ODBC_ERROR_CLOSE);
+            WaitFor([&] { return !IsWindow(error); });
+            // Answered only once the test thread is back in the dialog's loop,
+            // that is after the handler that showed the error is done.
+            SendMessageTimeoutA(dialog, WM_NULL, 0, 0, SMTO_NORMAL, 5000, nullptr);
+            stayedOpen = IsWindow(dialog) && IsWindowVisible(dialog);
+            if (row.ending == kCancel) return Click(dialog, IDC_DATASOURCE_PICKER_CANCEL);
             ClickEntry(dialog, kSqlite);
             WaitFor([&] { return ControlText(dialog, IDC_DATASOURCE_PICKER_USER) == "vorher"; });
             clicked = ControlText(dialog, IDC_DATASOURCE_PICKER_USER) + "|" +
                       ControlText(dialog, IDC_DATASOURCE_PICKER_PASSWORD);
             Type(dialog, IDC_DATASOURCE_PICKER_USER, "robot");
             Type(dialog, IDC_DATASOURCE_PICKER_PASSWORD, "geheim-123");
-            if (c.doubleClick) ClickEntry(dialog, kSqlite, true);
+            if (row.ending == kDoubleClick) ClickEntry(dialog, kSqlite, true);
             else Click(dialog, IDC_DATASOURCE_PICKER_OK);
             WaitFor([&] { return !IsWindow(dialog); });
         });
@@ -142,60 +161,22 @@ TEST_F(DataSourcePicker, ConfirmingFillsTheRecordAndRemembersTheUser) {
         robot.Join();
 
         ASSERT_TRUE(robot.Found()) << "dialog 103 never appeared";
-        EXPECT_EQ(opened, broken + "|alt|altes-pw");
+        EXPECT_EQ(opened, firstEntry);
+        EXPECT_TRUE(errorShown) << "expected \"" << kErrorTitle << "\"";
+        EXPECT_TRUE(stayedOpen);
+        EXPECT_EQ(Remembered(kBroken), "versuch") << "the user is remembered before the connection is tried";
+        EXPECT_TRUE(CallersBytesKept(record));
+        if (row.ending == kCancel) {
+            EXPECT_EQ(result, 2);
+            EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0) << "a cancelled picker leaves the record alone";
+            continue;
+        }
         EXPECT_EQ(clicked, "vorher|");
         EXPECT_EQ(result, 1);
         EXPECT_EQ(std::string(record.DataSourceName) + "|" + record.UserId + "|" + record.Password,
                   std::string(kSqlite) + "|robot|geheim-123");
-        EXPECT_TRUE(CallersBytesKept(record));
         EXPECT_EQ(Remembered(kSqlite), "robot") << "never the password (tests/native/tools_remembered_user_test.cpp)";
     }
-}
-
-// A record naming no listed data source opens on the first entry with the
-// user remembered for it (which entry counts is the core's, natively
-// tested). A choice that does not connect is answered by the connection's
-// error and the picker stays open for another try, the user typed for it
-// remembered all the same; "Abbrechen" then leaves the record alone.
-TEST_F(DataSourcePicker, OpensOnTheFirstForAnUnknownSourceAndStaysOpenWhenTheChoiceFails) {
-    Kodbc_FillDataSourcesBox(list_);
-    const std::vector<std::string> names = BoxTexts(list_);
-    ASSERT_FALSE(names.empty());
-    RememberedUsers users({names[0], kBroken});
-    Remember(names[0].c_str(), "erster");
-    DataSourceRecord record = Record("kodbc_gibt_es_nicht", "alt", "altes-pw");
-    const DataSourceRecord before = record;
-    std::string opened = "<unread>";
-    bool brokenListed = false, errorShown = false, stayedOpen = false;
-    DialogRobot robot(kSourceTitle, "", [&](HWND dialog) {
-        WaitFor([&] { return ControlText(dialog, IDC_DATASOURCE_PICKER_USER) == "erster"; });
-        opened = Fields(dialog);
-        // Chosen by sent messages: the dialog has filled the user field for
-        // it before the robot types over it.
-        brokenListed = Choose(dialog, IDC_DATASOURCE_PICKER_LIST, kBroken, true);
-        Type(dialog, IDC_DATASOURCE_PICKER_USER, "versuch");
-        if (brokenListed) Click(dialog, IDC_DATASOURCE_PICKER_OK);
-        HWND error = brokenListed ? AwaitDialog(kErrorTitle, dialog) : nullptr;
-        errorShown = error != nullptr;
-        if (error) Click(error, IDC_ODBC_ERROR_CLOSE);
-        WaitFor([&] { return !IsWindow(error); });
-        // Answered only once the test thread is back in the dialog's loop,
-        // that is after the handler that showed the error is done.
-        SendMessageTimeoutA(dialog, WM_NULL, 0, 0, SMTO_NORMAL, 5000, nullptr);
-        stayedOpen = IsWindow(dialog) && IsWindowVisible(dialog);
-        Click(dialog, IDC_DATASOURCE_PICKER_CANCEL);
-    });
-    const int result = Kodbc_DataSourceDialog(&record);
-    robot.Join();
-
-    ASSERT_TRUE(robot.Found());
-    EXPECT_EQ(opened, "0|erster|");
-    ASSERT_TRUE(brokenListed) << "the test configuration lacks " << kBroken;
-    EXPECT_TRUE(errorShown) << "expected \"" << kErrorTitle << "\"";
-    EXPECT_TRUE(stayedOpen);
-    EXPECT_EQ(result, 2);
-    EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0) << "a cancelled picker leaves the record alone";
-    EXPECT_EQ(Remembered(kBroken), "versuch") << "the user is remembered before the connection is tried";
 }
 
 // ---------------------------------------------------------------------------
@@ -230,9 +211,9 @@ TEST_F(SchemaPicker, TakesTheTypedTextOnlyOnOk) {
 
 // ---------------------------------------------------------------------------
 // Dialog 10060 on SQLite, which has no schemata (the schema controls stay
-// disabled), and on PostgreSQL, which has them (one is picked from the list).
-// Either way another data source clears the schema; OK hands the choice
-// back, "Abbrechen" leaves the caller's record and schema alone.
+// disabled), ended by "Abbrechen", and on PostgreSQL, which has them (one is
+// picked from the list), ended by OK. Either way another data source clears
+// the schema.
 
 struct Target {
     const char *dsn;
@@ -271,7 +252,7 @@ void PickListedSchema() {
 TEST_P(SourceAndSchema, SchemaControlsFollowTheDatabaseAndAnotherChoiceClearsTheSchema) {
     const Target &t = GetParam();
     EXPECT_EQ(Kodbc_GetSchemaUsage(hdbc_) > 0, t.schemata);
-    RememberedUsers users({t.dsn});
+    RememberedUsers users{{t.dsn}};
     DataSourceRecord record = Record(t.dsn, t.user, "");
     const DataSourceRecord before = record;
     char schema[6] = "alt";  // the result is cut to the caller's size
@@ -319,25 +300,20 @@ TEST_P(SourceAndSchema, SchemaControlsFollowTheDatabaseAndAnotherChoiceClearsThe
         EXPECT_EQ(sessionsWhileOpen, sessions + 1) << "the dialog holds a connection of its own";
         EXPECT_TRUE(WaitFor([&] { return Sessions() == sessions; })) << "its connection ends with the dialog";
     }
-    if (t.ending == IDC_SOURCE_SCHEMA_OK) {
-        EXPECT_EQ(result, 1);
-        EXPECT_STREQ(record.UserId, t.pickedUser);
-        EXPECT_TRUE(CallersBytesKept(record));
-        EXPECT_STREQ(schema, t.schemata ? "kodbc" : "");
-    } else {
-        EXPECT_EQ(result, 2);
-        EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0);
-        EXPECT_STREQ(schema, "alt");
-    }
+    // OK hands the choice back, cut to the caller's size; "Abbrechen" leaves it alone.
+    const bool ok = t.ending == IDC_SOURCE_SCHEMA_OK;
+    EXPECT_EQ(result, ok ? 1 : 2);
+    if (ok) EXPECT_STREQ(record.UserId, t.pickedUser);
+    if (ok) EXPECT_TRUE(CallersBytesKept(record));
+    else EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0);
+    EXPECT_STREQ(schema, ok ? "kodbc" : "alt");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    DataSources, SourceAndSchema,
-    ::testing::Values(Target{kSqlite, "Ziel w\xE4hlen", "anna", "bert", false, IDC_SOURCE_SCHEMA_OK, "pickers-10060"},
-                      Target{kPg, nullptr, "", "", true, IDC_SOURCE_SCHEMA_OK, "pickers-10060-pg"},
-                      Target{kPg, nullptr, "", "", true, IDC_SOURCE_SCHEMA_CANCEL, ""}),
-    [](const ::testing::TestParamInfo<Target> &info) {
-        return std::string(info.param.dsn + 6) + (info.param.ending == IDC_SOURCE_SCHEMA_OK ? "Ok" : "Cancel");
-    });
+INSTANTIATE_TEST_SUITE_P(DataSources, SourceAndSchema,
+                         ::testing::Values(Target{kSqlite, "Ziel w\xE4hlen", "anna", "bert", false,
+                                                  IDC_SOURCE_SCHEMA_CANCEL, "pickers-10060"},
+                                           Target{kPg, nullptr, "", "kodbc", true, IDC_SOURCE_SCHEMA_OK,
+                                                  "pickers-10060-pg"}),
+                         [](const ::testing::TestParamInfo<Target> &info) { return std::string(info.param.dsn + 6); });
 
 } // namespace
