@@ -42,11 +42,9 @@ struct Walker : wintest::WizardWalker {
         Expect(wintest::Choose(Page(page), IDC_RECWIZ_TABLE_LIST, name, true), "no table " + name);
     }
     std::string SelectedTable(int page) {
-        HWND list = GetDlgItem(Page(page), IDC_RECWIZ_TABLE_LIST);
-        char name[100] = {};
-        LRESULT index = SendMessageA(list, LB_GETCURSEL, 0, 0);
-        if (index >= 0) SendMessageA(list, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(name));
-        return name;
+        HWND list = Control(page, IDC_RECWIZ_TABLE_LIST);
+        const LRESULT index = SendMessageA(list, LB_GETCURSEL, 0, 0);
+        return index < 0 ? "" : wintest::BoxTexts(list)[static_cast<std::size_t>(index)];
     }
 
     // Types rows into the grid from the top, as a user picks and types.
