@@ -11,7 +11,6 @@
 #include <korvel/korvel32.h>
 
 #include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 

@@ -9,8 +9,6 @@
 
 #include <kodbc/kodbc_transfer.h>
 
-#include <commctrl.h>
-
 #include <string>
 #include <vector>
 

@@ -10,8 +10,6 @@
 
 #include <kodbc/kodbc_transfer.h>
 
-#include <commctrl.h>
-
 #include <fstream>
 #include <string>
 #include <vector>
