@@ -136,4 +136,10 @@ bool CreateChosenTable(const CreateTableContext &context) {
     return RunCreateTable(context.hdbc, PlanCreateTable(context.hdbc, context.kind, context.name, context.source));
 }
 
+int FinishCreateTable(const CreateTableContext &context, char *tableName, int size) {
+    if (!CreateChosenTable(context)) return KODBC_FAILURE;
+    korvel::BoundedText(tableName, size).append(context.name);
+    return KODBC_SUCCESS;
+}
+
 } // namespace kodbc::tabledesign

@@ -91,4 +91,9 @@ wizards::PageDecision LeaveNamePage(const CreateTableContext &context, unsigned 
 // After "Fertigstellen": the table of the chosen kind (messages shown).
 bool CreateChosenTable(const CreateTableContext &context);
 
+// The wizard's end after "Fertigstellen": the table created, its name handed
+// back in tableName (size bytes); KODBC_FAILURE, the name untouched, when
+// the database refused it.
+int FinishCreateTable(const CreateTableContext &context, char *tableName, int size);
+
 } // namespace kodbc::tabledesign

@@ -138,9 +138,7 @@ KODBC_API int KODBC_CALL Kodbc_CreateTableWizzard(SQLHDBC hdbc, char *tableName,
         if (wizards::PerformWizard(kPages, &CreateTableWizzCallback, context.get(), IDB_CREATETABLE_WIZARD,
                                    msg::TITLE_CREATE_TABLE, kSwitchesPages) != 1)
             return KODBC_FAILURE;
-        if (!CreateChosenTable(*context)) return KODBC_FAILURE;
-        korvel::BoundedText(tableName, size).append(context->name);
-        return KODBC_SUCCESS;
+        return FinishCreateTable(*context, tableName, size);
     } catch (...) {
         LibraryMessage(msg::OUT_OF_MEMORY);
         return KODBC_FAILURE;

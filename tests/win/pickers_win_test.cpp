@@ -10,6 +10,7 @@
 
 #include <korvel/korvel32.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -38,43 +39,26 @@ DataSourceRecord Record(const char *dsn, const char *user = "", const char *pass
 }
 
 bool CallersBytesKept(const DataSourceRecord &record) {
-    for (unsigned char byte : record.Reserved)
-        if (byte != kCallersBytes) return false;
-    return true;
+    return std::all_of(std::begin(record.Reserved), std::end(record.Reserved),
+                       [](unsigned char byte) { return byte == kCallersBytes; });
 }
 
-// ---------------------------------------------------------------------------
-// The remembered users in the prefix's registry, put back as they were.
-
+// The users remembered in the prefix's registry; those a test made are
+// forgotten afterwards.
 std::string Remembered(const char *dsn) { return Setting(kSection, dsn, "<none>"); }
-void Remember(const char *dsn, const std::string &user) {
-    if (user == "<none>") Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn);
-    else Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn, user.c_str());
+void Remember(const char *dsn, const char *user) {
+    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn, user);
 }
-
-class RememberedUsers {
-public:
-    explicit RememberedUsers(std::vector<std::string> dsns) {
-        for (std::string &dsn : dsns) saved_.push_back({dsn, Remembered(dsn.c_str())});
-    }
+struct RememberedUsers {
+    std::vector<std::string> dsns;
     ~RememberedUsers() {
-        for (const auto &[dsn, user] : saved_) Remember(dsn.c_str(), user);
+        for (const std::string &dsn : dsns) Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, dsn.c_str());
     }
-
-private:
-    std::vector<std::pair<std::string, std::string>> saved_;
 };
-
-// ---------------------------------------------------------------------------
-// Windows
 
 int Entry(HWND dialog, const char *dsn) {
     return static_cast<int>(SendDlgItemMessageA(dialog, IDC_DATASOURCE_PICKER_LIST, LB_FINDSTRINGEXACT,
                                                 static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(dsn)));
-}
-
-int Selection(HWND dialog) {
-    return static_cast<int>(SendDlgItemMessageA(dialog, IDC_DATASOURCE_PICKER_LIST, LB_GETCURSEL, 0, 0));
 }
 
 // Clicks (or double-clicks) an entry of the data-source list with the mouse.
@@ -91,50 +75,65 @@ void ClickEntry(HWND dialog, const char *dsn, bool twice = false) {
     }
 }
 
-// In an open dialog 103: picks dsn with user and password and confirms.
-void PickInSourceDialog(HWND picker, const char *dsn, const char *user, const char *password = "") {
-    ClickEntry(picker, dsn);
-    WaitFor([&] { return Selection(picker) == Entry(picker, dsn); });
-    Type(picker, IDC_DATASOURCE_PICKER_USER, user);
-    Type(picker, IDC_DATASOURCE_PICKER_PASSWORD, password);
-    Click(picker, IDC_DATASOURCE_PICKER_OK);
-    WaitFor([&] { return !IsWindow(picker); });
-}
-
-// ---------------------------------------------------------------------------
-// Dialog 103
-
 class DataSourcePicker : public BoxesTest {};
 
 // What the picker's fields show: the selected entry, user and password.
 std::string Fields(HWND dialog) {
-    return std::to_string(Selection(dialog)) + "|" + ControlText(dialog, IDC_DATASOURCE_PICKER_USER) + "|" +
+    return std::to_string(SendDlgItemMessageA(dialog, IDC_DATASOURCE_PICKER_LIST, LB_GETCURSEL, 0, 0)) + "|" + ControlText(dialog, IDC_DATASOURCE_PICKER_USER) + "|" +
            ControlText(dialog, IDC_DATASOURCE_PICKER_PASSWORD);
 }
 
-// It opens on the record's own data source, user and password; another
-// entry shows the user remembered for it; OK or a double click confirms.
-TEST_F(DataSourcePicker, ConfirmingFillsTheRecordAndRemembersTheUser) {
+// It opens on the record's own data source, user and password, or for a
+// record naming no listed one on the first entry with the user remembered
+// for it (which entry counts is the core's, natively tested). A choice that
+// does not connect is answered by the connection's error and the picker
+// stays open, the user typed for it remembered all the same; another entry
+// shows the user remembered for it. OK or a double click confirms,
+// "Abbrechen" leaves the record alone.
+TEST_F(DataSourcePicker, ConfirmsRemembersAndStaysOpenWhenTheChoiceFails) {
+    enum Ending { kOk, kDoubleClick, kCancel };
     const struct {
-        bool doubleClick;
+        const char *dsn;
+        Ending ending;
         const char *shot;
-    } confirmations[] = {{false, "pickers-103"}, {true, ""}};
-    for (const auto &c : confirmations) {
-        SCOPED_TRACE(c.doubleClick);
-        RememberedUsers users({kSqlite, kBroken});
+    } rows[] = {{kBroken, kOk, "pickers-103"}, {"kodbc_gibt_es_nicht", kDoubleClick, ""}, {kBroken, kCancel, ""}};
+    Kodbc_FillDataSourcesBox(list_);
+    const std::vector<std::string> names = BoxTexts(list_);
+    ASSERT_FALSE(names.empty());
+    RememberedUsers users{{kSqlite, kBroken, names[0]}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.ending);
+        Remember(names[0].c_str(), "erster");
         Remember(kSqlite, "vorher");
-        DataSourceRecord record = Record(kBroken, "alt", "altes-pw");
-        std::string opened, clicked, broken;
-        DialogRobot robot(kSourceTitle, c.shot, [&](HWND dialog) {
+        DataSourceRecord record = Record(row.dsn, "alt", "altes-pw");
+        const DataSourceRecord before = record;
+        std::string opened, clicked, firstEntry = "0|" + Remembered(names[0].c_str()) + "|";
+        bool errorShown = false, stayedOpen = false;
+        DialogRobot robot(kSourceTitle, row.shot, [&](HWND dialog) {
+            if (row.dsn != kBroken) WaitFor([&] { return Fields(dialog) == firstEntry; });
             opened = Fields(dialog);
-            broken = std::to_string(Entry(dialog, kBroken));
+            if (row.dsn == kBroken) firstEntry = std::to_string(Entry(dialog, kBroken)) + "|alt|altes-pw";
+            // Chosen by sent messages: the dialog has filled the user field
+            // for it before the robot types over it.
+            Choose(dialog, IDC_DATASOURCE_PICKER_LIST, kBroken, true);
+            Type(dialog, IDC_DATASOURCE_PICKER_USER, "versuch");
+            Click(dialog, IDC_DATASOURCE_PICKER_OK);
+            HWND error = AwaitDialog(kErrorTitle, dialog);
+            errorShown = error != nullptr;
+            if (error) Click(error, IDC_ODBC_ERROR_CLOSE);
+            WaitFor([&] { return !IsWindow(error); });
+            // Answered only once the test thread is back in the dialog's loop,
+            // that is after the handler that showed the error is done.
+            SendMessageTimeoutA(dialog, WM_NULL, 0, 0, SMTO_NORMAL, 5000, nullptr);
+            stayedOpen = IsWindow(dialog) && IsWindowVisible(dialog);
+            if (row.ending == kCancel) return Click(dialog, IDC_DATASOURCE_PICKER_CANCEL);
             ClickEntry(dialog, kSqlite);
             WaitFor([&] { return ControlText(dialog, IDC_DATASOURCE_PICKER_USER) == "vorher"; });
             clicked = ControlText(dialog, IDC_DATASOURCE_PICKER_USER) + "|" +
                       ControlText(dialog, IDC_DATASOURCE_PICKER_PASSWORD);
             Type(dialog, IDC_DATASOURCE_PICKER_USER, "robot");
             Type(dialog, IDC_DATASOURCE_PICKER_PASSWORD, "geheim-123");
-            if (c.doubleClick) ClickEntry(dialog, kSqlite, true);
+            if (row.ending == kDoubleClick) ClickEntry(dialog, kSqlite, true);
             else Click(dialog, IDC_DATASOURCE_PICKER_OK);
             WaitFor([&] { return !IsWindow(dialog); });
         });
@@ -142,65 +141,25 @@ TEST_F(DataSourcePicker, ConfirmingFillsTheRecordAndRemembersTheUser) {
         robot.Join();
 
         ASSERT_TRUE(robot.Found()) << "dialog 103 never appeared";
-        EXPECT_EQ(opened, broken + "|alt|altes-pw");
+        EXPECT_EQ(opened, firstEntry);
+        EXPECT_TRUE(errorShown) << "expected \"" << kErrorTitle << "\"";
+        EXPECT_TRUE(stayedOpen);
+        EXPECT_EQ(Remembered(kBroken), "versuch") << "the user is remembered before the connection is tried";
+        EXPECT_TRUE(CallersBytesKept(record));
+        if (row.ending == kCancel) {
+            EXPECT_EQ(result, 2);
+            EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0) << "a cancelled picker leaves the record alone";
+            continue;
+        }
         EXPECT_EQ(clicked, "vorher|");
         EXPECT_EQ(result, 1);
         EXPECT_EQ(std::string(record.DataSourceName) + "|" + record.UserId + "|" + record.Password,
                   std::string(kSqlite) + "|robot|geheim-123");
-        EXPECT_TRUE(CallersBytesKept(record));
         EXPECT_EQ(Remembered(kSqlite), "robot") << "never the password (tests/native/tools_remembered_user_test.cpp)";
     }
 }
 
-// A record naming no listed data source opens on the first entry with the
-// user remembered for it (which entry counts is the core's, natively
-// tested). A choice that does not connect is answered by the connection's
-// error and the picker stays open for another try, the user typed for it
-// remembered all the same; "Abbrechen" then leaves the record alone.
-TEST_F(DataSourcePicker, OpensOnTheFirstForAnUnknownSourceAndStaysOpenWhenTheChoiceFails) {
-    Kodbc_FillDataSourcesBox(list_);
-    const std::vector<std::string> names = BoxTexts(list_);
-    ASSERT_FALSE(names.empty());
-    RememberedUsers users({names[0], kBroken});
-    Remember(names[0].c_str(), "erster");
-    DataSourceRecord record = Record("kodbc_gibt_es_nicht", "alt", "altes-pw");
-    const DataSourceRecord before = record;
-    std::string opened = "<unread>";
-    bool brokenListed = false, errorShown = false, stayedOpen = false;
-    DialogRobot robot(kSourceTitle, "", [&](HWND dialog) {
-        WaitFor([&] { return ControlText(dialog, IDC_DATASOURCE_PICKER_USER) == "erster"; });
-        opened = Fields(dialog);
-        // Chosen by sent messages: the dialog has filled the user field for
-        // it before the robot types over it.
-        brokenListed = Choose(dialog, IDC_DATASOURCE_PICKER_LIST, kBroken, true);
-        Type(dialog, IDC_DATASOURCE_PICKER_USER, "versuch");
-        if (brokenListed) Click(dialog, IDC_DATASOURCE_PICKER_OK);
-        HWND error = brokenListed ? AwaitDialog(kErrorTitle, dialog) : nullptr;
-        errorShown = error != nullptr;
-        if (error) Click(error, IDC_ODBC_ERROR_CLOSE);
-        WaitFor([&] { return !IsWindow(error); });
-        // Answered only once the test thread is back in the dialog's loop,
-        // that is after the handler that showed the error is done.
-        SendMessageTimeoutA(dialog, WM_NULL, 0, 0, SMTO_NORMAL, 5000, nullptr);
-        stayedOpen = IsWindow(dialog) && IsWindowVisible(dialog);
-        Click(dialog, IDC_DATASOURCE_PICKER_CANCEL);
-    });
-    const int result = Kodbc_DataSourceDialog(&record);
-    robot.Join();
-
-    ASSERT_TRUE(robot.Found());
-    EXPECT_EQ(opened, "0|erster|");
-    ASSERT_TRUE(brokenListed) << "the test configuration lacks " << kBroken;
-    EXPECT_TRUE(errorShown) << "expected \"" << kErrorTitle << "\"";
-    EXPECT_TRUE(stayedOpen);
-    EXPECT_EQ(result, 2);
-    EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0) << "a cancelled picker leaves the record alone";
-    EXPECT_EQ(Remembered(kBroken), "versuch") << "the user is remembered before the connection is tried";
-}
-
-// ---------------------------------------------------------------------------
 // Dialog 10056 on SQLite, which has no schemata: the text is typed.
-
 class SchemaPicker : public ConnectedTest {};
 
 TEST_F(SchemaPicker, TakesTheTypedTextOnlyOnOk) {
@@ -228,18 +187,15 @@ TEST_F(SchemaPicker, TakesTheTypedTextOnlyOnOk) {
     }
 }
 
-// ---------------------------------------------------------------------------
 // Dialog 10060 on SQLite, which has no schemata (the schema controls stay
-// disabled), and on PostgreSQL, which has them (one is picked from the list).
-// Either way another data source clears the schema; OK hands the choice
-// back, "Abbrechen" leaves the caller's record and schema alone.
-
+// disabled), ended by "Abbrechen", and on PostgreSQL, which has them (one is
+// picked from the list), ended by OK. Either way another data source clears
+// the schema.
 struct Target {
     const char *dsn;
     const char *title;  // the caller's; null: the template's
     const char *user, *pickedUser;
-    bool schemata;
-    int ending;
+    bool schemata;  // ended with OK; without schemata with "Abbrechen"
     const char *shot;
 };
 
@@ -271,7 +227,7 @@ void PickListedSchema() {
 TEST_P(SourceAndSchema, SchemaControlsFollowTheDatabaseAndAnotherChoiceClearsTheSchema) {
     const Target &t = GetParam();
     EXPECT_EQ(Kodbc_GetSchemaUsage(hdbc_) > 0, t.schemata);
-    RememberedUsers users({t.dsn});
+    RememberedUsers users{{t.dsn}};
     DataSourceRecord record = Record(t.dsn, t.user, "");
     const DataSourceRecord before = record;
     char schema[6] = "alt";  // the result is cut to the caller's size
@@ -295,15 +251,20 @@ TEST_P(SourceAndSchema, SchemaControlsFollowTheDatabaseAndAnotherChoiceClearsThe
             look(dialog, "picked");
         }
         Click(dialog, IDC_SOURCE_SCHEMA_CHOOSE_DSN);
-        if (HWND picker = AwaitDialog(kSourceTitle, dialog)) PickInSourceDialog(picker, t.dsn, t.pickedUser);
+        if (HWND picker = AwaitDialog(kSourceTitle, dialog)) {
+            Choose(picker, IDC_DATASOURCE_PICKER_LIST, t.dsn, true);
+            Type(picker, IDC_DATASOURCE_PICKER_USER, t.pickedUser);
+            Click(picker, IDC_DATASOURCE_PICKER_OK);
+            WaitFor([&] { return !IsWindow(picker); });
+        }
         WaitFor([&] { return ControlText(dialog, IDC_SOURCE_SCHEMA_SCHEMA).empty(); });
         look(dialog, "chosen");
         if (t.schemata) {
             Click(dialog, IDC_SOURCE_SCHEMA_CHOOSE_SCHEMA);
             PickListedSchema();
+            look(dialog, "ending");
         }
-        look(dialog, "ending");
-        Click(dialog, t.ending);
+        Click(dialog, t.schemata ? IDC_SOURCE_SCHEMA_OK : IDC_SOURCE_SCHEMA_CANCEL);
     });
     const int result = Kodbc_DataSourceAndSchemaDialog(nullptr, &record, schema, sizeof schema, t.title);
     robot.Join();
@@ -313,31 +274,22 @@ TEST_P(SourceAndSchema, SchemaControlsFollowTheDatabaseAndAnotherChoiceClearsThe
     std::vector<std::string> expected{"opened " + dsn + t.user + "|alt" + on};
     if (t.schemata) expected.push_back("picked " + dsn + t.user + "|" + kPgSchema + on);
     expected.push_back("chosen " + dsn + t.pickedUser + "|" + on);  // another data source clears the schema
-    expected.push_back("ending " + dsn + t.pickedUser + "|" + (t.schemata ? kPgSchema : "") + on);
+    if (t.schemata) expected.push_back("ending " + dsn + t.pickedUser + "|" + kPgSchema + on);
     EXPECT_EQ(seen, expected);
-    if (t.schemata) {
-        EXPECT_EQ(sessionsWhileOpen, sessions + 1) << "the dialog holds a connection of its own";
-        EXPECT_TRUE(WaitFor([&] { return Sessions() == sessions; })) << "its connection ends with the dialog";
-    }
-    if (t.ending == IDC_SOURCE_SCHEMA_OK) {
-        EXPECT_EQ(result, 1);
-        EXPECT_STREQ(record.UserId, t.pickedUser);
-        EXPECT_TRUE(CallersBytesKept(record));
-        EXPECT_STREQ(schema, t.schemata ? "kodbc" : "");
-    } else {
-        EXPECT_EQ(result, 2);
-        EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0);
-        EXPECT_STREQ(schema, "alt");
-    }
+    // OK hands the choice back, cut to the caller's size; "Abbrechen" leaves it alone.
+    EXPECT_EQ(result, t.schemata ? 1 : 2);
+    EXPECT_STREQ(schema, t.schemata ? "kodbc" : "alt");
+    if (!t.schemata) EXPECT_EQ(std::memcmp(&record, &before, sizeof record), 0);
+    if (!t.schemata) return;
+    EXPECT_STREQ(record.UserId, t.pickedUser);
+    EXPECT_TRUE(CallersBytesKept(record));
+    EXPECT_EQ(sessionsWhileOpen, sessions + 1) << "the dialog holds a connection of its own";
+    EXPECT_TRUE(WaitFor([&] { return Sessions() == sessions; })) << "its connection ends with the dialog";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    DataSources, SourceAndSchema,
-    ::testing::Values(Target{kSqlite, "Ziel w\xE4hlen", "anna", "bert", false, IDC_SOURCE_SCHEMA_OK, "pickers-10060"},
-                      Target{kPg, nullptr, "", "", true, IDC_SOURCE_SCHEMA_OK, "pickers-10060-pg"},
-                      Target{kPg, nullptr, "", "", true, IDC_SOURCE_SCHEMA_CANCEL, ""}),
-    [](const ::testing::TestParamInfo<Target> &info) {
-        return std::string(info.param.dsn + 6) + (info.param.ending == IDC_SOURCE_SCHEMA_OK ? "Ok" : "Cancel");
-    });
+INSTANTIATE_TEST_SUITE_P(DataSources, SourceAndSchema,
+                         ::testing::Values(Target{kSqlite, "Ziel w\xE4hlen", "anna", "bert", false, "pickers-10060"},
+                                           Target{kPg, nullptr, "", "kodbc", true, "pickers-10060-pg"}),
+                         [](const ::testing::TestParamInfo<Target> &info) { return std::string(info.param.dsn + 6); });
 
 } // namespace
