@@ -136,39 +136,30 @@ TEST(SelFactDesigner, RemovingATableTakesWhatBelongsToIt) {
     EXPECT_FALSE(RemoveTable(query, 2));
 }
 
+// Moved by one with the buttons or dragged to another place, where the
+// entries between close up; never out of the list.
 TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
     struct Case {
-        std::size_t index;
-        int delta;
-        int moved;
+        bool drag;
+        std::size_t from;
+        int by, moved;
         std::string columns;
     } cases[] = {
-        {1, -1, 0, "a.*\t\nk.Name\tKunde\nk.Ort\t"},
-        {1, +1, 2, "k.Name\tKunde\nk.Ort\t\na.*\t"},
-        {0, -1, -1, kColumns},
-        {2, +1, -1, kColumns},
-        {3, -1, -1, kColumns},
+        {false, 1, -1, 0, "a.*\t\nk.Name\tKunde\nk.Ort\t"},
+        {false, 0, -1, -1, kColumns},
+        {false, 2, +1, -1, kColumns},
+        {false, 3, -1, -1, kColumns},
+        {true, 0, 2, 2, "a.*\t\nk.Ort\t\nk.Name\tKunde"},
+        {true, 2, 0, 0, "k.Ort\t\nk.Name\tKunde\na.*\t"},
+        {true, 1, 1, -1, kColumns},
     };
     for (const Case &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.from << (c.drag ? " to " : " by ") << c.by);
         SelFact query = Query(kTwoTables, kColumns);
-        EXPECT_EQ(MoveEntry(query.columns, c.index, c.delta), c.moved) << c.index << " by " << c.delta;
-        EXPECT_EQ(Part(query, SELFACT_COLUMNS), c.columns) << c.index << " by " << c.delta;
-    }
-    // Dragged to another place, the entries between close up.
-    const struct {
-        std::size_t from, to;
-        int moved;
-        std::string columns;
-    } drags[] = {
-        {0, 2, 2, "a.*\t\nk.Ort\t\nk.Name\tKunde"},
-        {2, 0, 0, "k.Ort\t\nk.Name\tKunde\na.*\t"},
-        {1, 1, -1, kColumns},
-        {1, 3, -1, kColumns},
-    };
-    for (const auto &d : drags) {
-        SelFact query = Query(kTwoTables, kColumns);
-        EXPECT_EQ(MoveEntryTo(query.columns, d.from, d.to), d.moved) << d.from << " to " << d.to;
-        EXPECT_EQ(Part(query, SELFACT_COLUMNS), d.columns) << d.from << " to " << d.to;
+        EXPECT_EQ(c.drag ? MoveEntryTo(query.columns, c.from, static_cast<std::size_t>(c.by))
+                         : MoveEntry(query.columns, c.from, c.by),
+                  c.moved);
+        EXPECT_EQ(Part(query, SELFACT_COLUMNS), c.columns);
     }
     SelFact query = Query(kTwoTables, kColumns);
     EXPECT_TRUE(RemoveEntry(query.columns, 0));
