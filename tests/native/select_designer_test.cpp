@@ -167,15 +167,11 @@ TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
     EXPECT_EQ(Part(query, SELFACT_COLUMNS), "a.*\t\nk.Ort\t");
 }
 
-TEST(SelFactDesigner, FieldsAreOfferedUnderTheTablesQualifier) {
-    // With types and under an alias or the table's name: the pages' own test below.
+TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     EXPECT_EQ(QualifyFieldList("Kunden", "Nr\tName", false), "Kunden.Nr\tKunden.Name");
     EXPECT_EQ(QualifyFieldList("k", "", true), "");
     EXPECT_EQ(JoinConditionText(Table("A", "a", 2, "k.Nr", "a.KdNr"), ">"), "k.Nr > a.KdNr");
     EXPECT_EQ(JoinConditionText(Table("A", "a", 1, "k.Nr", "a.KdNr"), ">"), "");
-}
-
-TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     std::map<std::string, std::string> asked;
     const FieldCatalogue catalogue = [&](const std::string &table) {
         const std::map<std::string, std::string> lists = {
@@ -206,12 +202,9 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     EXPECT_EQ(CatalogueTableName(query, "Kunden"), "Kunden");
     query.schema = "verkauf";
     EXPECT_EQ(CatalogueTableName(query, "Kunden"), "verkauf.Kunden");
-}
 
-TEST(SelFactDesigner, NewTablesAreJoinedAndRefusalsNameTheirPage) {
-    SelFact query;
-    EXPECT_EQ(DefaultJoinType(query), 1);
-    query = Query(kTwoTables, "");
+    // A new table is joined once there is one to join it to; a refusal names its page.
+    EXPECT_EQ(DefaultJoinType(SelFact()), 1);
     EXPECT_EQ(DefaultJoinType(query), 3);
     EXPECT_EQ(PageOfRule(1655), DesignerPage::Columns);
     for (int rule : {1625, 1652, 1653, 1654}) EXPECT_EQ(PageOfRule(rule), DesignerPage::Tables) << rule;

@@ -135,7 +135,8 @@ TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
     EXPECT_EQ(BracketMessages(), 1);
 }
 
-TEST_F(SelectScanner, ScansTheSampleStatement) {
+// Items and their cuts; without a connection no quote character protects a comma.
+TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
     EXPECT_EQ(Fields(kSample, nullptr), "a,x");
     EXPECT_EQ(Tables(kSample, nullptr), "t1,t2");
     EXPECT_EQ(SortKeys(kSample, 0, nullptr), "a,b");
@@ -144,12 +145,8 @@ TEST_F(SelectScanner, ScansTheSampleStatement) {
     EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX | KODBC_SCAN_DIRECTION_TAB, " | "), "a DESC\tD | b\tA");
     EXPECT_EQ(Scan(Kodbc_Select_Scan_OrderByClause, kSample, ";"), "a;b");
     EXPECT_EQ(Fields(kSample, ""), "ax");
-}
-
-TEST_F(SelectScanner, ItemsIgnoreParenthesesAndLiterals) {
     EXPECT_EQ(Fields("SELECT f(a,b) FROM t"), "f(a;b)");
     EXPECT_EQ(Fields("SELECT 'x,y' AS c FROM t"), "'x;c");
-    // Without a connection no quote character protects a comma.
     EXPECT_EQ(Fields("SELECT \"a,b\" FROM t"), "\"a;b\"");
     // White space of any kind separates words; empty items give nothing.
     EXPECT_EQ(Fields("SELECT\ta\tAS\tx,\r\n  b ,, c  d FROM t"), "x;b;d");
@@ -160,9 +157,6 @@ TEST_F(SelectScanner, ItemsIgnoreParenthesesAndLiterals) {
     EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x"), "a;b;c;d");
     EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x", KODBC_SCAN_DIRECTION_TAB),
               "a\tD;b\tA;c\tA;d\tD");
-}
-
-TEST_F(SelectScanner, ItemsAndWordsAreCut) {
     const std::string longName(150, 'n');
     EXPECT_EQ(Fields(("SELECT " + longName + " FROM t").c_str()), std::string(99, 'n'));
     // The item is cut at 199 first: its alias loses its end too.
