@@ -56,9 +56,7 @@ TEST_F(SelectBoxes, ClausesFillTheBoxesOneLinePerItem) {
     EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"b c\taufsteigend", 0}}));
     EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, statement.c_str(), 0, list_), 0);
     EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a", 1}, {"b c", 0}}));
-    // No clause, no statement: an empty box.
-    EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, "SELECT a FROM t", 0, list_), 0);
-    EXPECT_TRUE(BoxLines(list_).empty());
+    // No statement: an empty box.
     EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(nullptr, nullptr, 0, list_), 0);
     EXPECT_TRUE(BoxLines(list_).empty());
     EXPECT_EQ(Kodbc_Select_TablesClause_To_TablesBox(hdbc_, statement.c_str(), 0, nullptr), -1);
@@ -88,14 +86,6 @@ TEST_F(SelectBoxes, BoxesAreWrittenBackAsClauses) {
     Put(list_, {{"a\tabsteigend", 1}, {"b c\taufsteigend", 0}, {"d", 5}});
     EXPECT_EQ(Kodbc_Select_OrderByBox_To_OrderByClause(hdbc_, list_, statement, sizeof statement), 0);
     EXPECT_EQ(std::string(statement), "SELECT a FROM t WHERE k = 1 ORDER BY a DESC," + Q("b c") + ",d DESC ");
-
-    // An empty sort box removes the clause; without a connection nothing is quoted.
-    Put(list_, {});
-    EXPECT_EQ(Kodbc_Select_OrderByBox_To_OrderByClause(hdbc_, list_, statement, sizeof statement), 0);
-    EXPECT_EQ(std::string(statement), "SELECT a FROM t WHERE k = 1");
-    Put(list_, {{"my t", 0}});
-    EXPECT_EQ(Kodbc_Select_TablesBox_To_TablesClause(nullptr, list_, statement, sizeof statement), 0);
-    EXPECT_EQ(std::string(statement), "SELECT a FROM my t WHERE k = 1");
 
     // The statement buffer's size holds.
     char small[24] = "SELECT a FROM t";
