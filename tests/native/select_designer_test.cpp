@@ -205,7 +205,7 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
 
     // A new table is joined once there is one to join it to; a refusal names its page.
     EXPECT_EQ(DefaultJoinType(SelFact()), 1);
-    EXPECT_EQ(DefaultJoinType(query), 3);
+    EXPECT_EQ(DefaultJoinType(Query("Kunden\t\t\t\t\t", "")), 3);
     EXPECT_EQ(PageOfRule(1655), DesignerPage::Columns);
     for (int rule : {1625, 1652, 1653, 1654}) EXPECT_EQ(PageOfRule(rule), DesignerPage::Tables) << rule;
 }
