@@ -136,39 +136,30 @@ TEST(SelFactDesigner, RemovingATableTakesWhatBelongsToIt) {
     EXPECT_FALSE(RemoveTable(query, 2));
 }
 
+// Moved by one with the buttons or dragged to another place, where the
+// entries between close up; never out of the list.
 TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
     struct Case {
-        std::size_t index;
-        int delta;
-        int moved;
+        bool drag;
+        std::size_t from;
+        int by, moved;
         std::string columns;
     } cases[] = {
-        {1, -1, 0, "a.*\t\nk.Name\tKunde\nk.Ort\t"},
-        {1, +1, 2, "k.Name\tKunde\nk.Ort\t\na.*\t"},
-        {0, -1, -1, kColumns},
-        {2, +1, -1, kColumns},
-        {3, -1, -1, kColumns},
+        {false, 1, -1, 0, "a.*\t\nk.Name\tKunde\nk.Ort\t"},
+        {false, 0, -1, -1, kColumns},
+        {false, 2, +1, -1, kColumns},
+        {false, 3, -1, -1, kColumns},
+        {true, 0, 2, 2, "a.*\t\nk.Ort\t\nk.Name\tKunde"},
+        {true, 2, 0, 0, "k.Ort\t\nk.Name\tKunde\na.*\t"},
+        {true, 1, 1, -1, kColumns},
     };
     for (const Case &c : cases) {
+        SCOPED_TRACE(testing::Message() << c.from << (c.drag ? " to " : " by ") << c.by);
         SelFact query = Query(kTwoTables, kColumns);
-        EXPECT_EQ(MoveEntry(query.columns, c.index, c.delta), c.moved) << c.index << " by " << c.delta;
-        EXPECT_EQ(Part(query, SELFACT_COLUMNS), c.columns) << c.index << " by " << c.delta;
-    }
-    // Dragged to another place, the entries between close up.
-    const struct {
-        std::size_t from, to;
-        int moved;
-        std::string columns;
-    } drags[] = {
-        {0, 2, 2, "a.*\t\nk.Ort\t\nk.Name\tKunde"},
-        {2, 0, 0, "k.Ort\t\nk.Name\tKunde\na.*\t"},
-        {1, 1, -1, kColumns},
-        {1, 3, -1, kColumns},
-    };
-    for (const auto &d : drags) {
-        SelFact query = Query(kTwoTables, kColumns);
-        EXPECT_EQ(MoveEntryTo(query.columns, d.from, d.to), d.moved) << d.from << " to " << d.to;
-        EXPECT_EQ(Part(query, SELFACT_COLUMNS), d.columns) << d.from << " to " << d.to;
+        EXPECT_EQ(c.drag ? MoveEntryTo(query.columns, c.from, static_cast<std::size_t>(c.by))
+                         : MoveEntry(query.columns, c.from, c.by),
+                  c.moved);
+        EXPECT_EQ(Part(query, SELFACT_COLUMNS), c.columns);
     }
     SelFact query = Query(kTwoTables, kColumns);
     EXPECT_TRUE(RemoveEntry(query.columns, 0));
@@ -176,15 +167,11 @@ TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
     EXPECT_EQ(Part(query, SELFACT_COLUMNS), "a.*\t\nk.Ort\t");
 }
 
-TEST(SelFactDesigner, FieldsAreOfferedUnderTheTablesQualifier) {
-    // With types and under an alias or the table's name: the pages' own test below.
+TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     EXPECT_EQ(QualifyFieldList("Kunden", "Nr\tName", false), "Kunden.Nr\tKunden.Name");
     EXPECT_EQ(QualifyFieldList("k", "", true), "");
     EXPECT_EQ(JoinConditionText(Table("A", "a", 2, "k.Nr", "a.KdNr"), ">"), "k.Nr > a.KdNr");
     EXPECT_EQ(JoinConditionText(Table("A", "a", 1, "k.Nr", "a.KdNr"), ">"), "");
-}
-
-TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     std::map<std::string, std::string> asked;
     const FieldCatalogue catalogue = [&](const std::string &table) {
         const std::map<std::string, std::string> lists = {
@@ -215,13 +202,10 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     EXPECT_EQ(CatalogueTableName(query, "Kunden"), "Kunden");
     query.schema = "verkauf";
     EXPECT_EQ(CatalogueTableName(query, "Kunden"), "verkauf.Kunden");
-}
 
-TEST(SelFactDesigner, NewTablesAreJoinedAndRefusalsNameTheirPage) {
-    SelFact query;
-    EXPECT_EQ(DefaultJoinType(query), 1);
-    query = Query(kTwoTables, "");
-    EXPECT_EQ(DefaultJoinType(query), 3);
+    // A new table is joined once there is one to join it to; a refusal names its page.
+    EXPECT_EQ(DefaultJoinType(SelFact()), 1);
+    EXPECT_EQ(DefaultJoinType(Query("Kunden\t\t\t\t\t", "")), 3);
     EXPECT_EQ(PageOfRule(1655), DesignerPage::Columns);
     for (int rule : {1625, 1652, 1653, 1654}) EXPECT_EQ(PageOfRule(rule), DesignerPage::Tables) << rule;
 }

@@ -68,7 +68,6 @@ TEST_F(SelectScanner, FindsClauses) {
     } cases[] = {
         // Keywords in any case.
         {kSample, "SELECT", nullptr, "a, b as x"},
-        {kSample, "from", nullptr, "t1, OUTER t2"},
         {kSample, "ORDER", "BY", "a desc, b"},
         {kSample, "WHERE", nullptr, ""},
         // GROUP is a clause of its own, ended at once by the keyword BY; the
@@ -90,14 +89,12 @@ TEST_F(SelectScanner, FindsClauses) {
         {"SELECT 'from x', \"where\" FROM t", "SELECT", nullptr, "'from x', \"where\""},
         {"SELECT 'from x', \"where\" FROM t", "WHERE", nullptr, ""},
         {nested, "SELECT", nullptr, "(SELECT Max(x) FROM u) m"},
-        {nested, "FROM", nullptr, "t"},
         {nested, "WHERE", nullptr, "y IN (SELECT z FROM w ORDER BY z)"},
         {nested, "ORDER", "BY", "m"},
         {"SELECT 'abc FROM t", "FROM", nullptr, ""},
         {"SELECT ')' FROM t", "FROM", nullptr, "t"},
         // Words are runs of letters: "_" ends ORDER, which then ends the column list.
         {"SELECT ORDER_NR FROM t", "SELECT", nullptr, ""},
-        {"SELECT ORDER_NR FROM t", "ORDER", nullptr, "_NR"},
         {"SELECT x1from FROM t", "SELECT", nullptr, "x1"},
         {"SELECT fromage FROM t", "SELECT", nullptr, "fromage"},
         {"SELECT Kunde\xe4nderung FROM t", "SELECT", nullptr, "Kunde\xe4nderung"},
@@ -138,7 +135,8 @@ TEST_F(SelectScanner, StrayClosingBracketMakesEveryClauseAbsent) {
     EXPECT_EQ(BracketMessages(), 1);
 }
 
-TEST_F(SelectScanner, ScansTheSampleStatement) {
+// Items and their cuts; without a connection no quote character protects a comma.
+TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
     EXPECT_EQ(Fields(kSample, nullptr), "a,x");
     EXPECT_EQ(Tables(kSample, nullptr), "t1,t2");
     EXPECT_EQ(SortKeys(kSample, 0, nullptr), "a,b");
@@ -147,12 +145,8 @@ TEST_F(SelectScanner, ScansTheSampleStatement) {
     EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX | KODBC_SCAN_DIRECTION_TAB, " | "), "a DESC\tD | b\tA");
     EXPECT_EQ(Scan(Kodbc_Select_Scan_OrderByClause, kSample, ";"), "a;b");
     EXPECT_EQ(Fields(kSample, ""), "ax");
-}
-
-TEST_F(SelectScanner, ItemsIgnoreParenthesesAndLiterals) {
     EXPECT_EQ(Fields("SELECT f(a,b) FROM t"), "f(a;b)");
     EXPECT_EQ(Fields("SELECT 'x,y' AS c FROM t"), "'x;c");
-    // Without a connection no quote character protects a comma.
     EXPECT_EQ(Fields("SELECT \"a,b\" FROM t"), "\"a;b\"");
     // White space of any kind separates words; empty items give nothing.
     EXPECT_EQ(Fields("SELECT\ta\tAS\tx,\r\n  b ,, c  d FROM t"), "x;b;d");
@@ -163,9 +157,6 @@ TEST_F(SelectScanner, ItemsIgnoreParenthesesAndLiterals) {
     EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x"), "a;b;c;d");
     EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x", KODBC_SCAN_DIRECTION_TAB),
               "a\tD;b\tA;c\tA;d\tD");
-}
-
-TEST_F(SelectScanner, ItemsAndWordsAreCut) {
     const std::string longName(150, 'n');
     EXPECT_EQ(Fields(("SELECT " + longName + " FROM t").c_str()), std::string(99, 'n'));
     // The item is cut at 199 first: its alias loses its end too.

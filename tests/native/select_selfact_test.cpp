@@ -45,8 +45,7 @@ TEST(SelFact, DescriptorsReadKeysAnyCaseAndWriteThemBack) {
     q.Set(SELFACT_COLUMNS, std::string(1200, 'x'));
     EXPECT_EQ(q.Get(SELFACT_COLUMNS, 5000), std::string(999, 'x') + "\t") << "fields are read up to 999 characters";
     EXPECT_EQ(q.Get(SELFACT_TABLES, 7), "Kunden") << "cut to the caller's size";
-    q.Set(SELFACT_SORT, "");
-    EXPECT_EQ(q.Get(SELFACT_SORT), "");
+    EXPECT_EQ(q.Set(SELFACT_SORT, "a\tDESC").Set(SELFACT_SORT, "b\t").Get(SELFACT_SORT), "b\t") << "replaced";
     char untouched[4] = {'x', 'y', 'z', 0};
     Kodbc_SelFact_GetDescriptor(q.get(), 7, untouched, sizeof untouched, 0);
     EXPECT_STREQ(untouched, "xyz") << "another part number writes nothing";

@@ -83,6 +83,7 @@ TEST_P(StoredView, TestReadsTheTestView) {
         EXPECT_EQ(Kodbc_View_Test(hdbc_, "", c.sql), c.result);
         ViewField focus = ViewField::None;
         EXPECT_EQ(SaveEditedView(view, focus), c.result) << "OK tests first";
+        EXPECT_EQ(focus, c.result == KODBC_VIEW_OK ? ViewField::None : ViewField::Sql);
         EXPECT_EQ(Exists("kodbc_sv"), c.result == KODBC_VIEW_OK);
         EXPECT_EQ(OdbcErrors(), c.result == KODBC_VIEW_OK ? 0u : 3u);
         EXPECT_FALSE(Exists("__KORVEL_TEST__"));
@@ -141,7 +142,6 @@ TEST_P(StoredView, ExportedOperations) {
     };
     for (const auto &refusal : refusals) EXPECT_EQ(refusal.got, KODBC_VIEW_FAILED) << refusal.what;
 
-    EXPECT_EQ(Kodbc_View_Test(hdbc_, "", "SELECT ort FROM kodbc_sv_base"), KODBC_VIEW_OK);
     EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_OK);
     EXPECT_EQ(Stored("kodbc_sv", "Sql"), "(none)");
     EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_FAILED);
@@ -177,9 +177,6 @@ TEST(StoredViewEntries, NameAndSqlAreCheckedFirst) {
 TEST_P(StoredView, EditedViewIsTestedThenReplacedOrRenamed) {
     ViewObject view = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeNew | kViewModeCallers);
     ViewField focus = ViewField::None;
-    view.sql = "SELEKT nr FROM kodbc_sv_base";
-    EXPECT_EQ(SaveEditedView(view, focus), 2);
-    EXPECT_EQ(focus, ViewField::Sql);
     view.sql = "SELECT nr FROM kodbc_sv_base";
     EXPECT_EQ(SaveEditedView(view, focus), 1);
 

