@@ -1,7 +1,7 @@
 // The catalogue into real list and combo boxes: each filler replaces what
 // the box held (column entries go behind it), forms and reports leave it
 // alone. Which tables, fields, column entries and schemata are listed is
-// the core's (tests/native/catalog_tables_test.cpp, catalog_fields_test.cpp).
+// the core's (tests/native/catalog_tables_test.cpp, catalog_columns_test.cpp).
 #include "win_support.h"
 
 #include <algorithm>

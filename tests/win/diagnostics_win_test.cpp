@@ -1,7 +1,7 @@
 // Dialog 10025 as the user meets it: a failed statement on the SQLite data
 // source, shown by the library and read back by the robot. How a driver's
 // message is split, and when nothing is shown, is the core's
-// (tests/native/diagnostics_test.cpp).
+// (tests/native/frame_test.cpp).
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"

@@ -51,7 +51,7 @@ protected:
     static constexpr const char *kCreate = "CREATE TABLE kodbc_win_probe (a INTEGER)";
 };
 
-// Which answer lets the statement run is the core's (tests/native/platform_dump_test.cpp).
+// Which answer lets the statement run is the core's (tests/native/platform_test.cpp).
 TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatementAndTheAnswerReachesTheGate) {
     const struct {
         int answer, result;
@@ -118,7 +118,7 @@ TEST(DataSourcesBox, FillsListAndComboBoxWithEveryDataSource) {
 // ---------------------------------------------------------------------------
 // Registry records: what only the real registry shows. The round trip and
 // the defaults for missing values are the core's
-// (tests/native/connection_test.cpp).
+// (tests/native/frame_test.cpp).
 
 TEST(Registry, RecordsLieBelowKeyAndSectionTextsAsStringsTheTypeAsANumber) {
     DataSourceRecord written = {};

@@ -155,7 +155,7 @@ TEST_F(DataSourcePicker, ConfirmsRemembersAndStaysOpenWhenTheChoiceFails) {
         EXPECT_EQ(result, 1);
         EXPECT_EQ(std::string(record.DataSourceName) + "|" + record.UserId + "|" + record.Password,
                   std::string(kSqlite) + "|robot|geheim-123");
-        EXPECT_EQ(Remembered(kSqlite), "robot") << "never the password (tests/native/tools_remembered_user_test.cpp)";
+        EXPECT_EQ(Remembered(kSqlite), "robot") << "never the password (tests/native/tools_test.cpp)";
     }
 }
 
