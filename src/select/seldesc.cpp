@@ -45,19 +45,6 @@ constexpr OpDescOperator kAssignmentOperators[] = {
 
 std::string_view Keep(std::string_view text, std::size_t chars) { return text.substr(0, chars); }
 
-// Signed decimal at the start of text; what follows the digits is ignored.
-// Saturates instead of overflowing: no real type code comes near.
-int ParseDataType(std::string_view text) {
-    std::size_t i = 0;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
-    long value = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
-        if (value < 100000000) value = value * 10 + (text[i] - '0');
-    }
-    return static_cast<int>(negative ? -value : value);
-}
-
 enum class Treatment { Numeric, Date, Text };
 
 Treatment TreatmentOf(int sqlType) {
@@ -96,6 +83,17 @@ bool Contributes(const OpDescOperator *op, const Line &line) {
 }
 
 } // namespace
+
+int ParseDataType(std::string_view text) noexcept {
+    std::size_t i = 0;
+    bool negative = false;
+    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
+    long value = 0;
+    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+        if (value < 100000000) value = value * 10 + (text[i] - '0');
+    }
+    return static_cast<int>(negative ? -value : value);
+}
 
 const OpDescOperator *OperatorTable(int kind) noexcept {
     if (kind == OPDESC_SELECTION) return kSelectionOperators;

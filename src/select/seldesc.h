@@ -60,6 +60,10 @@ struct Line {
 };
 Line SplitLine(std::string_view line) noexcept;
 
+// Signed decimal at the start of text; what follows the digits is ignored.
+// Saturates instead of overflowing: no real type code comes near.
+int ParseDataType(std::string_view text) noexcept;
+
 // Calls visit(groupText) for every group: split at code 11, the text after
 // the last separator only when it is not empty.
 template <typename Visit>

@@ -47,7 +47,7 @@ std::vector<BoxEntry> FieldBoxEntries(std::string_view rest) {
         long type = 0;
         std::string_view next = rest.substr(0, rest.find(kFieldSeparator));
         if (IsDecimal(next)) {
-            type = SplitLine(std::string("\t\t\t").append(next)).dataType;
+            type = ParseDataType(next);
             rest.remove_prefix(next.size() < rest.size() ? next.size() + 1 : rest.size());
         }
         entries.push_back({std::string(name.substr(0, kValueChars)), type});
