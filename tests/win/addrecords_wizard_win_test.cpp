@@ -1,7 +1,7 @@
 // The add-records wizard driven page by page on the SQLite data source:
 // refusals, the mapping list with its menu and field dialog, the summary,
 // and the rows the run replaced and added.
-#include "wizard_walker.h"
+#include "robot.h"
 #include "wizards/add_records_wizard_ids.h"
 
 #include <kodbc/kodbc_wizards.h>

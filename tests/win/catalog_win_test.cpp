@@ -2,7 +2,7 @@
 // the box held (column entries go behind it), forms and reports leave it
 // alone. Which tables, fields, column entries and schemata are listed is
 // the core's (tests/native/catalog_tables_test.cpp, catalog_columns_test.cpp).
-#include "win_support.h"
+#include "robot.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // page offers there, the source page, the name page's refusal and the
 // address table it creates. Names and structures on each database are
 // proven natively (tabledesign_create_test.cpp).
-#include "wizard_walker.h"
+#include "robot.h"
 
 #include "tabledesign/create_table_wizard_ids.h"
 

@@ -4,7 +4,7 @@
 // afterwards. The statements' rules (counts, statements too long for what was
 // counted, each kind of assignment, the texts of the pages) are proven
 // natively in delupd_records_test.cpp.
-#include "wizard_walker.h"
+#include "robot.h"
 #include "wizards/record_wizard_ids.h"
 
 #include <kodbc/kodbc_wizards.h>

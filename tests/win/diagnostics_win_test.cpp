@@ -5,7 +5,6 @@
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
-#include "win_support.h"
 
 #include <string>
 

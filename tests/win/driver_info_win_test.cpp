@@ -3,7 +3,6 @@
 #include "robot.h"
 
 #include "tools/driver_info_dialog_ids.h"
-#include "win_support.h"
 
 #include <sstream>
 #include <string>

@@ -3,7 +3,7 @@
 // pop-up menu and one renamed in the field dialog (after its refusal of an
 // empty name), the refusals of the fields and file pages, the count, and
 // the file written byte for byte.
-#include "wizard_walker.h"
+#include "robot.h"
 
 #include "transfer/export_wizard_ids.h"
 

@@ -2,7 +2,6 @@
 // the statement question of the dump gate, the data-source box, and the
 // registry records on the real registry.
 #include "robot.h"
-#include "win_support.h"
 
 #include <kodbc/kodbc_exec.h>
 

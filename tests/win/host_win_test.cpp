@@ -4,7 +4,6 @@
 #include "robot.h"
 
 #include "../../apps/host/host_ids.h"
-#include "win_support.h"
 
 #include <string>
 #include <vector>

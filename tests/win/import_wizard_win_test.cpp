@@ -4,7 +4,7 @@
 // refusal per page on the way; the new table is read back row by row.
 // Types, values and the table, SDI and SEL sources' runs are the core's,
 // proven natively (transfer_import_test.cpp, transfer_selection_files_test.cpp).
-#include "wizard_walker.h"
+#include "robot.h"
 
 #include "transfer/import_wizard_ids.h"
 

@@ -6,7 +6,6 @@
 
 #include "frame/diagnostics_dialog_ids.h"
 #include "tools/picker_dialog_ids.h"
-#include "win_support.h"
 
 #include <korvel/korvel32.h>
 

@@ -2,7 +2,6 @@
 // links the platform library too): boxes, registry, code pages, files,
 // progress window and temporary notice.
 #include "robot.h"
-#include "win_support.h"
 
 #include <korvel/korvel32.h>
 

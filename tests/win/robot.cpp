@@ -1,17 +1,16 @@
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
-#include "win_support.h"
 
 #include <commctrl.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <map>
-#include <vector>
 
 namespace wintest {
 namespace {
@@ -19,9 +18,11 @@ namespace {
 constexpr int kPollMs = 50;
 constexpr int kPaintMs = 400;
 constexpr int kSettleMs = 300;  // a window that just came up, or a text just typed, is painted
+constexpr int kMessageTextId = 0xFFFF;  // a message box's text has no id of its own
 // Robots whose action is running: the windows they drive may stay open as
 // long as the action needs (its waits are bounded), so the watchdog waits.
 std::atomic<int> g_acting{0};
+thread_local MessageBoxAnswerer *t_answerer = nullptr;
 
 std::string ClassName(HWND window) {
     char cls[64] = {};
@@ -46,19 +47,11 @@ void SelectLine(HWND dialog, int controlId, LRESULT index, bool notify) {
                      reinterpret_cast<LPARAM>(box));
 }
 
-thread_local MessageBoxAnswerer *t_answerer = nullptr;
-
 } // namespace
 
-std::vector<HWND> TopWindows(const std::function<bool(HWND)> &match) {
-    std::vector<HWND> all, found;
-    auto collect = [](HWND window, LPARAM param) -> BOOL {
-        reinterpret_cast<std::vector<HWND> *>(param)->push_back(window);
-        return TRUE;
-    };
-    EnumWindows(collect, reinterpret_cast<LPARAM>(&all));
-    std::copy_if(all.begin(), all.end(), std::back_inserter(found), match);
-    return found;
+const char *DataSource() {
+    const char *dsn = std::getenv("KODBC_TEST_DSN");
+    return dsn && *dsn ? dsn : "kodbc_sqlite";
 }
 
 std::string WindowText(HWND window) {
@@ -75,9 +68,10 @@ std::string ControlText(HWND dialog, int controlId) {
 }
 
 bool ControlVisible(HWND dialog, int controlId) {
-    HWND control = GetDlgItem(dialog, controlId);
-    return control && (GetWindowLongA(control, GWL_STYLE) & WS_VISIBLE);
+    return (GetWindowLongA(GetDlgItem(dialog, controlId), GWL_STYLE) & WS_VISIBLE) != 0;
 }
+
+bool Enabled(HWND dialog, int controlId) { return IsWindowEnabled(GetDlgItem(dialog, controlId)) != FALSE; }
 
 void Click(HWND dialog, int controlId) { PostMessageA(GetDlgItem(dialog, controlId), BM_CLICK, 0, 0); }
 
@@ -94,15 +88,11 @@ HWND FocusOf(DWORD thread) {
 }
 
 bool WaitFor(const std::function<bool()> &condition, int timeoutMs) {
-    auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!condition()) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    for (; !condition(); Sleep(kPollMs))
         if (std::chrono::steady_clock::now() >= end) return false;
-        Sleep(kPollMs);
-    }
     return true;
 }
-
-bool Enabled(HWND dialog, int controlId) { return IsWindowEnabled(GetDlgItem(dialog, controlId)) != FALSE; }
 
 void Type(HWND dialog, int controlId, const std::string &text) {
     HWND control = GetDlgItem(dialog, controlId);
@@ -112,6 +102,30 @@ void Type(HWND dialog, int controlId, const std::string &text) {
     }
     SendMessageA(control, EM_SETSEL, 0, -1);
     SendMessageA(control, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+std::ostream &operator<<(std::ostream &os, const BoxLine &line) {
+    return os << '"' << line.text << "\"/" << line.data;
+}
+
+bool IsCombo(HWND box) { return _stricmp(ClassName(box).c_str(), "ComboBox") == 0; }
+
+std::vector<BoxLine> BoxLines(HWND box) {
+    const bool combo = IsCombo(box);
+    int count = static_cast<int>(SendMessageA(box, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
+    std::vector<BoxLine> out;
+    for (int i = 0; i < count; ++i) {
+        char text[300] = {};
+        SendMessageA(box, combo ? CB_GETLBTEXT : LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
+        out.push_back({text, SendMessageA(box, combo ? CB_GETITEMDATA : LB_GETITEMDATA, static_cast<WPARAM>(i), 0)});
+    }
+    return out;
+}
+
+std::vector<std::string> BoxTexts(HWND box) {
+    std::vector<std::string> out;
+    for (const BoxLine &line : BoxLines(box)) out.push_back(line.text);
+    return out;
 }
 
 bool Choose(HWND dialog, int controlId, const std::string &text, bool notify) {
@@ -144,7 +158,6 @@ std::string ListViewCell(HWND list, int row, int column) {
 }
 
 std::vector<std::string> ListViewRows(HWND list, int columns) {
-    if (columns < 0) columns = static_cast<int>(SendMessageA(ListView_GetHeader(list), HDM_GETITEMCOUNT, 0, 0));
     std::vector<std::string> rows = ListViewColumn(list, 0);
     for (std::size_t row = 0; row < rows.size(); ++row)
         for (int column = 1; column < columns; ++column)
@@ -176,6 +189,7 @@ void SelectRows(HWND list, const std::vector<int> &rows) {
         SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
+// The list's notice that a drag begins, then the button released over the target.
 void DragRow(HWND list, int from, int to) {
     HWND parent = GetParent(list);
     const int id = GetDlgCtrlID(list);
@@ -183,12 +197,22 @@ void DragRow(HWND list, int from, int to) {
     begin.hdr = {list, static_cast<UINT_PTR>(id), LVN_BEGINDRAG};
     begin.iItem = from;
     SendMessageA(parent, WM_NOTIFY, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(&begin));
-    RECT target = {};
-    target.left = LVIR_BOUNDS;
+    RECT target = {LVIR_BOUNDS, 0, 0, 0};
     SendMessageA(list, LVM_GETITEMRECT, static_cast<WPARAM>(to), reinterpret_cast<LPARAM>(&target));
     POINT at = {target.left + 5, (target.top + target.bottom) / 2};
     MapWindowPoints(list, parent, &at, 1);
     PostMessageA(parent, WM_LBUTTONUP, 0, MAKELPARAM(at.x, at.y));
+}
+
+std::vector<HWND> TopWindows(const std::function<bool(HWND)> &match) {
+    std::vector<HWND> all, found;
+    auto collect = [](HWND window, LPARAM param) -> BOOL {
+        reinterpret_cast<std::vector<HWND> *>(param)->push_back(window);
+        return TRUE;
+    };
+    EnumWindows(collect, reinterpret_cast<LPARAM>(&all));
+    std::copy_if(all.begin(), all.end(), std::back_inserter(found), match);
+    return found;
 }
 
 HWND Visible(const char *cls, const char *text, HWND except) {
@@ -198,9 +222,9 @@ HWND Visible(const char *cls, const char *text, HWND except) {
     return found.empty() ? nullptr : found[0];
 }
 
-HWND AwaitDialog(const std::string &title, HWND except, int timeoutMs) {
+HWND AwaitDialog(const std::string &title, HWND except) {
     HWND found = nullptr;
-    WaitFor([&] { return (found = Visible("#32770", title.c_str(), except)) != nullptr; }, timeoutMs);
+    WaitFor([&] { return (found = Visible("#32770", title.c_str(), except)) != nullptr; }, 10000);
     return found;
 }
 
@@ -243,27 +267,21 @@ std::string NoticeText() {
 
 std::string SaveScreenshot(HWND window, const std::string &name) {
     RECT rect;
-    if (!GetWindowRect(window, &rect)) return {};
+    if (!GetWindowRect(window, &rect) || rect.right <= rect.left || rect.bottom <= rect.top) return {};
     const int width = rect.right - rect.left, height = rect.bottom - rect.top;
-    if (width <= 0 || height <= 0) return {};
-
     const DWORD size = static_cast<DWORD>((width * 3 + 3) & ~3) * static_cast<DWORD>(height);  // rows of 4-byte steps
     BITMAPINFOHEADER info = {sizeof info, width, height, 1, 24, BI_RGB, size, 0, 0, 0, 0};
     void *pixels = nullptr;
-    HDC screen = GetDC(nullptr);
-    HDC memory = CreateCompatibleDC(screen);
+    HDC screen = GetDC(nullptr), memory = CreateCompatibleDC(screen);
     HBITMAP bitmap =
         CreateDIBSection(screen, reinterpret_cast<BITMAPINFO *>(&info), DIB_RGB_COLORS, &pixels, nullptr, 0);
     HGDIOBJ old = SelectObject(memory, bitmap);
-    // What the screen shows, as the user sees it; a window not yet shown is
-    // asked to draw itself.
-    if (!IsWindowVisible(window) || !BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY)) {
+    // What the screen shows; a window not yet shown is asked to draw itself.
+    if (!IsWindowVisible(window) || !BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY))
         PrintWindow(window, memory, 0);
-    }
     GdiFlush();
-
     const char *dir = std::getenv("KODBC_SCREENSHOT_DIR");
-    std::string file = std::string(dir && *dir ? dir : ".") + "/" + name + ".bmp";
+    const std::string file = std::string(dir && *dir ? dir : ".") + "/" + name + ".bmp";
     const DWORD offset = sizeof(BITMAPFILEHEADER) + sizeof info;
     const BITMAPFILEHEADER header = {0x4D42, offset + size, 0, 0, offset};  // "BM"
     if (FILE *f = std::fopen(file.c_str(), "wb")) {
@@ -272,7 +290,6 @@ std::string SaveScreenshot(HWND window, const std::string &name) {
         std::fwrite(pixels, size, 1, f);
         std::fclose(f);
     }
-
     SelectObject(memory, old);
     DeleteObject(bitmap);
     DeleteDC(memory);
@@ -280,45 +297,82 @@ std::string SaveScreenshot(HWND window, const std::string &name) {
     return file;
 }
 
-DialogRobot::DialogRobot(std::string title, std::string shot, Action action, int timeoutMs)
-    : thread_(GetCurrentThreadId()), title_(std::move(title)), shot_(std::move(shot)), action_(std::move(action)),
-      timeoutMs_(timeoutMs), worker_([this] { Run(); }) {}
+std::string TempFile(const std::string &name) {
+    char dir[MAX_PATH] = {};
+    GetTempPathA(MAX_PATH, dir);
+    const std::string path = dir + name;
+    DeleteFileA(path.c_str());
+    return path;
+}
 
-DialogRobot::~DialogRobot() { Join(); }
+std::string FileText(const std::string &path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::string Setting(const char *section, const char *name, const char *missing) {
+    char value[1100] = {};
+    Korvel_ReadRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, section, name, missing, value, sizeof value);
+    return value;
+}
+
+bool RunSql(SQLHDBC hdbc, const std::string &sql, std::vector<std::string> *rows) {
+    SQLHSTMT stmt = nullptr;
+    if (!hdbc || !SQL_SUCCEEDED(SQLAllocStmt(hdbc, &stmt))) return false;
+    SQLSMALLINT columns = 0;
+    const bool ok =
+        SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS));
+    if (ok && rows && SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) {
+        while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+            std::string row;
+            for (SQLUSMALLINT column = 1; column <= columns; ++column) {
+                char text[100] = {};
+                SQLLEN indicator = 0;
+                SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
+                row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
+            }
+            rows->push_back(row);
+        }
+    }
+    SQLFreeStmt(stmt, SQL_DROP);
+    return ok;
+}
+
+std::vector<std::string> QueryRows(SQLHDBC hdbc, const std::string &sql) {
+    std::vector<std::string> rows;
+    RunSql(hdbc, sql, &rows);
+    return rows;
+}
+
+DialogRobot::DialogRobot(std::string title, std::string shot, Action action, int timeoutMs)
+    : worker_([=, this, thread = GetCurrentThreadId()] {
+          auto start = std::chrono::steady_clock::now();
+          bool acted = false;
+          for (; !stop_; Sleep(kPollMs)) {
+              const std::vector<HWND> found = TopWindows([&](HWND window) {
+                  return GetWindowThreadProcessId(window, nullptr) == thread && OursVisible(window, "#32770") &&
+                         WindowText(window) == title;
+              });
+              const bool late = std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(timeoutMs);
+              if (found.empty() || (acted && !late)) continue;
+              if (late) {
+                  PostMessageA(found[0], WM_COMMAND, IDCANCEL, 0);  // unexpected, or left open by the action
+              } else {
+                  acted = true;
+                  Sleep(kPaintMs);
+                  if (!shot.empty()) SaveScreenshot(found[0], shot);
+                  found_ = true;
+                  ++g_acting;
+                  if (action) action(found[0]);
+                  --g_acting;
+              }
+              start = std::chrono::steady_clock::now();  // the action, or the cancel, gets its own time
+          }
+      }) {}
 
 void DialogRobot::Join() {
     stop_ = true;
     if (worker_.joinable()) worker_.join();
-}
-
-void DialogRobot::Run() {
-    auto start = std::chrono::steady_clock::now();
-    bool acted = false;
-    for (; !stop_; Sleep(kPollMs)) {
-        const std::vector<HWND> found = TopWindows([&](HWND window) {
-            return GetWindowThreadProcessId(window, nullptr) == thread_ && OursVisible(window, "#32770") &&
-                   WindowText(window) == title_;
-        });
-        if (found.empty()) continue;
-        HWND dialog = found[0];
-        const bool late = std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(timeoutMs_);
-        if (!acted && !late) {
-            acted = true;
-            Sleep(kPaintMs);
-            if (!shot_.empty()) SaveScreenshot(dialog, shot_);
-            found_ = true;
-            if (action_) {
-                ++g_acting;
-                action_(dialog);
-                --g_acting;
-            }
-            start = std::chrono::steady_clock::now();  // the action gets its own time to close it
-        } else if (late) {
-            // Unexpected, or left open by the action: never let the test hang.
-            PostMessageA(dialog, WM_COMMAND, IDCANCEL, 0);
-            start = std::chrono::steady_clock::now();
-        }
-    }
 }
 
 MessageBoxAnswerer::MessageBoxAnswerer(std::string caption, int answer, std::string shot)
@@ -342,14 +396,9 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     // A box is activated again when focus comes back to it; count it once.
     if (ClassName(window) != "#32770" || WindowText(window) != caption_ || GetPropA(window, "wintest.seen")) return;
     SetPropA(window, "wintest.seen", reinterpret_cast<HANDLE>(1));
-
-    MessageBoxSeen seen;
-    seen.text = ControlText(window, kMessageTextId);
-    seen.ok = ControlVisible(window, IDOK);
-    seen.cancel = ControlVisible(window, IDCANCEL);
-    seen.yes = ControlVisible(window, IDYES);
-    seen.no = ControlVisible(window, IDNO);
-    if (seen.yes) seen.yesText = ControlText(window, IDYES);
+    MessageBoxSeen seen{ControlText(window, kMessageTextId), ControlVisible(window, IDOK),
+                        ControlVisible(window, IDCANCEL), ControlVisible(window, IDYES), ControlVisible(window, IDNO),
+                        ControlVisible(window, IDYES) ? ControlText(window, IDYES) : ""};
     seen_.push_back(seen);
     // The answer is given once the box is on screen, so it can be photographed.
     static int shots = 0;
@@ -362,53 +411,92 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     });
 }
 
-namespace {
+void BoxesTest::SetUp() {
+    list_ = CreateWindowA("LISTBOX", "", WS_POPUP | LBS_NOTIFY, 0, 0, 200, 200, nullptr, nullptr, nullptr, nullptr);
+    combo_ =
+        CreateWindowA("COMBOBOX", "", WS_POPUP | CBS_DROPDOWNLIST, 0, 0, 200, 200, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(list_ && combo_);
+}
 
-// Last line of defence: a dialog or message box of this process that stays
-// open far longer than any robot needs is reported with its texts and
-// cancelled, so a test that goes wrong fails instead of hanging the run.
-class Watchdog : public ::testing::Environment {
-public:
-    void SetUp() override { worker_ = std::thread([this] { Run(); }); }
-    void TearDown() override {
-        stop_ = true;
-        if (worker_.joinable()) worker_.join();
-    }
+void BoxesTest::TearDown() {
+    if (list_) DestroyWindow(list_);
+    if (combo_) DestroyWindow(combo_);
+}
 
-private:
-    static BOOL CALLBACK Describe(HWND child, LPARAM) {
-        std::string text = WindowText(child);
-        if (!text.empty()) std::fprintf(stderr, "    [%d] %s\n", GetDlgCtrlID(child), text.c_str());
-        return TRUE;
+void ConnectedTest::SetUp() {
+    BoxesTest::SetUp();
+    const std::string dsn = Dsn();
+    DataSourceRecord source{};
+    lstrcpynA(source.DataSourceName, dsn.c_str(), sizeof source.DataSourceName);
+    if (dsn != DataSource()) {
+        // Asked past the library first, so that a server the run has not started shows no error.
+        SQLHENV env = nullptr;
+        SQLHDBC dbc = nullptr;
+        const bool answers = SQL_SUCCEEDED(SQLAllocEnv(&env)) && SQL_SUCCEEDED(SQLAllocConnect(env, &dbc)) &&
+                             SQL_SUCCEEDED(SQLConnect(dbc, reinterpret_cast<SQLCHAR *>(source.DataSourceName),
+                                                      SQL_NTS, nullptr, 0, nullptr, 0));
+        if (answers) SQLDisconnect(dbc);
+        if (dbc) SQLFreeConnect(dbc);
+        if (env) SQLFreeEnv(env);
+        if (!answers) GTEST_SKIP() << dsn << " cannot be connected (no servers in this run)";
     }
-    void Run() {
+    ASSERT_EQ(Kodbc_ConnectDataSource(&source, &henv_, &hdbc_), KODBC_CONNECTED) << dsn;
+}
+
+void ConnectedTest::TearDown() {
+    if (hdbc_)
+        for (const std::string &table : owned_) Run("DROP " + table);
+    Kodbc_DisconnectDataSource(&henv_, &hdbc_);
+    BoxesTest::TearDown();
+}
+
+void ConnectedTest::OwnTables(std::initializer_list<std::string> tables) {
+    for (const std::string &table : tables) {
+        owned_.push_back(table.find(' ') != std::string::npos ? table : "TABLE " + table);
+        Run("DROP " + owned_.back());
+    }
+}
+
+void WizardWalker::Shot(int page) {
+    Sleep(kSettleMs);
+    SaveScreenshot(frame, shotPrefix + std::to_string(page));
+}
+
+void WizardWalker::Press(int button, int then) {
+    Click(frame, button);
+    Expect(WaitFor([&] { return then ? Showing(then) : !IsWindow(frame); }, 10000),
+           "page " + std::to_string(then) + " after button " + std::to_string(button));
+    Sleep(200);
+}
+
+void WizardWalker::Refused(int page) {
+    Click(frame, KORVEL_WIZARD_NEXT);
+    auto box = [] { return FindWindowA("#32770", kLibraryMessageCaption); };
+    const bool shown = WaitFor([&] { return box() != nullptr; });
+    Expect(shown && WaitFor([&] { return box() == nullptr; }), "no message box on page " + std::to_string(page));
+    Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
+}
+
+// Last line of defence: a dialog of this process left open far longer than
+// any robot needs is reported, photographed and cancelled, so a test that
+// goes wrong fails instead of hanging the run. It watches until the process ends.
+[[maybe_unused]] const bool g_watchdog = [] {
+    std::thread([] {
         std::map<HWND, int> ages;  // in watches of 250 ms
-        for (; !stop_; Sleep(250)) {
-            if (g_acting > 0) {
-                ages.clear();
-                continue;
-            }
+        for (;; Sleep(250)) {
             std::map<HWND, int> next;
-            for (HWND window : TopWindows([](HWND w) { return OursVisible(w, "#32770"); })) {
-                int &age = next[window] = ages[window] + 1;
-                if (age < kLimit) continue;
+            for (HWND window : TopWindows([](HWND w) { return g_acting == 0 && OursVisible(w, "#32770"); })) {
+                if ((next[window] = ages[window] + 1) < 40) continue;  // ten seconds
                 std::fprintf(stderr, "watchdog: window \"%s\" left open, cancelling it\n", WindowText(window).c_str());
-                EnumChildWindows(window, Describe, 0);
                 SaveScreenshot(window, "watchdog");
                 PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
                 PostMessageA(window, WM_CLOSE, 0, 0);
-                age = 0;
+                next[window] = 0;
             }
             ages.swap(next);
         }
-    }
+    }).detach();
+    return true;
+}();
 
-    static constexpr int kLimit = 40;  // ten seconds
-    std::atomic<bool> stop_{false};
-    std::thread worker_;
-};
-
-[[maybe_unused]] ::testing::Environment *const g_watchdog = ::testing::AddGlobalTestEnvironment(new Watchdog);
-
-} // namespace
 } // namespace wintest

@@ -3,7 +3,6 @@
 // (a number, or a copy of the text) when asked, and in a box the second
 // column as each line's item data.
 #include "robot.h"
-#include "win_support.h"
 
 #include <commctrl.h>
 

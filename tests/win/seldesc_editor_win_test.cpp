@@ -4,7 +4,6 @@
 // descriptor is seldesc_win_test.cpp's and seldesc_rows_test.cpp's; the
 // mask files' format is select_selection_mask_test.cpp's.
 #include "robot.h"
-#include "wizard_walker.h"
 
 #include "select/seldesc_editor_ids.h"
 

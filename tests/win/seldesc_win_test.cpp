@@ -4,7 +4,6 @@
 // the box entries and the write-back's texts and room are
 // seldesc_rows_test.cpp's; here the controls move them.
 #include "robot.h"
-#include "win_support.h"
 
 namespace {
 

@@ -5,7 +5,6 @@
 // (platform_win_test.cpp), so most cases use the list.
 #include "robot.h"
 #include "select/alias_dialog_ids.h"
-#include "win_support.h"
 
 #include <cstring>
 

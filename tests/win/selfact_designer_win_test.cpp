@@ -4,7 +4,7 @@
 // refuses OK, with its page in front, and the cancel that leaves the query
 // as it was; "Testen". What the pages offer and which entries they take are
 // the designer's rules, proven natively (select_designer_test.cpp).
-#include "wizard_walker.h"
+#include "robot.h"
 
 #include "select/selfact_dialog_ids.h"
 #include "tools/picker_dialog_ids.h"

@@ -2,7 +2,7 @@
 // the test connection (dialog 10058) and on a data source of its own
 // (dialog 101), the recent list in the registry, and the help dialog's
 // examples taken over into the edit field.
-#include "wizard_walker.h"
+#include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
 #include "tools/picker_dialog_ids.h"

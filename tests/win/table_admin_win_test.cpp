@@ -4,7 +4,6 @@
 // database allows and the statements it takes are the core's, proven
 // natively (tabledesign_admin_test.cpp); here they only reach the window.
 #include "robot.h"
-#include "win_support.h"
 
 #include "tabledesign/table_admin_dialog_ids.h"
 

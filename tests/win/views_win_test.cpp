@@ -3,7 +3,7 @@
 // existing view opened again, redesigned in the query designer, its SQL
 // saved to a file and loaded back, and renamed; and a view the system
 // table does not know, refused.
-#include "wizard_walker.h"
+#include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
 #include "select/selfact_dialog_ids.h"
