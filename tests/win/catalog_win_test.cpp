@@ -1,6 +1,5 @@
 // The catalogue into real list and combo boxes: each filler replaces what
-// the box held (column entries go behind it), forms and reports leave it
-// alone. Which tables, fields, column entries and schemata are listed is
+// the box held (column entries go behind it). Which entries are listed is
 // the core's (tests/native/catalog_tables_test.cpp, catalog_columns_test.cpp).
 #include "robot.h"
 
@@ -35,7 +34,7 @@ TEST_F(CatalogBoxes, EachFillerReplacesTheBoxesEntries) {
                                     KODBC_COLUMNS_TABLE_PREFIX | KODBC_COLUMNS_NOT_NULL),
               KODBC_SUCCESS);
     EXPECT_EQ(Kodbc_AddColumnsToBox(hdbc_, nullptr, "kc_win_boxes", nullptr, 0), KODBC_SUCCESS) << "no box";
-    Kodbc_FillFormsBox(hdbc_, list_);
+    Kodbc_FillFormsBox(hdbc_, list_);  // forms and reports leave the box alone
     Kodbc_FillReportsBox(hdbc_, list_);
     EXPECT_EQ(BoxTexts(list_), (Texts{"id", "txt", "kc_win_boxes.id"}));
 

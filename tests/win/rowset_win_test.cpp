@@ -22,24 +22,21 @@ protected:
         InitCommonControlsEx(&init);
         OwnTables({"kw_rowset"});
         ASSERT_TRUE(Run("CREATE TABLE kw_rowset (id INTEGER, name VARCHAR(20), city VARCHAR(20))"));
-        ASSERT_TRUE(Run("INSERT INTO kw_rowset VALUES (7, 'Meier', 'Koeln')"));
-        ASSERT_TRUE(Run("INSERT INTO kw_rowset VALUES (12, 'Schulz', NULL)"));
+        ASSERT_TRUE(Run("INSERT INTO kw_rowset VALUES (7, 'Meier', 'Koeln'), (12, 'Schulz', NULL)"));
         view_ = CreateWindowA(WC_LISTVIEWA, "", WS_POPUP | LVS_REPORT, 0, 0, 300, 200, nullptr, nullptr, nullptr,
                               nullptr);
         ASSERT_TRUE(view_);
-        for (int c = 0; c < 3; ++c) {
-            LVCOLUMNA column{};
-            column.mask = LVCF_WIDTH;
-            column.cx = 80;
-            SendMessageA(view_, LVM_INSERTCOLUMNA, c, reinterpret_cast<LPARAM>(&column));
-        }
+        LVCOLUMNA column = {};
+        column.mask = LVCF_WIDTH;
+        column.cx = 80;
+        for (int c = 0; c < 3; ++c) SendMessageA(view_, LVM_INSERTCOLUMNA, c, reinterpret_cast<LPARAM>(&column));
     }
     void TearDown() override {
         if (view_) DestroyWindow(view_);
         ConnectedTest::TearDown();
     }
     LPARAM ItemData(int row) {
-        LVITEMA item{};
+        LVITEMA item = {};
         item.mask = LVIF_PARAM;
         item.iItem = row;
         SendMessageA(view_, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
