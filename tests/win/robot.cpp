@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -426,20 +427,12 @@ void BoxesTest::TearDown() {
 void ConnectedTest::SetUp() {
     BoxesTest::SetUp();
     const std::string dsn = Dsn();
+    // The servers of the run are those it lists (none without the list).
+    const char *started = std::getenv("KODBC_TEST_DSNS");
+    if (dsn != DataSource() && !(started && std::strstr(started, dsn.c_str())))
+        GTEST_SKIP() << dsn << " is not among this run's data sources (no servers)";
     DataSourceRecord source{};
     lstrcpynA(source.DataSourceName, dsn.c_str(), sizeof source.DataSourceName);
-    if (dsn != DataSource()) {
-        // Asked past the library first, so that a server the run has not started shows no error.
-        SQLHENV env = nullptr;
-        SQLHDBC dbc = nullptr;
-        const bool answers = SQL_SUCCEEDED(SQLAllocEnv(&env)) && SQL_SUCCEEDED(SQLAllocConnect(env, &dbc)) &&
-                             SQL_SUCCEEDED(SQLConnect(dbc, reinterpret_cast<SQLCHAR *>(source.DataSourceName),
-                                                      SQL_NTS, nullptr, 0, nullptr, 0));
-        if (answers) SQLDisconnect(dbc);
-        if (dbc) SQLFreeConnect(dbc);
-        if (env) SQLFreeEnv(env);
-        if (!answers) GTEST_SKIP() << dsn << " cannot be connected (no servers in this run)";
-    }
     ASSERT_EQ(Kodbc_ConnectDataSource(&source, &henv_, &hdbc_), KODBC_CONNECTED) << dsn;
 }
 
