@@ -27,9 +27,6 @@ TEST(Identity, VersionFromTheLoadedModule) {
 }
 
 // ---------------------------------------------------------------------------
-// Message boxes: a stop message is shown by the SQL performer's refusal
-// (sql_performer_win_test.cpp).
-
 // The dump gate's question before each statement (dump state bit 4).
 class StatementQuestion : public ConnectedTest {
 protected:
@@ -80,12 +77,10 @@ std::vector<std::string> DriverManagerNames() {
     if (SQLAllocEnv(&env) != SQL_SUCCESS) return names;
     SQLCHAR name[200], description[200];
     SQLSMALLINT a, b;
-    SQLUSMALLINT direction = SQL_FETCH_FIRST;
-    while (SQLDataSources(env, direction, name, sizeof name, &a, description, sizeof description, &b) ==
-           SQL_SUCCESS) {
-        direction = SQL_FETCH_NEXT;
+    for (SQLUSMALLINT next = SQL_FETCH_FIRST; SQLDataSources(env, next, name, sizeof name, &a, description,
+                                                             sizeof description, &b) == SQL_SUCCESS;
+         next = SQL_FETCH_NEXT)
         names.emplace_back(reinterpret_cast<char *>(name));
-    }
     SQLFreeEnv(env);
     return names;
 }
@@ -145,12 +140,6 @@ TEST(Registry, RecordsLieBelowKeyAndSectionTextsAsStringsTheTypeAsANumber) {
         EXPECT_EQ(type, v.type) << v.name;
         EXPECT_EQ(std::string(raw, size), v.bytes) << v.name;
     }
-    // An empty field is an empty value, not a missing one: the default does not apply.
-    DataSourceRecord defaults = {};
-    lstrcpyA(defaults.Password, "geheim");
-    DataSourceRecord read = {};
-    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kSettingsKey, 0, "WinTest", &defaults, &read);
-    EXPECT_STREQ(read.Password, "");
 }
 
 } // namespace
