@@ -21,8 +21,6 @@ constexpr int P1 = IDD_TEST_WIZARD_PAGE_1, P2 = IDD_TEST_WIZARD_PAGE_2, P3 = IDD
               P4 = IDD_TEST_WIZARD_PAGE_4;
 constexpr KorvelWizardPage kTable[] = {{P1, {0, 0}}, {P2, {0, 0}}, {P3, {0, 0}}, {P4, {0, 0}}, {0, {0, 0}}};
 constexpr char kTitle[] = "Testassistent mit vier Seiten";
-constexpr char kNext[] = "&Weiter >";
-constexpr char kFinish[] = "&Fertigstellen";
 
 // The test wizard: records the messages it hears ("<page> init", "<page> on"
 // for an activation, "<page> next" or "<page> back" for a leave whose answer
@@ -69,23 +67,16 @@ private:
     bool refused_ = false;
 };
 
-std::vector<std::string> Start(std::vector<std::string> more) {
-    std::vector<std::string> events = {"1 init", "2 init", "3 init", "4 init", "1 on"};
-    events.insert(events.end(), more.begin(), more.end());
-    return events;
-}
+const std::vector<std::string> kStart = {"1 init", "2 init", "3 init", "4 init", "1 on"};
 
-// What the frame showed after a step: the page, the next button's text, and
-// whether back could be pressed.
-std::string Shown(int page, const std::string &next, bool back) {
-    return std::to_string(page) + " " + next + (back ? " back" : "");
-}
-
-int VisiblePage(HWND frame) {
-    for (int id : {P1, P2, P3, P4}) {
-        if (wintest::ControlVisible(frame, id)) return id;
-    }
-    return 0;
+// What the frame shows: the page, the next button's text, and whether back
+// can be pressed.
+std::string Shown(HWND frame) {
+    std::string page = "none";
+    for (int id : {P1, P2, P3, P4})
+        if (wintest::ControlVisible(frame, id)) page = std::to_string(id - P1 + 1);
+    return page + " " + wintest::ControlText(frame, KORVEL_WIZARD_NEXT) +
+           (wintest::Enabled(frame, KORVEL_WIZARD_BACK) ? " back" : "");
 }
 
 enum class Input { Next, Back, Enter, AltW };
@@ -100,20 +91,15 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
     const struct Step {
         Input input;
         std::size_t eventsAfter;  // the callback's event count once the step is done
-        int page;
-        const char *next;
+        const char *shown;
     } steps[] = {
-        {Input::Enter, 7, P2, kNext},    // Enter presses "Weiter"
-        {Input::Next, 8, P2, kNext},     // the leave answered 2: stays
-        {Input::AltW, 10, P4, kFinish},  // page 3 is off
-        {Input::Back, 12, P2, kNext},
-        {Input::Next, 14, P4, kFinish},
+        {Input::Enter, 7, "2 &Weiter > back"},        // Enter presses "Weiter"
+        {Input::Next, 8, "2 &Weiter > back"},         // the leave answered 2: stays
+        {Input::AltW, 10, "4 &Fertigstellen back"},  // page 3 is off
+        {Input::Back, 12, "2 &Weiter > back"},
+        {Input::Next, 14, "4 &Fertigstellen back"},
     };
     const DWORD thread = GetCurrentThreadId();
-    auto look = [](HWND frame) {
-        return Shown(VisiblePage(frame), wintest::ControlText(frame, KORVEL_WIZARD_NEXT),
-                     wintest::Enabled(frame, KORVEL_WIZARD_BACK));
-    };
     std::vector<int> tabOrder;
     std::vector<std::string> seen;
     wintest::DialogRobot robot(kTitle, "wizard-frame", [&](HWND frame) {
@@ -123,7 +109,7 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
             Sleep(150);
             tabOrder.push_back(GetDlgCtrlID(wintest::FocusOf(thread)));
         }
-        seen.push_back(look(frame));
+        seen.push_back(Shown(frame));
         for (const Step &step : steps) {
             HWND focus = wintest::FocusOf(thread);
             switch (step.input) {
@@ -132,9 +118,8 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
             case Input::Enter: wintest::PressKey(focus, VK_RETURN); break;
             case Input::AltW: PostMessageA(focus, WM_SYSCHAR, 'w', 1 | (1 << 29)); break;  // the mnemonic
             }
-            wintest::WaitFor(
-                [&] { return wizard.Events().size() >= step.eventsAfter && VisiblePage(frame) == step.page; });
-            seen.push_back(look(frame));
+            wintest::WaitFor([&] { return wizard.Events().size() >= step.eventsAfter && Shown(frame) == step.shown; });
+            seen.push_back(Shown(frame));
         }
         wintest::Click(frame, KORVEL_WIZARD_NEXT);  // "Fertigstellen"
     });
@@ -144,11 +129,13 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
     ASSERT_TRUE(robot.Found()) << "the frame never appeared";
     EXPECT_EQ(result, 1);
     EXPECT_EQ(tabOrder, (std::vector<int>{IDC_TEST_WIZARD_CHECK, KORVEL_WIZARD_NEXT, IDCANCEL, IDC_TEST_WIZARD_EDIT}));
-    std::vector<std::string> expected = {Shown(P1, kNext, false)};
-    for (const Step &step : steps) expected.push_back(Shown(step.page, step.next, true));
+    std::vector<std::string> expected = {"1 &Weiter >"};
+    for (const Step &step : steps) expected.push_back(step.shown);
     EXPECT_EQ(seen, expected);
-    EXPECT_EQ(wizard.Events(),
-              Start({"1 next", "2 on", "2 next", "2 next", "4 on", "4 back", "2 on", "2 next", "4 on", "4 next"}));
+    std::vector<std::string> events = kStart;
+    for (const char *e : {"1 next", "2 on", "2 next", "2 next", "4 on", "4 back", "2 on", "2 next", "4 on", "4 next"})
+        events.push_back(e);
+    EXPECT_EQ(wizard.Events(), events);
 }
 
 // Translates the title, and only for the test wizard's module.
@@ -177,7 +164,7 @@ TEST(WizardFrame, EveryWayOutButFinishCancelsWithoutALeave) {
         robot.Join();
         EXPECT_TRUE(robot.Found()) << "no frame with the translated title";
         EXPECT_EQ(result, 2);
-        EXPECT_EQ(wizard.Events(), Start({}));
+        EXPECT_EQ(wizard.Events(), kStart);
     }
     Polo_InstallCatalogue(nullptr);
 }
@@ -205,21 +192,17 @@ TEST(WizardBitmaps, TheLibraryHasAPictureForEveryWizard) {
         SCOPED_TRACE(id);
         auto bitmap = static_cast<HBITMAP>(
             LoadImageA(library, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
-        ASSERT_TRUE(bitmap);
         DIBSECTION dib = {};
-        ASSERT_EQ(GetObjectA(bitmap, sizeof dib, &dib), static_cast<int>(sizeof dib));
+        ASSERT_EQ(bitmap ? GetObjectA(bitmap, sizeof dib, &dib) : 0, static_cast<int>(sizeof dib));
         const BITMAP &bm = dib.dsBm;
         EXPECT_EQ(std::to_string(bm.bmWidth) + "x" + std::to_string(bm.bmHeight) + "x" + std::to_string(bm.bmBitsPixel),
                   "164x314x24");
         // A drawn picture, not a filled rectangle.
         std::set<COLORREF> colours;
-        const auto *bits = static_cast<const BYTE *>(bm.bmBits);
-        for (int y = 0; y < bm.bmHeight; y += 3) {
-            for (int x = 0; x < bm.bmWidth; ++x) {
-                const BYTE *p = bits + y * bm.bmWidthBytes + x * 3;
+        for (int y = 0; y < bm.bmHeight; y += 3)
+            for (const BYTE *p = static_cast<const BYTE *>(bm.bmBits) + y * bm.bmWidthBytes, *end = p + bm.bmWidth * 3;
+                 p < end; p += 3)
                 colours.insert(RGB(p[2], p[1], p[0]));
-            }
-        }
         EXPECT_GT(colours.size(), 200u);
         DeleteObject(bitmap);
     }
