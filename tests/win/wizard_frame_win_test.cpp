@@ -26,22 +26,18 @@ constexpr char kTitle[] = "Testassistent mit vier Seiten";
 // for an activation, "<page> next" or "<page> back" for a leave whose answer
 // arrived as 1), switches page 3 off when page 1 is initialised, and
 // refuses page 2's first forward leave.
-class TestWizard {
-public:
+struct TestWizard {
     int Run() {
         return Wizzard_Perform(kTable, &Callback, kActivate, kLeave, this, IDB_TEST_WIZARD, IDS_TEST_WIZARD_TITLE,
                                GetModuleHandleA(nullptr), "KODBCTEST", 15, 1);
     }
     std::vector<std::string> Events() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return events_;
+        std::lock_guard<std::mutex> lock(mutex);
+        return events;
     }
-
-private:
     static int WINAPI Callback(LONG_PTR wizard, int page, HWND, UINT message, WPARAM wParam, LPARAM lParam) {
         auto *self = static_cast<TestWizard *>(Wizzard_GetParam(wizard));
-        if (!self) return 0;
-        if (message != WM_INITDIALOG && message != kActivate && message != kLeave) return 0;
+        if (!self || (message != WM_INITDIALOG && message != kActivate && message != kLeave)) return 0;
         auto *answer = reinterpret_cast<int *>(lParam);
         const char *what = message == WM_INITDIALOG ? " init"
                            : message == kActivate ? " on"
@@ -51,23 +47,21 @@ private:
         std::string event = std::to_string(page - P1 + 1) + what;
         if (message == kLeave && !(answer && *answer == 1)) event += " with a wrong answer";
         {
-            std::lock_guard<std::mutex> lock(self->mutex_);
-            self->events_.push_back(event);
+            std::lock_guard<std::mutex> lock(self->mutex);
+            self->events.push_back(event);
         }
         if (message == WM_INITDIALOG && page == P1) Wizzard_EnableSubDialog(wizard, P3, 0);
-        if (message == kLeave && wParam == KORVEL_WIZARD_FORWARD && answer && page == P2 && !self->refused_) {
-            self->refused_ = true;
+        if (message == kLeave && wParam == KORVEL_WIZARD_FORWARD && answer && page == P2 && !self->refused) {
+            self->refused = true;
             *answer = 2;
         }
         return 1;
     }
 
-    std::mutex mutex_;
-    std::vector<std::string> events_;
-    bool refused_ = false;
+    std::mutex mutex;
+    std::vector<std::string> events;
+    bool refused = false;
 };
-
-const std::vector<std::string> kStart = {"1 init", "2 init", "3 init", "4 init", "1 on"};
 
 // What the frame shows: the page, the next button's text, and whether back
 // can be pressed.
@@ -132,19 +126,13 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
     std::vector<std::string> expected = {"1 &Weiter >"};
     for (const Step &step : steps) expected.push_back(step.shown);
     EXPECT_EQ(seen, expected);
-    std::vector<std::string> events = kStart;
-    for (const char *e : {"1 next", "2 on", "2 next", "2 next", "4 on", "4 back", "2 on", "2 next", "4 on", "4 next"})
-        events.push_back(e);
-    EXPECT_EQ(wizard.Events(), events);
+    EXPECT_EQ(wizard.Events(), (std::vector<std::string>{"1 init", "2 init", "3 init", "4 init", "1 on", "1 next",
+                                                         "2 on", "2 next", "2 next", "4 on", "4 back", "2 on",
+                                                         "2 next", "4 on", "4 next"}));
 }
 
-// Translates the title, and only for the test wizard's module.
-const char *TranslateTitle(const char *module, const char *, const char *text) {
-    return module && std::string(module) == "KODBCTEST" && std::string(text) == kTitle ? "Vier Seiten" : nullptr;
-}
-
-// The frame's title goes through the module's translation; the system menu's
-// close reaches the frame as WM_CLOSE.
+// The frame's title goes through the module's translation (and only its);
+// the system menu's close reaches the frame as WM_CLOSE.
 TEST(WizardFrame, EveryWayOutButFinishCancelsWithoutALeave) {
     const struct {
         const char *name;
@@ -155,7 +143,9 @@ TEST(WizardFrame, EveryWayOutButFinishCancelsWithoutALeave) {
          [](HWND frame) { wintest::PressKey(GetDlgItem(GetDlgItem(frame, P1), IDC_TEST_WIZARD_EDIT), VK_ESCAPE); }},
         {"SC_CLOSE", [](HWND frame) { PostMessageA(frame, WM_SYSCOMMAND, SC_CLOSE, 0); }},
     };
-    Polo_InstallCatalogue(&TranslateTitle);
+    Polo_InstallCatalogue([](const char *module, const char *, const char *text) -> const char * {
+        return module && std::string(module) == "KODBCTEST" && std::string(text) == kTitle ? "Vier Seiten" : nullptr;
+    });
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         TestWizard wizard;
@@ -164,7 +154,7 @@ TEST(WizardFrame, EveryWayOutButFinishCancelsWithoutALeave) {
         robot.Join();
         EXPECT_TRUE(robot.Found()) << "no frame with the translated title";
         EXPECT_EQ(result, 2);
-        EXPECT_EQ(wizard.Events(), kStart);
+        EXPECT_EQ(wizard.Events(), (std::vector<std::string>{"1 init", "2 init", "3 init", "4 init", "1 on"}));
     }
     Polo_InstallCatalogue(nullptr);
 }
