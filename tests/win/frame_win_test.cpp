@@ -16,14 +16,19 @@ using namespace wintest;
 // ---------------------------------------------------------------------------
 // Identity
 
-// The version is read from the loaded module's version resource; the cut
-// to the caller's buffer and the module name are the core's
-// (tests/native/frame_test.cpp).
-TEST(Identity, VersionFromTheLoadedModule) {
+// The version is read from the loaded module's version resource, the
+// profile is named after the module; the cut to the caller's buffer and the
+// module name are the core's (tests/native/frame_test.cpp).
+TEST(Identity, VersionAndProfileFromTheLoadedModules) {
     EXPECT_EQ(Kodbc_GetInstance(), reinterpret_cast<HINSTANCE>(GetModuleHandleA("kodbc.dll")));
-    char buffer[32];
-    EXPECT_EQ(Kodbc_GetVersion(buffer, sizeof buffer), 7);
+    char buffer[MAX_PATH];
+    EXPECT_EQ(Kodbc_GetVersion(buffer, 32), 7);
     EXPECT_STREQ(buffer, "5.2.0.0");
+    GetModuleFileNameA(nullptr, buffer, sizeof buffer);
+    const std::string program(buffer);
+    const std::string expected = program.substr(0, program.rfind('.')) + ".ini";
+    EXPECT_EQ(Korvel_GetProfileName(nullptr, buffer, sizeof buffer), static_cast<int>(expected.size()));
+    EXPECT_EQ(std::string(buffer), expected);
 }
 
 // ---------------------------------------------------------------------------

@@ -1,7 +1,8 @@
 // What only the Win32 side of the base library has, called directly (the
-// test program links the platform library too): boxes, the profile beside
-// the module, the progress window and the temporary notice. The interface's
-// other rules are proven for both sides by tests/native/platform_test.cpp.
+// test program links the platform library too): boxes, the progress window
+// and the temporary notice. The interface's other rules are proven for both
+// sides by tests/native/platform_test.cpp, the profile's name by
+// frame_win_test.cpp.
 #include "robot.h"
 #include "win_support.h"
 
@@ -9,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 namespace {
@@ -56,16 +58,6 @@ TEST_F(Boxes, EntriesSelectionInsertDeleteAndCopy) {
     EXPECT_EQ(BoxLines(combo_), (std::vector<BoxLine>{{"Lieferanten", 10}, {"b", 20}}));
     Korvel_DeleteBoxEntry(combo_, 0);
     EXPECT_EQ(BoxLines(combo_), (std::vector<BoxLine>{{"b", 20}}));
-}
-
-TEST(Identity, ProfileNameIsTheModuleWithIni) {
-    char path[MAX_PATH];
-    GetModuleFileNameA(nullptr, path, sizeof path);
-    std::string expected(path);
-    expected = expected.substr(0, expected.rfind('.')) + ".ini";
-    char profile[MAX_PATH];
-    EXPECT_EQ(Korvel_GetProfileName(nullptr, profile, sizeof profile), static_cast<int>(expected.size()));
-    EXPECT_EQ(std::string(profile), expected);
 }
 
 TEST(Progress, AbbrechenCancels) {
