@@ -77,7 +77,8 @@ protected:
 TEST_F(PlatformRegistry, ValuesRoundTripPerRootAndAreCut) {
     EXPECT_EQ(Read("Export", "LastFile"), "<none>");
     const std::pair<const char *, std::string> values[] = {
-        {"LastFile", "Zeile 1\nZeile 2\tTab \\Pfad\\ =s:x [x]\r"}, {"[odd=name#", "v"}, {"Leer", ""}, {"AlsText", "17"}};
+        {"LastFile", "Zeile 1\nZeile 2\tTab \\Pfad\\ =s:x [x]\r"}, {"[odd=name#", "v"}, {"Leer", ""},
+        {"AlsText", "17"}};
     for (const auto &[name, value] : values) ASSERT_EQ(Write("Export", name, value.c_str()), 1) << name;
     for (const auto &[name, value] : values) EXPECT_EQ(Read("Export", name), value) << name;
     ASSERT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kOwn, 0, "Export", "Count", -42), 1);
@@ -117,7 +118,8 @@ TEST_F(PlatformRegistry, NamesIgnoreCaseAndExtraSeparators) {
     EXPECT_EQ(Read("datasource", "USERID", "", HKEY_CURRENT_USER, "software\\korvel software\\KODBCPLATFORMTEST\\"),
               "anna");
     // Writing under another spelling replaces the value instead of adding one.
-    ASSERT_EQ(Write("datasource", "USERID", "bert", HKEY_CURRENT_USER, "SOFTWARE\\Korvel Software\\KodbcPlatformtest"), 1);
+    ASSERT_EQ(Write("datasource", "USERID", "bert", HKEY_CURRENT_USER, "SOFTWARE\\Korvel Software\\KodbcPlatformtest"),
+              1);
     EXPECT_EQ(Read("DataSource", "UserId"), "bert");
 }
 
