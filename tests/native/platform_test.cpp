@@ -1,333 +1,142 @@
-// The base library behind korvel32.h: messages through a registered
-// module's string table, the file-backed registry and the statement dump
-// gate it switches, the string encoding, dates, bounded strings, code
-// pages, temporary files and the interrupt of a progress.
+// The base library behind korvel32.h, one body for both implementations
+// (the Windows test program compiles this file too): registry values, the
+// string encoding, dates, bounded strings, code pages and temporary files.
+// POSIX only: messages through a registered module's string table, the
+// file-backed registry shared by processes, the statement dump gate it
+// switches, and the interrupt of a progress.
+#ifdef _WIN32
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#else
 #include "test_support.h"
+
+#include <chrono>
+#include <clocale>
+#include <csignal>
+#include <regex>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#endif
 
 #include <korvel/korvel32.h>
 
 #include <kodbc/kodbc_systable.h>
 
-#include <chrono>
-#include <clocale>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <regex>
 #include <string>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 namespace kodbc::test {
 namespace {
 
-char g_testModule;
-HINSTANCE TestInstance() { return reinterpret_cast<HINSTANCE>(&g_testModule); }
+#ifdef _WIN32
+// The native tests' support is bound to POSIX; of it the shared cases need
+// only this: `size` bytes for fill(), a write behind them fails the test.
+std::string Guarded(int size, const std::function<void(char *, int)> &fill) {
+    std::string bytes(static_cast<std::size_t>(size) + 32, '\xA5');
+    fill(bytes.data(), size);
+    EXPECT_EQ(bytes.find_first_not_of('\xA5', static_cast<std::size_t>(size)), std::string::npos)
+        << "written behind " << size << " bytes";
+    return std::string(bytes.c_str(), strnlen(bytes.c_str(), static_cast<std::size_t>(size)));
+}
+using RegistryStore = ::testing::Test;  // the real registry
+#else
+using RegistryStore = PrivateRegistryTest;
+#endif
 
-const KorvelStringResource kTestStrings[] = {
-    {10, "Testfenster"},
-    {20, "?YN Soll die Tabelle  %s  gelöscht werden?"},
-    {21, "?YNC %s / %s / %s"},
-    {22, "s 100%% von %s"},
-    {23, "! Hinweis"},
-    {24, "Ohne Präfix %d %s"},
-    {26, "%s"},
-    {30, "Gespeichert"},
-};
-
-// A settings store of its own, the test module's strings and a UTF-8 locale.
-class Platform : public PrivateRegistryTest {
+// A key of the tests' own, empty at the start (on Windows, the real registry).
+class PlatformRegistry : public RegistryStore {
 protected:
-    static void SetUpTestSuite() {
-        static const KorvelModuleResources resources{kTestStrings, 8, "9.8.7.6", "testprofil"};
-        Korvel_RegisterModuleResources(TestInstance(), &resources);
+    void SetUp() override {
+        RegistryStore::SetUp();
+        for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) Korvel_DeleteRegistryKey(root, kOwn, 0, nullptr);
     }
-    // The gate keeps what it read for a while: later tests must not find it asking.
-    void TearDown() override {
-        SetDumpState(0);
-        PrivateRegistryTest::TearDown();
-    }
-
-    static int Show(int messageId, const char *a1 = nullptr, const char *a3 = nullptr) {
-        KorvelMessageRequest request{};
-        request.instance = TestInstance();
-        request.captionId = 10;
-        request.messageId = messageId;
-        request.module = "TESTMOD";
-        request.args[0] = a1, request.args[2] = a3;
-        request.loadFromResource = 1;
-        return Korvel_Message_Box(&request);
-    }
-    static std::string Read(HKEY root, const char *section, const char *name, const char *def = "<none>") {
+    static constexpr const char *kOwn = "Software\\Korvel Software\\KodbcPlatformTest";
+    static std::string Read(const char *section, const char *name, const char *def = "<none>",
+                            HKEY root = HKEY_CURRENT_USER, const char *key = kOwn) {
         char buf[512];
-        Korvel_ReadRegistryString(root, kKey, 0, section, name, def, buf, sizeof buf);
+        Korvel_ReadRegistryString(root, key, 0, section, name, def, buf, sizeof buf);
         return buf;
     }
-    ScopedLocale utf8_;
+    static int Write(const char *section, const char *name, const char *value, HKEY root = HKEY_CURRENT_USER,
+                     const char *key = kOwn) {
+        return Korvel_WriteRegistryString(root, key, 0, section, name, value);
+    }
+    static long Number(const char *name, long def = 7) {
+        return Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kOwn, 0, "Export", name, def);
+    }
 };
 
-TEST_F(Platform, MessagePrefixKindArgumentsAndAnswer) {
-    const struct {
-        int id;
-        const char *a1, *a3;
-        int kind;
-        const char *text;
-    } cases[] = {
-        {20, "Kunden", nullptr, KODBC_MESSAGE_YESNO, "Soll die Tabelle  Kunden  gelöscht werden?"},
-        {21, "a", "c", KODBC_MESSAGE_YESNOCANCEL, "a /  / c"},
-        {22, "s x", nullptr, KODBC_MESSAGE_STOP, "100% von s x"},
-        {23, nullptr, nullptr, KODBC_MESSAGE_NOTICE, "Hinweis"},
-        {24, "eins", nullptr, KODBC_MESSAGE_PLAIN, "Ohne Präfix %d eins"},
-        {26, "s x", nullptr, KODBC_MESSAGE_PLAIN, "s x"},  // an argument never makes a prefix
+// Values survive, an empty one is no missing one, roots are apart, the
+// user's comes before the machine's, and a read is cut to the caller's buffer.
+TEST_F(PlatformRegistry, ValuesRoundTripPerRootAndAreCut) {
+    EXPECT_EQ(Read("Export", "LastFile"), "<none>");
+    const std::pair<const char *, std::string> values[] = {
+        {"LastFile", "Zeile 1\nZeile 2\tTab \\Pfad\\ =s:x [x]\r"}, {"[odd=name#", "v"}, {"Leer", ""},
+        {"AlsText", "17"}};
+    for (const auto &[name, value] : values) ASSERT_EQ(Write("Export", name, value.c_str()), 1) << name;
+    for (const auto &[name, value] : values) EXPECT_EQ(Read("Export", name), value) << name;
+    ASSERT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kOwn, 0, "Export", "Count", -42), 1);
+    EXPECT_EQ(Number("Count"), -42);
+    EXPECT_EQ(Number("AlsText"), 17) << "a number kept as text";
+    EXPECT_EQ(Number("Missing"), 7);
+    ASSERT_EQ(Write(nullptr, "Top", "oben"), 1);
+    EXPECT_EQ(Read("", "Top"), "oben") << "an empty section is the key itself";
+    EXPECT_EQ(Read("Export", "LastFile", "<none>", HKEY_LOCAL_MACHINE), "<none>") << "roots are apart";
+
+    auto either = [](const char *name) {
+        char text[32];
+        Korvel_ReadStringFromHKCUorHKLM(kOwn, "Beide", name, "vorgabe", text, sizeof text);
+        return std::string(text);
     };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.id);
-        const int answer = c.id % 2 ? KODBC_ANSWER_CANCEL : KODBC_ANSWER_YES;
-        MessageRecorder messages(answer);
-        EXPECT_EQ(Show(c.id, c.a1, c.a3), answer);
-        ASSERT_EQ(messages.entries().size(), 1u);
-        EXPECT_EQ(messages.entries()[0].kind, c.kind);
-        EXPECT_EQ(messages.entries()[0].caption, "Testfenster");
-        EXPECT_EQ(messages.entries()[0].text, c.text);
-    }
-}
+    ASSERT_EQ(Write("Beide", "Wert", "maschine", HKEY_LOCAL_MACHINE), 1);
+    EXPECT_EQ(either("Wert"), "maschine");
+    ASSERT_EQ(Write("Beide", "Wert", "benutzer"), 1);
+    EXPECT_EQ(either("Wert"), "benutzer");
+    EXPECT_EQ(either("Fehlt"), "vorgabe");
 
-const char *Catalogue(const char *module, const char *, const char *text) {
-    if (std::strcmp(module, "TESTMOD") != 0) return nullptr;
-    for (const auto &[german, other] : {std::pair{"Testfenster", "Test window"}, {"! Hinweis", "! Note"},
-                                        {"Datenbank", "DATENBANK-UEBERSETZT"}})
-        if (std::strcmp(text, german) == 0) return other;
-    return nullptr;
-}
-
-TEST_F(Platform, CatalogueTranslatesBeforeShownAndWithinSize) {
-    char text[12] = "Datenbank";
-    EXPECT_EQ(Polo_TranslateString("TESTMOD", nullptr, text, sizeof text), 9) << "identity without a catalogue";
-    MessageRecorder messages;
-    Polo_InstallCatalogue(&Catalogue);
-    Show(23);
-    EXPECT_EQ(Guarded(12,
-                      [](char *out, int n) {
-                          KorvelCopyString(out, "Datenbank", n);
-                          EXPECT_EQ(Polo_TranslateString("TESTMOD", nullptr, out, n), 11);
-                      }),
-              "DATENBANK-U");
-    EXPECT_EQ(Polo_TranslateString("OTHER", nullptr, text, sizeof text), 9);
-    EXPECT_STREQ(text, "Datenbank");
-    Polo_InstallCatalogue(nullptr);
-    ASSERT_EQ(messages.entries().size(), 1u);
-    EXPECT_EQ(messages.entries()[0].caption, "Test window");
-    EXPECT_EQ(messages.entries()[0].text, "Note");
-}
-
-TEST_F(Platform, WithoutHandlerStderrAndSafeAnswer) {
-    SetDumpState(KORVEL_DUMP_ASK);
-    KodbcMessageHandler previous = Korvel_SetMessageHandler(nullptr, nullptr);
-    testing::internal::CaptureStderr();
-    const int answers[] = {Show(20, "T"), Show(21), Show(23), Korvel_DumpSqlStatement("DELETE FROM t", 0)};
-    std::string err = testing::internal::GetCapturedStderr();
-    Korvel_SetMessageHandler(previous, nullptr);
-    EXPECT_EQ(answers[0], KODBC_ANSWER_NO);
-    EXPECT_EQ(answers[1], KODBC_ANSWER_CANCEL);
-    EXPECT_EQ(answers[2], KODBC_ANSWER_OK);
-    EXPECT_NE(answers[3], 1) << "nobody to ask whether the statement runs: it does not";
-    EXPECT_NE(err.find("Testfenster: Soll die Tabelle  T  gelöscht werden?"), std::string::npos) << err;
-    EXPECT_NE(err.find("DELETE FROM t"), std::string::npos) << err;
-}
-
-TEST_F(Platform, StringTableAndIdentity) {
-    // "Präfix" is cut before the two-byte "ä", never inside it.
-    EXPECT_EQ(Guarded(8, [](char *out, int n) { EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, out, n), 7); }),
-              "Ohne Pr");
-    char text[64];
-    for (int missing : {25, 5, 31}) EXPECT_EQ(Korvel_LoadString(TestInstance(), missing, text, sizeof text), 0);
-    EXPECT_EQ(Korvel_LoadString(TestInstance(), 30, text, sizeof text), 11);
-    EXPECT_EQ(Korvel_GetResourceFileVersion(TestInstance(), 1, text, sizeof text, 0), 7);
-    EXPECT_STREQ(text, "9.8.7.6");
-    EXPECT_EQ(Korvel_GetProfileName(TestInstance(), text, sizeof text), 14);
-    EXPECT_STREQ(text, "testprofil.ini");
-}
-
-TEST_F(Platform, LatinLocaleGetsLatinText) {
-    if (!std::setlocale(LC_CTYPE, "de_DE.ISO-8859-1") && !std::setlocale(LC_CTYPE, "de_DE"))
-        GTEST_SKIP() << "no Latin-1 locale installed";
-    char text[64];
-    ASSERT_GT(Korvel_LoadString(TestInstance(), 24, text, sizeof text), 0);
-    EXPECT_STREQ(text, "Ohne Pr\xE4" "fix %d %s");
-}
-
-TEST_F(Platform, FileErrorAndNotice) {
-    MessageRecorder messages;
-    KorvelErrorRequest request{};
-    request.errorClass = 3;
-    request.caption = "Fehler beim ODBC-Datenbankzugriff";
-    request.style = 16;
-    request.values[0] = "/tmp/fehlt.txt";
-    EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
-    Korvel_DisplayTempWind(TestInstance(), 30, 10, 0x00D2E6FA);
-    ASSERT_EQ(messages.entries().size(), 2u);
-    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
-    EXPECT_EQ(messages.entries()[0].caption, "Fehler beim ODBC-Datenbankzugriff");
-    EXPECT_NE(messages.entries()[0].text.find("/tmp/fehlt.txt"), std::string::npos);
-    EXPECT_EQ(messages.entries()[1].kind, KODBC_MESSAGE_TEMPORARY);
-    EXPECT_EQ(messages.entries()[1].text, "Gespeichert");
-}
-
-// Values survive, roots are apart, and a read is cut to the caller's buffer.
-TEST_F(Platform, RegistryStringsAndNumbersRoundTrip) {
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, "Export", "LastFile"), "<none>");
-    const std::string awkward = "Zeile 1\nZeile 2\tTab \\Pfad\\ =s:x [x]\r";
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "Export", "LastFile", awkward.c_str()), 1);
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "Export", "[odd=name#", "v"), 1);
-    ASSERT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Export", "Count", -42), 1);
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "Top", "oben"), 1);
-
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, "Export", "LastFile"), awkward);
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, "Export", "[odd=name#"), "v");
-    EXPECT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Export", "Count", 7), -42);
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, "", "Top"), "oben") << "empty section is the key itself";
-    EXPECT_EQ(Read(HKEY_LOCAL_MACHINE, "Export", "LastFile"), "<none>") << "roots are separate";
-
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "Export", "LastFile", "0123456789"), 1);
     EXPECT_EQ(Guarded(6,
                       [](char *out, int n) {
-                          EXPECT_EQ(Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, "Export", "LastFile", "",
+                          EXPECT_EQ(Korvel_ReadRegistryString(HKEY_CURRENT_USER, kOwn, 0, "Export", "LastFile", "",
                                                               out, n),
                                     5);
                       }),
-              "01234");
-    EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Export", "LastFile"), 1);
-    EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Export", "LastFile"), 0);
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, "Export", "LastFile", nullptr), "");
-    EXPECT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Export", "Missing", 7), 7);
+              "Zeile");
+    EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kOwn, 0, "Export", "LastFile"), 1);
+    EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kOwn, 0, "Export", "LastFile"), 0);
+    EXPECT_EQ(Read("Export", "LastFile", nullptr), "");
 }
 
-// Names compare like Windows: without case, extra separators ignored.
-TEST_F(Platform, RegistryNamesIgnoreCaseAndExtraSeparators) {
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "DataSource", "UserId", "anna"), 1);
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, "DATASOURCE", "userid"), "anna");
-    char buf[64];
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, "software\\korvel software\\KODBC\\", 0, "datasource", "USERID", "",
-                              buf, sizeof buf);
-    EXPECT_STREQ(buf, "anna");
+// Names compare like Windows: without case, a trailing separator ignored.
+TEST_F(PlatformRegistry, NamesIgnoreCaseAndExtraSeparators) {
+    ASSERT_EQ(Write("DataSource", "UserId", "anna"), 1);
+    EXPECT_EQ(Read("datasource", "USERID", "", HKEY_CURRENT_USER, "software\\korvel software\\KODBCPLATFORMTEST\\"),
+              "anna");
     // Writing under another spelling replaces the value instead of adding one.
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, "SOFTWARE\\Korvel Software\\Kodbc", 0, "datasource",
-                                         "USERID", "bert"),
+    ASSERT_EQ(Write("datasource", "USERID", "bert", HKEY_CURRENT_USER, "SOFTWARE\\Korvel Software\\KodbcPlatformtest"),
               1);
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, "DataSource", "UserId"), "bert");
+    EXPECT_EQ(Read("DataSource", "UserId"), "bert");
 }
 
-TEST_F(Platform, RegistryParallelProcessesLoseNothing) {
-    constexpr int kProcesses = 6, kValuesEach = 40;
-    auto name = [](int p, int i) { return "P" + std::to_string(p) + "_" + std::to_string(i); };
-    // Write and read first, so that what this process keeps of the store must be renewed.
-    ASSERT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", "Before", 1), 1);
-    ASSERT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", "P0_0", -1), -1);
-    pid_t children[kProcesses];
-    for (int p = 0; p < kProcesses; ++p) {
-        children[p] = fork();
-        ASSERT_GE(children[p], 0);
-        if (children[p] == 0) {
-            int failures = 0;
-            for (int i = 0; i < kValuesEach; ++i)
-                failures += Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", name(p, i).c_str(),
-                                                       p * 1000 + i) != 1;
-            _exit(failures == 0 ? 0 : 1);
-        }
-    }
-    for (pid_t child : children) {
-        int status = 0;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "a writer failed";
-    }
-    int missing = 0;
-    for (int p = 0; p < kProcesses; ++p)
-        for (int i = 0; i < kValuesEach; ++i)
-            missing += Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", name(p, i).c_str(), -1) !=
-                       p * 1000 + i;
-    EXPECT_EQ(missing, 0);
-}
-
-// The dump gate: without bits statements run quietly; a change counts at
-// once in this process and within 200 ms from another one.
-TEST_F(Platform, DumpGateWithoutBitsRunsQuietly) {
-    MessageRecorder messages(KODBC_ANSWER_NO);
-    EXPECT_EQ(Korvel_GetDumpState(0), 0);
-    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
-    SetDumpState(KORVEL_DUMP_WARNINGS);
-    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_WARNINGS);
-    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
-    EXPECT_TRUE(messages.entries().empty());
-    const pid_t child = fork();
-    if (child == 0) _exit(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpState",
-                                                     KORVEL_DUMP_LOG) == 1 ? 0 : 1);
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0);
-    std::this_thread::sleep_for(std::chrono::milliseconds(250));
-    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_LOG);
-    EXPECT_FALSE(std::filesystem::exists(dir_ + "/kodbc-sql.log"));
-}
-
-// The log bit appends "yyyy-mm-dd hh:mm:ss  statement"; the ask bit runs a
-// statement only on yes, and logs nothing by itself.
-TEST_F(Platform, DumpGateLogsAndAsks) {
-    SetDumpState(KORVEL_DUMP_LOG);
-    EXPECT_EQ(Korvel_DumpSqlStatement("DELETE FROM t", 0), 1);
-    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 2", 500), 1);
-    const std::string log = ReadFile(dir_ + "/kodbc-sql.log");
-    const std::vector<std::string> lines = Split(log, "\n");
-    ASSERT_EQ(lines.size(), 3u) << log;  // the last one empty
-    const std::string stamp = R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d  )";
-    EXPECT_TRUE(std::regex_match(lines[0], std::regex(stamp + "DELETE FROM t"))) << lines[0];
-    EXPECT_TRUE(std::regex_match(lines[1], std::regex(stamp + "SELECT 2"))) << lines[1];
-    // A file named in the registry takes the place of the default.
-    const std::string named = dir_ + "/named.log";
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpFile", named.c_str()), 1);
-    SetDumpState(KORVEL_DUMP_ASK);
-    MessageRecorder messages(KODBC_ANSWER_YES);
-    EXPECT_EQ(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1);
-    ASSERT_EQ(messages.entries().size(), 1u);
-    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_YESNOCANCEL);
-    EXPECT_EQ(messages.entries()[0].text, "DROP TABLE x");
-    for (int refusal : {KODBC_ANSWER_NO, KODBC_ANSWER_CANCEL}) {
-        messages.set_answer(refusal);
-        EXPECT_NE(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1) << refusal;
-    }
-    EXPECT_FALSE(std::filesystem::exists(named)) << "asking alone does not log";
-    SetDumpState(KORVEL_DUMP_ASK | KORVEL_DUMP_LOG);
-    messages.set_answer(KODBC_ANSWER_YES);
-    EXPECT_EQ(Korvel_DumpSqlStatement("UPDATE t SET a=1", 0), 1);
-    EXPECT_NE(ReadFile(named).find("UPDATE t SET a=1"), std::string::npos);
-}
-
-// The string encoding through both faces, the platform's copy into a buffer
-// and the exported one in place: the table, the 11-byte room rule and the
-// decoder's quirks must agree.
-// Both encoders into a guarded buffer of `size`; fails when they disagree.
+// The string encoding through its exported face, which works in place on
+// a copy of the input and hands it to the platform's encoder.
 std::string Encode(const std::string &text, int size) {
-    int copied = -1, inPlace = -1;
-    std::string copy = Guarded(size, [&](char *out, int n) { copied = Korvel_EncodeString(text.c_str(), out, n, 2); });
-    std::string place = Guarded(size, [&](char *out, int n) {
+    return Guarded(size, [&](char *out, int n) {
         std::memcpy(out, text.c_str(), std::min<std::size_t>(text.size() + 1, static_cast<std::size_t>(n)));
-        inPlace = Kodbc_EncodeString(out, n);
+        const int length = Kodbc_EncodeString(out, n);
+        EXPECT_EQ(length, static_cast<int>(strnlen(out, static_cast<std::size_t>(n))));
     });
-    EXPECT_EQ(copy, place) << "size " << size;
-    EXPECT_EQ(copied, static_cast<int>(copy.size())) << "size " << size;
-    EXPECT_EQ(inPlace, static_cast<int>(place.size())) << "size " << size;
-    return place;
 }
 
-// Both decoders; fails when they disagree.
-std::string Decode(const std::string &text) {
-    std::string a = text, b = text;
-    int n = Kodbc_DecodeString(a.data());
-    Korvel_DecodeString(b.data());
-    EXPECT_EQ(n, static_cast<int>(std::strlen(a.c_str()))) << text;
-    EXPECT_EQ(std::string(a.c_str()), b.c_str()) << text;
-    return a.c_str();
+std::string Decode(std::string text) {
+    const int length = Kodbc_DecodeString(text.data());
+    EXPECT_EQ(length, static_cast<int>(std::strlen(text.c_str()))) << text;
+    return text.c_str();
 }
 
 TEST(StringEncoding, TableAndRoomRule) {
@@ -426,40 +235,38 @@ TEST(PlatformDates, Writing) {
               "2024-03-07");
 }
 
-// Bounded copy and append, and the lookup table.
+// Bounded copy and append: cut to the size, never written past it.
 TEST(PlatformStrings, CopyAppendAndLookup) {
     const struct {
+        bool append;
+        const char *before;  // what an append finds; null: no terminator within the size
         const char *text;
         int size, length;
-        const char *copied;
-    } cases[] = {{"KODBCDLL", 5, 4, "KODB"}, {"KODBCDLL", 9, 8, "KODBCDLL"}, {"abc", 1, 0, ""}};
+        const char *result;
+    } cases[] = {
+        {false, nullptr, "KODBCDLL", 5, 4, "KODB"},
+        {false, nullptr, "KODBCDLL", 9, 8, "KODBCDLL"},
+        {false, nullptr, "abc", 1, 0, ""},
+        {false, nullptr, "abc", 0, 0, ""},  // no room: nothing written at all
+        {false, nullptr, nullptr, 4, 0, ""},
+        {true, "abc", "defgh", 8, 7, "abcdefg"},
+        {true, "abcdefg", "x", 8, 7, "abcdefg"},  // full already
+        {true, "abc", nullptr, 8, 3, "abc"},
+        {true, nullptr, "q", 4, 3, "zzz"},  // cut, not overrun
+    };
     for (const auto &c : cases) {
         int length = -1;
-        EXPECT_EQ(Guarded(c.size, [&](char *out, int n) { length = KorvelCopyString(out, c.text, n); }), c.copied)
-            << c.size;
-        EXPECT_EQ(length, c.length) << c.size;
+        EXPECT_EQ(Guarded(c.size,
+                          [&](char *out, int n) {
+                              if (c.append && c.before) KorvelCopyString(out, c.before, n);
+                              if (c.append && !c.before) std::memset(out, 'z', static_cast<std::size_t>(n));
+                              length = c.append ? KorvelAppendString(out, c.text, n) : KorvelCopyString(out, c.text, n);
+                          }),
+                  c.result)
+            << c.append << " " << c.size;
+        EXPECT_EQ(length, c.length) << c.append << " " << c.size;
     }
-    GuardedBuffer none(4);
-    EXPECT_EQ(KorvelCopyString(none.data(), "abc", 0), 0);
-    EXPECT_EQ(none.data()[0], '\x7f') << "size 0 must not write at all";
     EXPECT_EQ(KorvelCopyString(nullptr, "abc", 10), 0);
-    EXPECT_EQ(KorvelCopyString(none.data(), nullptr, none.size()), 0);
-    EXPECT_EQ(none.text(), "");
-
-    GuardedBuffer buf(8);
-    KorvelCopyString(buf.data(), "abc", buf.size());
-    EXPECT_EQ(KorvelAppendString(buf.data(), "defgh", buf.size()), 7);
-    EXPECT_EQ(buf.text(), "abcdefg");
-    // Full already: nothing more goes in, the guard stays.
-    EXPECT_EQ(KorvelAppendString(buf.data(), "x", buf.size()), 7);
-    EXPECT_TRUE(buf.guards_intact());
-    EXPECT_EQ(KorvelAppendString(buf.data(), nullptr, buf.size()), 7);
-
-    // A destination without a terminator inside its size is cut, not overrun.
-    GuardedBuffer unterminated(4, 'z');
-    EXPECT_EQ(KorvelAppendString(unterminated.data(), "q", unterminated.size()), 3);
-    EXPECT_EQ(unterminated.text(), "zzz");
-    EXPECT_TRUE(unterminated.guards_intact());
 
     const KorvelTranslation table[] = {{1600, 0x8004A014u}, {1602, 0x8004A015u}, {0, 0}, {7, 7}};
     EXPECT_EQ(Korvel_Translate(table, 1602, 99), 0x8004A015u);
@@ -468,23 +275,28 @@ TEST(PlatformStrings, CopyAppendAndLookup) {
     EXPECT_EQ(Korvel_Translate(nullptr, 1600, 5), 5u);
 }
 
-// ANSI is the locale's charset: UTF-8, or code page 1252 in the C locale.
-// Both round-trip through CP850, and a cut falls between characters.
+// ANSI is code page 1252 on Windows and in the C locale, else the locale's
+// charset. Both round-trip through CP850, a cut falls between characters,
+// and each character CP850 lacks becomes one '?'.
 TEST(PlatformCodePages, RoundTripAndCutPerLocale) {
     constexpr const char *kOem = "Gr\x94\xE1" "e \x8E" "pfel \x9A" "berma\xE1";  // "Größe Äpfel Übermaß"
     const struct {
         const char *locale, *ansi;
         int cutSize;
         bool toOem;  // the cut's direction
-        const char *cut;
+        const char *cut, *euros;
     } cases[] = {
-        {"C.UTF-8", "Größe Äpfel Übermaß", 4, false, "Gr"},  // "Gr" + "ö" needs 4 bytes
-        {"C", "Gr\xF6\xDF" "e \xC4" "pfel \xDC" "berma\xDF", 5, true, "Gr\x94\xE1"},
+#ifndef _WIN32
+        {"C.UTF-8", "Größe Äpfel Übermaß", 4, false, "Gr", "5 € 5 €"},  // "Gr" + "ö" needs 4 bytes
+#endif
+        {"C", "Gr\xF6\xDF" "e \xC4" "pfel \xDC" "berma\xDF", 5, true, "Gr\x94\xE1", "5 \x80 5 \x80"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.locale);
+#ifndef _WIN32
         ScopedLocale locale(c.locale);
         ASSERT_TRUE(locale.ok());
+#endif
         char oem[64], back[64];
         EXPECT_EQ(Korvel_AnsiToOem(c.ansi, oem, sizeof oem), 19);
         EXPECT_STREQ(oem, kOem);
@@ -497,29 +309,238 @@ TEST(PlatformCodePages, RoundTripAndCutPerLocale) {
                           }),
                   c.cut);
         EXPECT_EQ(length, static_cast<int>(std::strlen(c.cut)));
+        EXPECT_EQ(Korvel_AnsiToOem(c.euros, oem, sizeof oem), 7);
+        EXPECT_STREQ(oem, "5 ? 5 ?");
     }
-    ScopedLocale utf8;
-    char oem[64];
-    // The euro sign has no place in CP850; each missing character is one '?'.
-    EXPECT_EQ(Korvel_AnsiToOem("5 € 5 €", oem, sizeof oem), 7);
-    EXPECT_STREQ(oem, "5 ? 5 ?");
+    char oem[4];
     EXPECT_EQ(Korvel_AnsiToOem("x", nullptr, 10), 0);
+    EXPECT_EQ(Korvel_AnsiToOem("x", oem, 0), 0);
 }
 
+// A new name each time, its file created empty so that the name stays taken.
 TEST(PlatformFiles, TemporaryFileIsCreatedEmpty) {
-    char name[256], other[256];
-    ASSERT_EQ(CreateTemporaryFileName("kodbc-t", name, sizeof name), 1);
-    ASSERT_EQ(CreateTemporaryFileName("kodbc-t", other, sizeof other), 1);
+    char name[260], other[260];
+    ASSERT_EQ(CreateTemporaryFileName("kdb", name, sizeof name), 1);
+    ASSERT_EQ(CreateTemporaryFileName("kdb", other, sizeof other), 1);
     EXPECT_STRNE(name, other);
-    const std::filesystem::path path(name);
-    EXPECT_EQ(std::filesystem::file_size(path), 0u);
-    EXPECT_EQ(path.filename().string().rfind("kodbc-t", 0), 0u);
-    std::filesystem::remove(path);
-    std::filesystem::remove(other);
+    for (const std::filesystem::path path : {name, other}) {
+        EXPECT_TRUE(std::filesystem::exists(path) && std::filesystem::file_size(path) == 0) << path;
+        EXPECT_EQ(path.filename().string().rfind("kdb", 0), 0u) << path;
+        std::filesystem::remove(path);
+    }
     // A name that would not fit is not handed out cut.
-    GuardedBuffer tiny(8);
-    EXPECT_EQ(CreateTemporaryFileName("kodbc-t", tiny.data(), tiny.size()), 0);
-    EXPECT_TRUE(tiny.guards_intact());
+    Guarded(8, [](char *out, int n) { EXPECT_EQ(CreateTemporaryFileName("kdb", out, n), 0); });
+}
+
+#ifndef _WIN32
+char g_testModule;
+HINSTANCE TestInstance() { return reinterpret_cast<HINSTANCE>(&g_testModule); }
+
+const KorvelStringResource kTestStrings[] = {
+    {10, "Testfenster"},
+    {20, "?YN Soll die Tabelle  %s  gelöscht werden?"},
+    {21, "?YNC %s / %s / %s"},
+    {22, "s 100%% von %s"},
+    {23, "! Hinweis"},
+    {24, "Ohne Präfix %d %s"},
+    {26, "%s"},
+    {30, "Gespeichert"},
+};
+
+// A settings store of its own, the test module's strings and a UTF-8 locale.
+class Platform : public PrivateRegistryTest {
+protected:
+    static void SetUpTestSuite() {
+        static const KorvelModuleResources resources{kTestStrings, 8, "9.8.7.6", "testprofil"};
+        Korvel_RegisterModuleResources(TestInstance(), &resources);
+    }
+    // The gate keeps what it read for a while: later tests must not find it asking.
+    void TearDown() override {
+        SetDumpState(0);
+        PrivateRegistryTest::TearDown();
+    }
+
+    static int Show(int messageId, const char *a1 = nullptr, const char *a3 = nullptr) {
+        KorvelMessageRequest request{};
+        request.instance = TestInstance();
+        request.captionId = 10;
+        request.messageId = messageId;
+        request.module = "TESTMOD";
+        request.args[0] = a1, request.args[2] = a3;
+        request.loadFromResource = 1;
+        return Korvel_Message_Box(&request);
+    }
+    ScopedLocale utf8_;
+};
+
+TEST_F(Platform, MessagePrefixKindArgumentsAndAnswer) {
+    const struct {
+        int id;
+        const char *a1, *a3;
+        int kind;
+        const char *text;
+    } cases[] = {
+        {20, "Kunden", nullptr, KODBC_MESSAGE_YESNO, "Soll die Tabelle  Kunden  gelöscht werden?"},
+        {21, "a", "c", KODBC_MESSAGE_YESNOCANCEL, "a /  / c"},
+        {22, "s x", nullptr, KODBC_MESSAGE_STOP, "100% von s x"},
+        {23, nullptr, nullptr, KODBC_MESSAGE_NOTICE, "Hinweis"},
+        {24, "eins", nullptr, KODBC_MESSAGE_PLAIN, "Ohne Präfix %d eins"},
+        {26, "s x", nullptr, KODBC_MESSAGE_PLAIN, "s x"},  // an argument never makes a prefix
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.id);
+        const int answer = c.id % 2 ? KODBC_ANSWER_CANCEL : KODBC_ANSWER_YES;
+        MessageRecorder messages(answer);
+        EXPECT_EQ(Show(c.id, c.a1, c.a3), answer);
+        ASSERT_EQ(messages.entries().size(), 1u);
+        EXPECT_EQ(messages.entries()[0].kind, c.kind);
+        EXPECT_EQ(messages.entries()[0].caption, "Testfenster");
+        EXPECT_EQ(messages.entries()[0].text, c.text);
+    }
+}
+
+const char *Catalogue(const char *module, const char *, const char *text) {
+    if (std::strcmp(module, "TESTMOD") != 0) return nullptr;
+    for (const auto &[german, other] : {std::pair{"Testfenster", "Test window"}, {"! Hinweis", "! Note"},
+                                        {"Datenbank", "DATENBANK-UEBERSETZT"}})
+        if (std::strcmp(text, german) == 0) return other;
+    return nullptr;
+}
+
+TEST_F(Platform, CatalogueTranslatesBeforeShownAndWithinSize) {
+    char text[12] = "Datenbank";
+    EXPECT_EQ(Polo_TranslateString("TESTMOD", nullptr, text, sizeof text), 9) << "identity without a catalogue";
+    MessageRecorder messages;
+    Polo_InstallCatalogue(&Catalogue);
+    Show(23);
+    EXPECT_EQ(Guarded(12,
+                      [](char *out, int n) {
+                          KorvelCopyString(out, "Datenbank", n);
+                          EXPECT_EQ(Polo_TranslateString("TESTMOD", nullptr, out, n), 11);
+                      }),
+              "DATENBANK-U");
+    EXPECT_EQ(Polo_TranslateString("OTHER", nullptr, text, sizeof text), 9);
+    EXPECT_STREQ(text, "Datenbank");
+    Polo_InstallCatalogue(nullptr);
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_EQ(messages.entries()[0].caption, "Test window");
+    EXPECT_EQ(messages.entries()[0].text, "Note");
+}
+
+TEST_F(Platform, WithoutHandlerStderrAndSafeAnswer) {
+    SetDumpState(KORVEL_DUMP_ASK);
+    KodbcMessageHandler previous = Korvel_SetMessageHandler(nullptr, nullptr);
+    testing::internal::CaptureStderr();
+    const int answers[] = {Show(20, "T"), Show(21), Show(23), Korvel_DumpSqlStatement("DELETE FROM t", 0)};
+    std::string err = testing::internal::GetCapturedStderr();
+    Korvel_SetMessageHandler(previous, nullptr);
+    EXPECT_EQ(answers[0], KODBC_ANSWER_NO);
+    EXPECT_EQ(answers[1], KODBC_ANSWER_CANCEL);
+    EXPECT_EQ(answers[2], KODBC_ANSWER_OK);
+    EXPECT_NE(answers[3], 1) << "nobody to ask whether the statement runs: it does not";
+    EXPECT_NE(err.find("Testfenster: Soll die Tabelle  T  gelöscht werden?"), std::string::npos) << err;
+    EXPECT_NE(err.find("DELETE FROM t"), std::string::npos) << err;
+}
+
+TEST_F(Platform, StringTableAndIdentity) {
+    // "Präfix" is cut before the two-byte "ä", never inside it.
+    EXPECT_EQ(Guarded(8, [](char *out, int n) { EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, out, n), 7); }),
+              "Ohne Pr");
+    char text[64];
+    for (int missing : {25, 5, 31}) EXPECT_EQ(Korvel_LoadString(TestInstance(), missing, text, sizeof text), 0);
+    EXPECT_EQ(Korvel_LoadString(TestInstance(), 30, text, sizeof text), 11);
+    EXPECT_EQ(Korvel_GetResourceFileVersion(TestInstance(), 1, text, sizeof text, 0), 7);
+    EXPECT_STREQ(text, "9.8.7.6");
+    EXPECT_EQ(Korvel_GetProfileName(TestInstance(), text, sizeof text), 14);
+    EXPECT_STREQ(text, "testprofil.ini");
+    ScopedLocale latin("de_DE.ISO-8859-1");  // a Latin-1 locale gets Latin-1 text
+    ASSERT_TRUE(latin.ok());
+    EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, text, sizeof text), 17);
+    EXPECT_STREQ(text, "Ohne Pr\xE4" "fix %d %s");
+}
+
+// The notice reaches the handler too: TableOps' copy notice.
+TEST_F(Platform, FileErrorKeepsItsCaptionAndNamesTheFile) {
+    MessageRecorder messages;
+    KorvelErrorRequest request{};
+    request.errorClass = 3;
+    request.caption = "Fehler beim ODBC-Datenbankzugriff";
+    request.values[0] = "/tmp/fehlt.txt";
+    EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
+    EXPECT_EQ(messages.entries()[0].caption, "Fehler beim ODBC-Datenbankzugriff");
+    EXPECT_NE(messages.entries()[0].text.find("/tmp/fehlt.txt"), std::string::npos);
+}
+
+// What other processes write counts: six writers at once lose nothing, and
+// a change of the dump state is seen within 200 ms (one of this process at
+// once). Without bits statements run quietly.
+TEST_F(Platform, OtherProcessesWritesAreSeen) {
+    constexpr int kProcesses = 6, kValuesEach = 40;
+    auto name = [](int p, int i) { return "P" + std::to_string(p) + "_" + std::to_string(i); };
+    MessageRecorder messages(KODBC_ANSWER_NO);
+    EXPECT_EQ(Korvel_GetDumpState(0), 0);
+    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
+    SetDumpState(KORVEL_DUMP_WARNINGS);
+    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_WARNINGS);
+    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 1", 0), 1);
+    EXPECT_TRUE(messages.entries().empty());
+    // Written and read first, so that what this process keeps of the store must be renewed.
+    ASSERT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", "P0_0", -1), -1);
+    pid_t children[kProcesses];
+    for (int p = 0; p < kProcesses; ++p) {
+        children[p] = fork();
+        ASSERT_GE(children[p], 0);
+        if (children[p] == 0) {
+            int failures = p ? 0 : Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpState",
+                                                               KORVEL_DUMP_LOG) != 1;
+            for (int i = 0; i < kValuesEach; ++i)
+                failures += Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", name(p, i).c_str(),
+                                                       p * 1000 + i) != 1;
+            _exit(failures == 0 ? 0 : 1);
+        }
+    }
+    for (pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "a writer failed";
+    }
+    int missing = 0;
+    for (int p = 0; p < kProcesses; ++p)
+        for (int i = 0; i < kValuesEach; ++i)
+            missing += Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Parallel", name(p, i).c_str(), -1) !=
+                       p * 1000 + i;
+    EXPECT_EQ(missing, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(250));
+    EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_LOG);
+    EXPECT_FALSE(std::filesystem::exists(dir_ + "/kodbc-sql.log"));
+}
+
+// The log bit appends "yyyy-mm-dd hh:mm:ss  statement"; the ask bit runs a
+// statement only on yes, and logs nothing by itself.
+TEST_F(Platform, DumpGateLogsAndAsks) {
+    SetDumpState(KORVEL_DUMP_LOG);
+    EXPECT_EQ(Korvel_DumpSqlStatement("DELETE FROM t", 0), 1);
+    EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 2", 500), 1);
+    const std::string log = ReadFile(dir_ + "/kodbc-sql.log");
+    const std::vector<std::string> lines = Split(log, "\n");
+    ASSERT_EQ(lines.size(), 3u) << log;  // the last one empty
+    const std::string stamp = R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d  )";
+    EXPECT_TRUE(std::regex_match(lines[0], std::regex(stamp + "DELETE FROM t"))) << lines[0];
+    EXPECT_TRUE(std::regex_match(lines[1], std::regex(stamp + "SELECT 2"))) << lines[1];
+    // A file named in the registry takes the place of the default. Which
+    // answer runs the statement: ExecStatementTest, ExecRowset's refusals.
+    const std::string named = dir_ + "/named.log";
+    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpFile", named.c_str()), 1);
+    SetDumpState(KORVEL_DUMP_ASK);
+    MessageRecorder messages(KODBC_ANSWER_YES);
+    EXPECT_EQ(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1);
+    EXPECT_EQ(messages.entries().size(), 1u);
+    EXPECT_FALSE(std::filesystem::exists(named)) << "asking alone does not log";
+    SetDumpState(KORVEL_DUMP_ASK | KORVEL_DUMP_LOG);
+    EXPECT_EQ(Korvel_DumpSqlStatement("UPDATE t SET a=1", 0), 1);
+    EXPECT_NE(ReadFile(named).find("UPDATE t SET a=1"), std::string::npos);
 }
 
 volatile std::sig_atomic_t g_outerInterrupts = 0;
@@ -557,6 +578,8 @@ TEST(PlatformProgress, InterruptCancelsAndHandlerIsRestored) {
 
     sigaction(SIGINT, &saved, nullptr);
 }
+
+#endif
 
 } // namespace
 } // namespace kodbc::test

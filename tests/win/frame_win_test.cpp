@@ -15,20 +15,22 @@ using namespace wintest;
 // ---------------------------------------------------------------------------
 // Identity
 
-// The version is read from the loaded module's version resource; the cut
-// to the caller's buffer and the module name are the core's
-// (tests/native/frame_test.cpp).
-TEST(Identity, VersionFromTheLoadedModule) {
+// The version is read from the loaded module's version resource, the
+// profile is named after the module; the cut to the caller's buffer and the
+// module name are the core's (tests/native/frame_test.cpp).
+TEST(Identity, VersionAndProfileFromTheLoadedModules) {
     EXPECT_EQ(Kodbc_GetInstance(), reinterpret_cast<HINSTANCE>(GetModuleHandleA("kodbc.dll")));
-    char buffer[32];
-    EXPECT_EQ(Kodbc_GetVersion(buffer, sizeof buffer), 7);
+    char buffer[MAX_PATH];
+    EXPECT_EQ(Kodbc_GetVersion(buffer, 32), 7);
     EXPECT_STREQ(buffer, "5.2.0.0");
+    GetModuleFileNameA(nullptr, buffer, sizeof buffer);
+    const std::string program(buffer);
+    const std::string expected = program.substr(0, program.rfind('.')) + ".ini";
+    EXPECT_EQ(Korvel_GetProfileName(nullptr, buffer, sizeof buffer), static_cast<int>(expected.size()));
+    EXPECT_EQ(std::string(buffer), expected);
 }
 
 // ---------------------------------------------------------------------------
-// Message boxes: a stop message is shown by the SQL performer's refusal
-// (sql_performer_win_test.cpp).
-
 // The dump gate's question before each statement (dump state bit 4).
 class StatementQuestion : public ConnectedTest {
 protected:
@@ -50,7 +52,7 @@ protected:
     static constexpr const char *kCreate = "CREATE TABLE kodbc_win_probe (a INTEGER)";
 };
 
-// Which answer lets the statement run is the core's (tests/native/platform_test.cpp).
+// Which answer lets the statement run is the core's (ExecStatementTest natively).
 TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatementAndTheAnswerReachesTheGate) {
     const struct {
         int answer, result;
@@ -79,12 +81,10 @@ std::vector<std::string> DriverManagerNames() {
     if (SQLAllocEnv(&env) != SQL_SUCCESS) return names;
     SQLCHAR name[200], description[200];
     SQLSMALLINT a, b;
-    SQLUSMALLINT direction = SQL_FETCH_FIRST;
-    while (SQLDataSources(env, direction, name, sizeof name, &a, description, sizeof description, &b) ==
-           SQL_SUCCESS) {
-        direction = SQL_FETCH_NEXT;
+    for (SQLUSMALLINT next = SQL_FETCH_FIRST; SQLDataSources(env, next, name, sizeof name, &a, description,
+                                                             sizeof description, &b) == SQL_SUCCESS;
+         next = SQL_FETCH_NEXT)
         names.emplace_back(reinterpret_cast<char *>(name));
-    }
     SQLFreeEnv(env);
     return names;
 }
@@ -115,9 +115,8 @@ TEST(DataSourcesBox, FillsListAndComboBoxWithEveryDataSource) {
 }
 
 // ---------------------------------------------------------------------------
-// Registry records: what only the real registry shows. The round trip and
-// the defaults for missing values are the core's
-// (tests/native/frame_test.cpp).
+// Registry records: what only the real registry shows, the value types. The
+// round trip and the defaults are the core's (RegistryRecords natively).
 
 TEST(Registry, RecordsLieBelowKeyAndSectionTextsAsStringsTheTypeAsANumber) {
     DataSourceRecord written = {};
@@ -131,8 +130,6 @@ TEST(Registry, RecordsLieBelowKeyAndSectionTextsAsStringsTheTypeAsANumber) {
         DWORD type;
         std::string bytes;
     } values[] = {{"DataSourceName", REG_SZ, std::string("Lager", 6)},
-                  {"Password", REG_SZ, std::string(1, '\0')},
-                  {"DbObjectName", REG_SZ, std::string("Auftraege", 10)},
                   {"DbObjectType", REG_DWORD, std::string(reinterpret_cast<const char *>(&view), sizeof view)}};
     for (const auto &v : values) {
         char raw[100] = {};
@@ -144,12 +141,6 @@ TEST(Registry, RecordsLieBelowKeyAndSectionTextsAsStringsTheTypeAsANumber) {
         EXPECT_EQ(type, v.type) << v.name;
         EXPECT_EQ(std::string(raw, size), v.bytes) << v.name;
     }
-    // An empty field is an empty value, not a missing one: the default does not apply.
-    DataSourceRecord defaults = {};
-    lstrcpyA(defaults.Password, "geheim");
-    DataSourceRecord read = {};
-    Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kSettingsKey, 0, "WinTest", &defaults, &read);
-    EXPECT_STREQ(read.Password, "");
 }
 
 } // namespace

@@ -1,6 +1,8 @@
-// The Win32 side of the base library, called directly (the test program
-// links the platform library too): boxes, registry, code pages, files,
-// progress window and temporary notice.
+// What only the Win32 side of the base library has, called directly (the
+// test program links the platform library too): boxes, the progress window
+// and the temporary notice. The interface's other rules are proven for both
+// sides by tests/native/platform_test.cpp, the profile's name by
+// frame_win_test.cpp.
 #include "robot.h"
 
 #include <korvel/korvel32.h>
@@ -15,10 +17,7 @@ namespace {
 using namespace wintest;
 using Texts = std::vector<std::string>;
 
-constexpr char kKey[] = "Software\\Korvel Software\\KodbcWinTest";
-
-// Hidden list and combo boxes to work on.
-class Boxes : public BoxesTest {};
+using Boxes = BoxesTest;  // hidden list and combo boxes to work on
 
 TEST_F(Boxes, KindsAndFillingSplitAtTheSeparator) {
     EXPECT_TRUE(Korvel_IsListBox(list_) && Korvel_IsComboBox(combo_));
@@ -60,79 +59,6 @@ TEST_F(Boxes, EntriesSelectionInsertDeleteAndCopy) {
     EXPECT_EQ(BoxLines(combo_), (std::vector<BoxLine>{{"b", 20}}));
 }
 
-TEST(PlatformRegistry, NumbersStringsDeletionAndUserBeforeMachine) {
-    EXPECT_EQ(Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Zahlen", "Anzahl", -5), 1);
-    EXPECT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Zahlen", "Anzahl", 0), -5);
-    // A number kept as text is read as a number too.
-    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "Zahlen", "AlsText", "17");
-    EXPECT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Zahlen", "AlsText", 0), 17);
-    EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Zahlen", "Anzahl"), 1);
-    EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Zahlen", "Anzahl"), 0);
-    EXPECT_EQ(Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kKey, 0, "Zahlen", "Anzahl", 99), 99);
-    char text[32];
-    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "Name", "Buchhaltung");
-    EXPECT_EQ(Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, "", "Name", nullptr, text, 5), 4);
-    EXPECT_STREQ(text, "Buch");
-
-    Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kKey, 0, "Beide", "Wert");  // left by an earlier run in this prefix
-    ASSERT_EQ(Korvel_WriteRegistryString(HKEY_LOCAL_MACHINE, kKey, 0, "Beide", "Wert", "maschine"), 1);
-    Korvel_ReadStringFromHKCUorHKLM(kKey, "Beide", "Wert", "vorgabe", text, sizeof text);
-    EXPECT_STREQ(text, "maschine");
-    Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, "Beide", "Wert", "benutzer");
-    Korvel_ReadStringFromHKCUorHKLM(kKey, "Beide", "Wert", "vorgabe", text, sizeof text);
-    EXPECT_STREQ(text, "benutzer");
-    Korvel_ReadStringFromHKCUorHKLM(kKey, "Beide", "Fehlt", "vorgabe", text, sizeof text);
-    EXPECT_STREQ(text, "vorgabe");
-}
-
-TEST(CodePages, UmlautsRoundTripThroughOem) {
-    char oem[16];
-    char back[16];
-    EXPECT_EQ(Korvel_AnsiToOem("\xC4rger", oem, sizeof oem), 5);
-    EXPECT_EQ(static_cast<unsigned char>(oem[0]), 0x8E) << "A umlaut in the OEM page";
-    EXPECT_EQ(Korvel_OemToAnsi(oem, back, sizeof back), 5);
-    EXPECT_STREQ(back, "\xC4rger");
-    char small[4];
-    std::memset(small, '#', sizeof small);
-    EXPECT_EQ(Korvel_AnsiToOem("abcdef", small, 3), 2);
-    EXPECT_STREQ(small, "ab");
-    EXPECT_EQ(small[3], '#');
-}
-
-TEST(Files, TemporaryFileNameIsCreatedAndUnique) {
-    char first[MAX_PATH], second[MAX_PATH];
-    ASSERT_EQ(CreateTemporaryFileName("kdb", first, sizeof first), 1);
-    ASSERT_EQ(CreateTemporaryFileName("kdb", second, sizeof second), 1);
-    EXPECT_STRNE(first, second);
-    EXPECT_NE(GetFileAttributesA(first), INVALID_FILE_ATTRIBUTES) << "the name must stay taken";
-    DeleteFileA(first);
-    DeleteFileA(second);
-    char tiny[4];
-    EXPECT_EQ(CreateTemporaryFileName("kdb", tiny, sizeof tiny), 0);
-}
-
-TEST(Identity, ProfileNameIsTheModuleWithIni) {
-    char path[MAX_PATH];
-    GetModuleFileNameA(nullptr, path, sizeof path);
-    std::string expected(path);
-    expected = expected.substr(0, expected.rfind('.')) + ".ini";
-    char profile[MAX_PATH];
-    EXPECT_EQ(Korvel_GetProfileName(nullptr, profile, sizeof profile), static_cast<int>(expected.size()));
-    EXPECT_EQ(std::string(profile), expected);
-}
-
-void PumpFor(int milliseconds) {
-    DWORD end = GetTickCount() + static_cast<DWORD>(milliseconds);
-    while (static_cast<int>(end - GetTickCount()) > 0) {
-        MSG msg;
-        while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageA(&msg);
-        }
-        Sleep(10);
-    }
-}
-
 TEST(Progress, AbbrechenCancels) {
     KorvelProgress *progress = Korvel_Progress_Create(nullptr, "Export", 0, 100);
     ASSERT_NE(progress, nullptr);
@@ -158,8 +84,13 @@ TEST(TempWind, ShowsWithoutBlockingAndClosesByTimer) {
     HWND notice = Visible("KorvelTempWind");
     ASSERT_NE(notice, nullptr) << "the call returned without a visible notice";
     EXPECT_EQ(WindowText(notice), "Datenbank");
-    PumpFor(800);
-    EXPECT_FALSE(IsWindow(notice)) << "the timer did not close it";
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            for (MSG msg; PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE);) DispatchMessageA(&msg);
+            return !IsWindow(notice);
+        },
+        800))
+        << "the timer did not close it";
 }
 
 } // namespace

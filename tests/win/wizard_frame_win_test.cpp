@@ -21,29 +21,23 @@ constexpr int P1 = IDD_TEST_WIZARD_PAGE_1, P2 = IDD_TEST_WIZARD_PAGE_2, P3 = IDD
               P4 = IDD_TEST_WIZARD_PAGE_4;
 constexpr KorvelWizardPage kTable[] = {{P1, {0, 0}}, {P2, {0, 0}}, {P3, {0, 0}}, {P4, {0, 0}}, {0, {0, 0}}};
 constexpr char kTitle[] = "Testassistent mit vier Seiten";
-constexpr char kNext[] = "&Weiter >";
-constexpr char kFinish[] = "&Fertigstellen";
 
 // The test wizard: records the messages it hears ("<page> init", "<page> on"
 // for an activation, "<page> next" or "<page> back" for a leave whose answer
 // arrived as 1), switches page 3 off when page 1 is initialised, and
 // refuses page 2's first forward leave.
-class TestWizard {
-public:
+struct TestWizard {
     int Run() {
         return Wizzard_Perform(kTable, &Callback, kActivate, kLeave, this, IDB_TEST_WIZARD, IDS_TEST_WIZARD_TITLE,
                                GetModuleHandleA(nullptr), "KODBCTEST", 15, 1);
     }
     std::vector<std::string> Events() {
-        std::lock_guard<std::mutex> lock(mutex_);
-        return events_;
+        std::lock_guard<std::mutex> lock(mutex);
+        return events;
     }
-
-private:
     static int WINAPI Callback(LONG_PTR wizard, int page, HWND, UINT message, WPARAM wParam, LPARAM lParam) {
         auto *self = static_cast<TestWizard *>(Wizzard_GetParam(wizard));
-        if (!self) return 0;
-        if (message != WM_INITDIALOG && message != kActivate && message != kLeave) return 0;
+        if (!self || (message != WM_INITDIALOG && message != kActivate && message != kLeave)) return 0;
         auto *answer = reinterpret_cast<int *>(lParam);
         const char *what = message == WM_INITDIALOG ? " init"
                            : message == kActivate ? " on"
@@ -53,39 +47,30 @@ private:
         std::string event = std::to_string(page - P1 + 1) + what;
         if (message == kLeave && !(answer && *answer == 1)) event += " with a wrong answer";
         {
-            std::lock_guard<std::mutex> lock(self->mutex_);
-            self->events_.push_back(event);
+            std::lock_guard<std::mutex> lock(self->mutex);
+            self->events.push_back(event);
         }
         if (message == WM_INITDIALOG && page == P1) Wizzard_EnableSubDialog(wizard, P3, 0);
-        if (message == kLeave && wParam == KORVEL_WIZARD_FORWARD && answer && page == P2 && !self->refused_) {
-            self->refused_ = true;
+        if (message == kLeave && wParam == KORVEL_WIZARD_FORWARD && answer && page == P2 && !self->refused) {
+            self->refused = true;
             *answer = 2;
         }
         return 1;
     }
 
-    std::mutex mutex_;
-    std::vector<std::string> events_;
-    bool refused_ = false;
+    std::mutex mutex;
+    std::vector<std::string> events;
+    bool refused = false;
 };
 
-std::vector<std::string> Start(std::vector<std::string> more) {
-    std::vector<std::string> events = {"1 init", "2 init", "3 init", "4 init", "1 on"};
-    events.insert(events.end(), more.begin(), more.end());
-    return events;
-}
-
-// What the frame showed after a step: the page, the next button's text, and
-// whether back could be pressed.
-std::string Shown(int page, const std::string &next, bool back) {
-    return std::to_string(page) + " " + next + (back ? " back" : "");
-}
-
-int VisiblePage(HWND frame) {
-    for (int id : {P1, P2, P3, P4}) {
-        if (wintest::ControlVisible(frame, id)) return id;
-    }
-    return 0;
+// What the frame shows: the page, the next button's text, and whether back
+// can be pressed.
+std::string Shown(HWND frame) {
+    std::string page = "none";
+    for (int id : {P1, P2, P3, P4})
+        if (wintest::ControlVisible(frame, id)) page = std::to_string(id - P1 + 1);
+    return page + " " + wintest::ControlText(frame, KORVEL_WIZARD_NEXT) +
+           (wintest::Enabled(frame, KORVEL_WIZARD_BACK) ? " back" : "");
 }
 
 enum class Input { Next, Back, Enter, AltW };
@@ -100,20 +85,15 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
     const struct Step {
         Input input;
         std::size_t eventsAfter;  // the callback's event count once the step is done
-        int page;
-        const char *next;
+        const char *shown;
     } steps[] = {
-        {Input::Enter, 7, P2, kNext},    // Enter presses "Weiter"
-        {Input::Next, 8, P2, kNext},     // the leave answered 2: stays
-        {Input::AltW, 10, P4, kFinish},  // page 3 is off
-        {Input::Back, 12, P2, kNext},
-        {Input::Next, 14, P4, kFinish},
+        {Input::Enter, 7, "2 &Weiter > back"},        // Enter presses "Weiter"
+        {Input::Next, 8, "2 &Weiter > back"},         // the leave answered 2: stays
+        {Input::AltW, 10, "4 &Fertigstellen back"},  // page 3 is off
+        {Input::Back, 12, "2 &Weiter > back"},
+        {Input::Next, 14, "4 &Fertigstellen back"},
     };
     const DWORD thread = GetCurrentThreadId();
-    auto look = [](HWND frame) {
-        return Shown(VisiblePage(frame), wintest::ControlText(frame, KORVEL_WIZARD_NEXT),
-                     wintest::Enabled(frame, KORVEL_WIZARD_BACK));
-    };
     std::vector<int> tabOrder;
     std::vector<std::string> seen;
     wintest::DialogRobot robot(kTitle, "wizard-frame", [&](HWND frame) {
@@ -123,7 +103,7 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
             Sleep(150);
             tabOrder.push_back(GetDlgCtrlID(wintest::FocusOf(thread)));
         }
-        seen.push_back(look(frame));
+        seen.push_back(Shown(frame));
         for (const Step &step : steps) {
             HWND focus = wintest::FocusOf(thread);
             switch (step.input) {
@@ -132,9 +112,8 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
             case Input::Enter: wintest::PressKey(focus, VK_RETURN); break;
             case Input::AltW: PostMessageA(focus, WM_SYSCHAR, 'w', 1 | (1 << 29)); break;  // the mnemonic
             }
-            wintest::WaitFor(
-                [&] { return wizard.Events().size() >= step.eventsAfter && VisiblePage(frame) == step.page; });
-            seen.push_back(look(frame));
+            wintest::WaitFor([&] { return wizard.Events().size() >= step.eventsAfter && Shown(frame) == step.shown; });
+            seen.push_back(Shown(frame));
         }
         wintest::Click(frame, KORVEL_WIZARD_NEXT);  // "Fertigstellen"
     });
@@ -144,20 +123,16 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
     ASSERT_TRUE(robot.Found()) << "the frame never appeared";
     EXPECT_EQ(result, 1);
     EXPECT_EQ(tabOrder, (std::vector<int>{IDC_TEST_WIZARD_CHECK, KORVEL_WIZARD_NEXT, IDCANCEL, IDC_TEST_WIZARD_EDIT}));
-    std::vector<std::string> expected = {Shown(P1, kNext, false)};
-    for (const Step &step : steps) expected.push_back(Shown(step.page, step.next, true));
+    std::vector<std::string> expected = {"1 &Weiter >"};
+    for (const Step &step : steps) expected.push_back(step.shown);
     EXPECT_EQ(seen, expected);
-    EXPECT_EQ(wizard.Events(),
-              Start({"1 next", "2 on", "2 next", "2 next", "4 on", "4 back", "2 on", "2 next", "4 on", "4 next"}));
+    EXPECT_EQ(wizard.Events(), (std::vector<std::string>{"1 init", "2 init", "3 init", "4 init", "1 on", "1 next",
+                                                         "2 on", "2 next", "2 next", "4 on", "4 back", "2 on",
+                                                         "2 next", "4 on", "4 next"}));
 }
 
-// Translates the title, and only for the test wizard's module.
-const char *TranslateTitle(const char *module, const char *, const char *text) {
-    return module && std::string(module) == "KODBCTEST" && std::string(text) == kTitle ? "Vier Seiten" : nullptr;
-}
-
-// The frame's title goes through the module's translation; the system menu's
-// close reaches the frame as WM_CLOSE.
+// The frame's title goes through the module's translation (and only its);
+// the system menu's close reaches the frame as WM_CLOSE.
 TEST(WizardFrame, EveryWayOutButFinishCancelsWithoutALeave) {
     const struct {
         const char *name;
@@ -168,7 +143,9 @@ TEST(WizardFrame, EveryWayOutButFinishCancelsWithoutALeave) {
          [](HWND frame) { wintest::PressKey(GetDlgItem(GetDlgItem(frame, P1), IDC_TEST_WIZARD_EDIT), VK_ESCAPE); }},
         {"SC_CLOSE", [](HWND frame) { PostMessageA(frame, WM_SYSCOMMAND, SC_CLOSE, 0); }},
     };
-    Polo_InstallCatalogue(&TranslateTitle);
+    Polo_InstallCatalogue([](const char *module, const char *, const char *text) -> const char * {
+        return module && std::string(module) == "KODBCTEST" && std::string(text) == kTitle ? "Vier Seiten" : nullptr;
+    });
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         TestWizard wizard;
@@ -177,7 +154,7 @@ TEST(WizardFrame, EveryWayOutButFinishCancelsWithoutALeave) {
         robot.Join();
         EXPECT_TRUE(robot.Found()) << "no frame with the translated title";
         EXPECT_EQ(result, 2);
-        EXPECT_EQ(wizard.Events(), Start({}));
+        EXPECT_EQ(wizard.Events(), (std::vector<std::string>{"1 init", "2 init", "3 init", "4 init", "1 on"}));
     }
     Polo_InstallCatalogue(nullptr);
 }
@@ -205,21 +182,17 @@ TEST(WizardBitmaps, TheLibraryHasAPictureForEveryWizard) {
         SCOPED_TRACE(id);
         auto bitmap = static_cast<HBITMAP>(
             LoadImageA(library, MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
-        ASSERT_TRUE(bitmap);
         DIBSECTION dib = {};
-        ASSERT_EQ(GetObjectA(bitmap, sizeof dib, &dib), static_cast<int>(sizeof dib));
+        ASSERT_EQ(bitmap ? GetObjectA(bitmap, sizeof dib, &dib) : 0, static_cast<int>(sizeof dib));
         const BITMAP &bm = dib.dsBm;
         EXPECT_EQ(std::to_string(bm.bmWidth) + "x" + std::to_string(bm.bmHeight) + "x" + std::to_string(bm.bmBitsPixel),
                   "164x314x24");
         // A drawn picture, not a filled rectangle.
         std::set<COLORREF> colours;
-        const auto *bits = static_cast<const BYTE *>(bm.bmBits);
-        for (int y = 0; y < bm.bmHeight; y += 3) {
-            for (int x = 0; x < bm.bmWidth; ++x) {
-                const BYTE *p = bits + y * bm.bmWidthBytes + x * 3;
+        for (int y = 0; y < bm.bmHeight; y += 3)
+            for (const BYTE *p = static_cast<const BYTE *>(bm.bmBits) + y * bm.bmWidthBytes, *end = p + bm.bmWidth * 3;
+                 p < end; p += 3)
                 colours.insert(RGB(p[2], p[1], p[0]));
-            }
-        }
         EXPECT_GT(colours.size(), 200u);
         DeleteObject(bitmap);
     }
