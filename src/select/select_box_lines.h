@@ -1,0 +1,40 @@
+// The lines of the clause boxes: one per column, table or sort key, what a
+// tab adds to a line (an alias, a direction label), and a line back as a
+// clause item. The window code only moves these lines in and out of boxes.
+#pragma once
+
+#include "select/select_scanner.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace kodbc::select {
+
+// Makes a name fit for the statement (quoted when it needs it); the
+// connection's own rule, given by the caller.
+using NamePreparer = std::function<std::string(std::string_view name)>;
+
+// A column's line, with a tab and its alias when wanted and present.
+std::string FieldBoxLine(const FieldItem &field, bool withAlias);
+// A sort key's line, with a tab and the label when one is given.
+std::string SortBoxLine(std::string_view column, const char *label);
+// The item data of a sort key's line.
+std::intptr_t SortBoxData(bool descending);
+
+// A box line as an item of its clause.
+std::string FieldClauseItem(std::string_view line, const NamePreparer &prepare);
+std::string TableClauseItem(std::string_view line, const NamePreparer &prepare);
+std::string SortClauseItem(std::string_view line, std::intptr_t data, const NamePreparer &prepare);
+
+// The alias behind a column line's tab; empty when there is none.
+std::string LineAlias(std::string_view line);
+// The column line with a new alias; an empty alias removes it.
+std::string AliasedLine(std::string_view line, std::string_view alias);
+
+// The direction a sort key's line gets when toggled, and its new line.
+bool ToggledDescending(std::intptr_t data);
+std::string ToggledLine(std::string_view line, std::string_view label);
+
+} // namespace kodbc::select
