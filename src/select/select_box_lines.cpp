@@ -46,6 +46,11 @@ std::string SortClauseItem(std::string_view line, std::intptr_t data, const Name
     return item;
 }
 
+int ChosenLine(int index, int selected, int count) {
+    if (index < 0) index = selected;
+    return index < 0 || index >= count ? -1 : index;
+}
+
 std::string LineAlias(std::string_view line) {
     const std::size_t tab = line.find('\t');
     return tab == std::string_view::npos ? std::string() : std::string(line.substr(tab + 1));

@@ -28,6 +28,10 @@ std::string FieldClauseItem(std::string_view line, const NamePreparer &prepare);
 std::string TableClauseItem(std::string_view line, const NamePreparer &prepare);
 std::string SortClauseItem(std::string_view line, std::intptr_t data, const NamePreparer &prepare);
 
+// The line an alias edit or a toggle works on: index, or the selected line
+// for an index below 0; -1 when that is no line of the box.
+int ChosenLine(int index, int selected, int count);
+
 // The alias behind a column line's tab; empty when there is none.
 std::string LineAlias(std::string_view line);
 // The column line with a new alias; an empty alias removes it.

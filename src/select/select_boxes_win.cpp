@@ -151,8 +151,8 @@ KODBC_API int KODBC_CALL Kodbc_Select_OrderByBox_To_OrderByClause(SQLHDBC hdbc, 
 KODBC_API int KODBC_CALL Kodbc_FieldsBox_EditAlias(HWND box, int index) {
     try {
         if (!box) return 2;
-        if (index < 0) index = Korvel_GetBoxIndex(box);
-        if (index < 0 || index >= Korvel_GetBoxCount(box)) return 2;
+        index = ChosenLine(index, Korvel_GetBoxIndex(box), Korvel_GetBoxCount(box));
+        if (index < 0) return 2;
         const std::string line = BoxLine(box, index);
         std::string alias = LineAlias(line);
         if (!AskForAlias(GetAncestor(box, GA_ROOT), alias)) return 2;
@@ -170,9 +170,8 @@ KODBC_API int KODBC_CALL Kodbc_FieldsBox_EditAlias(HWND box, int index) {
 KODBC_API int KODBC_CALL Kodbc_OrderByBox_ToggleDirection(HWND box, int index) {
     try {
         if (!box) return -1;
-        if (index < 0) index = Korvel_GetBoxIndex(box);
-        if (index < 0) return index;
-        if (index >= Korvel_GetBoxCount(box)) return -1;
+        index = ChosenLine(index, Korvel_GetBoxIndex(box), Korvel_GetBoxCount(box));
+        if (index < 0) return -1;
         const bool descending = ToggledDescending(Korvel_GetItemData(box, index));
         const std::string line = ToggledLine(BoxLine(box, index), Label(descending));
         Korvel_DeleteBoxEntry(box, index);

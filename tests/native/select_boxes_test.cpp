@@ -48,6 +48,10 @@ TEST(SelectBoxLines, LinesBecomeClauseItems) {
 }
 
 TEST(SelectBoxLines, AliasEditAndToggleMakeNewLines) {
+    EXPECT_EQ(ChosenLine(1, 0, 2), 1);
+    EXPECT_EQ(ChosenLine(-1, 1, 2), 1);
+    EXPECT_EQ(ChosenLine(-1, -1, 2), -1);
+    EXPECT_EQ(ChosenLine(2, 0, 2), -1);
     EXPECT_EQ(LineAlias("col\told"), "old");
     EXPECT_EQ(LineAlias("col"), "");
     EXPECT_EQ(AliasedLine("col\told", "neu"), "col\tneu");
