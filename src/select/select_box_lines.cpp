@@ -51,6 +51,16 @@ int ChosenLine(int index, int selected, int count) {
     return index < 0 || index >= count ? -1 : index;
 }
 
+KeptAlias AliasCharactersOnly(std::string_view text, std::size_t caret) {
+    KeptAlias kept;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (kAliasCharacters.find(text[i]) == std::string_view::npos) continue;
+        kept.text += text[i];
+        if (i < caret) ++kept.caret;
+    }
+    return kept;
+}
+
 std::string LineAlias(std::string_view line) {
     const std::size_t tab = line.find('\t');
     return tab == std::string_view::npos ? std::string() : std::string(line.substr(tab + 1));

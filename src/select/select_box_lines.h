@@ -32,6 +32,18 @@ std::string SortClauseItem(std::string_view line, std::intptr_t data, const Name
 // for an index below 0; -1 when that is no line of the box.
 int ChosenLine(int index, int selected, int count);
 
+// The characters an alias may have. The digit 0 is missing; the set is the
+// one the applications have always had, so it stays as it is.
+inline constexpr std::string_view kAliasCharacters =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ123456789_";
+// The alias characters of a typed or pasted text, and where a caret that
+// stood before the text's character `caret` stands among them.
+struct KeptAlias {
+    std::string text;
+    std::size_t caret = 0;
+};
+KeptAlias AliasCharactersOnly(std::string_view text, std::size_t caret);
+
 // The alias behind a column line's tab; empty when there is none.
 std::string LineAlias(std::string_view line);
 // The column line with a new alias; an empty alias removes it.

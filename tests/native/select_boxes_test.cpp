@@ -1,5 +1,5 @@
-// The clause boxes' lines: what a clause item becomes in a box and what a
-// box line gives back to its clause, the alias edit's and the toggle's lines.
+// The clause boxes' lines: what a clause item becomes in a box, what a line
+// gives back to its clause, and the alias edit's and the toggle's lines.
 #include "select/select_box_lines.h"
 
 #include <gtest/gtest.h>
@@ -12,16 +12,6 @@ namespace {
 // Stands in for the connection's rule: a name with a blank is quoted.
 std::string Quoted(std::string_view name) {
     return name.find(' ') == std::string_view::npos ? std::string(name) : "\"" + std::string(name) + "\"";
-}
-
-TEST(SelectBoxLines, ClauseItemsBecomeLines) {
-    EXPECT_EQ(FieldBoxLine({"b c", "x", "x"}, true), "b c\tx");
-    EXPECT_EQ(FieldBoxLine({"b c", "x", "x"}, false), "b c");
-    EXPECT_EQ(FieldBoxLine({"a", "", "a"}, true), "a");
-    EXPECT_EQ(SortBoxLine("a", "absteigend"), "a\tabsteigend");
-    EXPECT_EQ(SortBoxLine("a", nullptr), "a");
-    EXPECT_EQ(SortBoxData(true), 1);
-    EXPECT_EQ(SortBoxData(false), 0);
 }
 
 TEST(SelectBoxLines, LinesBecomeClauseItems) {
@@ -47,7 +37,15 @@ TEST(SelectBoxLines, LinesBecomeClauseItems) {
     }
 }
 
-TEST(SelectBoxLines, AliasEditAndToggleMakeNewLines) {
+TEST(SelectBoxLines, ItemsBecomeLinesAndEditsMakeNewOnes) {
+    EXPECT_EQ(FieldBoxLine({"b c", "x", "x"}, true), "b c\tx");
+    EXPECT_EQ(FieldBoxLine({"b c", "x", "x"}, false), "b c");
+    EXPECT_EQ(FieldBoxLine({"a", "", "a"}, true), "a");
+    EXPECT_EQ(SortBoxLine("a", "absteigend"), "a\tabsteigend");
+    EXPECT_EQ(SortBoxLine("a", nullptr), "a");
+    EXPECT_EQ(SortBoxData(true), 1);
+    EXPECT_EQ(SortBoxData(false), 0);
+    // The line worked on: the index, else the selected one, while it is a line of the box.
     EXPECT_EQ(ChosenLine(1, 0, 2), 1);
     EXPECT_EQ(ChosenLine(-1, 1, 2), 1);
     EXPECT_EQ(ChosenLine(-1, -1, 2), -1);
@@ -57,6 +55,10 @@ TEST(SelectBoxLines, AliasEditAndToggleMakeNewLines) {
     EXPECT_EQ(AliasedLine("col\told", "neu"), "col\tneu");
     EXPECT_EQ(AliasedLine("col", "neu"), "col\tneu");
     EXPECT_EQ(AliasedLine("col\told", ""), "col");
+    // No 0, no blank, nothing beyond ASCII; the caret keeps its place among what stays.
+    const KeptAlias kept = AliasCharactersOnly("x0 y-z\xE4_9Z", 4);
+    EXPECT_EQ(kept.text, "xyz_9Z");
+    EXPECT_EQ(kept.caret, 2u);
     EXPECT_TRUE(ToggledDescending(0));
     EXPECT_FALSE(ToggledDescending(1));
     EXPECT_TRUE(ToggledDescending(5));
