@@ -37,11 +37,10 @@ protected:
 };
 
 TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
-    std::string proposed, typed, noName, noSql, tested;
+    std::string typed, noName, noSql, tested;
     bool errorShown = false;
     const char *sql = "SELECT Nr, Ort FROM kodbc_vwb";
     DialogRobot robot(kTitle, "view-10063", [&](HWND dialog) {
-        proposed = ControlText(dialog, IDC_VIEW_NAME);
         Type(dialog, IDC_VIEW_NAME, "kodbc_v0w 1");
         typed = ControlText(dialog, IDC_VIEW_NAME);
         Type(dialog, IDC_VIEW_NAME, "");
@@ -64,7 +63,6 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
     EXPECT_EQ(Kodbc_View_Edit(hdbc_, "", name, sizeof name, KODBC_VIEW_MODE_NEW | KODBC_VIEW_MODE_CALLER, nullptr),
               KODBC_DIALOG_OK);
     robot.Join();
-    EXPECT_EQ(proposed, "Neue_Abfrage");
     EXPECT_EQ(typed, "kodbc_vw1") << "no 0 and no blank in a view's name";
     EXPECT_EQ(noName, "Es mu\xDF ein Name f\xFCr die Abfrage eingegeben werden.");
     EXPECT_EQ(noSql, "Es mu\xDF ein SQL-Befehl eingegeben werden.");
