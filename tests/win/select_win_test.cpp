@@ -45,6 +45,9 @@ TEST_F(SelectBoxes, ClausesFillTheBoxesAndBoxesWriteTheClauses) {
     EXPECT_EQ(BoxLines(combo_), (std::vector<Line>{{"t1", 0}, {"t 2", 0}}));
     EXPECT_EQ(Kodbc_Select_OrderByClause_To_OrderByBox(hdbc_, statement.c_str(), KODBC_BOX_SORT_LABEL, list_), 0);
     EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"d\taufsteigend", 0}}));
+    EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(nullptr, nullptr, 0, list_), 0);
+    EXPECT_TRUE(BoxLines(list_).empty()) << "no statement: an empty box";
+    EXPECT_EQ(Kodbc_Select_TablesClause_To_TablesBox(hdbc_, statement.c_str(), 0, nullptr), -1);
 
     char statementBuffer[300] = "SELECT old FROM t ORDER BY x";
     Put(list_, {{"a b\tal ias", 0}, {"c", 0}});
