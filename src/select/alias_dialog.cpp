@@ -46,17 +46,11 @@ private:
         std::string text = ItemText(IDC_FIELD_ALIAS_EDIT);
         DWORD caret = 0;
         SendMessageA(edit, EM_GETSEL, 0, reinterpret_cast<LPARAM>(&caret));
-        std::string kept;
-        DWORD keptCaret = 0;
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            if (kAliasCharacters.find(text[i]) == std::string_view::npos) continue;
-            kept += text[i];
-            if (i < caret) ++keptCaret;
-        }
-        if (kept == text) return;
+        const KeptAlias kept = AliasCharactersOnly(text, caret);
+        if (kept.text == text) return;
         filtering_ = true;  // our own SetWindowText raises EN_CHANGE again
-        SetWindowTextA(edit, kept.c_str());
-        SendMessageA(edit, EM_SETSEL, keptCaret, keptCaret);
+        SetWindowTextA(edit, kept.text.c_str());
+        SendMessageA(edit, EM_SETSEL, static_cast<WPARAM>(kept.caret), static_cast<LPARAM>(kept.caret));
         filtering_ = false;
     }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "select/alias_dialog_ids.h"
+#include "select/select_box_lines.h"
 
 #include <windows.h>
 
@@ -11,10 +12,6 @@
 
 namespace kodbc::select {
 
-// The characters an alias may have. The digit 0 is missing; the set is the
-// one the applications have always had, so it stays as it is.
-inline constexpr std::string_view kAliasCharacters =
-    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ123456789_";
 inline constexpr int kAliasLimit = 99;
 
 // Shows the dialog over owner. True on OK, with alias replaced.

@@ -5,6 +5,7 @@
 
 #include "internal/library.h"
 #include "select/alias_dialog.h"
+#include "select/select_box_lines.h"
 #include "select/select_exports.h"
 #include "select/select_scanner.h"
 
@@ -19,7 +20,6 @@ namespace kodbc::select {
 namespace {
 
 constexpr int kLineSize = 200;        // a box line, 199 characters
-constexpr int kNameSize = 100;        // column or alias of a line, 99 characters
 constexpr int kPreparedSize = 200;    // a name prepared for the statement
 constexpr int kEmptyTheBox = 9;       // separator of the fill call that only empties
 
@@ -36,11 +36,13 @@ std::string Label(bool descending) {
     return label;
 }
 
-std::string Prepared(SQLHDBC hdbc, std::string_view name, std::size_t limit) {
-    std::string cut(name.substr(0, limit));
-    char out[kPreparedSize] = "";
-    Kodbc_PrepareNameForSql92(hdbc, cut.c_str(), out, sizeof out);
-    return out;
+NamePreparer Preparer(SQLHDBC hdbc) {
+    return [hdbc](std::string_view name) {
+        std::string text(name);
+        char out[kPreparedSize] = "";
+        Kodbc_PrepareNameForSql92(hdbc, text.c_str(), out, sizeof out);
+        return std::string(out);
+    };
 }
 
 template <typename Fill>
@@ -98,9 +100,7 @@ KODBC_API int KODBC_CALL Kodbc_Select_FieldsClause_To_FieldsBox(SQLHDBC hdbc, co
     return ClauseToBox(hdbc, statement, box, [&](ScanContext &context, std::string_view text) {
         for (const FieldItem &field : ReadFieldItems(ClauseText(context, text, "SELECT", {}), context.quote)) {
             if (field.column.empty()) continue;
-            std::string line = field.column;
-            if ((flags & kBoxFieldAlias) && !field.alias.empty()) line += "\t" + field.alias;
-            Korvel_AddBoxEntry(box, line.c_str(), 0, -1, 0);
+            Korvel_AddBoxEntry(box, FieldBoxLine(field, flags & kBoxFieldAlias).c_str(), 0, -1, 0);
         }
     });
 }
@@ -117,10 +117,9 @@ KODBC_API int KODBC_CALL Kodbc_Select_OrderByClause_To_OrderByBox(SQLHDBC hdbc, 
                                                                   HWND box) {
     return ClauseToBox(hdbc, statement, box, [&](ScanContext &context, std::string_view text) {
         for (const SortItem &key : ReadSortItems(ClauseText(context, text, "ORDER", "BY"), context.quote)) {
-            std::string line = key.column;
-            if (flags & kBoxSortLabel) line += "\t" + Label(key.descending);
-            Korvel_AddBoxEntry(box, line.c_str(), key.descending ? KODBC_SORT_DESCENDING : KODBC_SORT_ASCENDING,
-                               -1, 0);
+            const std::string label = Label(key.descending);
+            const std::string line = SortBoxLine(key.column, (flags & kBoxSortLabel) ? label.c_str() : nullptr);
+            Korvel_AddBoxEntry(box, line.c_str(), SortBoxData(key.descending), -1, 0);
         }
     });
 }
@@ -129,17 +128,7 @@ KODBC_API int KODBC_CALL Kodbc_Select_FieldsBox_To_FieldsClause(SQLHDBC hdbc, HW
                                                                 int statementSize) {
     return BoxToClause(
         box, statement, statementSize,
-        [&](const std::string &line, LPARAM) {
-            std::size_t tab = line.find('\t');
-            std::string column = line.substr(0, tab).substr(0, kNameSize - 1);
-            std::string alias = tab == std::string::npos ? std::string() : line.substr(tab + 1, kNameSize - 1);
-            // "*abc" can only have been meant as all columns.
-            if (!column.empty() && column[0] == '*') column = "*";
-            std::string item = Prepared(hdbc, column, kNameSize - 1);
-            std::string preparedAlias = Prepared(hdbc, alias, kNameSize - 1);
-            if (!preparedAlias.empty()) item += " AS " + preparedAlias;
-            return item;
-        },
+        [&](const std::string &line, LPARAM) { return FieldClauseItem(line, Preparer(hdbc)); },
         ReplaceFieldsClause);
 }
 
@@ -147,7 +136,7 @@ KODBC_API int KODBC_CALL Kodbc_Select_TablesBox_To_TablesClause(SQLHDBC hdbc, HW
                                                                 int statementSize) {
     return BoxToClause(
         box, statement, statementSize,
-        [&](const std::string &line, LPARAM) { return Prepared(hdbc, line, kLineSize - 1); },
+        [&](const std::string &line, LPARAM) { return TableClauseItem(line, Preparer(hdbc)); },
         ReplaceTablesClause);
 }
 
@@ -155,28 +144,20 @@ KODBC_API int KODBC_CALL Kodbc_Select_OrderByBox_To_OrderByClause(SQLHDBC hdbc, 
                                                                   int statementSize) {
     return BoxToClause(
         box, statement, statementSize,
-        [&](const std::string &line, LPARAM data) {
-            std::string item = Prepared(hdbc, line.substr(0, line.find('\t')), kLineSize - 1);
-            if (data != 0) item += " DESC";
-            return item;
-        },
+        [&](const std::string &line, LPARAM data) { return SortClauseItem(line, data, Preparer(hdbc)); },
         ReplaceOrderByClause);
 }
 
 KODBC_API int KODBC_CALL Kodbc_FieldsBox_EditAlias(HWND box, int index) {
     try {
         if (!box) return 2;
-        if (index < 0) index = Korvel_GetBoxIndex(box);
-        if (index < 0 || index >= Korvel_GetBoxCount(box)) return 2;
-        std::string line = BoxLine(box, index);
-        std::size_t tab = line.find('\t');
-        std::string column = line.substr(0, tab);
-        std::string alias = tab == std::string::npos ? std::string() : line.substr(tab + 1);
+        index = ChosenLine(index, Korvel_GetBoxIndex(box), Korvel_GetBoxCount(box));
+        if (index < 0) return 2;
+        const std::string line = BoxLine(box, index);
+        std::string alias = LineAlias(line);
         if (!AskForAlias(GetAncestor(box, GA_ROOT), alias)) return 2;
-        if (!alias.empty()) line = column + "\t" + alias;
-        else line = column;
         Korvel_DeleteBoxEntry(box, index);
-        Korvel_AddBoxEntry(box, line.c_str(), 0, index, 0);
+        Korvel_AddBoxEntry(box, AliasedLine(line, alias).c_str(), 0, index, 0);
         Korvel_SetBoxIndex(box, index);
         return 1;
     } catch (const std::bad_alloc &) {
@@ -189,15 +170,12 @@ KODBC_API int KODBC_CALL Kodbc_FieldsBox_EditAlias(HWND box, int index) {
 KODBC_API int KODBC_CALL Kodbc_OrderByBox_ToggleDirection(HWND box, int index) {
     try {
         if (!box) return -1;
-        if (index < 0) index = Korvel_GetBoxIndex(box);
-        if (index < 0) return index;
-        if (index >= Korvel_GetBoxCount(box)) return -1;
-        std::string line = BoxLine(box, index);
-        line.resize(line.find('\t') == std::string::npos ? line.size() : line.find('\t'));
-        const bool descending = Korvel_GetItemData(box, index) != KODBC_SORT_DESCENDING;
-        line += "\t" + Label(descending);
+        index = ChosenLine(index, Korvel_GetBoxIndex(box), Korvel_GetBoxCount(box));
+        if (index < 0) return -1;
+        const bool descending = ToggledDescending(Korvel_GetItemData(box, index));
+        const std::string line = ToggledLine(BoxLine(box, index), Label(descending));
         Korvel_DeleteBoxEntry(box, index);
-        Korvel_AddBoxEntry(box, line.c_str(), descending ? KODBC_SORT_DESCENDING : KODBC_SORT_ASCENDING, index, 0);
+        Korvel_AddBoxEntry(box, line.c_str(), SortBoxData(descending), index, 0);
         return Korvel_SetBoxIndex(box, index);
     } catch (...) {
     }

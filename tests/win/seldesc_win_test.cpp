@@ -1,8 +1,6 @@
-// Descriptors into and out of real condition rows: a window with the
-// selection editor's rows (five in the first group, one in each of three
-// more), read back and driven with messages. Which row a line lands in,
-// the box entries and the write-back's texts and room are
-// seldesc_rows_test.cpp's; here the controls move them.
+// Descriptors into and out of real condition rows (the selection editor's
+// layout). Which row a line lands in, the box entries and the write-back's
+// texts and room are seldesc_rows_test.cpp's; here the controls move them.
 #include "robot.h"
 
 namespace {
@@ -85,11 +83,9 @@ TEST(SelDescRows, DescriptorShownInTheControlsReadBackAndBoxesCloned) {
     EXPECT_STREQ(buffer, "Ort\tBW\tBer\t12\nUmsatz\tGE\t10\t8\n\v\vDatum\tLT\t1.1.2024\t9\n\vFrei\tIL\t4;7;9\t0\n\v");
 
     // The first field box, copied into every other field and value box.
-    SendMessageA(item(1011), CB_RESETCONTENT, 0, 0);
-    for (auto [name, data] : {std::pair{"Name", 12}, std::pair{"Tag", 11}}) {
-        LRESULT i = SendMessageA(item(1011), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
-        SendMessageA(item(1011), CB_SETITEMDATA, static_cast<WPARAM>(i), data);
-    }
+    Korvel_ResetBox(item(1011));
+    Korvel_AddBoxEntry(item(1011), "Name", 12, -1, 0);
+    Korvel_AddBoxEntry(item(1011), "Tag", 11, -1, 0);
     Kodbc_OpDesc_Clone_Boxes(dialog, kRows, 0);
     for (int id : {1015, 1024, 114, 1027, 1030, 1013, 1017, 1035, 1029})
         EXPECT_EQ(BoxLines(item(id)), (std::vector<Entry>{{"Name", 12}, {"Tag", 11}})) << id;

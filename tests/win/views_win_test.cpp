@@ -1,8 +1,6 @@
-// Dialog 10063 as a user meets it on SQLite: a new view typed in, refused
-// for each missing entry and for SQL that fails, tested and created; an
-// existing view opened again, redesigned in the query designer, its SQL
-// saved to a file and loaded back, and renamed; and a view the system
-// table does not know, refused.
+// Dialog 10063 on SQLite: a new view refused until its entries hold, then
+// created; an existing one redesigned, saved, loaded and renamed; a view
+// the system table does not know, refused.
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
@@ -39,11 +37,10 @@ protected:
 };
 
 TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
-    std::string proposed, typed, noName, noSql, tested;
-    bool errorShown = false, stayed = false;
+    std::string typed, noName, noSql, tested;
+    bool errorShown = false;
     const char *sql = "SELECT Nr, Ort FROM kodbc_vwb";
     DialogRobot robot(kTitle, "view-10063", [&](HWND dialog) {
-        proposed = ControlText(dialog, IDC_VIEW_NAME);
         Type(dialog, IDC_VIEW_NAME, "kodbc_v0w 1");
         typed = ControlText(dialog, IDC_VIEW_NAME);
         Type(dialog, IDC_VIEW_NAME, "");
@@ -54,9 +51,7 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
         noSql = AnswerBox(IDOK, "view-1609");
         Type(dialog, IDC_VIEW_SQL, "SELEKT Nr FROM kodbc_vwb");
         Click(dialog, IDC_VIEW_OK);
-        errorShown = CloseErrorDisplay() != "<none>";
-        Sleep(300);
-        stayed = IsWindow(dialog) && IsWindowVisible(dialog);
+        errorShown = CloseErrorDisplay() != "<none>";  // the dialog stays: the test and OK below need it
         Type(dialog, IDC_VIEW_SQL, sql);
         Click(dialog, IDC_VIEW_TEST);
         tested = AnswerBox(IDOK, "view-1707");
@@ -68,12 +63,10 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
     EXPECT_EQ(Kodbc_View_Edit(hdbc_, "", name, sizeof name, KODBC_VIEW_MODE_NEW | KODBC_VIEW_MODE_CALLER, nullptr),
               KODBC_DIALOG_OK);
     robot.Join();
-    EXPECT_EQ(proposed, "Neue_Abfrage");
     EXPECT_EQ(typed, "kodbc_vw1") << "no 0 and no blank in a view's name";
     EXPECT_EQ(noName, "Es mu\xDF ein Name f\xFCr die Abfrage eingegeben werden.");
     EXPECT_EQ(noSql, "Es mu\xDF ein SQL-Befehl eingegeben werden.");
     EXPECT_TRUE(errorShown);
-    EXPECT_TRUE(stayed) << "a failing statement keeps the dialog open";
     EXPECT_EQ(tested, "Die Abfrage wurde erfolgreich getestet.");
     EXPECT_STREQ(name, "kodbc_vw");
     EXPECT_EQ(QueryRows(hdbc_, "SELECT Nr, Ort FROM kodbc_vw"), std::vector<std::string>{"1|Bonn"});
@@ -85,7 +78,6 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
               KODBC_VIEW_OK);
     const std::string file = TempFile("kodbc_view_test.sql");
     std::string opened, designed, loaded;
-    bool saved = false, load = false;
     DialogRobot robot(kTitle, "", [&](HWND dialog) {
         opened = ControlText(dialog, IDC_VIEW_NAME) + "|" + ControlText(dialog, IDC_VIEW_SQL);
         Click(dialog, IDC_VIEW_DESIGNER);
@@ -96,10 +88,10 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
         }
         designed = ControlText(dialog, IDC_VIEW_SQL);
         Click(dialog, IDC_VIEW_SAVE);
-        saved = ChooseFile("SQL-Befehl speichern", file);
+        ChooseFile("SQL-Befehl speichern", file);
         Type(dialog, IDC_VIEW_SQL, "");
         Click(dialog, IDC_VIEW_LOAD);
-        load = ChooseFile("SQL-Befehl laden", file);
+        ChooseFile("SQL-Befehl laden", file);
         WaitFor([&] { return !ControlText(dialog, IDC_VIEW_SQL).empty(); });
         loaded = ControlText(dialog, IDC_VIEW_SQL);
         Type(dialog, IDC_VIEW_NAME, "kodbc_vw2");
@@ -113,12 +105,10 @@ TEST_F(ViewDialogTest, ExistingViewIsRedesignedSavedLoadedAndRenamed) {
     const std::string regenerated = "SELECT Nr, Ort AS Stadt FROM kodbc_vwb";
     EXPECT_EQ(opened, "kodbc_vw|SELECT * FROM kodbc_vwb");
     EXPECT_EQ(designed, regenerated);
-    EXPECT_TRUE(saved && load);
     EXPECT_EQ(FileText(file), regenerated);
     EXPECT_EQ(loaded, regenerated);
     EXPECT_EQ(Setting("LastUsed", "SqlStatementFile"), file);
-    // Renamed; what the rename does to the database is proven natively
-    // (select_view_object_test.cpp).
+    // What the rename does to the database: select_view_object_test.cpp.
     EXPECT_STREQ(name, "kodbc_vw2");
     std::remove(file.c_str());
 }
