@@ -14,9 +14,6 @@
 
 namespace {
 
-using wintest::Click;
-using wintest::WaitFor;
-
 constexpr char kDeleteTitle[] = "L\xF6schen von Datens\xE4tzen aus einer Tabelle";
 constexpr char kUpdateTitle[] = "\xC4ndern von Datens\xE4tzen in einer Tabelle";
 
