@@ -13,6 +13,9 @@
 #include <kodbc/kodbc_sqltext.h>
 #include <kodbc/kodbc_tableops.h>
 
+#include <strings.h>
+
+#include <algorithm>
 #include <memory>
 
 namespace kodbc::tabledesign {
@@ -80,6 +83,21 @@ AdminAbilities AdminAbilitiesOf(const DbCapabilityRow &capabilities, int columnC
         hasPrimaryKey && capabilities.dropPrimaryKey != nullptr,
         SupportsAutoIncrement(capabilities) && !hasAutoIncrement,
     };
+}
+
+int AdminRowOf(const std::vector<std::string> &columns, const std::string &name) {
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        if (strcasecmp(columns[i].c_str(), name.c_str()) == 0) return static_cast<int>(i);
+    return -1;
+}
+
+int AdminRowAfterDrop(const std::vector<int> &rows, const std::vector<std::string> &names,
+                      const std::vector<std::string> &columns) {
+    int at = -1;
+    for (std::size_t i = 0; i < names.size() && at < 0; ++i)
+        if (AdminRowOf(columns, names[i]) < 0) at = rows[i];
+    const int count = static_cast<int>(columns.size());
+    return count == 0 ? -1 : std::min(at, count - 1);
 }
 
 int DropColumns(SQLHDBC hdbc, const char *table, const std::vector<std::string> &columns, bool ask,

@@ -44,6 +44,17 @@ struct AdminAbilities {
 AdminAbilities AdminAbilitiesOf(const DbCapabilityRow &capabilities, int columnCount, int selectedCount,
                                 bool hasPrimaryKey, bool hasAutoIncrement);
 
+// The column list's rows, names in list order. The row a column stands in
+// (-1: none), the catalogue spelling a name in another case than it was
+// typed.
+int AdminRowOf(const std::vector<std::string> &columns, const std::string &name);
+// After the columns names, selected at rows, were removed: the row to
+// select, where the first of them that went stood (the column that moved up
+// into its place), the last row when the list now ends before it, -1 for an
+// empty list.
+int AdminRowAfterDrop(const std::vector<int> &rows, const std::vector<std::string> &names,
+                      const std::vector<std::string> &columns);
+
 // Removes columns in order, each after question 1703 when ask is true
 // ("Abbrechen" ends at once, "Nein" skips the column). Returns how many
 // were removed; *cancelled (may be null) tells whether it ended early (by

@@ -16,7 +16,6 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -53,14 +52,6 @@ std::vector<int> SelectedRows(HWND list) {
          row = static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row), LVNI_SELECTED)))
         rows.push_back(row);
     return rows;
-}
-
-// The row of a column; the catalogue may spell a name in another case than
-// it was typed.
-int RowOf(const TableAdminContext &context, const std::string &name) {
-    for (std::size_t i = 0; i < context.columns.size(); ++i)
-        if (lstrcmpiA(context.columns[i].c_str(), name.c_str()) == 0) return static_cast<int>(i);
-    return -1;
 }
 
 void UpdateButtons(HWND dialog, const TableAdminContext &context) {
@@ -113,7 +104,7 @@ void Refresh(HWND dialog, TableAdminContext &context) {
         context.columns.push_back(column.name);
     }
     for (const std::string &name : selected) {
-        const int row = RowOf(context, name);
+        const int row = AdminRowOf(context.columns, name);
         if (row < 0) continue;
         LVITEMA item = {};
         item.stateMask = item.state = LVIS_SELECTED;
@@ -146,9 +137,7 @@ void Init(HWND dialog, TableAdminContext &context) {
     Refresh(dialog, context);
 }
 
-// The selected columns go top to bottom, each after its question. The row
-// where the first of them stood is selected afterwards: the column that
-// moved up into its place, or the last row when the list ends before it.
+// The selected columns go top to bottom, each after its question.
 void DropSelectedColumns(HWND dialog, TableAdminContext &context) {
     const std::vector<int> rows = SelectedRows(context.list);
     std::vector<std::string> names;
@@ -156,11 +145,7 @@ void DropSelectedColumns(HWND dialog, TableAdminContext &context) {
         if (static_cast<std::size_t>(row) < context.columns.size()) names.push_back(context.columns[row]);
     if (names.empty() || DropColumns(context.hdbc, context.table, names, true) == 0) return;
     Refresh(dialog, context);
-    int at = -1;
-    for (std::size_t i = 0; i < names.size() && at < 0; ++i)
-        if (RowOf(context, names[i]) < 0) at = rows[i];
-    const int count = static_cast<int>(context.columns.size());
-    ListViewSelectOnly(context.list, count == 0 ? -1 : std::min(at, count - 1));
+    ListViewSelectOnly(context.list, AdminRowAfterDrop(rows, names, context.columns));
     UpdateButtons(dialog, context);
 }
 
@@ -169,7 +154,7 @@ void AddOneColumn(HWND dialog, TableAdminContext &context) {
     if (!AskForColumn(dialog, request)) return;
     if (!AddColumn(context.hdbc, context.table, request.name.c_str(), request.typeCode, request.length)) return;
     Refresh(dialog, context);
-    ListViewSelectOnly(context.list, RowOf(context, request.name));
+    ListViewSelectOnly(context.list, AdminRowOf(context.columns, request.name));
     UpdateButtons(dialog, context);
 }
 
@@ -179,7 +164,7 @@ void AddAutoIncrement(HWND dialog, TableAdminContext &context) {
     if (!AskForAutoIncrementColumn(dialog, request)) return;
     if (!AddAutoIncrementColumn(context.hdbc, context.table, request.name.c_str())) return;
     Refresh(dialog, context);
-    ListViewSelectOnly(context.list, RowOf(context, request.name));
+    ListViewSelectOnly(context.list, AdminRowOf(context.columns, request.name));
     UpdateButtons(dialog, context);
 }
 

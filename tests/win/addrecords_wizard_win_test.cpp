@@ -1,6 +1,7 @@
 // The add-records wizard driven page by page on the SQLite data source:
-// refusals, the mapping list with its menu and field dialog, the summary,
-// and the rows the run replaced and added.
+// refusals, the mapping list with its menu and field dialog, and the rows
+// the run replaced and added. The mapping's preset, the summary, remembered
+// choices and the add mode's runs are the core's (addrecords_run_test.cpp).
 #include "robot.h"
 #include "wizards/add_records_wizard_ids.h"
 
@@ -19,17 +20,10 @@ using namespace wintest;
 
 constexpr char kTitle[] = "SQL-Befehl aus einer Datei lesen";
 
-// Everything here runs on the robot's thread.
 struct Walker : wintest::WizardWalker {
-    // The mapping list: rows as "destination|source|source type".
+    // The mapping list; a row's third column shows its source.
     HWND Mapping() const { return Control(IDD_ADDREC_MAPPING, IDC_ADDREC_MAPPING_LIST); }
     std::string Cell(int row, int column) const { return ListViewCell(Mapping(), row, column); }
-    std::vector<std::string> Rows() const {
-        std::vector<std::string> rows;
-        const int count = static_cast<int>(SendMessageA(Mapping(), LVM_GETITEMCOUNT, 0, 0));
-        for (int row = 0; row < count; ++row) rows.push_back(Cell(row, 0) + "|" + Cell(row, 2));
-        return rows;
-    }
     void Select(const std::vector<int> &rows) { SelectRows(Mapping(), rows); }
     LPARAM RowPoint(int row) const {
         RECT rect = {};
@@ -48,20 +42,13 @@ protected:
                         "other VARCHAR(10), code INTEGER)"));
         ASSERT_TRUE(Run("CREATE TABLE ar_dst (id INTEGER, name VARCHAR(30), price VARCHAR(10), born DATE, "
                         "label VARCHAR(20), code DATE)"));
-        ASSERT_TRUE(Run("CREATE TABLE ar_other (name VARCHAR(30))"));
+        ASSERT_TRUE(Run("CREATE TABLE ar_other (nichts VARCHAR(30))"));  // no name matches
         ASSERT_TRUE(Run("INSERT INTO ar_src VALUES (1, 'Anna', '3,5', '24.12.2025', 'x', 7)"));
         ASSERT_TRUE(Run("INSERT INTO ar_src VALUES (2, 'Bernd', 2.25, '1.2.2003', 'y', 8)"));
     }
 };
 
-// The mapping list as "destination|source": preset by equal names, and
-// with "name" left empty and "label" given a fixed value.
-const std::vector<std::string> kAutomaticMapping = {"id|id", "name|name", "price|price", "born|born", "label|", "code|code"};
-const std::vector<std::string> kManualMapping = {"id|id", "name|", "price|price", "born|born", "label|'fest'", "code|code"};
-
 // One walk in replace mode over a destination that holds record 1 already.
-// Remembered choices, the mapping rebuilt for another source table and the
-// add mode's runs are the core's (addrecords_run_test.cpp).
 TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
     ASSERT_TRUE(Run("INSERT INTO ar_dst (id, name) VALUES (1, 'alt')"));
     TableRecord table{};
@@ -69,8 +56,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
     table.Object.DbObjectType = KODBC_OBJECT_TABLE;
     std::memset(table.Reserved, 0x5A, sizeof table.Reserved);
 
-    std::vector<std::string> rowsSeen[2];  // the mapping list as preset and as changed
-    std::string summary, menuShown;
+    std::string menuShown;
     std::vector<std::string> messages;
     const int result = wintest::RunWizard<Walker>(kTitle, "addrecords-10034", "addrecords-",
                                                   [&] { return Kodbc_AddRecordsWizzard(hdbc_, &table); },
@@ -90,15 +76,11 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
         // Mapping: nothing from the source is refused.
         w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_other");
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
-        w.Select({0, 1, 2, 3, 4, 5});
-        PostMessageA(w.Page(IDD_ADDREC_MAPPING), WM_COMMAND, IDM_ADDREC_LEAVE_EMPTY, 0);
-        WaitFor([&] { return w.Cell(1, 2).empty(); }, 2000);
         w.Refused(IDD_ADDREC_MAPPING);
         w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
         w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_src");
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
         w.Shot(IDD_ADDREC_MAPPING);
-        rowsSeen[0] = w.Rows();
 
         // Right click on "name": menu 114, "Feld leer lassen" chosen by keys.
         w.Select({});
@@ -132,7 +114,6 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
             Click(dialog, IDOK);
         }
         WaitFor([&] { return !w.Cell(4, 2).empty(); }, 2000);
-        rowsSeen[1] = w.Rows();
         // The last column maps an integer into a date and still passes.
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_ID_FIELDS);
         w.Shot(IDD_ADDREC_ID_FIELDS);
@@ -145,7 +126,6 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
         w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID, "id");
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SUMMARY);
         w.Shot(IDD_ADDREC_SUMMARY);
-        summary = ControlText(w.Page(IDD_ADDREC_SUMMARY), IDC_ADDREC_FINISH_TEXT);
         w.Press(KORVEL_WIZARD_NEXT, 0);
     }, messages, 30000);
 
@@ -153,9 +133,6 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
     EXPECT_STREQ(table.Object.DbObjectName, "ar_dst");
     EXPECT_EQ(table.Reserved[39], 0x5A) << "the record's tail is the caller's";
     EXPECT_EQ(menuShown, "shown") << "a right click on one row: the menu with \"Eigenschaften\" enabled";
-    EXPECT_EQ(rowsSeen[0], kAutomaticMapping);
-    EXPECT_EQ(rowsSeen[1], kManualMapping);
-    EXPECT_EQ(summary, "Es werden 2 Datens\xE4tze aus der Quelltabelle importiert.");
     EXPECT_EQ(messages, (std::vector<std::string>{
                             "Es mu\xDF eine Tabelle ausgew\xE4hlt werden.",
                             "Es mu\xDF eine Datenquelle ausgew\xE4hlt werden.",

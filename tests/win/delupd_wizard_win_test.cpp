@@ -1,9 +1,7 @@
 // The delete-records and update-records wizards driven page by page on the
 // SQLite data source: one refusal per page, conditions and assignments typed
-// into the grids, the counts the pages show, and the rows left in the table
-// afterwards. The statements' rules (counts, statements too long for what was
-// counted, each kind of assignment, the texts of the pages) are proven
-// natively in delupd_records_test.cpp.
+// into the grids, and the rows left in the table afterwards. The counts, the
+// statements and the pages' texts are proven natively (delupd_records_test.cpp).
 #include "robot.h"
 #include "wizards/record_wizard_ids.h"
 
@@ -15,9 +13,6 @@
 #include <vector>
 
 namespace {
-
-using wintest::Click;
-using wintest::WaitFor;
 
 constexpr char kDeleteTitle[] = "L\xF6schen von Datens\xE4tzen aus einer Tabelle";
 constexpr char kUpdateTitle[] = "\xC4ndern von Datens\xE4tzen in einer Tabelle";
@@ -33,8 +28,6 @@ struct Row {
     const char *field, *operation, *value;
 };
 
-// Everything here runs on the robot's thread; failures are collected and
-// reported on the test thread.
 struct Walker : wintest::WizardWalker {
     // A click on the table list's entry `name` (empty: the selection removed).
     void ClickTable(int page, const std::string &name) {
@@ -54,16 +47,6 @@ struct Walker : wintest::WizardWalker {
             SetWindowTextA(GetDlgItem(Page(page), kRowIds[r][2]), rows[r].value);
         }
     }
-    // What the grid's first rows show, "field|operation|value".
-    std::vector<std::string> Grid(int page, int rows) {
-        std::vector<std::string> out;
-        for (int r = 0; r < rows; ++r)
-            out.push_back(wintest::ControlText(Page(page), kRowIds[r][0]) + "|" +
-                          wintest::ControlText(Page(page), kRowIds[r][1]) + "|" +
-                          wintest::ControlText(Page(page), kRowIds[r][2]));
-        return out;
-    }
-    std::string PageText(int page) { return wintest::ControlText(Page(page), IDC_RECWIZ_PAGE_TEXT); }
 };
 
 class RecordWizards : public wintest::ConnectedTest {
@@ -89,13 +72,12 @@ protected:
     }
 };
 
-
 constexpr char kGreater[] = "ist gr\xF6\xDF" "er als";
 
 // The table preselected from the record.
 TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
     TableRecord table = Record("du_items");
-    std::string preselected, summary;
+    std::string preselected;
     std::vector<std::string> messages;
     constexpr int T = IDD_DELREC_TABLE, C = IDD_DELREC_CONDITIONS, S = IDD_DELREC_SUMMARY;
     const int result = wintest::RunWizard<Walker>(kDeleteTitle, "deleterecords-10043", "deleterecords-", [&] {
@@ -110,7 +92,6 @@ TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
         w.Shot(C);
         w.Press(KORVEL_WIZARD_NEXT, S);
         w.Shot(S);
-        summary = w.PageText(S);
         w.Press(KORVEL_WIZARD_NEXT, 0);
     }, messages);
 
@@ -119,17 +100,17 @@ TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
     EXPECT_STREQ(table.Object.DbObjectName, "du_items");
     EXPECT_EQ(table.Reserved[39], 0x5A) << "the record's tail is the caller's";
     EXPECT_EQ(messages, std::vector<std::string>{"Es mu\xDF eine Tabelle ausgew\xE4hlt werden."});
-    EXPECT_NE(summary.find("insgesamt  2  Datens\xE4tze aus der Tabelle gel\xF6scht"), std::string::npos) << summary;
     EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|a", "3|Clara|3.5|30|c"}));
 }
 
 // A table is selected for a record naming none. A page-leave message without
 // its answer runs nothing on the confirmation page; "Abbrechen" on the
-// result page gives 2, although the update ran.
+// result page gives 2, although the update ran. Going back and forth keeps
+// the assignments, or leaving them again would be refused.
 TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
     TableRecord table = Record("");
-    std::vector<std::string> messages, assignmentsShown;
-    std::string preselected, confirmation, resultText;
+    std::vector<std::string> messages;
+    std::string preselected;
     bool stayedWithoutAnswer = false;
     constexpr int T = IDD_UPDREC_TABLE, C = IDD_UPDREC_CONDITIONS, A = IDD_UPDREC_ASSIGNMENTS,
                   P = IDD_UPDREC_CONFIRMATION, R = IDD_UPDREC_RESULT;
@@ -149,17 +130,13 @@ TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
         w.Shot(A);
         w.Press(KORVEL_WIZARD_NEXT, P);
         w.Shot(P);
-        confirmation = w.PageText(P);
-        // Back and forth keeps what was typed.
         w.Press(KORVEL_WIZARD_BACK, A);
-        assignmentsShown = w.Grid(A, 3);
         w.Press(KORVEL_WIZARD_NEXT, P);
         SendMessageA(w.Page(P), WM_USER + 2, KORVEL_WIZARD_FORWARD, 0);
         Sleep(200);
         stayedWithoutAnswer = w.Showing(P);
         w.Press(KORVEL_WIZARD_NEXT, R);
         w.Shot(R);
-        resultText = w.PageText(R);
         w.Press(IDCANCEL, 0);
     }, messages);
 
@@ -172,10 +149,6 @@ TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
                             "gen\xFCgen.",
                             "Es mu\xDF mindestens ein Feld ver\xE4ndert werden.",
                         }));
-    EXPECT_EQ(assignmentsShown, (std::vector<std::string>{"note|Feld leeren|", "price|Fester Wert|7,5",
-                                                          "code|Ergebnis der Formel|code*2+1"}));
-    EXPECT_NE(confirmation.find("Es werden  2  Datens\xE4tze der Tabelle ver\xE4ndert."), std::string::npos);
-    EXPECT_NE(resultText.find("in allen  2  Datens\xE4tzen durchgef\xFChrt."), std::string::npos) << resultText;
     EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|a", "2|Bernd|2.5|20|b", "3|Clara|7.5|61|-",
                                                 "4|Dora|7.5|81|-"}));
 }

@@ -1,8 +1,8 @@
-// The export wizard driven page by page on the SQLite data source, over a
-// column whose name holds a point: a condition, a field left out by the
-// pop-up menu and one renamed in the field dialog (after its refusal of an
-// empty name), the refusals of the fields and file pages, the count, and
-// the file written byte for byte.
+// The export wizard driven page by page on the SQLite data source: a
+// condition, a field left out by the pop-up menu and one renamed in the
+// field dialog (after its refusal of an empty name), the refusals of the
+// fields and file pages, the count, and the file written byte for byte.
+// Export names are the core's (transfer_export_test.cpp).
 #include "robot.h"
 
 #include "transfer/export_wizard_ids.h"
@@ -48,7 +48,7 @@ TEST_F(ExportWizard, WritesTheChosenFieldsOfTheSelectedRecords) {
     TableRecord table = {};
     lstrcpynA(table.Object.DbObjectName, kTable, sizeof table.Object.DbObjectName);
     table.Object.DbObjectType = KODBC_OBJECT_TABLE;
-    std::vector<std::string> messages, rows;
+    std::vector<std::string> messages;
     std::string finishText, typeShown;
     const int result = RunWizard<Walker>(
         kTitle, "export-10050", "export-",
@@ -60,7 +60,6 @@ TEST_F(ExportWizard, WritesTheChosenFieldsOfTheSelectedRecords) {
             SetDlgItemTextA(w.Page(IDD_EXPORT_CONDITIONS), IDC_RECWIZ_ROW1_VALUE, "1");
             w.Shot(IDD_EXPORT_CONDITIONS);
             w.Press(KORVEL_WIZARD_NEXT, IDD_EXPORT_FIELDS);
-            rows = ListViewRows(w.Fields(), 2);
 
             // Every field left out: the page refuses to go on.
             SelectRows(w.Fields(), {0, 1, 2});
@@ -109,7 +108,6 @@ TEST_F(ExportWizard, WritesTheChosenFieldsOfTheSelectedRecords) {
         messages);
 
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(rows, (std::vector<std::string>{"nr|nr", "Preis Netto|Preis-Netto", "Art.Nr|Art-Nr"}));
     EXPECT_EQ(typeShown, "") << "VARCHAR is ODBC type 12, which no library type has";
     EXPECT_EQ(messages, (std::vector<std::string>{"Es mu\xDF mindestens ein benannted Feld exportiert werden.",
                                                   "Das Feld mu\xDF einen Exportnamen erhalten, wenn es exportiert werden soll.",

@@ -81,8 +81,7 @@ TEST_F(ImportWizard, TextFileWithEditedFields) {
     const int result = RunWizard<Walker>(kTitle, "import-10080", "import-", [&] {
         return Kodbc_ImportTableWizzard(hdbc_, imported, sizeof imported);
     }, [&](Walker &w) {
-        // A table source's pages and an SDI file's, each way back again:
-        // their runs are the core's, proven natively.
+        // A table source's pages and an SDI file's, each way back again.
         w.ChooseKind(IDC_IMPORT_KIND_TABLE, IDD_IMPORT_DSN);
         w.Choose(IDD_IMPORT_DSN, IDC_IMPORT_DSN_LIST, "");
         w.Refused(IDD_IMPORT_DSN);
