@@ -1,6 +1,5 @@
 // Name preparation and the formatter through the exported functions, with
-// the quote character and schema usage of each real data source. The text
-// rules themselves are the name preparation's and the formatter's own tests.
+// the quote character and schema usage of each real data source.
 #include "test_support.h"
 
 #include <cstring>
@@ -9,47 +8,37 @@
 namespace kodbc::test {
 namespace {
 
-class SqlTextDriver : public DataSourceTest {
-protected:
-    void SetUp() override {
-        DataSourceTest::SetUp();
-        q_ = std::string(1, Kodbc_GetDelimiter(hdbc_));
-    }
-    void TearDown() override {
-        EXPECT_TRUE(messages_.entries().empty()) << messages_.entries().front().text;
-        DataSourceTest::TearDown();
-    }
-    std::string q_;
-};
+class SqlTextDriver : public DataSourceTest {};
 
 TEST_P(SqlTextDriver, QuotesStripsAndSplitsAsTheDriverSays) {
-    ASSERT_TRUE(q_ == "\"" || q_ == "`") << "quote character " << q_;
+    const std::string q(1, Kodbc_GetDelimiter(hdbc_));
+    ASSERT_TRUE(q == "\"" || q == "`") << "quote character " << q;
     EXPECT_EQ(Guarded(200, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc_, "Meine Tabelle", out, n); }),
-              q_ + "Meine Tabelle" + q_);
+              q + "Meine Tabelle" + q);
     EXPECT_EQ(GuardedInPlace("Kunden\tMeine Tabelle\t2010", 60,
                              [&](char *list, int n) { Kodbc_PrepareNameListForSql92(hdbc_, list, n, '\t', ',', 0); }),
-              "Kunden," + q_ + "Meine Tabelle" + q_ + "," + q_ + "2010" + q_);
+              "Kunden," + q + "Meine Tabelle" + q + "," + q + "2010" + q);
     EXPECT_EQ(GuardedInPlace("dbo.Meine Tabelle", 40,
                              [&](char *name, int n) { Kodbc_QuoteNameIfNotPureSql(hdbc_, name, n); }),
-              q_ + "dbo.Meine Tabelle" + q_);
+              q + "dbo.Meine Tabelle" + q);
 
     char name[40];
-    std::strcpy(name, (" " + q_ + q_ + "dbo" + q_ + q_ + " . " + q_ + "Meine Tabelle" + q_).c_str());
+    std::strcpy(name, (" " + q + q + "dbo" + q + q + " . " + q + "Meine Tabelle" + q).c_str());
     Kodbc_StripDelimitersFromName(hdbc_, name);
-    EXPECT_EQ(name, q_ + "dbo" + q_ + ".Meine Tabelle");
+    EXPECT_EQ(name, q + "dbo" + q + ".Meine Tabelle");
 
     // The schema is split off only where the driver uses schemas.
     GuardedBuffer schema(20), table(20);
     Kodbc_ParseSchemaAndTable(hdbc_, "public.Kunden.x", schema.data(), schema.size(), table.data(), table.size());
     const bool split = Kodbc_GetSchemaUsage(hdbc_) != 0;
     EXPECT_EQ(schema.text() + "|" + table.text(), split ? "public|Kunden" : "|public.Kunden.x");
-    EXPECT_TRUE(schema.guards_intact());
-    EXPECT_TRUE(table.guards_intact());
+    EXPECT_TRUE(schema.guards_intact() && table.guards_intact());
     EXPECT_EQ(Guarded(100, [&](char *out, int n) {
                   Kodbc_SprintfSqlStatement(hdbc_, out, n, "SELECT %f FROM %t", "Kunden Nr", "2010", nullptr, nullptr,
                                             nullptr, nullptr, nullptr, nullptr);
               }),
-              "SELECT " + q_ + "Kunden Nr" + q_ + " FROM " + q_ + "2010" + q_);
+              "SELECT " + q + "Kunden Nr" + q + " FROM " + q + "2010" + q);
+    EXPECT_TRUE(messages_.entries().empty());
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(SqlTextDriver);
