@@ -230,7 +230,8 @@ struct ApiQuery {
         return Guarded(size, [&](char *out, int n) { Kodbc_SelFact_GetDescriptor(query, part, out, n, 0); });
     }
     std::string Sql(int size = 2000) const {
-        return Guarded(size, [&](char *out, int n) { EXPECT_EQ(Kodbc_SelFact_CreateSql(query, out, n, 0), SELFACT_OK); });
+        return Guarded(size,
+                       [&](char *out, int n) { EXPECT_EQ(Kodbc_SelFact_CreateSql(query, out, n, 0), SELFACT_OK); });
     }
     SelFact *query = nullptr;
 };
