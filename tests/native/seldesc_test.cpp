@@ -83,7 +83,7 @@ TEST(SelDescWhere, LinesAndGroups) {
         {a + "\v\v\v" + c + "\v", "(A=1) OR (C=3)"},
         {a + "\v" + Line("X", "EQ", "", 4) + "\v" + c, "(A=1) OR (C=3)"},
         {Line("", "EQ", "1", 4) + a + Line("Y", "??", "1", 4) + b + "\v", "(A=1 AND B=2)"},
-        {"\v\v\v\v", ""}, {"", ""}, {"\n\n\v\n", ""},
+        {"\v\v\v\v", ""}, {"\n\n\v\n", ""},
     };
     for (const auto &[descriptor, expected] : cases) EXPECT_EQ(Where(descriptor), expected) << descriptor;
 }

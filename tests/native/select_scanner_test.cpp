@@ -102,7 +102,6 @@ TEST_F(SelectScanner, FindsClauses) {
         EXPECT_EQ(Clause(c.statement, c.keyword, c.second), c.clause)
             << (c.statement ? c.statement : "(null)") << " / " << (c.keyword ? c.keyword : "(null)");
     EXPECT_EQ(Clause(kSample, "FROM", nullptr, 7), "t1, OU");
-    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 1), "");
     EXPECT_EQ(BracketMessages(), 0);
     EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
     char one = 'x';
@@ -144,7 +143,6 @@ TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
     // White space of any kind separates words; empty items give nothing.
     EXPECT_EQ(Fields("SELECT\ta\tAS\tx,\r\n  b ,, c  d FROM t"), "x;b;d");
     EXPECT_EQ(Fields("SELECT DISTINCT a, t.b FROM t"), "a;t.b");
-    EXPECT_EQ(Fields("SELECT Count(*) AS n FROM t"), "n");
     EXPECT_EQ(Tables("SELECT * FROM t1 x, outer t2 AS y, s.t3"), "t1;t2;s.t3");
     EXPECT_EQ(Tables("SELECT * FROM outer"), "");
     EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x", KODBC_SCAN_DIRECTION_TAB),
@@ -159,14 +157,11 @@ TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
 TEST_F(SelectScanner, ScanResultsAndBuffers) {
     EXPECT_EQ(Fields("UPDATE t SET a = 1", ";", -1), "");
     EXPECT_EQ(Fields("SELECT FROM t", ";", -1), "");
-    EXPECT_EQ(Fields("", ";", 0), "");
     EXPECT_EQ(Fields(nullptr, ";", 0), "");
     EXPECT_EQ(Tables("SELECT a", ";", -1), "");
     EXPECT_EQ(Tables("FROM t", ";", -1), "");
     EXPECT_EQ(SortKeys("SELECT a FROM t"), "");
     EXPECT_EQ(Fields(kSample, ",", 0, 3), "a,");
-    EXPECT_EQ(Fields(kSample, ",", 0, 4), "a,x");
-    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX, ",", 5), "a DE");
     EXPECT_EQ(Kodbc_Select_Scan_FieldsClause(kSample, ",", 0, nullptr, 10), -1);
     EXPECT_EQ(Kodbc_Select_Scan_OrderByClause(kSample, ",", 0, nullptr, 10), -1);
     char out[4] = "abc";
