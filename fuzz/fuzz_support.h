@@ -8,8 +8,8 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +23,8 @@ inline void Check(bool condition) {
 // Quote texts a driver may report: the first four are the usual answers.
 inline const char *const kQuotes[] = {"\"", "`", " ", "", "[", "\"\"", "'", "\t"};
 
-// The bytes from `from` (at most `size`) on, split at zero bytes into at
-// most `most` pieces; there is always a first one.
+// The bytes from `from` on, split at zero bytes into at most `most` pieces;
+// there is always a first one.
 inline std::vector<std::string> Pieces(const uint8_t *data, std::size_t size, std::size_t from, std::size_t most) {
     std::string_view rest(reinterpret_cast<const char *>(data) + from, size - from);
     std::vector<std::string> pieces;
@@ -37,11 +37,8 @@ inline std::vector<std::string> Pieces(const uint8_t *data, std::size_t size, st
 }
 
 struct Buffer {
-    explicit Buffer(int size) : size(size), data(static_cast<char *>(std::malloc(size > 0 ? size : 1))) {}
+    explicit Buffer(int size) : size(size), owner(new char[size > 0 ? size : 1]), data(owner.get()) {}
     Buffer(int size, std::string_view text) : Buffer(size) { load(text); }
-    ~Buffer() { std::free(data); }
-    Buffer(const Buffer &) = delete;
-    Buffer &operator=(const Buffer &) = delete;
     // The text ends inside the buffer.
     bool terminated() const { return size < 1 || std::memchr(data, 0, static_cast<std::size_t>(size)); }
     // Fills the buffer with text, cut to size-1 and terminated.
@@ -52,6 +49,7 @@ struct Buffer {
         data[n] = '\0';
     }
     int size;
+    std::unique_ptr<char[]> owner;
     char *data;
 };
 
@@ -72,7 +70,6 @@ struct MemoryFile {
 struct QuoteQuery {
     explicit QuoteQuery(const char *text) : text(text), quote(kodbc::sqltext::QuoteText::Lazy(&Run, this)) {}
     QuoteQuery(const QuoteQuery &) = delete;
-    QuoteQuery &operator=(const QuoteQuery &) = delete;
     static bool Run(void *self, char *buffer, int size) {
         auto *q = static_cast<QuoteQuery *>(self);
         ++q->calls;

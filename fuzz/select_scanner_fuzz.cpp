@@ -10,7 +10,7 @@
 #include "select/select_scanner.h"
 #include "sqltext/sql_names.h"
 
-#include <cctype>
+#include <sstream>
 
 using namespace kodbc::select;
 using fuzz::Buffer;
@@ -27,30 +27,18 @@ const char *const kKeywords[][2] = {{"SELECT", ""}, {"FROM", ""},    {"ORDER", "
 // A lone ORDER or BY pairs with another once the WHERE between them is
 // moved behind FROM, and the round trip below cannot hold then.
 bool HasLoneOrderOrBy(std::string_view s) {
-    struct Word {
-        std::string text;
-        std::size_t begin, end;
-    };
-    auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    std::vector<Word> words;
-    for (std::size_t at = 0; at < s.size(); ++at) {
-        if (!letter(s[at])) continue;
-        Word word{"", at, at};
-        for (; word.end < s.size() && letter(s[word.end]); ++word.end)
-            word.text += static_cast<char>(std::toupper(static_cast<unsigned char>(s[word.end])));
-        at = word.end;
-        words.push_back(std::move(word));
+    std::string words;  // letter runs upper-cased; blanks between them, "#" for any other character
+    for (const char c : s) {
+        if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z')) words += static_cast<char>(c & ~0x20);
+        else words += kodbc::IsWhiteSpace(c) ? " " : " # ";
     }
-    auto paired = [&](std::size_t first) {  // words[first] and the next one, only blanks between
-        if (first + 1 >= words.size() || words[first + 1].text != "BY") return false;
-        for (std::size_t at = words[first].end; at < words[first + 1].begin; ++at)
-            if (!kodbc::IsWhiteSpace(s[at])) return false;
-        return words[first].text == "ORDER" || words[first].text == "GROUP";
-    };
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        if (words[i].text == "ORDER" && !paired(i)) return true;
-        if (words[i].text == "BY" && (i == 0 || !paired(i - 1))) return true;
-    }
+    std::istringstream in(words);
+    std::vector<std::string> w{"#"};
+    for (std::string word; in >> word;) w.push_back(word);
+    w.push_back("#");
+    for (std::size_t i = 1; i + 1 < w.size(); ++i)
+        if ((w[i] == "ORDER" && w[i + 1] != "BY") || (w[i] == "BY" && w[i - 1] != "ORDER" && w[i - 1] != "GROUP"))
+            return true;
     return false;
 }
 
@@ -97,8 +85,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     // it was put in, unless the statement's quotes or brackets hide it or a
     // lone keyword makes a second ORDER BY.
     const std::size_t first = clause.find_first_not_of(' ');
-    if (!context.bracketError && statement.find_first_of("'\"()") == std::string::npos && !HasLoneOrderOrBy(statement) &&
-        first != std::string::npos && clause.find_first_not_of("0123456789=<> ") == std::string::npos) {
+    if (!context.bracketError && first != std::string::npos && statement.find_first_of("'\"()") == std::string::npos &&
+        clause.find_first_not_of("0123456789=<> ") == std::string::npos && !HasLoneOrderOrBy(statement)) {
         const int statementSize = static_cast<int>(statement.size() * 3 + clause.size() * 3 + 64);
         Buffer buffer(statementSize, statement);
         Check(ReplaceOrderByClause(context, buffer.data, statementSize, clause.c_str()) == 0);

@@ -1,20 +1,26 @@
-// The query designer's editing of a working copy: storing, moving and
-// removing entries, and keeping the other parts in step with the tables.
+// The query object: the designer's editing of a working copy (storing,
+// moving and removing entries, the other parts kept in step with the
+// tables), its rules, its descriptors and statement through the exported
+// functions, and its test on each data source.
+#include "test_support.h"
+
+#include "select/selfact.h"
 #include "select/selfact_designer.h"
 
 #include <kodbc/kodbc_selfact.h>
-
-#include <gtest/gtest.h>
 
 #include <map>
 #include <ostream>
 #include <string>
 
 namespace kodbc::select {
-
 void PrintTo(const DesignerField &field, std::ostream *out) { *out << field.name << " " << field.type; }
+} // namespace kodbc::select
 
+namespace kodbc::test {
 namespace {
+
+using namespace select;
 
 // A query from its descriptor texts, without a connection.
 SelFact Query(const std::string &tables, const std::string &columns, const std::string &sort = {},
@@ -210,5 +216,107 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     for (int rule : {1625, 1652, 1653, 1654}) EXPECT_EQ(PageOfRule(rule), DesignerPage::Tables) << rule;
 }
 
+// A query through the exported functions, destroyed with the test.
+struct ApiQuery {
+    explicit ApiQuery(SQLHDBC hdbc, unsigned flags = 0) {
+        EXPECT_EQ(Kodbc_SelFact_Create(&query, hdbc, "", flags), SELFACT_OK);
+    }
+    ~ApiQuery() { Kodbc_SelFact_Destroy(query); }
+    ApiQuery &Set(int part, const std::string &text) {
+        Kodbc_SelFact_SetDescriptor(query, part, text.c_str(), 0);
+        return *this;
+    }
+    std::string Get(int part, int size = 2000) const {
+        return Guarded(size, [&](char *out, int n) { Kodbc_SelFact_GetDescriptor(query, part, out, n, 0); });
+    }
+    std::string Sql(int size = 2000) const {
+        return Guarded(size,
+                       [&](char *out, int n) { EXPECT_EQ(Kodbc_SelFact_CreateSql(query, out, n, 0), SELFACT_OK); });
+    }
+    SelFact *query = nullptr;
+};
+
+TEST(SelFact, DescriptorsReadKeysAnyCaseAndWriteThemBack) {
+    ApiQuery q(nullptr);
+    q.Set(SELFACT_TABLES, "Kunden\tk\t\t\t\t\nAuftraege\ta\tlj\tgt\tk.Nr\ta.KdNr\nOrte\t\tXX\tzz\t\t");
+    EXPECT_EQ(q.Get(SELFACT_TABLES), "Kunden\tk\t\tEQ\t\t\nAuftraege\ta\tLJ\tGT\tk.Nr\ta.KdNr\nOrte\t\t\tEQ\t\t");
+    q.Set(SELFACT_COLUMNS, "k.Name\tKunde\n\nk.*\t");
+    EXPECT_EQ(q.Get(SELFACT_COLUMNS), "k.Name\tKunde\nk.*\t") << "an empty line holds no entry";
+    q.Set(SELFACT_COLUMNS, std::string(1200, 'x'));
+    EXPECT_EQ(q.Get(SELFACT_COLUMNS, 5000), std::string(999, 'x') + "\t") << "fields are read up to 999 characters";
+    EXPECT_EQ(q.Get(SELFACT_TABLES, 7), "Kunden") << "cut to the caller's size";
+    EXPECT_EQ(q.Set(SELFACT_SORT, "a\tDESC").Set(SELFACT_SORT, "b\t").Get(SELFACT_SORT), "b\t") << "replaced";
+    char untouched[4] = {'x', 'y', 'z', 0};
+    Kodbc_SelFact_GetDescriptor(q.query, 7, untouched, sizeof untouched, 0);
+    EXPECT_STREQ(untouched, "xyz") << "another part number writes nothing";
+}
+
+TEST(SelFact, StatementFromTheParts) {
+    const struct {
+        const char *tables, *columns, *sort, *expected;
+    } cases[] = {
+        {"Kunden\tk\t\t\t\t\nAuftraege\ta\tLJ\tEQ\tk.Nr\ta.KdNr\nOrte\t\t\t\t\t", "k.Name\tKunde\na.*\t", "",
+         "SELECT k.Name AS Kunde, a.* FROM Kunden AS k LEFT JOIN Auftraege AS a ON k.Nr = a.KdNr, Orte"},
+        // The ordering operators are written mirrored.
+        {"a\t\t\t\t\t\nb\t\tIJ\tGT\ta.x\tb.y\nc\t\tRJ\tLE\tb.y\tc.z", "x\t", "x\tasc\ny\tDESC",
+         "SELECT x FROM a INNER JOIN b ON a.x < b.y RIGHT JOIN c ON b.y >= c.z ORDER BY x, y DESC"},
+        {"t\t\t\t\t\t", "", "", "SELECT FROM t"},
+        {"", "", "", "SELECT"},
+    };
+    for (const auto &c : cases) {
+        ApiQuery q(nullptr);
+        q.Set(SELFACT_TABLES, c.tables).Set(SELFACT_COLUMNS, c.columns).Set(SELFACT_SORT, c.sort);
+        EXPECT_EQ(q.Sql(), c.expected);
+    }
+    ApiQuery q(nullptr);
+    q.Set(SELFACT_TABLES, "t\t\t\t\t\t").Set(SELFACT_COLUMNS, "a\t");
+    EXPECT_EQ(q.Sql(12), "SELECT a FR");
+    EXPECT_EQ(Kodbc_SelFact_CreateSql(nullptr, nullptr, 0, 0), SELFACT_NO_QUERY);
+    EXPECT_EQ(Kodbc_SelFact_ParseSql(q.query, "SELECT * FROM anything_else", 0), SELFACT_OK);
+    EXPECT_EQ(q.Sql(), "SELECT a FROM t") << "SQL is never read back";
+    EXPECT_EQ(Kodbc_SelFact_ParseSql(nullptr, "", 0), SELFACT_NO_QUERY);
+}
+
+TEST(SelFactDesigner, RulesInTheirOrder) {
+    const struct {
+        const char *tables, *columns;
+        int message;
+    } cases[] = {
+        {"", "a\t", 1625},
+        {"t\t\tLJ\tEQ\tx\ty", "a\t", 1653},
+        {"t\t\t\t\t\nu\t\t\t\t\t", "a\t", 1654},
+        {"t\t\t\t\t\nu\t\tIJ\tEQ\tt.a\tu.a", "", 1655},
+        {"t\t\t\t\t\nu\t\tIJ\tEQ\tt.a\t", "a\t", 1652},
+        {"t\t\t\t\t\nu\t\tIJ\tEQ\tt.a\tu.a", "a\t", 0},
+    };
+    for (const auto &c : cases) EXPECT_EQ(CheckSelFact(Query(c.tables, c.columns)), c.message) << c.tables;
+}
+
+class SelFactOn : public DataSourceTest {};
+
+TEST_P(SelFactOn, WhereClauseAndTheTestWithAndWithoutView) {
+    OwnTables({"kodbc_sf", "VIEW __KORVEL_TEST__"});
+    Exec("CREATE TABLE kodbc_sf (nr INTEGER, ort VARCHAR(20))");
+    for (unsigned flags : {0u, static_cast<unsigned>(SELFACT_VIEW)}) {
+        SCOPED_TRACE(flags);
+        ApiQuery q(hdbc_, flags);
+        q.Set(SELFACT_TABLES, "kodbc_sf\t\t\t\t\t").Set(SELFACT_COLUMNS, "nr\t\nort\t");
+        q.Set(SELFACT_SELECTION, "ort\tBW\tB\t12\n");
+        EXPECT_EQ(q.Sql(), "SELECT nr, ort FROM kodbc_sf WHERE (ort LIKE 'B%')");
+        messages_.clear();
+        EXPECT_EQ(TestSelFact(*q.query), 1);
+        EXPECT_EQ(OdbcErrors(), 0u);
+        EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_ALL, "__KORVEL_TEST__"), 0) << "the test view is gone";
+        // SQLite checks a view's columns only when the view is used.
+        const bool refused = !(flags & SELFACT_VIEW) || DbmsName() != "SQLite";
+        q.Set(SELFACT_COLUMNS, "nicht_da\t");
+        EXPECT_EQ(TestSelFact(*q.query), refused ? 2 : 1);
+        EXPECT_EQ(OdbcErrors(), refused ? 1u : 0u) << "the failure is shown";
+        EXPECT_EQ(Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_ALL, "__KORVEL_TEST__"), 0);
+    }
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(SelFactOn);
+
 } // namespace
-} // namespace kodbc::select
+} // namespace kodbc::test

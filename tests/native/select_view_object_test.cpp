@@ -35,38 +35,91 @@ protected:
     }
 };
 
-TEST_P(StoredView, CreateAndLoad) {
+// Created with the design beside it, loaded and dropped, through the object
+// and through the exported functions (caller buffers, bounds, result codes).
+TEST_P(StoredView, CreateLoadAndDrop) {
     ViewObject fresh = NewViewObject(hdbc_, "", "", kViewModeNew | kViewModeCallers);
     EXPECT_EQ(fresh.name, "Neue_Abfrage");
     EXPECT_EQ(fresh.columns, "*");
-
     EXPECT_EQ(CreateStoredView(fresh, "kodbc_sv"), 2) << "no SQL text, quietly";
-    fresh.sql = "SELECT nr, ort FROM kodbc_sv_base";
+    const char *sql = "SELECT nr, ort FROM kodbc_sv_base";
+    fresh.sql = sql;
     fresh.tables = "kodbc_sv_base\t\t\t\t\t";
     fresh.columns = "nr\t\nort\t";
     EXPECT_EQ(CreateStoredView(fresh, "kodbc_sv"), 1);
     EXPECT_TRUE(Exists("kodbc_sv"));
-    EXPECT_EQ(Stored("kodbc_sv", "Sql"), fresh.sql);
     EXPECT_EQ(Stored("kodbc_sv", "Selection"), "(none)") << "an empty item is not stored";
-
     ViewObject loaded = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeExisting);
-    EXPECT_EQ(loaded.sql, fresh.sql);
+    EXPECT_EQ(loaded.sql, sql);
     EXPECT_EQ(loaded.columns, "nr\t\nort\t");
     EXPECT_TRUE(HasStoredDefinition(loaded));
     EXPECT_EQ(CopyName(hdbc_, "", "kodbc_sv"), "Kopie_von_kodbc_sv");
     EXPECT_EQ(OdbcErrors(), 0u);
 
-    // A view the system table does not know cannot be edited.
+    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_OK);
+    EXPECT_EQ(Stored("kodbc_sv", "Sql"), "(none)");
+    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_FAILED);
+    messages_.clear();
+    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", KODBC_VIEW_TOLERATE_ALL), KODBC_VIEW_OK);
+    EXPECT_TRUE(messages_.entries().empty());
+
+    EXPECT_EQ(Kodbc_View_Create(hdbc_, "", "kodbc_sv", sql, "kodbc_sv_base\t\t\t\t\t", nullptr, nullptr),
+              KODBC_VIEW_OK);
+    EXPECT_EQ(Stored("kodbc_sv", "Columns"), "*") << "null columns are all columns";
+
+    GuardedBuffer sqlOut(12), tables(200), columns(3), selection(200);
+    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv", sqlOut.data(), sqlOut.size(), tables.data(), tables.size(),
+                              columns.data(), columns.size(), selection.data(), selection.size(), 0),
+              KODBC_VIEW_OK);
+    EXPECT_EQ(sqlOut.text(), std::string(sql).substr(0, 11));
+    EXPECT_EQ(tables.text(), "kodbc_sv_base\t\t\t\t\t");
+    EXPECT_EQ(columns.text(), "*");
+    EXPECT_EQ(selection.text(), "");
+    for (auto *buffer : {&sqlOut, &tables, &columns, &selection}) EXPECT_TRUE(buffer->guards_intact());
+
+    // Copy proposals, bounded; an empty name proposes a new one.
+    EXPECT_EQ(Guarded(6, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, nullptr, "kodbc_sv", out, size); }),
+              "Kopie");
+    EXPECT_EQ(Guarded(100, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, "", nullptr, out, size); }),
+              "Neue_Abfrage");
+
+    // A view made elsewhere cannot be edited: quiet for callers without a
+    // window, 1612 otherwise.
     Exec("CREATE VIEW kodbc_sv2 AS SELECT nr FROM kodbc_sv_base");
     EXPECT_FALSE(HasStoredDefinition(NewViewObject(hdbc_, "", "kodbc_sv2", kViewModeExisting)));
     ASSERT_EQ(messages_.entries().size(), 1u);
     EXPECT_NE(messages_.entries()[0].text.find("'kodbc_sv2'"), std::string::npos);
+    messages_.clear();
+    char columnsOnly[10] = {};
+    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv2", nullptr, 0, nullptr, 0, columnsOnly, sizeof columnsOnly,
+                              nullptr, 0, KODBC_VIEW_LOAD_QUIET),
+              KODBC_VIEW_NOT_DEFINED);
+    EXPECT_STREQ(columnsOnly, "*");
+    EXPECT_TRUE(messages_.entries().empty());
+    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv2", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0),
+              KODBC_VIEW_NOT_DEFINED);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+
+    struct {
+        const char *what;
+        int got;
+    } refusals[] = {
+        {"create without a name", Kodbc_View_Create(hdbc_, "", "", sql, nullptr, nullptr, nullptr)},
+        {"create without SQL", Kodbc_View_Create(hdbc_, "", "kodbc_sv3", nullptr, nullptr, nullptr, nullptr)},
+        {"create without a connection", Kodbc_View_Create(nullptr, "", "kodbc_sv3", sql, nullptr, nullptr, nullptr)},
+        {"drop without a name", Kodbc_View_Drop(hdbc_, "", nullptr, KODBC_VIEW_TOLERATE_ALL)},
+        {"test without SQL", Kodbc_View_Test(hdbc_, "", "")},
+        {"load without a name", Kodbc_View_Load(hdbc_, "", "", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0)},
+        {"copy name without a buffer", Kodbc_View_CopyName(hdbc_, "", "kodbc_sv", nullptr, 10)},
+    };
+    for (const auto &refusal : refusals) EXPECT_EQ(refusal.got, KODBC_VIEW_FAILED) << refusal.what;
 }
 
 // SQLite makes a view over a column that does not exist and refuses it only
 // when it is read: the test reads the test view, and nothing of that view
-// stays, whatever the outcome.
-TEST_P(StoredView, TestReadsTheTestView) {
+// stays, whatever the outcome. A view that passes is saved; opened again,
+// the same name replaces it, a new name renames it.
+TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
     const struct {
         const char *sql;
         int result;
@@ -89,65 +142,23 @@ TEST_P(StoredView, TestReadsTheTestView) {
         EXPECT_FALSE(Exists("__KORVEL_TEST__"));
         EXPECT_EQ(Stored("__KORVEL_TEST__", "Sql"), "(none)");
     }
-}
-
-// What the exported operations add: caller buffers, bounds and result codes.
-TEST_P(StoredView, ExportedOperations) {
-    const char *sql = "SELECT nr, ort FROM kodbc_sv_base";
-    EXPECT_EQ(Kodbc_View_Create(hdbc_, "", "kodbc_sv", sql, "kodbc_sv_base\t\t\t\t\t", nullptr, nullptr),
-              KODBC_VIEW_OK);
-    EXPECT_EQ(Stored("kodbc_sv", "Columns"), "*") << "null columns are all columns";
-
-    GuardedBuffer sqlOut(12), tables(200), columns(3), selection(200);
-    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv", sqlOut.data(), sqlOut.size(), tables.data(), tables.size(),
-                              columns.data(), columns.size(), selection.data(), selection.size(), 0),
-              KODBC_VIEW_OK);
-    EXPECT_EQ(sqlOut.text(), std::string(sql).substr(0, 11));
-    EXPECT_EQ(tables.text(), "kodbc_sv_base\t\t\t\t\t");
-    EXPECT_EQ(columns.text(), "*");
-    EXPECT_EQ(selection.text(), "");
-    for (auto *buffer : {&sqlOut, &tables, &columns, &selection}) EXPECT_TRUE(buffer->guards_intact());
-
-    // Copy proposals, bounded; an empty name proposes a new one.
-    EXPECT_EQ(Guarded(6, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, nullptr, "kodbc_sv", out, size); }),
-              "Kopie");
-    EXPECT_EQ(Guarded(100, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, "", nullptr, out, size); }),
-              "Neue_Abfrage");
-
-    // A view made elsewhere: quiet for callers without a window, 1612 otherwise.
-    Exec("CREATE VIEW kodbc_sv2 AS SELECT nr FROM kodbc_sv_base");
-    messages_.clear();
-    char columnsOnly[10] = {};
-    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv2", nullptr, 0, nullptr, 0, columnsOnly, sizeof columnsOnly,
-                              nullptr, 0, KODBC_VIEW_LOAD_QUIET),
-              KODBC_VIEW_NOT_DEFINED);
-    EXPECT_STREQ(columnsOnly, "*");
-    EXPECT_TRUE(messages_.entries().empty());
-    EXPECT_EQ(Kodbc_View_Load(hdbc_, "", "kodbc_sv2", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0),
-              KODBC_VIEW_NOT_DEFINED);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    EXPECT_NE(messages_.entries()[0].text.find("'kodbc_sv2'"), std::string::npos);
-
-    struct {
-        const char *what;
-        int got;
-    } refusals[] = {
-        {"create without a name", Kodbc_View_Create(hdbc_, "", "", sql, nullptr, nullptr, nullptr)},
-        {"create without SQL", Kodbc_View_Create(hdbc_, "", "kodbc_sv3", nullptr, nullptr, nullptr, nullptr)},
-        {"create without a connection", Kodbc_View_Create(nullptr, "", "kodbc_sv3", sql, nullptr, nullptr, nullptr)},
-        {"drop without a name", Kodbc_View_Drop(hdbc_, "", nullptr, KODBC_VIEW_TOLERATE_ALL)},
-        {"test without SQL", Kodbc_View_Test(hdbc_, "", "")},
-        {"load without a name", Kodbc_View_Load(hdbc_, "", "", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0)},
-        {"copy name without a buffer", Kodbc_View_CopyName(hdbc_, "", "kodbc_sv", nullptr, 10)},
-    };
-    for (const auto &refusal : refusals) EXPECT_EQ(refusal.got, KODBC_VIEW_FAILED) << refusal.what;
-
-    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_OK);
+    ViewField focus = ViewField::None;
+    ViewObject opened = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeExisting);
+    opened.sql = "SELECT ort FROM kodbc_sv_base";
+    EXPECT_EQ(SaveEditedView(opened, focus), 1);
+    EXPECT_EQ(Stored("kodbc_sv", "Sql"), opened.sql);
+    opened.name = "kodbc_sv2";
+    EXPECT_EQ(SaveEditedView(opened, focus), 1);
+    EXPECT_FALSE(Exists("kodbc_sv"));
     EXPECT_EQ(Stored("kodbc_sv", "Sql"), "(none)");
-    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", 0), KODBC_VIEW_FAILED);
-    messages_.clear();
-    EXPECT_EQ(Kodbc_View_Drop(hdbc_, "", "kodbc_sv", KODBC_VIEW_TOLERATE_ALL), KODBC_VIEW_OK);
-    EXPECT_TRUE(messages_.entries().empty());
+    EXPECT_EQ(Stored("kodbc_sv2", "Sql"), opened.sql);
+    // A new view whose opening name is taken by another view leaves that one alone.
+    ViewObject fresh = NewViewObject(hdbc_, "", "", kViewModeNew);
+    fresh.openingName = "kodbc_sv2";
+    fresh.name = "kodbc_sv";
+    fresh.sql = "SELECT nr FROM kodbc_sv_base";
+    EXPECT_EQ(SaveEditedView(fresh, focus), 1);
+    EXPECT_TRUE(Exists("kodbc_sv2"));
 }
 
 // OK's rules: the entries first (they need no database), then the test,
@@ -172,31 +183,6 @@ TEST(StoredViewEntries, NameAndSqlAreCheckedFirst) {
         EXPECT_EQ(focus, entry.focus) << entry.name << "/" << entry.sql;
     }
     EXPECT_EQ(ViewNameOnly("a 0Bz-9_.\xE4Z"), "aBz9_Z");
-}
-
-TEST_P(StoredView, EditedViewIsTestedThenReplacedOrRenamed) {
-    ViewObject view = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeNew | kViewModeCallers);
-    ViewField focus = ViewField::None;
-    view.sql = "SELECT nr FROM kodbc_sv_base";
-    EXPECT_EQ(SaveEditedView(view, focus), 1);
-
-    // Opened again: the same name replaces it, a new name renames it.
-    ViewObject opened = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeExisting);
-    opened.sql = "SELECT ort FROM kodbc_sv_base";
-    EXPECT_EQ(SaveEditedView(opened, focus), 1);
-    EXPECT_EQ(Stored("kodbc_sv", "Sql"), opened.sql);
-    opened.name = "kodbc_sv2";
-    EXPECT_EQ(SaveEditedView(opened, focus), 1);
-    EXPECT_FALSE(Exists("kodbc_sv"));
-    EXPECT_EQ(Stored("kodbc_sv", "Sql"), "(none)");
-    EXPECT_EQ(Stored("kodbc_sv2", "Sql"), opened.sql);
-    // A new view whose opening name is taken by another view leaves that one alone.
-    ViewObject fresh = NewViewObject(hdbc_, "", "", kViewModeNew);
-    fresh.openingName = "kodbc_sv2";
-    fresh.name = "kodbc_sv";
-    fresh.sql = "SELECT nr FROM kodbc_sv_base";
-    EXPECT_EQ(SaveEditedView(fresh, focus), 1);
-    EXPECT_TRUE(Exists("kodbc_sv2"));
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(StoredView);

@@ -1,8 +1,11 @@
-// Name preparation without a driver: the text rules with a given quote text.
+// Name preparation and the statement formatter: the text rules with a given
+// quote text, then through the exported functions without a connection and
+// with the quote character and schema usage of each real data source.
 #include "test_support.h"
 
 #include "sqltext/sql_names.h"
 
+#include <array>
 #include <cstring>
 #include <string>
 #include <tuple>
@@ -101,7 +104,6 @@ TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
         {"`", blanks, 1000, "`" + blanks.substr(0, 198)},
         {" ", " dbo . Meine Tabelle ", 300, " dbo . Meine Tabelle "},
         {"", "Meine Tabelle", 300, "Meine Tabelle"},
-        {" ", "   ", 300, ""},
         {" ", "Meine Tabelle", 6, "Meine"},
     };
     for (const auto &c : cases) {
@@ -173,7 +175,6 @@ TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
     } cases[] = {
         {"\"dbo\".\"Meine Tabelle\"", '"', '"', "dbo.Meine Tabelle"},
         {" \"\"a\"\" . `b` ", '"', '"', "\"a\".`b`"},
-        {"`a`.`b`", '`', '`', "a.b"},
         {"[dbo].[Meine Tabelle]", '[', ']', "dbo.Meine Tabelle"},
         {"[[a]]", '[', ']', "[a]"},
         {"a. .b", '[', ']', "a. .b"},  // blank part stays
@@ -224,6 +225,156 @@ TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
             ParseSchemaAndTable(name, true, s, sizeof name, t, sizeof other);
             EXPECT_EQ(std::string(s) + "|" + t, expected) << text << " in " << (inSchema ? "schema" : "table");
         }
+}
+
+struct Formatter {
+    const char *quote = "\"";
+    int queries = 0;
+
+    std::string operator()(const char *pattern, std::array<const char *, 8> args = {}, int size = 400) {
+        QuoteText q = QuoteText::Lazy(
+            [](void *self, char *buffer, int size) {
+                auto *f = static_cast<Formatter *>(self);
+                ++f->queries;
+                std::strncpy(buffer, f->quote, static_cast<std::size_t>(size));
+                return true;
+            },
+            this);
+        return Guarded(size, [&](char *out, int n) { FormatStatement(q, out, n, pattern, args.data()); });
+    }
+};
+
+TEST(SqlTextFormat, PlaceholdersArgumentsAndRoom) {
+    const std::string longText(400, 'v');
+    const struct {
+        const char *quote, *pattern;
+        std::array<const char *, 8> args;
+        int size;
+        std::string expected;
+    } cases[] = {
+        // Names: each part quoted as it needs.
+        {"\"", "SELECT %f FROM %t", {"Kunden Nr", "Kunden"}, 400, "SELECT \"Kunden Nr\" FROM Kunden"},
+        {"\"", "%t%.%t", {"dbo", "Meine Tabelle"}, 400, "dbo.\"Meine Tabelle\""},
+        {"\"", "%t%.%t", {"  ", "Kunden"}, 400, "Kunden"},
+        {"`", "%t%.%f", {"Meine Tabelle", "2010"}, 400, "`Meine Tabelle`.`2010`"},
+        // A driver that does not quote.
+        {" ", "SELECT %f FROM %t", {" Kunden Nr ", "dbo . Meine Tabelle"}, 400,
+         "SELECT  Kunden Nr  FROM dbo . Meine Tabelle"},
+        {" ", "%t|", {"   "}, 400, "|"},
+        // Text and dots.
+        {"\"", "A%dB%sC", {"x"}, 400, "ABxC"},
+        {"\"", "100%% %c%l", {}, 400, "100 "},
+        {"\"", "%s%.%s", {"a", " "}, 400, "a. "},
+        {"\"", "%s%.|", {nullptr}, 400, "|"},
+        {"\"", "%t%s", {nullptr, "x"}, 400, "x"},  // a null name still consumes its slot
+        {"\"", "%s", {"Meine Tabelle"}, 400, "Meine Tabelle"},  // text is not quoted
+        {"\"", "SELECT %", {}, 400, "SELECT "},
+        {"\"", nullptr, {}, 400, ""},
+        {"\"", "%s", {longText.c_str()}, 1000, std::string(299, 'v')},
+        // Only seven arguments are consumed; unknown placeholders consume none.
+        {"\"", "%s%s%s%s%s%s%s|%t%%%.", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567|t%."},
+        {"\"", "%s%x%s%s%s%s%s%s%s", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567s"},
+        // Room: an expansion needs its length plus 2 bytes: 6 fits into the 8
+        // left, 7 does not and ends the output, though "C" would still fit.
+        {"\"", "ABCDEFGHIJKLMNOPQRST", {}, 10, "ABCDEFGH"},
+        {"\"", "AB%sC", {"123456"}, 10, "AB123456"},
+        {"\"", "AB%sC", {"1234567"}, 10, "AB"},
+        {"\"", "AB%tC", {"Meine Tabelle"}, 16, "AB"},
+        {"\"", "ABC", {}, 2, ""},
+        {"\"", "A%sB%.C", {""}, 5, "ABC"},  // empty expansions take no room
+    };
+    for (const auto &c : cases) {
+        Formatter format;
+        format.quote = c.quote;
+        EXPECT_EQ(format(c.pattern, c.args, c.size), c.expected)
+            << (c.pattern ? c.pattern : "(null)") << " with " << c.quote << " in " << c.size;
+    }
+
+    QuoteText q = QuoteText::Fixed("\"");
+    char untouched[4] = "old";
+    FormatStatement(q, untouched, 0, "x", nullptr);
+    EXPECT_STREQ(untouched, "old");
+    FormatStatement(q, nullptr, 10, "x", nullptr);
+}
+
+TEST(SqlTextFormat, DriverIsAskedAtMostOnce) {
+    Formatter format;
+    format("SELECT Count(*) FROM Kunden WHERE Nr > %s", {"5"});
+    format("%t%.%t", {"", ""});
+    EXPECT_EQ(format.queries, 0);
+    format("SELECT %f, %f FROM %t%.%t", {"a b", "c d", "e", "f g"});
+    EXPECT_EQ(format.queries, 1);
+}
+
+class SqlTextDriver : public DataSourceTest {};
+
+TEST_P(SqlTextDriver, QuotesStripsAndSplitsAsTheDriverSays) {
+    const std::string q(1, Kodbc_GetDelimiter(hdbc_));
+    ASSERT_TRUE(q == "\"" || q == "`") << "quote character " << q;
+    EXPECT_EQ(Guarded(200, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc_, "Meine Tabelle", out, n); }),
+              q + "Meine Tabelle" + q);
+    EXPECT_EQ(GuardedInPlace("Kunden\tMeine Tabelle\t2010", 60,
+                             [&](char *list, int n) { Kodbc_PrepareNameListForSql92(hdbc_, list, n, '\t', ',', 0); }),
+              "Kunden," + q + "Meine Tabelle" + q + "," + q + "2010" + q);
+    EXPECT_EQ(GuardedInPlace("dbo.Meine Tabelle", 40,
+                             [&](char *name, int n) { Kodbc_QuoteNameIfNotPureSql(hdbc_, name, n); }),
+              q + "dbo.Meine Tabelle" + q);
+
+    char name[40];
+    std::strcpy(name, (" " + q + q + "dbo" + q + q + " . " + q + "Meine Tabelle" + q).c_str());
+    Kodbc_StripDelimitersFromName(hdbc_, name);
+    EXPECT_EQ(name, q + "dbo" + q + ".Meine Tabelle");
+
+    // The schema is split off only where the driver uses schemas.
+    GuardedBuffer schema(20), table(20);
+    Kodbc_ParseSchemaAndTable(hdbc_, "public.Kunden.x", schema.data(), schema.size(), table.data(), table.size());
+    const bool split = Kodbc_GetSchemaUsage(hdbc_) != 0;
+    EXPECT_EQ(schema.text() + "|" + table.text(), split ? "public|Kunden" : "|public.Kunden.x");
+    EXPECT_TRUE(schema.guards_intact() && table.guards_intact());
+    EXPECT_EQ(Guarded(100, [&](char *out, int n) {
+                  Kodbc_SprintfSqlStatement(hdbc_, out, n, "SELECT %f FROM %t", "Kunden Nr", "2010", nullptr, nullptr,
+                                            nullptr, nullptr, nullptr, nullptr);
+              }),
+              "SELECT " + q + "Kunden Nr" + q + " FROM " + q + "2010" + q);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+KODBC_DATA_SOURCE_TEST_SUITE(SqlTextDriver);
+
+// Without a connection the SQL-92 functions treat the driver as one that
+// does not quote, and nothing is shown.
+TEST(SqlTextNoConnection, NamesPassUnchanged) {
+    MessageRecorder messages;
+    GuardedBuffer out(40);
+    Kodbc_PrepareNameForSql92(nullptr, " Meine Tabelle ", out.data(), out.size());
+    EXPECT_EQ(out.text(), " Meine Tabelle ");
+    Kodbc_SprintfSqlStatement(nullptr, out.data(), out.size(), "SELECT * FROM %t", "dbo.Meine Tabelle", nullptr,
+                              nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(out.text(), "SELECT * FROM dbo.Meine Tabelle");
+    // All eight arguments reach the formatter, which takes seven.
+    Kodbc_SprintfSqlStatement(nullptr, out.data(), out.size(), "%s%s%s%s%s%s%s%s", "1", "2", "3", "4", "5", "6", "7",
+                              "8");
+    EXPECT_EQ(out.text(), "1234567s");
+    std::strcpy(out.data(), "Meine Tabelle");
+    Kodbc_QuoteNameIfNotPureSql(nullptr, out.data(), out.size());
+    EXPECT_EQ(out.text(), "Meine Tabelle");
+    std::strcpy(out.data(), " \"a\" . b ");
+    Kodbc_StripDelimitersFromName(nullptr, out.data());
+    EXPECT_EQ(out.text(), "\"a\".b");
+    std::strcpy(out.data(), "[dbo].[Kunden]");
+    Kodbc_StripBracketsFromSqlName(out.data());
+    EXPECT_EQ(out.text(), "dbo.Kunden");
+    EXPECT_TRUE(out.guards_intact());
+    // Without a connection the name is always split.
+    GuardedBuffer schema(20), table(20);
+    Kodbc_ParseSchemaAndTable(nullptr, "public.Kunden", schema.data(), schema.size(), table.data(), table.size());
+    EXPECT_EQ(schema.text() + "|" + table.text(), "public|Kunden");
+
+    GuardedBuffer tiny(1);
+    Kodbc_PrepareNameForSql(tiny.data(), 0, 0);
+    Kodbc_PrepareNameForSql92(nullptr, "x", tiny.data(), 0);
+    EXPECT_TRUE(tiny.guards_intact());
+    EXPECT_TRUE(messages.entries().empty());
 }
 
 } // namespace
