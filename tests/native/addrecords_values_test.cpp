@@ -78,14 +78,13 @@ TEST(AddRecordsValues, LiteralsAndMappingRows) {
 
 TEST(AddRecordsValues, IdentifyingConditionAndCuts) {
     char condition[kIdentifyingConditionSize];
-    BuildIdentifyingCondition("nr", "42", SQL_DECIMAL, condition, sizeof condition);
-    EXPECT_STREQ(condition, "nr=42");
-    BuildIdentifyingCondition("nr", "O'N", SQL_VARCHAR, condition, sizeof condition);
-    EXPECT_STREQ(condition, "nr='O''N'");
-    BuildIdentifyingCondition("nr", "4", 0, condition, sizeof condition);  // type unknown: quoted
-    EXPECT_STREQ(condition, "nr='4'");
-    BuildIdentifyingCondition("nr", std::string(400, 'x'), SQL_CHAR, condition, sizeof condition);
-    EXPECT_EQ(std::string(condition).size(), 300u);
+    // A type unknown is quoted; the condition is cut to its 300 characters.
+    for (const auto &[value, type, expected] :
+         {std::tuple{std::string("42"), SQL_DECIMAL, std::string("nr=42")}, {"O'N", SQL_VARCHAR, "nr='O''N'"},
+          {"4", 0, "nr='4'"}, {std::string(400, 'x'), SQL_CHAR, "nr='" + std::string(295, 'x') + "'"}}) {
+        BuildIdentifyingCondition("nr", value, type, condition, sizeof condition);
+        EXPECT_EQ(condition, expected);
+    }
 
     // A doubled quote goes in whole or not at all.
     char literal[6];
@@ -94,11 +93,9 @@ TEST(AddRecordsValues, IdentifyingConditionAndCuts) {
     EXPECT_STREQ(literal, "'ab'");
 }
 
-// Reading the source on the destination's connection saves a second one,
-// but a driver with one active statement per connection fails the first
-// INSERT while the source query is open.
+// A driver with one active statement per connection fails the first INSERT while the source
+// query is open on the destination's connection.
 TEST(AddRecordsValues, TheDestinationsConnectionReadsTheSourceOnlyWhereThatServesBoth) {
-    // same login, active statements, file database; shared
     const struct { ConnectionSharing sharing; bool shares; } cases[] = {
         {{false, 0, true}, false}, {{true, 1, false}, false}, {{true, 0, false}, true},
         {{true, 2, false}, true},  {{true, 1, true}, true},

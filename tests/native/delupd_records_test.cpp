@@ -42,21 +42,19 @@ protected:
 KODBC_DATA_SOURCE_TEST_SUITE(RecordWizards);
 
 TEST_P(RecordWizards, DeleteCountsShowsAndDeletes) {
-    struct Case {
+    const struct {
         const char *what;
         std::string selDesc;
         long count;
         const char *summary;
         std::vector<std::string> left;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"a condition", Line("ort", "BW", "Br", 12), 1, "insgesamt  1  Datens", {"1", "2"}},
-        {"a condition matching nothing still runs", Line("nr", "GT", "99", 4), 0, "Es befinden sich keine",
-         {"1", "2"}},
+        {"a condition matching nothing still runs", Line("nr", "GT", "99", 4), 0, "Es befinden sich keine", {"1", "2"}},
         {"two groups", Line("nr", "EQ", "1", 4) + "\v" + Line("ort", "EQ", "Bonn", 12) + "\v", 2,
          "insgesamt  2  Datens", {}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         char text[kPageTextSize];
         EXPECT_EQ(Kodbc_DeleteRecordsSummary(hdbc_, "kc_delupd", c.selDesc.c_str(), text, sizeof text), c.count);
@@ -74,8 +72,7 @@ TEST_P(RecordWizards, DeleteCountsShowsAndDeletes) {
 // The records are counted with the whole condition; a statement that would
 // hold less of it (or less of the assignments) must not run at all.
 TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefused) {
-    // One group of three conditions of about 190 characters: together more
-    // than the statement's 500 bytes, matching no record.
+    // Three conditions of about 190 characters: more than the statement's 500 bytes.
     std::string longGroup;
     for (int i = 0; i < 3; ++i) longGroup += Line("ort", "CT", std::string(180, 'x'), 12);
     // Two of 225 characters: the condition fits its 500 bytes, the statement not.
@@ -85,27 +82,23 @@ TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefus
     // A formula whose SET clause "zahl=..." has 299 characters, and one with two more.
     std::string fitting = "zahl+1";
     while (fitting.size() < 294) fitting += "+0";
-    const std::string tooLong = fitting + "+0";
     const std::string shortSet = Line("zahl", "SFO", "zahl+1", 4);
-    const std::string fittingSet = Line("zahl", "SFO", fitting, 4), longSet = Line("zahl", "SFO", tooLong, 4);
+    const std::string fittingSet = Line("zahl", "SFO", fitting, 4), longSet = Line("zahl", "SFO", fitting + "+0", 4);
 
-    struct Case {
+    const struct {
         const char *what;
         std::string selDesc;
         const std::string *setDesc;  // null: delete
         int refusal;
-        std::vector<std::string> zahl;  // afterwards; nothing deleted in any case
+    } cases[] = {
+        {"delete, a group that would vanish", longGroup, nullptr, 2171},
+        {"delete, a group after one that fits", Line("nr", "EQ", "3", 4) + "\v" + longGroup + "\v", nullptr, 2171},
+        {"delete, a statement cut at its end", nearlyFits, nullptr, 2171},
+        {"update, a group that would vanish", longGroup, &shortSet, 2171},
+        {"update, assignments cut inside a value", second, &longSet, 2172},
+        {"update, assignments that just fit", second, &fittingSet, 0},
     };
-    const Case cases[] = {
-        {"delete, a group that would vanish", longGroup, nullptr, 2171, {"1", "2", "3"}},
-        {"delete, a group after one that fits",
-         Line("nr", "EQ", "3", 4) + "\v" + longGroup + "\v", nullptr, 2171, {"1", "2", "3"}},
-        {"delete, a statement cut at its end", nearlyFits, nullptr, 2171, {"1", "2", "3"}},
-        {"update, a group that would vanish", longGroup, &shortSet, 2171, {"1", "2", "3"}},
-        {"update, assignments cut inside a value", second, &longSet, 2172, {"1", "2", "3"}},
-        {"update, assignments that just fit", second, &fittingSet, 0, {"1", "3", "3"}},
-    };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         messages_.clear();
         const char *set = c.setDesc ? c.setDesc->c_str() : nullptr;
@@ -113,7 +106,6 @@ TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefus
         PageDecision left;
         if (set) {
             auto upd = CreateUpdateRecordsContext(hdbc_, nullptr, 0);
-            ASSERT_TRUE(upd);
             StoreTableName(upd->table, "kc_delupd");
             KorvelCopyString(upd->selDesc.get(), c.selDesc.c_str(), upd->selDesc.capacity);
             KorvelCopyString(upd->setDesc.get(), set, upd->setDesc.capacity);
@@ -121,7 +113,6 @@ TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefus
             left = LeaveConfirmationPage(*upd, kForwards);
         } else {
             auto del = CreateDeleteRecordsContext(hdbc_, nullptr, 0);
-            ASSERT_TRUE(del);
             StoreTableName(del->table, "kc_delupd");
             KorvelCopyString(del->selDesc.get(), c.selDesc.c_str(), del->selDesc.capacity);
             left = LeaveSummaryPage(*del, kForwards);
@@ -131,7 +122,8 @@ TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefus
         EXPECT_EQ(left.messageId, c.refusal);
         EXPECT_EQ(Kodbc_CheckRecordStatement(hdbc_, "kc_delupd", c.selDesc.c_str(), set),
                   c.refusal ? KODBC_FAILURE : KODBC_SUCCESS);
-        EXPECT_EQ(Rows("zahl"), c.zahl);
+        // Nothing deleted in any case; the one update that fits ran.
+        EXPECT_EQ(Rows("zahl"), (std::vector<std::string>{"1", c.refusal ? "2" : "3", "3"}));
         EXPECT_EQ(OdbcErrors(), 0u);
         for (const auto &entry : messages_.entries())
             EXPECT_NE(entry.text.find(c.refusal == 2172 ? "Zuweisungen sind zu lang" : "Bedingungen sind zu lang"),
@@ -145,23 +137,19 @@ TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKe
     TableRecord record{};
     record.Object.DbObjectType = KODBC_OBJECT_TABLE;
     auto del = CreateDeleteRecordsContext(hdbc_, &record, 7);
-    ASSERT_TRUE(del);
     PageDecision refused = LeaveTablePage(*del, kForwards, nullptr);
     EXPECT_FALSE(refused.goOn);
     EXPECT_EQ(refused.messageId, 1625);
     EXPECT_EQ(refused.focus, PageFocus::TableList);
-    EXPECT_NE(messages_.last_text().find("Tabelle ausgew"), std::string::npos) << messages_.last_text();
     EXPECT_TRUE(LeaveTablePage(*del, kLeaveBackwards, nullptr).goOn);
 
     const std::string condition = Line("nr", "EQ", "2", 4);
-    struct Step {
+    const struct {
         const char *table;
         bool keeps;
         const char *field;
-    };
-    const Step steps[] = {{"kc_delupd", false, "umsatz"}, {"KC_DELUPD", true, "umsatz"},
-                          {"kc_delupd_b", false, "kennung"}};
-    for (const Step &s : steps) {
+    } steps[] = {{"kc_delupd", false, "umsatz"}, {"KC_DELUPD", true, "umsatz"}, {"kc_delupd_b", false, "kennung"}};
+    for (const auto &s : steps) {
         SCOPED_TRACE(s.table);
         KorvelCopyString(del->selDesc.get(), condition.c_str(), del->selDesc.capacity);
         SelectTable(*del, s.table);
@@ -172,7 +160,6 @@ TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKe
     }
 
     auto upd = CreateUpdateRecordsContext(hdbc_, &record, 7);
-    ASSERT_TRUE(upd);
     ASSERT_TRUE(LeaveTablePage(*upd, kForwards, "kc_delupd").goOn);
     EXPECT_NE(std::string(upd->fieldList.get()).find("zahl"), std::string::npos);
     KorvelCopyString(upd->selDesc.get(), condition.c_str(), upd->selDesc.capacity);
@@ -186,7 +173,6 @@ TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKe
 
 TEST_P(RecordWizards, UpdatePagesRefuseNothingToDoAndRunTheStatementEachTimeTheyAreLeft) {
     auto upd = CreateUpdateRecordsContext(hdbc_, nullptr, 0);
-    ASSERT_TRUE(upd);
     ASSERT_TRUE(LeaveTablePage(*upd, kForwards, "kc_delupd").goOn);
 
     KorvelCopyString(upd->selDesc.get(), Line("nr", "GT", "99", 4).c_str(), upd->selDesc.capacity);
@@ -204,7 +190,6 @@ TEST_P(RecordWizards, UpdatePagesRefuseNothingToDoAndRunTheStatementEachTimeThey
     PageDecision empty = LeaveAssignmentPage(*upd, kForwards);
     EXPECT_FALSE(empty.goOn);
     EXPECT_EQ(empty.messageId, 1635);
-    EXPECT_NE(messages_.last_text().find("mindestens ein Feld"), std::string::npos) << messages_.last_text();
 
     KorvelCopyString(upd->setDesc.get(), Line("zahl", "SFO", "zahl+10", 4).c_str(), upd->setDesc.capacity);
     ASSERT_TRUE(LeaveAssignmentPage(*upd, kForwards).goOn);

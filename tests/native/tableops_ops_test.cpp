@@ -1,11 +1,10 @@
-// Table operations and aggregates against every data source: the drop's
-// question and its tolerance of a missing table, rename by copying (and
-// what a data source without SELECT … INTO leaves behind), free names,
-// counts, sums, maxima and the field tests.
+// Table operations and aggregates against every data source: drop, rename
+// by copying, free names, counts, sums, maxima and the field tests.
 #include "test_support.h"
 
 #include <korvel/korvel32.h>
 
+#include <kodbc/kodbc_exec.h>
 #include <kodbc/kodbc_tableops.h>
 
 #include <cstring>
@@ -36,24 +35,20 @@ TEST_P(TableOps, DropAsksFirstOnlyYesDropsAndAMissingTableIsToleratedOnlyForTheN
     EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "kc_h9_adr", nullptr, KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
     EXPECT_TRUE(messages_.entries().empty());
 
-    messages_.set_answer(KODBC_ANSWER_NO);
-    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", 0), KODBC_FAILURE);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    const auto &question = messages_.entries()[0];
-    EXPECT_EQ(question.kind, KODBC_MESSAGE_YESNO);
-    EXPECT_NE(question.text.find("Wollen Sie die Tabelle 'kc_h9_adr' wirklich l"), std::string::npos) << question.text;
-    EXPECT_EQ(question.text.back(), '"');  // the stray quote of the text stays
-    EXPECT_TRUE(Exists("kc_h9_adr"));
-
-    messages_.set_answer(KODBC_ANSWER_CANCEL);
-    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", KODBC_DROP_MISSING_OK), KODBC_FAILURE);
-    EXPECT_TRUE(Exists("kc_h9_adr"));
-
-    messages_.clear();
-    messages_.set_answer(KODBC_ANSWER_YES);
-    EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", 0), KODBC_SUCCESS);
-    EXPECT_EQ(messages_.entries().size(), 1u);
-    EXPECT_FALSE(Exists("kc_h9_adr"));
+    for (const auto &[answer, flags] : {std::pair{KODBC_ANSWER_NO, 0}, {KODBC_ANSWER_CANCEL, KODBC_DROP_MISSING_OK},
+                                        {KODBC_ANSWER_YES, 0}}) {
+        messages_.clear();
+        messages_.set_answer(answer);
+        const bool yes = answer == KODBC_ANSWER_YES;
+        EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", flags), yes ? KODBC_SUCCESS : KODBC_FAILURE);
+        ASSERT_EQ(messages_.entries().size(), 1u);
+        const auto &question = messages_.entries()[0];
+        EXPECT_EQ(question.kind, KODBC_MESSAGE_YESNO);
+        EXPECT_NE(question.text.find("Wollen Sie die Tabelle 'kc_h9_adr' wirklich l"), std::string::npos)
+            << question.text;
+        EXPECT_EQ(question.text.back(), '"');  // the stray quote of the text stays
+        EXPECT_EQ(Exists("kc_h9_adr"), !yes);
+    }
 
     // Without the question nothing is asked at all; a schema goes before the name.
     messages_.clear();
@@ -68,8 +63,7 @@ TEST_P(TableOps, DropAsksFirstOnlyYesDropsAndAMissingTableIsToleratedOnlyForTheN
     EXPECT_NE(messages_.entries().back().statement.find("DROP TABLE kc_h9_missing"), std::string::npos);
     messages_.clear();
 
-    // Only S0002 / 42S02 count as "already gone"; other drivers name a
-    // missing table differently and still see their error.
+    // Only S0002 / 42S02 count as "already gone"; other drivers still see their error.
     const bool noSuchTable = strcasecmp(state.c_str(), "42S02") == 0 || strcasecmp(state.c_str(), "S0002") == 0;
     EXPECT_TRUE(DbmsName() == "SQLite" || noSuchTable == (DbmsName() == "MariaDB")) << state;
     const int flags = KODBC_DROP_NO_QUESTION | KODBC_DROP_MISSING_OK;
@@ -104,27 +98,31 @@ TEST_P(TableOps, RenameCopiesWhereTheDataSourceCanAndLosesNothingWhereItCannot) 
     EXPECT_FALSE(Exists("kc_h9_copy"));
 }
 
+// Two searches for a free name: the table operations' cuts every
+// candidate to the buffer (with room for no more than a taken name every
+// candidate is that name, and the search ends with it instead of running
+// on); the execution functions' lets the base give way to the number.
 TEST_P(TableOps, UniqueNameTakesTheFirstFreeNumber) {
     Exec("CREATE TABLE kc_h9_adr_1 (id INTEGER)");
     const struct {
+        bool exec;
         const char *name;
         int size;
         const char *unique;
     } cases[] = {
-        {"kc_h9_adr", 40, "kc_h9_adr_2"},
-        {"kc_h9_free", 40, "kc_h9_free"},  // a free name stays
-        {"", 40, "_1"},                    // an empty one becomes _1 (free here)
-        // Each candidate is cut to the buffer: with room for "kc_h9_adr_" only
-        // the number never shows; with room for no more than "kc_h9_adr" every
-        // candidate is that taken name, and the search ends with it instead
-        // of running on.
-        {"kc_h9_adr", 11, "kc_h9_adr_"},
-        {"kc_h9_adr", 10, "kc_h9_adr"},
+        {false, "kc_h9_adr", 40, "kc_h9_adr_2"}, {false, "kc_h9_free", 40, "kc_h9_free"}, {false, "", 40, "_1"},
+        {false, "kc_h9_adr", 11, "kc_h9_adr_"},  {false, "kc_h9_adr", 10, "kc_h9_adr"},
+        {true, "kc_h9_adr", 40, "kc_h9_adr_2"},  {true, "KC_H9_ADR_1", 40, "KC_H9_ADR_1_1"},
+        {true, "kc_h9_free", 40, "kc_h9_free"},  {true, "", 40, "_1"}, {true, "kc_h9_adr", 10, "kc_h9_adr"},
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(GuardedInPlace(c.name, c.size, [&](char *name, int n) { Kodbc_CreateUniqueTableName(hdbc_, name, n); }),
-                  c.unique)
-            << c.name << " in " << c.size;
+    for (const auto &c : cases) {
+        auto search = [&](char *name, int n) {
+            if (!c.exec) return Kodbc_CreateUniqueTableName(hdbc_, name, n);
+            EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, name, n, 0), 1);
+        };
+        EXPECT_EQ(GuardedInPlace(c.name, c.size, search), c.unique) << c.exec << " " << c.name << " in " << c.size;
+    }
+    EXPECT_EQ(OdbcEh_CreateUniqueTableName(nullptr, hdbc_, nullptr, nullptr, 10, 0), 2);
     EXPECT_TRUE(messages_.entries().empty());
 }
 
@@ -142,16 +140,17 @@ TEST_P(TableOps, CountsSumsAndMaximaAndRefusedByTheDumpEverythingFailsSilently) 
     EXPECT_EQ(OdbcErrors(), 1u);
     messages_.clear();
 
-    auto value = [&](auto aggregate, const char *table, const char *field, const char *condition) {
+    // NULL of no rows reads as 0.
+    for (const auto &[aggregate, table, field, condition, expected] :
+         {std::tuple{&Kodbc_AddFields, "kc_h9_adr", "betrag", "", 11.75},
+          {Kodbc_AddFields, "kc_h9_adr", "betrag", "id < 3", 12.75},
+          {Kodbc_GetMaximum, "kc_h9_adr", "betrag", "", 10.25},
+          {Kodbc_GetMaximum, "kc_h9_adr", "id", "betrag < 5", 3.0},
+          {Kodbc_GetMaximum, "kc_h9_empty", "betrag", "", 0.0}}) {
         double result = 99;
-        EXPECT_EQ(aggregate(hdbc_, table, field, condition, &result), 0) << field;
-        return result;
-    };
-    EXPECT_DOUBLE_EQ(value(Kodbc_AddFields, "kc_h9_adr", "betrag", nullptr), 11.75);
-    EXPECT_DOUBLE_EQ(value(Kodbc_AddFields, "kc_h9_adr", "betrag", "id < 3"), 12.75);
-    EXPECT_DOUBLE_EQ(value(Kodbc_GetMaximum, "kc_h9_adr", "betrag", nullptr), 10.25);
-    EXPECT_DOUBLE_EQ(value(Kodbc_GetMaximum, "kc_h9_adr", "id", "betrag < 5"), 3);
-    EXPECT_DOUBLE_EQ(value(Kodbc_GetMaximum, "kc_h9_empty", "betrag", nullptr), 0);  // NULL of no rows reads as 0
+        EXPECT_EQ(aggregate(hdbc_, table, field, *condition ? condition : nullptr, &result), 0) << field;
+        EXPECT_DOUBLE_EQ(result, expected) << field << " " << condition;
+    }
     EXPECT_TRUE(messages_.entries().empty());
 
     double result = 99;
@@ -170,9 +169,8 @@ TEST_P(TableOps, CountsSumsAndMaximaAndRefusedByTheDumpEverythingFailsSilently) 
     EXPECT_EQ(Kodbc_DeleteTable(hdbc_, "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
     EXPECT_EQ(Kodbc_RenameTable(hdbc_, "kc_h9_adr", "kc_h9_copy", 0), KODBC_FAILURE);
     EXPECT_EQ(Kodbc_DeleteTableExtended(hdbc_, "public", "kc_h9_adr", KODBC_DROP_NO_QUESTION), KODBC_FAILURE);
-    // Only the dump's own questions, one per statement: no error follows a
-    // refusal. The last shows the schema going before the name on every
-    // data source, not only where one exists.
+    // Only the dump's own questions, one per statement: no error follows a refusal. The last
+    // shows the schema going before the name on every data source, not only where one exists.
     ASSERT_EQ(messages_.entries().size(), 5u);
     EXPECT_EQ(messages_.entries()[4].text, "DROP TABLE public.kc_h9_adr");
     SetDumpState(0);
@@ -180,7 +178,6 @@ TEST_P(TableOps, CountsSumsAndMaximaAndRefusedByTheDumpEverythingFailsSilently) 
 }
 
 TEST_P(TableOps, FieldExistenceTheFirstAutoIncrementFieldAndRowSetCount) {
-    // The column existence test's own rules are proven with the execution functions.
     EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "BETRAG"), 1);
 
     Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr " + AutoIncrementKey() + ")");
@@ -207,15 +204,13 @@ TEST_P(TableOps, FieldExistenceTheFirstAutoIncrementFieldAndRowSetCount) {
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_xUNIONx"), 1);
     EXPECT_TRUE(messages_.entries().empty());
 
-    // A union between blanks is answered without asking the data source,
-    // so even a statement that could not run gets the union's number.
+    // A union between blanks is answered without asking the data source, even one that could not run.
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT a FROM kc_h9_nowhere UNION SELECT b FROM kc_h9_nothing"),
               KODBC_ROWSET_COUNT_UNION);
     EXPECT_EQ(Kodbc_GetRowSetCount(nullptr, "SELECT id FROM kc_h9_adr\nUNION\tSELECT id FROM kc_h9_empty"),
               KODBC_ROWSET_COUNT_UNION);
     EXPECT_TRUE(messages_.entries().empty());
-    // Only the first UNION counts, and only upper case: this one goes to the
-    // data source, which refuses the rewritten halves' column counts.
+    // Only upper case counts: this one goes to the data source, which refuses the halves' column counts.
     EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_xUNIONx union SELECT id, name FROM kc_h9_adr"), 0);
     EXPECT_EQ(OdbcErrors(), 1u);
     messages_.clear();
