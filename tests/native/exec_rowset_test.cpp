@@ -1,5 +1,4 @@
-// Result sets into files and buffers: the flags' exact output, line counts,
-// separators, and the failures that must not pass for success.
+// Result sets into files and buffers: the flags' exact output, line counts, separators, failures.
 #include "test_support.h"
 
 #include <kodbc/kodbc_exec.h>
@@ -24,8 +23,7 @@ protected:
         DataSourceTest::SetUp();
         file_ = ::testing::TempDir() + "h7_rowset_" + GetParam() + "_" + std::to_string(getpid()) + ".txt";
         OwnTables({"h7_rows_t"});
-        // MariaDB gives the first TIMESTAMP column a default and an update
-        // rule; DATETIME is its plain timestamp.
+        // MariaDB gives the first TIMESTAMP column a default and an update rule.
         std::string stamp = DbmsName() == "MariaDB" ? "DATETIME" : "TIMESTAMP";
         Exec("CREATE TABLE h7_rows_t (id INTEGER, name VARCHAR(40), amount INTEGER, born " + stamp + ")");
         messages_.clear();
@@ -138,10 +136,10 @@ TEST_P(ExecRowSetTest, FailuresGiveTwoAndSayWhyOnce) {
         std::string sql, file;
         const char *tolerated;
         Setup setup;
-        long lines;         // 7 before the call
-        const char *left;   // the file afterwards
-        int kind;           // of the one message; -1: none
-        std::string text;   // part of it
+        long lines;        // 7 before the call
+        const char *left;  // the file afterwards
+        int kind;          // of the one message (-1: none), and part of its text
+        std::string text;
     } cases[] = {
         {"no file name", true, rows, "", nullptr, None, 7, kNoFile, -1, ""},
         {"no connection", false, rows, file_, nullptr, None, 7, kNoFile, -1, ""},
@@ -221,13 +219,10 @@ TEST_P(ExecRowSetTest, BufferIsCutAndGuarded) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
-// Ctrl+C on a running transfer stops it as a success with what was written.
-// The file is a pipe that a second thread reads: the transfer's first block
-// cannot leave before that thread has pressed Ctrl+C, so the cancel always
-// lands in the middle, with few rows and however slow the machine is.
+// Ctrl+C on a running transfer stops it as a success with what was written. The file is a pipe
+// whose reader presses Ctrl+C on the first block, so the cancel always lands in the middle.
 TEST_P(ExecRowSetTest, CancelledProgressEndsAsSuccess) {
-    // Long lines: the first block of the file holds about 2000 of them. MariaDB
-    // stops recursion at 1000 steps: the rows come from a join.
+    // Long lines, about 2000 to the first block; MariaDB stops recursion at 1000 steps: a join.
     const long total = 5000;
     std::string sql = "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < 100) "
                       "SELECT a.x, b.x, 'some padding text for the file, some padding text for the file, "
