@@ -181,43 +181,44 @@ TEST_P(TableOps, FieldExistenceTheFirstAutoIncrementFieldAndRowSetCount) {
     EXPECT_EQ(Kodbc_DoesFieldExist(hdbc_, "kc_h9_adr", "BETRAG"), 1);
 
     Exec("CREATE TABLE kc_h9_auto (label VARCHAR(10), nr " + AutoIncrementKey() + ")");
-    auto firstAuto = [&](const char *table, int size, int result) {
-        return GuardedInPlace("old", size, [&](char *out, int n) {
-            EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, table, out, n), result) << table;
-        });
-    };
-    EXPECT_EQ(firstAuto("kc_h9_auto", 20, KODBC_SUCCESS), "nr");
-    EXPECT_EQ(firstAuto("kc_h9_auto", 2, KODBC_SUCCESS), "n");  // cut to the buffer, never past it
-    // No such column, no such table: 2 and an empty output, nothing shown.
-    EXPECT_EQ(firstAuto("kc_h9_adr", 20, KODBC_FAILURE), "");
-    EXPECT_EQ(firstAuto("kc_h9_missing", 20, KODBC_FAILURE), "");
+    // Cut to the buffer, never past it; no such column, no such table: 2 and an empty output.
+    for (const auto &[table, size, result, expected] :
+         {std::tuple{"kc_h9_auto", 20, KODBC_SUCCESS, "nr"}, {"kc_h9_auto", 2, KODBC_SUCCESS, "n"},
+          {"kc_h9_adr", 20, KODBC_FAILURE, ""}, {"kc_h9_missing", 20, KODBC_FAILURE, ""}})
+        EXPECT_EQ(GuardedInPlace("old", size, [&, table = table, result = result](char *out, int n) {
+                      EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, table, out, n), result) << table;
+                  }),
+                  expected);
     EXPECT_EQ(Kodbc_FindFirstAutoIncrementField(hdbc_, "kc_h9_auto", nullptr, 20), KODBC_FAILURE);
     EXPECT_TRUE(messages_.entries().empty());
 
-    // The row-set count rewrites the column list and drops the sort order.
-    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT name, betrag FROM kc_h9_adr WHERE id > 1 ORDER BY name DESC"), 2);
-    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "select * from kc_h9_adr order by id"), 3);
-    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_empty"), 0);
-    // UNION inside a longer word is no union: the statement is counted.
+    // The row-set count rewrites the column list and drops the sort order. UNION inside a longer
+    // word is no union; one between blanks is answered without asking the data source, even where
+    // the statement could not run; a lower-case one goes to the data source, which refuses the
+    // halves' column counts.
     Exec("CREATE TABLE kc_h9_xUNIONx (id INTEGER)");
     Exec("INSERT INTO kc_h9_xUNIONx VALUES (7)");
-    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_xUNIONx"), 1);
-    EXPECT_TRUE(messages_.entries().empty());
-
-    // A union between blanks is answered without asking the data source, even one that could not run.
-    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT a FROM kc_h9_nowhere UNION SELECT b FROM kc_h9_nothing"),
-              KODBC_ROWSET_COUNT_UNION);
-    EXPECT_EQ(Kodbc_GetRowSetCount(nullptr, "SELECT id FROM kc_h9_adr\nUNION\tSELECT id FROM kc_h9_empty"),
-              KODBC_ROWSET_COUNT_UNION);
-    EXPECT_TRUE(messages_.entries().empty());
-    // Only upper case counts: this one goes to the data source, which refuses the halves' column counts.
-    EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, "SELECT id FROM kc_h9_xUNIONx union SELECT id, name FROM kc_h9_adr"), 0);
-    EXPECT_EQ(OdbcErrors(), 1u);
-    messages_.clear();
-
-    for (const char *nothing : {"  ", static_cast<const char *>(nullptr), "SELECT id FROM kc_h9_missing"})
-        EXPECT_EQ(Kodbc_GetRowSetCount(hdbc_, nothing), 0);
-    EXPECT_EQ(OdbcErrors(), 1u);
+    const struct {
+        SQLHDBC hdbc;
+        const char *sql;
+        long count;
+        std::size_t errors;  // and messages
+    } counts[] = {
+        {hdbc_, "SELECT name, betrag FROM kc_h9_adr WHERE id > 1 ORDER BY name DESC", 2, 0},
+        {hdbc_, "select * from kc_h9_adr order by id", 3, 0}, {hdbc_, "SELECT id FROM kc_h9_empty", 0, 0},
+        {hdbc_, "SELECT id FROM kc_h9_xUNIONx", 1, 0},
+        {hdbc_, "SELECT a FROM kc_h9_nowhere UNION SELECT b FROM kc_h9_nothing", KODBC_ROWSET_COUNT_UNION, 0},
+        {nullptr, "SELECT id FROM kc_h9_adr\nUNION\tSELECT id FROM kc_h9_empty", KODBC_ROWSET_COUNT_UNION, 0},
+        {hdbc_, "SELECT id FROM kc_h9_xUNIONx union SELECT id, name FROM kc_h9_adr", 0, 1},
+        {hdbc_, "  ", 0, 0}, {hdbc_, nullptr, 0, 0}, {hdbc_, "SELECT id FROM kc_h9_missing", 0, 1},
+    };
+    for (const auto &c : counts) {
+        SCOPED_TRACE(c.sql ? c.sql : "(null)");
+        messages_.clear();
+        EXPECT_EQ(Kodbc_GetRowSetCount(c.hdbc, c.sql), c.count);
+        EXPECT_EQ(OdbcErrors(), c.errors);
+        EXPECT_EQ(messages_.entries().size(), c.errors);
+    }
 }
 
 } // namespace
