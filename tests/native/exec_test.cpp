@@ -1,14 +1,18 @@
-// Result sets into files and buffers: the flags' exact output, line counts, separators, failures.
+// Running statements (tolerated SQLSTATEs, the dump gate, row counts), the names they need
+// (columns, existence, table lists), and result sets into files and buffers.
 #include "test_support.h"
 
+#include "internal/odbc_handles.h"
+
+#include <kodbc/kodbc_catalog.h>
 #include <kodbc/kodbc_exec.h>
+#include <korvel/korvel32.h>
 
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
 #include <fstream>
-#include <korvel/korvel32.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
@@ -17,7 +21,7 @@
 namespace kodbc::test {
 namespace {
 
-class ExecRowSetTest : public DataSourceTest {
+class ExecTest : public DataSourceTest {
 protected:
     void SetUp() override {
         DataSourceTest::SetUp();
@@ -32,6 +36,7 @@ protected:
         std::remove(file_.c_str());
         DataSourceTest::TearDown();
     }
+    long Rows() { return OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_rows_t"); }
     // Writes sql to the test's file; returns the result and the lines.
     int ToFile(const char *sql, unsigned flags, long &lines) {
         return OdbcEh_SelectRowSetToFile(nullptr, hdbc_, sql, nullptr, nullptr, file_.c_str(), &lines, nullptr, flags);
@@ -40,13 +45,113 @@ protected:
 
     std::string file_;
 };
-KODBC_DATA_SOURCE_TEST_SUITE(ExecRowSetTest);
+KODBC_DATA_SOURCE_TEST_SUITE(ExecTest);
+
+TEST_P(ExecTest, PerformRunsAndCountSeesTheRowsMissingArgumentsFailQuietly) {
+    for (const char *tolerated : {static_cast<const char *>(nullptr), "", "*"})
+        EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "INSERT INTO h7_rows_t (id) VALUES (1)", tolerated), 1);
+    EXPECT_EQ(Rows(), 3);
+    EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_rows_t WHERE id > 5"), 0);
+    // An UPDATE that matches nothing still ran.
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, "UPDATE h7_rows_t SET name = 'x' WHERE id = 99", nullptr), 1);
+
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, nullptr, "SELECT 1", nullptr), 2);
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, nullptr, nullptr), 2);
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, " \t\n", nullptr), 2);
+    EXPECT_EQ(OdbcEh_CountRows(nullptr, nullptr, "SELECT id FROM h7_rows_t"), 0);
+    EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, ""), 0);
+    EXPECT_TRUE(messages_.entries().empty());
+
+    // Which tokens tolerate what is the diagnostics' rule; here: the list
+    // reaches it, and counting tolerates nothing.
+    const char *sql = "SELECT * FROM h7_exec_missing";
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, sql, "01004"), 2);
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    const MessageRecorder::Entry shown = messages_.entries()[0];
+    EXPECT_EQ(shown.kind, KODBC_MESSAGE_ODBC_ERROR);
+    EXPECT_EQ(shown.statement, sql);
+    messages_.clear();
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, sql, ("22001," + shown.sqlState).c_str()), 1);
+    EXPECT_TRUE(messages_.entries().empty());
+    EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, sql), 0);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+
+    // Refused by the dump nothing runs, and only the two questions are shown.
+    messages_.clear();
+    SetDumpState(KORVEL_DUMP_ASK);
+    messages_.set_answer(KODBC_ANSWER_NO);
+    const char *insert = "INSERT INTO h7_rows_t (id) VALUES (4)";
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, insert, nullptr), 2);
+    EXPECT_EQ(Rows(), 0);  // the count is refused as well: the second question
+    ASSERT_EQ(messages_.entries().size(), 2u);
+    EXPECT_EQ(messages_.entries()[0].text, insert);
+    messages_.set_answer(KODBC_ANSWER_YES);
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, insert, nullptr), 1);
+    SetDumpState(0);
+    EXPECT_EQ(Rows(), 4);
+}
+
+TEST_P(ExecTest, ColumnNamesOfATableOrAResultAndExistence) {
+    auto names = [&](const char *table, const char *schema, const char *separator, int size, int result = 1) {
+        return Guarded(size, [&](char *out, int n) {
+            EXPECT_EQ(OdbcEh_GetColumnNames(nullptr, hdbc_, table, schema, 0, separator, nullptr, out, n), result)
+                << table;
+        });
+    };
+    EXPECT_EQ(names("h7_rows_t", nullptr, nullptr, 100), "id\tname\tamount\tborn");
+    EXPECT_EQ(names("h7_rows_t", "", ", ", 100), "id, name, amount, born");
+    EXPECT_EQ(names("h7_rows_t", nullptr, nullptr, 9), "id\tname\t");
+    EXPECT_EQ(names("h7_exec_missing", nullptr, nullptr, 100), "");  // an unknown table simply has no columns
+    names("", nullptr, nullptr, 100, 2);
+
+    // Columns and tables are found whatever the case of their names.
+    for (const auto &[table, column, found] : {std::tuple{"h7_rows_t", "NAME", 1}, {"h7_rows_t", "nam", 0},
+                                               {"h7_rows_t", "", 0}, {static_cast<const char *>(nullptr), "id", 0}})
+        EXPECT_EQ(OdbcEh_DoesColumnExist(nullptr, hdbc_, table, nullptr, column), found) << column;
+    for (const auto &[type, table, found] :
+         {std::tuple{KODBC_OBJECT_TABLE, "H7_Rows_T", 1}, {KODBC_OBJECT_ALL, "h7_rows_t", 1},
+          {KODBC_OBJECT_VIEW, "h7_rows_t", 0}, {KODBC_OBJECT_ALL, "h7_rows", 0}, {KODBC_OBJECT_ALL, "", 0}})
+        EXPECT_EQ(OdbcEh_DoesTableExist(nullptr, hdbc_, type, nullptr, table, 0), found) << type << " " << table;
+    EXPECT_TRUE(messages_.entries().empty());
+
+    // A result's names; "id;name" takes 7 bytes and its terminator, "amount" needs 7 more.
+    odbc::Statement statement(hdbc_);
+    const char *sql = "SELECT id, name, amount FROM h7_rows_t";
+    ASSERT_TRUE(odbc::succeeded(SQLExecDirect(statement, (SQLCHAR *)sql, SQL_NTS)));
+    for (const auto &[separator, size, expected] :
+         {std::tuple{'\0', 64, "id\tname\tamount"}, {';', 64, "id;name;amount"}, {';', 14, "id;name"}})
+        EXPECT_EQ(Guarded(size, [&, separator = separator](char *out, int n) {
+                      EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, separator, out, n), 1);
+                  }),
+                  expected);
+    char out[8];
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(statement, ';', out, 0), 2);
+    EXPECT_EQ(Kodbc_GetColumnNamesFromRowSet(nullptr, ';', out, sizeof out), 2);
+}
+
+TEST_P(ExecTest, TableListStopsAtTheFirstNameThatDoesNotFit) {
+    std::vector<char> all(100000);
+    ASSERT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, all.data(),
+                                       static_cast<int>(all.size()), nullptr), 0);
+    std::vector<std::string> names = Split(all.data(), ",");
+    ASSERT_TRUE(Contains(names, "h7_rows_t"));
+    // Room for the first name and its separator only: exactly that name.
+    for (const auto &[size, expected] : {std::pair{names[0].size() + 2, names[0]}, {names[0].size() + 1, ""}})
+        EXPECT_EQ(Guarded(static_cast<int>(size), [&](char *out, int n) {
+                      EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, out, n, ";"),
+                                0);
+                  }),
+                  expected);
+    EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, all.data(), 0, ";"), -1);
+    EXPECT_EQ(OdbcEh_GetTablesExtended(nullptr, hdbc_, KODBC_OBJECT_TABLE, nullptr, 0, nullptr, 10, ";"), -1);
+    EXPECT_TRUE(messages_.entries().empty());
+}
 
 // Every flag's exact output: NULL text and number, a quote, a tab and a
 // double quote, a timestamp; CSV quotes what a reader would misread, a NULL
 // text keeps NULL apart from the empty text and from a value that reads like
 // it; JSON gives each row as an object.
-TEST_P(ExecRowSetTest, FlagsGiveTheirExactOutput) {
+TEST_P(ExecTest, FlagsGiveTheirExactOutput) {
     Exec("INSERT INTO h7_rows_t VALUES (1, 'a', NULL, '2001-02-03 04:05:06'), (2, NULL, 42, NULL), "
          "(3, 'O''N\t\"x', 7, NULL), (4, '', NULL, NULL), (5, 'NULL', NULL, NULL), (6, ' a,b ', NULL, NULL)");
     const char *names = "SELECT name, id FROM h7_rows_t WHERE id < 3 ORDER BY id";
@@ -110,7 +215,7 @@ TEST_P(ExecRowSetTest, FlagsGiveTheirExactOutput) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
-TEST_P(ExecRowSetTest, LinesAreCountedPastTheProgressSteps) {
+TEST_P(ExecTest, LinesAreCountedPastTheProgressSteps) {
     std::string values;
     for (int i = 0; i < 250; ++i) values += (i ? ",(" : "(") + std::to_string(i) + ")";
     Exec("INSERT INTO h7_rows_t (id) VALUES " + values);
@@ -124,7 +229,7 @@ TEST_P(ExecRowSetTest, LinesAreCountedPastTheProgressSteps) {
 
 // Every failure returns 2 and says why, once, unless it was asked not to;
 // a file it cannot finish is not left looking like a result.
-TEST_P(ExecRowSetTest, FailuresGiveTwoAndSayWhyOnce) {
+TEST_P(ExecTest, FailuresGiveTwoAndSayWhyOnce) {
     Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'a')");
     const std::string rows = "SELECT id, name FROM h7_rows_t", missing = "SELECT * FROM h7_rows_missing";
     const std::string noDir = "/nonexistent-h7-dir/out.txt";
@@ -189,7 +294,7 @@ TEST_P(ExecRowSetTest, FailuresGiveTwoAndSayWhyOnce) {
 }
 
 // A buffer too small for anything runs nothing; else the rows are cut to it.
-TEST_P(ExecRowSetTest, BufferIsCutAndGuarded) {
+TEST_P(ExecTest, BufferIsCutAndGuarded) {
     const char *sql = "SELECT id, name FROM h7_rows_t ORDER BY id";
     GuardedBuffer tiny(2);
     EXPECT_EQ(OdbcEh_SelectRowSetToBuffer(nullptr, hdbc_, "INSERT INTO h7_rows_t (id, name) VALUES (1, 'alpha')",
@@ -221,7 +326,7 @@ TEST_P(ExecRowSetTest, BufferIsCutAndGuarded) {
 
 // Ctrl+C on a running transfer stops it as a success with what was written. The file is a pipe
 // whose reader presses Ctrl+C on the first block, so the cancel always lands in the middle.
-TEST_P(ExecRowSetTest, CancelledProgressEndsAsSuccess) {
+TEST_P(ExecTest, CancelledProgressEndsAsSuccess) {
     // Long lines, about 2000 to the first block; MariaDB stops recursion at 1000 steps: a join.
     const long total = 5000;
     std::string sql = "WITH RECURSIVE c(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM c WHERE x < 100) "
