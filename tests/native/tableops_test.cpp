@@ -1,10 +1,13 @@
-// Table operations and aggregates against every data source: drop, rename
-// by copying, free names, counts, sums, maxima and the field tests.
+// Table operations, aggregates and the system table against every data source: drop, rename by
+// copying, free names, counts, sums, maxima, the field tests; the system table created on first
+// use, values that survive quotes, tabs, line breaks, backslashes and umlauts or are cut to its
+// 1000-byte statement, and its items deleted.
 #include "test_support.h"
 
 #include <korvel/korvel32.h>
 
 #include <kodbc/kodbc_exec.h>
+#include <kodbc/kodbc_systable.h>
 #include <kodbc/kodbc_tableops.h>
 
 #include <cstring>
@@ -17,15 +20,30 @@ class TableOps : public DataSourceTest {
 protected:
     void SetUp() override {
         DataSourceTest::SetUp();
+        if (HasFatalFailure()) return;
         OwnTables({"kc_h9_adr", "kc_h9_adr_1", "kc_h9_adr_2", "kc_h9_empty", "kc_h9_copy", "kc_h9_auto",
                    "kc_h9_xUNIONx"});
         Exec("CREATE TABLE kc_h9_adr (id INTEGER, betrag FLOAT, name VARCHAR(40))");
         Exec("INSERT INTO kc_h9_adr VALUES (1, 2.5, 'Müller'), (2, 10.25, 'Meier'), (3, -1, 'Schulze')");
         Exec("CREATE TABLE kc_h9_empty (id INTEGER, betrag FLOAT)");
+        DropSystemTable();
+        ProvideBlobType();
         messages_.clear();
+    }
+    void TearDown() override {
+        if (hdbc_) DropSystemTable();
+        DataSourceTest::TearDown();
     }
     bool Exists(const char *table) { return Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_ALL, table) == 1; }
     long Rows(const char *table) { return Kodbc_GetRecordCount(hdbc_, table, 0); }
+    bool SysTableExists() {
+        return Kodbc_DoesTableExist(hdbc_, KODBC_OBJECT_TABLE | KODBC_OBJECT_SYSTEM, "KorvelSysTable") == 1;
+    }
+    long SysTableRows() { return OdbcEh_CountRows(nullptr, hdbc_, "SELECT Object FROM KorvelSysTable"); }
+    std::string Read(const char *object, const char *type, const char *item, const char *def = "default") {
+        auto read = [&](char *out, int n) { Kodbc_ReadSysTableString(hdbc_, object, type, item, def, out, n); };
+        return Guarded(6000, read);
+    }
 };
 KODBC_DATA_SOURCE_TEST_SUITE(TableOps);
 
@@ -219,6 +237,95 @@ TEST_P(TableOps, FieldExistenceTheFirstAutoIncrementFieldAndRowSetCount) {
         EXPECT_EQ(OdbcErrors(), c.errors);
         EXPECT_EQ(messages_.entries().size(), c.errors);
     }
+}
+
+TEST_P(TableOps, SysTableReadsCreateTheTableYieldTheDefaultCutToTheBufferAndValuesComeBack) {
+    // Blank names look at nothing, not even the table's existence.
+    EXPECT_EQ(Kodbc_WriteSysTableString(hdbc_, "Form1", "FORM", " ", "x"), KODBC_SUCCESS);
+    EXPECT_EQ(Kodbc_WriteSysTableString(hdbc_, nullptr, "FORM", "Left", "x"), KODBC_SUCCESS);
+    GuardedBuffer small(8);
+    EXPECT_EQ(Kodbc_ReadSysTableString(hdbc_, " ", "FORM", "Left", "a long default", small.data(), small.size()), 1);
+    EXPECT_EQ(small.text(), "a long ");
+    EXPECT_EQ(Kodbc_ReadSysTableString(hdbc_, "Form1", "FORM", "Left", "d", nullptr, 10), 0);
+    EXPECT_EQ(Kodbc_ReadSysTableString(hdbc_, "Form1", "FORM", "Left", "d", small.data(), 0), 0);
+    EXPECT_TRUE(small.guards_intact());
+    EXPECT_FALSE(SysTableExists());
+
+    EXPECT_EQ(Kodbc_ReadSysTableString(hdbc_, "Form1", "FORM", "Width", "640", small.data(), small.size()), 3);
+    EXPECT_EQ(small.text(), "640");
+    EXPECT_TRUE(SysTableExists());
+
+    ASSERT_EQ(Kodbc_WriteSysTableString(hdbc_, "Form1", "FORM", "Caption", "Adressen\tund\tTelefon"), KODBC_SUCCESS);
+    // The stored text ("Adressen\\tund…") is cut to the buffer before it is decoded.
+    auto caption = [&](char *out, int n) { Kodbc_ReadSysTableString(hdbc_, "Form1", "FORM", "Caption", "", out, n); };
+    EXPECT_EQ(Guarded(12, caption), "Adressen\tu");
+    EXPECT_TRUE(messages_.entries().empty());
+    // A second creation is an error the user sees.
+    EXPECT_EQ(Kodbc_CreateSystemTable(hdbc_), KODBC_FAILURE);
+    EXPECT_EQ(messages_.entries().size(), 1u);
+    messages_.clear();
+
+    // Values come back unchanged or cut to fit the statement.
+    std::string longValue(3000, 'a');
+    for (std::size_t i = 0; i < longValue.size(); i += 7) longValue[i] = '\t';
+    const std::string values[] = {
+        "it's \"quoted\" ''twice''",     "tab\there\nline\r\nbreak", "C:\\Programme\\Korvel\\x41 \\Q",
+        "Grüße aus Köln, Straße, ÄÖÜ", "\x01\x1F control",         longValue,
+    };
+    int n = 0;
+    for (const std::string &v : values) {
+        std::string item = "Item" + std::to_string(n++);
+        EXPECT_EQ(Kodbc_WriteSysTableString(hdbc_, "Query1", "VIEW", item.c_str(), v.c_str()), KODBC_SUCCESS);
+        const std::string back = Read("Query1", "VIEW", item.c_str());
+        // The long one is cut so that the statement stays closed, not split.
+        EXPECT_EQ(back, v.substr(0, &v == &values[5] ? back.size() : std::string::npos)) << item;
+    }
+    const std::size_t cut = Read("Query1", "VIEW", "Item5").size();
+    EXPECT_TRUE(cut > 700 && cut < 1000) << cut;
+    // Writing again replaces rather than adds.
+    EXPECT_EQ(Kodbc_WriteSysTableString(hdbc_, "Query1", "VIEW", "Item0", "neu"), KODBC_SUCCESS);
+    EXPECT_EQ(Read("Query1", "VIEW", "Item0"), "neu");
+    EXPECT_EQ(SysTableRows(), 7);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+TEST_P(TableOps, SysTableDeleteByAnEmptyValueOneItemOrAllItemsOfObjectAndType) {
+    EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form1", "FORM", "Left"), 0);  // no table yet
+    for (const char *item : {"Left", "Top", "Width", "Height"})
+        Kodbc_WriteSysTableString(hdbc_, "Form1", "FORM", item, "1");
+    Kodbc_WriteSysTableString(hdbc_, "Form1", "REPORT", "Left", "2");
+    Kodbc_WriteSysTableString(hdbc_, "Form2", "FORM", "Left", "3");
+    ASSERT_EQ(SysTableRows(), 6);
+
+    EXPECT_EQ(Kodbc_WriteSysTableString(hdbc_, "Form1", "FORM", "Height", " "), KODBC_SUCCESS);
+    EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form1", "FORM", "Top"), KODBC_SUCCESS);
+    EXPECT_EQ(Read("Form1", "FORM", "Height") + Read("Form1", "FORM", "Top") + Read("Form1", "FORM", "Left"),
+              "defaultdefault1");
+    EXPECT_EQ(SysTableRows(), 4);  // the blank value is no row
+    EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form1", "FORM", "NoSuchItem"), KODBC_SUCCESS);
+    EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form1", "FORM", ""), KODBC_SUCCESS);
+    EXPECT_EQ(Read("Form1", "REPORT", "Left") + Read("Form2", "FORM", "Left"), "23");
+    // Blank object or type: nothing happens, and that counts as done.
+    EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "", "FORM", nullptr), KODBC_SUCCESS);
+    EXPECT_EQ(Kodbc_DeleteSysTableItem(hdbc_, "Form2", "\t", nullptr), KODBC_SUCCESS);
+    EXPECT_EQ(SysTableRows(), 2);
+    EXPECT_TRUE(messages_.entries().empty());
+}
+
+// PostgreSQL without a BLOB type: the creation fails and is shown once;
+// reads keep the default, writes change nothing.
+TEST_P(TableOps, SysTableFailedCreationIsShownAndTheDefaultStays) {
+    if (DbmsName() != "PostgreSQL") GTEST_SKIP() << "BLOB exists here";
+    Exec("DROP DOMAIN blob");
+    EXPECT_EQ(Guarded(30, [&](char *out, int n) {
+                  EXPECT_EQ(Kodbc_ReadSysTableString(hdbc_, "Form1", "FORM", "Width", "640", out, n), KODBC_FAILURE);
+              }),
+              "640");
+    ASSERT_EQ(messages_.entries().size(), 1u);
+    EXPECT_EQ(messages_.entries()[0].kind, KODBC_MESSAGE_ODBC_ERROR);
+    EXPECT_NE(messages_.entries()[0].statement.find("ItemValue BLOB)"), std::string::npos);
+    EXPECT_EQ(Kodbc_WriteSysTableString(hdbc_, "Form1", "FORM", "Width", "800"), KODBC_FAILURE);
+    EXPECT_FALSE(SysTableExists());
 }
 
 } // namespace
