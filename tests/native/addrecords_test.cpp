@@ -120,9 +120,8 @@ protected:
         DataSourceTest::SetUp();
         OwnTables({"ar_src", "ar_src2", "ar_dst"});
         Exec("CREATE TABLE ar_src (id INTEGER, name VARCHAR(30), betrag FLOAT, tag DATE)");
-        Exec("INSERT INTO ar_src VALUES (1, 'O''Neil', 3.5, '2024-03-01')");
-        Exec("INSERT INTO ar_src VALUES (2, 'Mei" + Backslash() + "er', -2, NULL)");
-        Exec("INSERT INTO ar_src VALUES (3, 'Schulze', NULL, '1999-12-31')");
+        Exec("INSERT INTO ar_src VALUES (1, 'O''Neil', 3.5, '2024-03-01'), (2, 'Mei" + Backslash() +
+             "er', -2, NULL), (3, 'Schulze', NULL, '1999-12-31')");
         Exec("CREATE TABLE ar_src2 (name VARCHAR(30))");
         Exec("CREATE TABLE ar_dst (id INTEGER, name VARCHAR(30), betrag VARCHAR(20), tag VARCHAR(12),"
              " note VARCHAR(30), anzahl INTEGER)");

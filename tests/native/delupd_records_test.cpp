@@ -8,7 +8,6 @@
 #include <kodbc/kodbc_wizards.h>
 #include <korvel/korvel32.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -28,9 +27,7 @@ protected:
         if (HasFatalFailure()) return;
         OwnTables({"kc_delupd", "kc_delupd_b"});
         Exec("CREATE TABLE kc_delupd (nr INTEGER, ort VARCHAR(40), umsatz NUMERIC(12,2), zahl INTEGER)");
-        Exec("INSERT INTO kc_delupd VALUES (1, 'Berlin', 100, 1)");
-        Exec("INSERT INTO kc_delupd VALUES (2, 'Bonn', 200, 2)");
-        Exec("INSERT INTO kc_delupd VALUES (3, 'Bremen', 300, 3)");
+        Exec("INSERT INTO kc_delupd VALUES (1, 'Berlin', 100, 1), (2, 'Bonn', 200, 2), (3, 'Bremen', 300, 3)");
         Exec("CREATE TABLE kc_delupd_b (kennung INTEGER)");
         messages_.clear();
     }
