@@ -8,7 +8,6 @@
 #include <kodbc/kodbc_wizards.h>
 #include <korvel/korvel32.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -28,9 +27,7 @@ protected:
         if (HasFatalFailure()) return;
         OwnTables({"kc_delupd", "kc_delupd_b"});
         Exec("CREATE TABLE kc_delupd (nr INTEGER, ort VARCHAR(40), umsatz NUMERIC(12,2), zahl INTEGER)");
-        Exec("INSERT INTO kc_delupd VALUES (1, 'Berlin', 100, 1)");
-        Exec("INSERT INTO kc_delupd VALUES (2, 'Bonn', 200, 2)");
-        Exec("INSERT INTO kc_delupd VALUES (3, 'Bremen', 300, 3)");
+        Exec("INSERT INTO kc_delupd VALUES (1, 'Berlin', 100, 1), (2, 'Bonn', 200, 2), (3, 'Bremen', 300, 3)");
         Exec("CREATE TABLE kc_delupd_b (kennung INTEGER)");
         messages_.clear();
     }
@@ -42,21 +39,19 @@ protected:
 KODBC_DATA_SOURCE_TEST_SUITE(RecordWizards);
 
 TEST_P(RecordWizards, DeleteCountsShowsAndDeletes) {
-    struct Case {
+    const struct {
         const char *what;
         std::string selDesc;
         long count;
         const char *summary;
         std::vector<std::string> left;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"a condition", Line("ort", "BW", "Br", 12), 1, "insgesamt  1  Datens", {"1", "2"}},
-        {"a condition matching nothing still runs", Line("nr", "GT", "99", 4), 0, "Es befinden sich keine",
-         {"1", "2"}},
+        {"a condition matching nothing still runs", Line("nr", "GT", "99", 4), 0, "Es befinden sich keine", {"1", "2"}},
         {"two groups", Line("nr", "EQ", "1", 4) + "\v" + Line("ort", "EQ", "Bonn", 12) + "\v", 2,
          "insgesamt  2  Datens", {}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         char text[kPageTextSize];
         EXPECT_EQ(Kodbc_DeleteRecordsSummary(hdbc_, "kc_delupd", c.selDesc.c_str(), text, sizeof text), c.count);
@@ -74,8 +69,7 @@ TEST_P(RecordWizards, DeleteCountsShowsAndDeletes) {
 // The records are counted with the whole condition; a statement that would
 // hold less of it (or less of the assignments) must not run at all.
 TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefused) {
-    // One group of three conditions of about 190 characters: together more
-    // than the statement's 500 bytes, matching no record.
+    // Three conditions of about 190 characters: more than the statement's 500 bytes.
     std::string longGroup;
     for (int i = 0; i < 3; ++i) longGroup += Line("ort", "CT", std::string(180, 'x'), 12);
     // Two of 225 characters: the condition fits its 500 bytes, the statement not.
@@ -85,83 +79,70 @@ TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefus
     // A formula whose SET clause "zahl=..." has 299 characters, and one with two more.
     std::string fitting = "zahl+1";
     while (fitting.size() < 294) fitting += "+0";
-    const std::string tooLong = fitting + "+0";
     const std::string shortSet = Line("zahl", "SFO", "zahl+1", 4);
-    const std::string fittingSet = Line("zahl", "SFO", fitting, 4), longSet = Line("zahl", "SFO", tooLong, 4);
+    const std::string fittingSet = Line("zahl", "SFO", fitting, 4), longSet = Line("zahl", "SFO", fitting + "+0", 4);
 
-    struct Case {
+    const struct {
         const char *what;
         std::string selDesc;
         const std::string *setDesc;  // null: delete
         int refusal;
-        std::vector<std::string> zahl;  // afterwards; nothing deleted in any case
+    } cases[] = {
+        {"delete, a group that would vanish", longGroup, nullptr, 2171},
+        {"delete, a group after one that fits", Line("nr", "EQ", "3", 4) + "\v" + longGroup + "\v", nullptr, 2171},
+        {"delete, a statement cut at its end", nearlyFits, nullptr, 2171},
+        {"update, a group that would vanish", longGroup, &shortSet, 2171},
+        {"update, assignments cut inside a value", second, &longSet, 2172},
+        {"update, assignments that just fit", second, &fittingSet, 0},
     };
-    const Case cases[] = {
-        {"delete, a group that would vanish", longGroup, nullptr, 2171, {"1", "2", "3"}},
-        {"delete, a group after one that fits",
-         Line("nr", "EQ", "3", 4) + "\v" + longGroup + "\v", nullptr, 2171, {"1", "2", "3"}},
-        {"delete, a statement cut at its end", nearlyFits, nullptr, 2171, {"1", "2", "3"}},
-        {"update, a group that would vanish", longGroup, &shortSet, 2171, {"1", "2", "3"}},
-        {"update, assignments cut inside a value", second, &longSet, 2172, {"1", "2", "3"}},
-        {"update, assignments that just fit", second, &fittingSet, 0, {"1", "3", "3"}},
-    };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         messages_.clear();
         const char *set = c.setDesc ? c.setDesc->c_str() : nullptr;
         EXPECT_EQ(RecordStatementRefusal(hdbc_, "kc_delupd", c.selDesc.c_str(), set), c.refusal);
-        PageDecision left;
-        if (set) {
-            auto upd = CreateUpdateRecordsContext(hdbc_, nullptr, 0);
-            ASSERT_TRUE(upd);
-            StoreTableName(upd->table, "kc_delupd");
-            KorvelCopyString(upd->selDesc.get(), c.selDesc.c_str(), upd->selDesc.capacity);
-            KorvelCopyString(upd->setDesc.get(), set, upd->setDesc.capacity);
-            ASSERT_TRUE(LeaveAssignmentPage(*upd, kForwards).goOn) << "the assignment page checks as it always has";
-            left = LeaveConfirmationPage(*upd, kForwards);
-        } else {
-            auto del = CreateDeleteRecordsContext(hdbc_, nullptr, 0);
-            ASSERT_TRUE(del);
-            StoreTableName(del->table, "kc_delupd");
-            KorvelCopyString(del->selDesc.get(), c.selDesc.c_str(), del->selDesc.capacity);
-            left = LeaveSummaryPage(*del, kForwards);
-            EXPECT_EQ(Kodbc_DeleteRecords(hdbc_, "kc_delupd", c.selDesc.c_str()), KODBC_FAILURE);
-        }
-        EXPECT_EQ(left.goOn, c.refusal == 0);
-        EXPECT_EQ(left.messageId, c.refusal);
         EXPECT_EQ(Kodbc_CheckRecordStatement(hdbc_, "kc_delupd", c.selDesc.c_str(), set),
                   c.refusal ? KODBC_FAILURE : KODBC_SUCCESS);
-        EXPECT_EQ(Rows("zahl"), c.zahl);
-        EXPECT_EQ(OdbcErrors(), 0u);
-        for (const auto &entry : messages_.entries())
-            EXPECT_NE(entry.text.find(c.refusal == 2172 ? "Zuweisungen sind zu lang" : "Bedingungen sind zu lang"),
-                      std::string::npos)
-                << entry.text;
-        EXPECT_EQ(messages_.entries().empty(), c.refusal == 0);
+        ASSERT_EQ(messages_.entries().size(), c.refusal ? 1u : 0u);
+        const char *said = c.refusal == 2172 ? "Zuweisungen sind zu lang" : "Bedingungen sind zu lang";
+        EXPECT_EQ(messages_.last_text().find(said) != std::string::npos, c.refusal != 0) << messages_.last_text();
     }
+    // The delete and the pages refuse alike; the update that fits runs.
+    auto del = CreateDeleteRecordsContext(hdbc_, nullptr, 0);
+    StoreTableName(del->table, "kc_delupd");
+    KorvelCopyString(del->selDesc.get(), longGroup.c_str(), del->selDesc.capacity);
+    EXPECT_EQ(LeaveSummaryPage(*del, kForwards).messageId, 2171);
+    EXPECT_EQ(Kodbc_DeleteRecords(hdbc_, "kc_delupd", longGroup.c_str()), KODBC_FAILURE);
+    auto upd = CreateUpdateRecordsContext(hdbc_, nullptr, 0);
+    StoreTableName(upd->table, "kc_delupd");
+    KorvelCopyString(upd->selDesc.get(), second.c_str(), upd->selDesc.capacity);
+    for (const auto &[set, refusal] : {std::pair{&longSet, 2172}, {&fittingSet, 0}}) {
+        KorvelCopyString(upd->setDesc.get(), set->c_str(), upd->setDesc.capacity);
+        ASSERT_TRUE(LeaveAssignmentPage(*upd, kForwards).goOn) << "the assignment page checks as it always has";
+        const PageDecision left = LeaveConfirmationPage(*upd, kForwards);
+        EXPECT_EQ(left.goOn, refusal == 0);
+        EXPECT_EQ(left.messageId, refusal);
+    }
+    EXPECT_EQ(Rows("zahl"), (std::vector<std::string>{"1", "3", "3"}));
+    EXPECT_EQ(OdbcErrors(), 0u);
 }
 
 TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKeepsThem) {
     TableRecord record{};
     record.Object.DbObjectType = KODBC_OBJECT_TABLE;
     auto del = CreateDeleteRecordsContext(hdbc_, &record, 7);
-    ASSERT_TRUE(del);
     PageDecision refused = LeaveTablePage(*del, kForwards, nullptr);
     EXPECT_FALSE(refused.goOn);
     EXPECT_EQ(refused.messageId, 1625);
     EXPECT_EQ(refused.focus, PageFocus::TableList);
-    EXPECT_NE(messages_.last_text().find("Tabelle ausgew"), std::string::npos) << messages_.last_text();
     EXPECT_TRUE(LeaveTablePage(*del, kLeaveBackwards, nullptr).goOn);
 
     const std::string condition = Line("nr", "EQ", "2", 4);
-    struct Step {
+    const struct {
         const char *table;
         bool keeps;
         const char *field;
-    };
-    const Step steps[] = {{"kc_delupd", false, "umsatz"}, {"KC_DELUPD", true, "umsatz"},
-                          {"kc_delupd_b", false, "kennung"}};
-    for (const Step &s : steps) {
+    } steps[] = {{"kc_delupd", false, "umsatz"}, {"KC_DELUPD", true, "umsatz"}, {"kc_delupd_b", false, "kennung"}};
+    for (const auto &s : steps) {
         SCOPED_TRACE(s.table);
         KorvelCopyString(del->selDesc.get(), condition.c_str(), del->selDesc.capacity);
         SelectTable(*del, s.table);
@@ -172,7 +153,6 @@ TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKe
     }
 
     auto upd = CreateUpdateRecordsContext(hdbc_, &record, 7);
-    ASSERT_TRUE(upd);
     ASSERT_TRUE(LeaveTablePage(*upd, kForwards, "kc_delupd").goOn);
     EXPECT_NE(std::string(upd->fieldList.get()).find("zahl"), std::string::npos);
     KorvelCopyString(upd->selDesc.get(), condition.c_str(), upd->selDesc.capacity);
@@ -186,7 +166,6 @@ TEST_P(RecordWizards, AnotherTableEmptiesTheConditionsTheSameNameInAnotherCaseKe
 
 TEST_P(RecordWizards, UpdatePagesRefuseNothingToDoAndRunTheStatementEachTimeTheyAreLeft) {
     auto upd = CreateUpdateRecordsContext(hdbc_, nullptr, 0);
-    ASSERT_TRUE(upd);
     ASSERT_TRUE(LeaveTablePage(*upd, kForwards, "kc_delupd").goOn);
 
     KorvelCopyString(upd->selDesc.get(), Line("nr", "GT", "99", 4).c_str(), upd->selDesc.capacity);
@@ -204,7 +183,6 @@ TEST_P(RecordWizards, UpdatePagesRefuseNothingToDoAndRunTheStatementEachTimeThey
     PageDecision empty = LeaveAssignmentPage(*upd, kForwards);
     EXPECT_FALSE(empty.goOn);
     EXPECT_EQ(empty.messageId, 1635);
-    EXPECT_NE(messages_.last_text().find("mindestens ein Feld"), std::string::npos) << messages_.last_text();
 
     KorvelCopyString(upd->setDesc.get(), Line("zahl", "SFO", "zahl+10", 4).c_str(), upd->setDesc.capacity);
     ASSERT_TRUE(LeaveAssignmentPage(*upd, kForwards).goOn);
@@ -226,8 +204,7 @@ TEST_P(RecordWizards, UpdatePagesRefuseNothingToDoAndRunTheStatementEachTimeThey
     EXPECT_EQ(OdbcErrors(), 1u);
 }
 
-// Each kind of assignment is the clause's own rule, run on every data source
-// by the clause tests; here the statement around it.
+// Each kind of assignment is the clause tests' rule; here the statement around it.
 TEST_P(RecordWizards, UpdateChangesTheSelectedRowsOrSaysWhyNot) {
     const std::string second = Line("nr", "EQ", "2", 4);
     long count = -1;
@@ -250,25 +227,19 @@ TEST_P(RecordWizards, UpdateChangesTheSelectedRowsOrSaysWhyNot) {
 
 TEST_P(RecordWizards, EveryStatementIsOfferedToTheDumpAndTheSummaryCountsTwice) {
     const std::string condition = Line("nr", "LE", "2", 4);
-    auto offered = [this](const char *start) {
-        std::size_t n = 0;
-        for (const auto &e : messages_.entries())
-            n += e.kind == KODBC_MESSAGE_YESNOCANCEL && e.text.rfind(start, 0) == 0;
-        return n;
-    };
     SetDumpState(KORVEL_DUMP_ASK);
     messages_.set_answer(KODBC_ANSWER_YES);
     char text[kPageTextSize];
     EXPECT_EQ(Kodbc_DeleteRecordsSummary(hdbc_, "kc_delupd", condition.c_str(), text, sizeof text), 2);
-    EXPECT_EQ(offered("SELECT Count(*)"), 2u);
-
-    messages_.clear();
     messages_.set_answer(KODBC_ANSWER_NO);
     EXPECT_EQ(Kodbc_DeleteRecords(hdbc_, "kc_delupd", condition.c_str()), KODBC_FAILURE);
-    EXPECT_EQ(offered("DELETE from "), 1u);
-    EXPECT_EQ(messages_.entries().size(), 1u) << "a refusal is silent";
     SetDumpState(0);
     EXPECT_EQ(Rows("nr").size(), 3u);
+    std::vector<std::string> offered;  // the refusal itself is silent
+    for (const auto &e : messages_.entries()) offered.push_back(std::to_string(e.kind) + " " + e.text.substr(0, 12));
+    const std::string question = std::to_string(KODBC_MESSAGE_YESNOCANCEL) + " ";
+    EXPECT_EQ(offered, (std::vector<std::string>{question + "SELECT Count", question + "SELECT Count",
+                                                 question + "DELETE from "}));
 }
 
 } // namespace

@@ -1,16 +1,14 @@
-// Add records against every data source: the preset mapping and when the
-// source-table page keeps or rebuilds it, the page checks, the statement
-// builders, and whole runs (add, replace, empty source, cancel, failure).
+// Add records: without a data source which types may fill which, how values are converted and
+// the literals and conditions they become; on every data source the preset mapping, the page
+// checks, the statement builders and whole runs.
 #include "test_support.h"
 
 #include "wizards/add_records.h"
 #include "wizards/add_records_run.h"
 #include "wizards/record_statements.h"
 #include "wizards/record_wizard_common.h"
+#include "wizards/value_conversion.h"
 
-#include <korvel/korvel32.h>
-
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -19,6 +17,99 @@ namespace kodbc::test {
 namespace {
 
 using namespace kodbc::wizards;
+
+TEST(AddRecordsValues, TypeCompatibility) {
+    struct Case { int source, destination; bool compatible; };
+    const Case cases[] = {
+        {KODBC_TYPE_INTEGER, KODBC_TYPE_LONG_TEXT, true},  {KODBC_TYPE_FLOAT, KODBC_TYPE_INTEGER, true},
+        {KODBC_TYPE_INTEGER, KODBC_TYPE_DATETIME, false},  {KODBC_TYPE_FLOAT, KODBC_TYPE_BINARY, false},
+        {KODBC_TYPE_DATETIME, KODBC_TYPE_VAR_TEXT, true},  {KODBC_TYPE_DATETIME, KODBC_TYPE_LONG_TEXT, false},
+        {KODBC_TYPE_DATETIME, KODBC_TYPE_FLOAT, false},    {KODBC_TYPE_DATETIME, KODBC_TYPE_DATETIME, true},
+        {KODBC_TYPE_VAR_TEXT, KODBC_TYPE_DATETIME, true},  {KODBC_TYPE_BINARY, KODBC_TYPE_INTEGER, true},
+        {0, KODBC_TYPE_DATETIME, true},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(IsTypeCompatible(c.source, c.destination), c.compatible) << c.source << " -> " << c.destination;
+}
+
+TEST(AddRecordsValues, Conversion) {
+    struct Case { int source, destination; const char *value, *expected; };
+    const Case cases[] = {
+        {KODBC_TYPE_FLOAT, KODBC_TYPE_VAR_TEXT, "3,5", "35"},  // the comma is dropped, not translated
+        {KODBC_TYPE_FLOAT, KODBC_TYPE_FIXED_TEXT, "-1.5e3", "-1.53"},
+        {KODBC_TYPE_INTEGER, KODBC_TYPE_LONG_TEXT, "+1.234 Stk", "+1234"},
+        {KODBC_TYPE_DATETIME, KODBC_TYPE_VAR_TEXT, "2024-03-01 10:11:12", "01.03.2024"},
+        {KODBC_TYPE_VAR_TEXT, KODBC_TYPE_DATETIME, "1.3.24", "2024-03-01 00:00:00"},
+        {KODBC_TYPE_FIXED_TEXT, KODBC_TYPE_DATETIME, "kein Datum", "1900-01-01 00:00:00"},
+        {KODBC_TYPE_DATETIME, KODBC_TYPE_DATETIME, "2024-03-01", "2024-03-01"},
+        {KODBC_TYPE_VAR_TEXT, KODBC_TYPE_INTEGER, "12a", "12a"},
+        {KODBC_TYPE_VAR_TEXT, KODBC_TYPE_VAR_TEXT, "O'Neil, 3,5", "O'Neil, 3,5"},
+    };
+    std::string out = "left over from the previous record";
+    for (const Case &c : cases) {
+        ASSERT_TRUE(ConvertSourceValue(c.source, c.destination, c.value, out));
+        EXPECT_EQ(out, c.expected) << c.value << ": " << c.source << " -> " << c.destination;
+    }
+}
+
+TEST(AddRecordsValues, LiteralsAndMappingRows) {
+    struct Case { int mode, type; const char *fixed, *value; bool null; const char *literal, *source, *sourceType; };
+    const Case cases[] = {
+        {kFillLeaveEmpty, KODBC_TYPE_VAR_TEXT, "x", "y", false, "NULL", "", ""},
+        {kFillFixedValue, KODBC_TYPE_INTEGER, "O'Neil", "", true, "'O'Neil'", "'O'Neil'", "Fester Wert"},
+        {kFillFixedValue, KODBC_TYPE_VAR_TEXT, "", "", true, "NULL", "''", "Fester Wert"},
+        {kFillSourceField, KODBC_TYPE_VAR_TEXT, "", "O'Neil", false, "'O''Neil'", "name", "VarText (30)"},
+        {kFillSourceField, KODBC_TYPE_FLOAT, "", "3.5", false, "3.5", "name", "VarText (30)"},
+        {kFillSourceField, KODBC_TYPE_INTEGER, "", "", false, "NULL", "name", "VarText (30)"},
+        {kFillSourceField, KODBC_TYPE_VAR_TEXT, "", "stale", true, "NULL", "name", "VarText (30)"},
+    };
+    for (const Case &c : cases) {
+        AddRecField field{.destinationName = "ziel", .destinationType = c.type, .mode = c.mode, .sourceField = "name",
+                          .sourceType = KODBC_TYPE_VAR_TEXT, .sourceLength = 30, .value = c.value,
+                          .valueIsNull = c.null, .fixedValue = c.fixed};
+        char text[100];
+        korvel::BoundedText out(text, sizeof text);
+        AppendValueLiteral(out, field);
+        EXPECT_STREQ(text, c.literal) << c.mode << " " << c.value;
+        MappingRowTexts row = MappingRowText(field);
+        EXPECT_EQ(row.source, c.source);
+        EXPECT_EQ(row.sourceType, c.sourceType);
+        field.readOnly = true;  // a read-only field shows no source whatever its mode
+        row = MappingRowText(field);
+        EXPECT_EQ(row.source + row.sourceType, "");
+        EXPECT_EQ(row.destination, "ziel");
+    }
+    EXPECT_EQ(TypeText(KODBC_TYPE_INTEGER, 0), "Ganzzahl");
+}
+
+TEST(AddRecordsValues, IdentifyingConditionAndCuts) {
+    char condition[kIdentifyingConditionSize];
+    // A type unknown is quoted; the condition is cut to its 300 characters.
+    for (const auto &[value, type, expected] :
+         {std::tuple{std::string("42"), SQL_DECIMAL, std::string("nr=42")}, {"O'N", SQL_VARCHAR, "nr='O''N'"},
+          {"4", 0, "nr='4'"}, {std::string(400, 'x'), SQL_CHAR, "nr='" + std::string(295, 'x') + "'"}}) {
+        BuildIdentifyingCondition("nr", value, type, condition, sizeof condition);
+        EXPECT_EQ(condition, expected);
+    }
+
+    // A doubled quote goes in whole or not at all.
+    char literal[6];
+    korvel::BoundedText out(literal, sizeof literal);
+    EXPECT_FALSE(AppendStringLiteral(out, "ab'c"));
+    EXPECT_STREQ(literal, "'ab'");
+}
+
+// A driver with one active statement per connection fails the first INSERT while the source
+// query is open on the destination's connection.
+TEST(AddRecordsValues, TheDestinationsConnectionReadsTheSourceOnlyWhereThatServesBoth) {
+    const struct { ConnectionSharing sharing; bool shares; } cases[] = {
+        {{false, 0, true}, false}, {{true, 1, false}, false}, {{true, 0, false}, true},
+        {{true, 2, false}, true},  {{true, 1, true}, true},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(SharesSourceConnection(c.sharing), c.shares)
+            << c.sharing.sameLogin << " " << c.sharing.activeStatements << " " << c.sharing.fileDatabase;
+}
 
 class AddRecords : public DataSourceTest {
 protected:
@@ -29,9 +120,8 @@ protected:
         DataSourceTest::SetUp();
         OwnTables({"ar_src", "ar_src2", "ar_dst"});
         Exec("CREATE TABLE ar_src (id INTEGER, name VARCHAR(30), betrag FLOAT, tag DATE)");
-        Exec("INSERT INTO ar_src VALUES (1, 'O''Neil', 3.5, '2024-03-01')");
-        Exec("INSERT INTO ar_src VALUES (2, 'Mei" + Backslash() + "er', -2, NULL)");
-        Exec("INSERT INTO ar_src VALUES (3, 'Schulze', NULL, '1999-12-31')");
+        Exec("INSERT INTO ar_src VALUES (1, 'O''Neil', 3.5, '2024-03-01'), (2, 'Mei" + Backslash() +
+             "er', -2, NULL), (3, 'Schulze', NULL, '1999-12-31')");
         Exec("CREATE TABLE ar_src2 (name VARCHAR(30))");
         Exec("CREATE TABLE ar_dst (id INTEGER, name VARCHAR(30), betrag VARCHAR(20), tag VARCHAR(12),"
              " note VARCHAR(30), anzahl INTEGER)");
@@ -75,7 +165,6 @@ TEST_P(AddRecords, MappingPresetKeptForTheSameSourceRebuiltForAnother) {
                                          kFillLeaveEmpty, kFillLeaveEmpty}));
     EXPECT_EQ(Field("betrag").sourceType, KODBC_TYPE_FLOAT);
     EXPECT_EQ(Field("tag").sourceType, KODBC_TYPE_DATETIME);
-    EXPECT_EQ(Field("anzahl").destinationType, KODBC_TYPE_INTEGER);
     EXPECT_EQ(MappingRowText(Field("name")).destinationType, "VarText (30)");
 
     ASSERT_TRUE(ApplyFieldChoice(Field("note"), kFillFixedValue, "fest", nullptr));
@@ -87,10 +176,7 @@ TEST_P(AddRecords, MappingPresetKeptForTheSameSourceRebuiltForAnother) {
     EXPECT_FALSE(LeaveSourceTablePage(*context_, "ar_src2").stays());
     EXPECT_EQ(Modes(), (std::vector<int>{kFillLeaveEmpty, kFillSourceField, kFillLeaveEmpty, kFillLeaveEmpty,
                                          kFillLeaveEmpty, kFillLeaveEmpty}));
-    char remembered[kSourceTableSize];
-    Korvel_ReadRegistryString(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, "AddRecords", "Table",
-                              nullptr, remembered, sizeof remembered);
-    EXPECT_STREQ(remembered, "ar_src2");
+    EXPECT_STREQ(CreateAddRecordsContext(hdbc_, nullptr)->sourceTable, "ar_src2");  // remembered
 }
 
 TEST_P(AddRecords, PageChecks) {
@@ -125,11 +211,8 @@ TEST_P(AddRecords, PageChecks) {
     EXPECT_EQ(SummaryText(*context_), "Es werden 3 Datensätze aus der Quelltabelle importiert.");
 }
 
-// As the wizard runs: the source page opens a connection of its own to the
-// data source, here the destination's own, and remembers the choices. The
-// rows are read on the destination's connection where that serves both (a
-// file database must not lock itself out while they are read), never where
-// the driver runs one statement at a time.
+// The source page opens a connection of its own and remembers the choices; the rows are read on
+// the destination's connection where that serves both (a file database must not lock itself out).
 TEST_P(AddRecords, SourceOnItsOwnConnectionAndTheChoicesRemembered) {
     DataSourceRecord entered{};
     EXPECT_EQ(LeaveSourceDataSourcePage(*context_, entered).messageId, 1608);
@@ -152,9 +235,7 @@ TEST_P(AddRecords, SourceOnItsOwnConnectionAndTheChoicesRemembered) {
     LeaveIdFieldsPage(*context_, kRecordModeAdd, "nr", "id2");
     auto reloaded = CreateAddRecordsContext(hdbc_, nullptr);
     EXPECT_STREQ(reloaded->source.DataSourceName, GetParam().c_str());
-    EXPECT_STREQ(reloaded->sourceTable, "ar_src");
-    EXPECT_STREQ(reloaded->sourceIdField, "nr");
-    EXPECT_STREQ(reloaded->destIdField, "id2");
+    EXPECT_EQ(std::string(reloaded->sourceIdField) + "/" + reloaded->destIdField, "nr/id2");
     ActivateSourceDataSourcePage(*context_);  // drops the source connection
     EXPECT_EQ(context_->sourceDbc, nullptr);
 }
@@ -192,7 +273,7 @@ TEST_P(AddRecords, StatementBuilders) {
 // which keep what was written.
 TEST_P(AddRecords, RunsAddReplaceAndEndEarly) {
     const std::vector<std::string> all = {"O'Neil", "Mei\\er", "Schulze"};
-    struct Case {
+    const struct {
         const char *what, *source;
         int mode;
         long cancelAt;
@@ -200,15 +281,14 @@ TEST_P(AddRecords, RunsAddReplaceAndEndEarly) {
         long read, written;
         bool cancelled, stopped;
         std::vector<std::string> names;  // in the destination by id
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"add", "ar_src", kRecordModeAdd, 0, "fest", 3, 3, false, false, all},
         {"replace", "ar_src", kRecordModeReplace, 0, "", 3, 3, false, false, all},
         {"cancelled after the second record", "ar_src", kRecordModeAdd, 2, "", 2, 2, true, false, {"O'Neil", "Mei\\er"}},
         {"a typed quote breaks the statement", "ar_src", kRecordModeAdd, 0, "a'b", 1, 0, false, true, {}},
         {"an empty source runs no statement", "ar_src2", kRecordModeAdd, 0, "", 0, 0, false, false, {}},
     };
-    for (const Case &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.what);
         Exec("DELETE FROM ar_dst");
         if (c.mode == kRecordModeReplace) Exec("INSERT INTO ar_dst (id, name) VALUES (2, 'alt')");
@@ -235,10 +315,8 @@ TEST_P(AddRecords, RunsAddReplaceAndEndEarly) {
     }
 }
 
-// Columns named with a point are mapped, read, written and matched as one
-// name each; a text of 1000 multi-byte characters is copied whole; bytes
-// are copied as bytes into a binary column, as their hex digits into a
-// text column, whatever form the driver gives them as text.
+// Columns named with a point are one name each; a text of 1000 multi-byte characters is copied
+// whole; bytes go as bytes into a binary column, as hex digits into a text column.
 TEST_P(AddRecords, PointedNamesLongTextsAndBytes) {
     OwnTables({"ar_pt_src", "ar_pt_dst"});
     const bool postgres = DbmsName() == "PostgreSQL";
@@ -272,11 +350,8 @@ TEST_P(AddRecords, PointedNamesLongTextsAndBytes) {
     EXPECT_EQ(OdbcErrors(), 0u);
 }
 
-
-// The command-line tool's way: one transaction, the added records many to
-// an INSERT. A record the destination refuses (a name it holds once) is
-// named by its number and leaves the destination as it was; a cancel leaves
-// nothing; a run that gets through copies quotes, backslashes and NULLs.
+// The command-line tool's way: one transaction, many records to an INSERT. A refused record is
+// named by its number and leaves the destination as it was; a cancel leaves nothing.
 TEST_P(AddRecords, BatchIsAllOrNothingAndNamesTheRefusedRecord) {
     const long kRecords = 1201;  // three statements, the last not full
     OwnTables({"ar_big_src", "ar_big_dst"});
