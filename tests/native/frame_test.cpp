@@ -8,6 +8,7 @@
 #include "internal/driver_info.h"
 #include "internal/library.h"
 #include "internal/list_header.h"
+#include "internal/odbc_handles.h"
 
 #include <korvel/korvel32.h>
 
@@ -49,8 +50,6 @@ TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
                "Feld  '%s'  wirklich löschen?"},
         {1704, "?YN Soll der Primärschlüssel der Tabelle wirklich gelöscht werden?"},
         {1805, "Selektionsmasken (*.sms)|*.sms|"},
-        {1909, "ist größer oder gleich dem Inhalt von Feld"},
-        {1973, "Spaltenname|130\tDatentyp|100\tLeer erlaubt|70|C\tVorbesetzung|130\tKommentar|300"},
         {2163, "Es werden insgesamt  %ld  Datensätze aus der Tabelle gelöscht.\n\nDrücken Sie auf "
                "'Fertigstellen' um die Datensätze endgültig zu löschen."},
         {2910, "Ändern von Datensätzen in einer Tabelle"},
@@ -72,10 +71,10 @@ TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
 // Numbers the table does not hold, and the join type without a label whose
 // text is empty, read as "nothing there"; so does a call without room.
 TEST_F(StringTableTest, MissingEmptyOrNoRoomGivesZeroAndWritesNothing) {
-    for (int id : {0, -1, 1, 1601, 1615, 2901, 3600, 65535, 1000000})
-        EXPECT_EQ(Guarded(50, [&](char *out, int n) { EXPECT_EQ(LoadLibraryString(LibraryInstance(), id, out, n), 0); }),
-                  "")
-            << id;
+    for (int id : {0, -1, 1, 1601, 1615, 2901, 3600, 65535, 1000000}) {
+        auto load = [&](char *out, int n) { EXPECT_EQ(LoadLibraryString(LibraryInstance(), id, out, n), 0); };
+        EXPECT_EQ(Guarded(50, load), "") << id;
+    }
     EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, nullptr, 100), 0);
     for (int size : {0, -5}) {
         GuardedBuffer none(0);
@@ -120,22 +119,19 @@ TEST(ListHeader, CaptionsWidthsAndCentredColumns) {
     for (const auto &c : cases) EXPECT_EQ(ParseListHeader(c.header), c.columns) << c.header;
 }
 
-TEST(FrameIdentity, InstanceVersionAndModuleName) {
-    EXPECT_NE(Kodbc_GetInstance(), nullptr);
-    EXPECT_EQ(Guarded(32, [](char *out, int n) { EXPECT_EQ(Kodbc_GetVersion(out, n), 7); }), "5.2.0.0");
-    EXPECT_EQ(Guarded(5, [](char *out, int n) { Kodbc_GetPoloModuleName(out, n); }), "KODB");
-    GuardedBuffer none(0);
-    EXPECT_EQ(Kodbc_GetPoloModuleName(none.data(), 0), 0);
-    EXPECT_TRUE(none.guards_intact());
-    EXPECT_EQ(Kodbc_GetPoloModuleName(nullptr, 10), 0);
-}
-
-TEST(FrameMessages, ErrorCodesFollowTheTable) {
+TEST(FrameMessages, ErrorCodesAndFileErrorsFollowTheirTables) {
     // 1601 shares 1602's row; 1606 and the end row are no entries.
-    const std::pair<int, unsigned> cases[] = {{1600, 0x8004A014u}, {1601, 0x8004A015u}, {1602, 0x8004A015u},
+    const std::pair<int, unsigned> codes[] = {{1600, 0x8004A014u}, {1601, 0x8004A015u}, {1602, 0x8004A015u},
                                               {1607, 0x8004A02Eu}, {1618, 0x8004A031u}, {1614, 0x8004A034u},
                                               {1606, 0x8004A000u}, {0, 0x8004A000u}};
-    for (const auto &[message, code] : cases) EXPECT_EQ(MessageErrorCode(message), code) << message;
+    for (const auto &[message, code] : codes) EXPECT_EQ(MessageErrorCode(message), code) << message;
+    const struct {
+        int error, errorClass, openMessage;
+    } files[] = {{ENOENT, 3, 1638}, {EACCES, 2, 1637}, {EEXIST, 4, 1639}, {EMFILE, 5, 1640}, {ENOSPC, 6, 1638}};
+    for (const auto &f : files) {
+        EXPECT_EQ(FileErrorClass(f.error), f.errorClass) << f.error;
+        EXPECT_EQ(FileOpenErrorMessage(f.error), f.openMessage) << f.error;
+    }
 }
 
 TEST(FrameMessages, MessageReachesTheHandlerWithPrefixAndArguments) {
@@ -160,16 +156,6 @@ TEST(FrameMessages, MessageReachesTheHandlerWithPrefixAndArguments) {
     }
 }
 
-TEST(FrameFiles, ErrorClassAndOpenMessageFromErrno) {
-    const struct {
-        int error, errorClass, openMessage;
-    } cases[] = {{ENOENT, 3, 1638}, {EACCES, 2, 1637}, {EEXIST, 4, 1639}, {EMFILE, 5, 1640}, {ENOSPC, 6, 1638}};
-    for (const auto &c : cases) {
-        EXPECT_EQ(FileErrorClass(c.error), c.errorClass) << c.error;
-        EXPECT_EQ(FileOpenErrorMessage(c.error), c.openMessage) << c.error;
-    }
-}
-
 TEST(DatabaseType, DecidedByTheWholeNameExceptOracle) {
     const std::pair<const char *, int> cases[] = {
         {"Microsoft SQL Server", KODBC_DBTYPE_SQLSERVER}, {"MICROSOFT sql SERVER", KODBC_DBTYPE_SQLSERVER},
@@ -186,7 +172,7 @@ TEST(DiagnosticSplit, BracketsGiveVendorComponentDataSourceAndText) {
     const struct {
         std::string message, fields;  // vendor|component|data source|description
     } cases[] = {
-        {"[unixODBC][Driver Manager][kodbc_pg]connection refused", "unixODBC|Driver Manager|kodbc_pg|connection refused"},
+        {"[unixODBC][Driver Manager][kodbc_pg]refused", "unixODBC|Driver Manager|kodbc_pg|refused"},
         {"[A][B]text", "A|B||text"},
         {"no such table: x (1)", "no such table: x (1)|||"},
         // Only leading "[" are removed; a "]" inside the description stays.
@@ -214,7 +200,23 @@ TEST(Tolerance, ListsWithoutAHandle) {
             << (c.list ? c.list : "(null)") << " rc " << c.rc;
 }
 
-TEST(Connect, RefusesArgumentsAndNamesAndTakesASetPairAsConnected) {
+TEST(FrameWithoutConnection, IdentityDriverQueriesAndConnectRefusals) {
+    EXPECT_NE(Kodbc_GetInstance(), nullptr);
+    EXPECT_EQ(Guarded(32, [](char *out, int n) { EXPECT_EQ(Kodbc_GetVersion(out, n), 7); }), "5.2.0.0");
+    EXPECT_EQ(Guarded(5, [](char *out, int n) { Kodbc_GetPoloModuleName(out, n); }), "KODB");
+    GuardedBuffer none(0);
+    EXPECT_EQ(Kodbc_GetPoloModuleName(none.data(), 0), 0);
+    EXPECT_TRUE(none.guards_intact());
+    EXPECT_EQ(Kodbc_GetPoloModuleName(nullptr, 10), 0);
+
+    EXPECT_EQ(Kodbc_GetDatabaseType(nullptr), KODBC_DBTYPE_OTHER);
+    EXPECT_EQ(Kodbc_GetDelimiter(nullptr), 0);
+    EXPECT_EQ(Kodbc_GetSchemaUsage(nullptr), 0u);
+    EXPECT_EQ(Guarded(8, [](char *out, int n) { Kodbc_GetDatabaseName(nullptr, out, n); }), "");
+    char untouched[4] = "xyz";
+    Kodbc_GetDataSourceName(nullptr, untouched, 0);
+    EXPECT_STREQ(untouched, "xyz");
+
     MessageRecorder recorder;
     DataSourceRecord source{};
     SQLHENV henv = nullptr;
@@ -255,36 +257,15 @@ TEST(Connect, RefusesArgumentsAndNamesAndTakesASetPairAsConnected) {
     EXPECT_TRUE(recorder.entries().empty());
 }
 
-TEST(DriverQueries, NullConnection) {
-    EXPECT_EQ(Kodbc_GetDatabaseType(nullptr), KODBC_DBTYPE_OTHER);
-    EXPECT_EQ(Kodbc_GetDelimiter(nullptr), 0);
-    EXPECT_EQ(Kodbc_GetSchemaUsage(nullptr), 0u);
-    GuardedBuffer name(8, 'x');
-    Kodbc_GetDatabaseName(nullptr, name.data(), name.size());
-    EXPECT_EQ(name.text(), "");
-    GuardedBuffer untouched(8, 'x');
-    Kodbc_GetDataSourceName(nullptr, untouched.data(), 0);
-    EXPECT_EQ(untouched.data()[0], 'x');
-}
-
 class ConnectionTest : public DataSourceTest {
 protected:
     // A statement; with `failed`, one with a real error on it.
-    SQLHSTMT Statement(bool failed) {
-        SQLHSTMT stmt = nullptr;
-        EXPECT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, hdbc_, &stmt)));
-        statements_.push_back(stmt);
-        if (failed) {
-            EXPECT_EQ(SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS), SQL_ERROR);
-        }
+    odbc::Statement Statement(bool failed) {
+        odbc::Statement stmt(hdbc_);
+        EXPECT_TRUE(!failed || SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS) == SQL_ERROR);
         return stmt;
     }
-    void TearDown() override {
-        for (SQLHSTMT stmt : statements_) SQLFreeHandle(SQL_HANDLE_STMT, stmt);
-        DataSourceTest::TearDown();
-    }
     static constexpr const char *kBadStatement = "SELECT * FROM kodbc_no_such_table";
-    std::vector<SQLHSTMT> statements_;
 };
 
 // The fixture connected with empty user and password fields: the server
@@ -307,7 +288,7 @@ TEST_P(ConnectionTest, EmptyLoginConnectsAndDriverQueriesMatchTheDbms) {
 }
 
 TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecord) {
-    SQLHSTMT stmt = Statement(true);
+    const odbc::Statement stmt = Statement(true);
     GuardedBuffer state(16);
     EXPECT_EQ(Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state.data(), state.size()), 5);
     const std::string code = state.text();
@@ -338,14 +319,11 @@ TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecord) {
 }
 
 TEST_P(ConnectionTest, WarningsAreShownOnlyWithTheDumpBitAndNothingShowsNothing) {
-    SQLHSTMT clean = Statement(false);
+    const odbc::Statement clean = Statement(false), stmt = Statement(true);
     EXPECT_EQ(Kodbc_DisplayErrorHstmt(clean, "SELECT 1"), 1);
     EXPECT_EQ(Kodbc_DisplayErrorHdbc(nullptr), 1);
-    char state[8] = "xxxxxxx";
-    Kodbc_GetErrorCode(KODBC_HANDLE_STMT, clean, state, sizeof state);
-    EXPECT_STREQ(state, "");
+    EXPECT_EQ(Guarded(8, [&](char *out, int n) { Kodbc_GetErrorCode(KODBC_HANDLE_STMT, clean, out, n); }), "");
 
-    SQLHSTMT stmt = Statement(true);
     SetDumpState(0);
     EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 1);
     EXPECT_TRUE(messages_.entries().empty());
@@ -357,7 +335,6 @@ TEST_P(ConnectionTest, WarningsAreShownOnlyWithTheDumpBitAndNothingShowsNothing)
 
 KODBC_DATA_SOURCE_TEST_SUITE(ConnectionTest);
 
-// Registry records round-trip and take defaults field by field.
 using RegistryRecords = PrivateRegistryTest;
 
 DataSourceRecord Source(const char *name, const char *user = "", const char *password = "") {
@@ -368,7 +345,7 @@ DataSourceRecord Source(const char *name, const char *user = "", const char *pas
     return record;
 }
 
-TEST_F(RegistryRecords, DataSourceRoundTripDefaultsAndUserBeforeMachine) {
+TEST_F(RegistryRecords, RoundTripDefaultsFieldByFieldAndUserBeforeMachine) {
     DataSourceRecord written = Source("Lager Süd", "müller", "geheim");
     Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", &written);
     DataSourceRecord read;
@@ -399,18 +376,16 @@ TEST_F(RegistryRecords, DataSourceRoundTripDefaultsAndUserBeforeMachine) {
     Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "DataSourceDialog", &user);
     Kodbc_ReadDataSourceFromHKCUorHKLM(kKey, "DataSourceDialog", nullptr, &read);
     EXPECT_EQ(fields(), "Filiale||");
-}
 
-TEST_F(RegistryRecords, DbObjectRoundTripAndDefaults) {
-    DbObjectRecord written{"Aufträge", KODBC_OBJECT_VIEW}, defaults{"Kunden", KODBC_OBJECT_TABLE}, read{};
-    Kodbc_WriteDbObjectToRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", &written);
-    auto fields = [&read] { return std::string(read.DbObjectName) + "|" + std::to_string(read.DbObjectType); };
-    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", nullptr, &read);
-    EXPECT_EQ(fields(), "Aufträge|" + std::to_string(KODBC_OBJECT_VIEW));
-    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", &defaults, &read);
-    EXPECT_EQ(fields(), "Kunden|" + std::to_string(KODBC_OBJECT_TABLE));
-    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", nullptr, &read);
-    EXPECT_EQ(fields(), "|0");
+    DbObjectRecord object{"Aufträge", KODBC_OBJECT_VIEW}, objectDefaults{"Kunden", KODBC_OBJECT_TABLE}, got{};
+    Kodbc_WriteDbObjectToRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", &object);
+    auto objectFields = [&got] { return std::string(got.DbObjectName) + "|" + std::to_string(got.DbObjectType); };
+    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Export", nullptr, &got);
+    EXPECT_EQ(objectFields(), "Aufträge|" + std::to_string(KODBC_OBJECT_VIEW));
+    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", &objectDefaults, &got);
+    EXPECT_EQ(objectFields(), "Kunden|" + std::to_string(KODBC_OBJECT_TABLE));
+    Kodbc_ReadDbObjectFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Import", nullptr, &got);
+    EXPECT_EQ(objectFields(), "|0");
 }
 
 } // namespace
