@@ -1,7 +1,6 @@
-// The library frame: its German string table as the loader hands it out,
-// the list views' header texts, identity, messages, file error mappings,
-// connections with their diagnostics, data-source records in the registry
-// and the driver queries, on every data source.
+// The library frame: its German string table, list header texts, identity,
+// messages, file error mappings, connections with their diagnostics and
+// driver queries on every data source, data-source records in the registry.
 #include "test_support.h"
 
 #include "internal/diagnostics.h"
@@ -70,7 +69,7 @@ TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
 
 // Numbers the table does not hold, and the join type without a label whose
 // text is empty, read as "nothing there"; so does a call without room.
-TEST_F(StringTableTest, MissingEmptyOrNoRoomGivesZeroAndWritesNothing) {
+TEST_F(StringTableTest, MissingEmptyOrNoRoomGivesZeroAndCutsStayInsideTheBuffer) {
     for (int id : {0, -1, 1, 1601, 1615, 2901, 3600, 65535, 1000000}) {
         auto load = [&](char *out, int n) { EXPECT_EQ(LoadLibraryString(LibraryInstance(), id, out, n), 0); };
         EXPECT_EQ(Guarded(50, load), "") << id;
@@ -81,12 +80,10 @@ TEST_F(StringTableTest, MissingEmptyOrNoRoomGivesZeroAndWritesNothing) {
         EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, none.data(), size), 0) << size;
         EXPECT_TRUE(none.guards_intact()) << size;
     }
-}
 
-// Cut to size - 1, never past it. Where the cut falls inside a multi-byte
-// character the loader may drop the partial character; elsewhere nothing
-// more is lost.
-TEST_F(StringTableTest, CutsToSizeLessOneAndStaysInsideTheBuffer) {
+    // Cut to size - 1, never past it. Where the cut falls inside a multi-byte
+    // character the loader may drop the partial character; elsewhere nothing
+    // more is lost.
     const std::string full = "s Die Tabelle hat bereits einen Primärschlüssel";  // 1647
     for (int size = 1; size <= static_cast<int>(full.size()) + 2; ++size) {
         int n = -1;
@@ -156,7 +153,10 @@ TEST(FrameMessages, MessageReachesTheHandlerWithPrefixAndArguments) {
     }
 }
 
-TEST(DatabaseType, DecidedByTheWholeNameExceptOracle) {
+// The database type is decided by the whole name, except Oracle's; brackets
+// give vendor, component, data source and text; tolerance lists work without
+// a handle.
+TEST(Diagnostics, DatabaseTypeMessageSplitAndToleranceWithoutAHandle) {
     const std::pair<const char *, int> cases[] = {
         {"Microsoft SQL Server", KODBC_DBTYPE_SQLSERVER}, {"MICROSOFT sql SERVER", KODBC_DBTYPE_SQLSERVER},
         {"ACCESS", KODBC_DBTYPE_ACCESS},                 {"ACCESS 2000", KODBC_DBTYPE_OTHER},
@@ -166,12 +166,10 @@ TEST(DatabaseType, DecidedByTheWholeNameExceptOracle) {
         {"Excel", KODBC_DBTYPE_EXCEL},                   {"MariaDB", KODBC_DBTYPE_OTHER},
         {"", KODBC_DBTYPE_OTHER},                        {nullptr, KODBC_DBTYPE_OTHER}};
     for (const auto &[name, type] : cases) EXPECT_EQ(DatabaseTypeFromName(name), type) << (name ? name : "(null)");
-}
 
-TEST(DiagnosticSplit, BracketsGiveVendorComponentDataSourceAndText) {
     const struct {
         std::string message, fields;  // vendor|component|data source|description
-    } cases[] = {
+    } splits[] = {
         {"[unixODBC][Driver Manager][kodbc_pg]refused", "unixODBC|Driver Manager|kodbc_pg|refused"},
         {"[A][B]text", "A|B||text"},
         {"no such table: x (1)", "no such table: x (1)|||"},
@@ -180,22 +178,19 @@ TEST(DiagnosticSplit, BracketsGiveVendorComponentDataSourceAndText) {
         // Pieces are cut at 299 characters, the "[" among them.
         {"[" + std::string(400, 'v') + "][C]rest", std::string(298, 'v') + "|C||rest"},
     };
-    for (const auto &c : cases) {
+    for (const auto &c : splits) {
         DiagnosticFields f;
         SplitDiagnosticMessage(c.message.c_str(), f);
         EXPECT_EQ(f.vendor + "|" + f.component + "|" + f.dataSource + "|" + f.description, c.fields) << c.message;
     }
-}
-
-TEST(Tolerance, ListsWithoutAHandle) {
     const struct {
         const char *list;
         SQLRETURN rc;
         int tolerated;
-    } cases[] = {{nullptr, SQL_ERROR, 0}, {"", SQL_ERROR, 0},       {" \t\x01 ", SQL_ERROR, 0},
+    } lists[] = {{nullptr, SQL_ERROR, 0}, {"", SQL_ERROR, 0},       {" \t\x01 ", SQL_ERROR, 0},
                  {"*", SQL_ERROR, 1},     {" *", SQL_ERROR, 0},     {"01004,NOINFO", SQL_SUCCESS_WITH_INFO, 1},
                  {"noinfo", SQL_SUCCESS_WITH_INFO, 0},              {"NOINFO", SQL_ERROR, 0}};
-    for (const auto &c : cases)
+    for (const auto &c : lists)
         EXPECT_EQ(Kodbc_IsLastErrorInList(KODBC_HANDLE_STMT, nullptr, c.list, c.rc), c.tolerated)
             << (c.list ? c.list : "(null)") << " rc " << c.rc;
 }
@@ -287,7 +282,7 @@ TEST_P(ConnectionTest, EmptyLoginConnectsAndDriverQueriesMatchTheDbms) {
     EXPECT_EQ(Guarded(3, [&](char *out, int n) { Kodbc_GetDriverVersion(hdbc_, out, n); }).size(), 2u);
 }
 
-TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecord) {
+TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecordWarningsOnlyWithTheDumpBit) {
     const odbc::Statement stmt = Statement(true);
     GuardedBuffer state(16);
     EXPECT_EQ(Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state.data(), state.size()), 5);
@@ -316,10 +311,10 @@ TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecord) {
     messages_.set_answer(KODBC_ANSWER_CANCEL);
     EXPECT_EQ(OdbcEh_HandleErrorHstmt(nullptr, stmt, nullptr), 2);
     EXPECT_EQ(messages_.entries().back().statement, "");
-}
 
-TEST_P(ConnectionTest, WarningsAreShownOnlyWithTheDumpBitAndNothingShowsNothing) {
-    const odbc::Statement clean = Statement(false), stmt = Statement(true);
+    // Warnings are shown only with the dump bit, a clean statement shows nothing.
+    messages_.clear();
+    const odbc::Statement clean = Statement(false);
     EXPECT_EQ(Kodbc_DisplayErrorHstmt(clean, "SELECT 1"), 1);
     EXPECT_EQ(Kodbc_DisplayErrorHdbc(nullptr), 1);
     EXPECT_EQ(Guarded(8, [&](char *out, int n) { Kodbc_GetErrorCode(KODBC_HANDLE_STMT, clean, out, n); }), "");
@@ -328,7 +323,6 @@ TEST_P(ConnectionTest, WarningsAreShownOnlyWithTheDumpBitAndNothingShowsNothing)
     EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 1);
     EXPECT_TRUE(messages_.entries().empty());
     SetDumpState(KORVEL_DUMP_WARNINGS);
-    messages_.set_answer(KODBC_ANSWER_CANCEL);
     EXPECT_EQ(Kodbc_DisplayErrorOrInfoHstmt(stmt, SQL_SUCCESS_WITH_INFO, "UPDATE x"), 2);
     EXPECT_EQ(messages_.entries().size(), 1u);
 }

@@ -1,8 +1,6 @@
-// Table design: which capability row a kind of database gets and what is
-// read from it, table administration's list, buttons and ALTER TABLE
-// statements, and the create-table wizard's structures, names and real
-// statements on each data source (what one refuses is shown and changes
-// nothing).
+// Table design: the capability rows, table administration's list, buttons
+// and ALTER TABLE statements, the create-table wizard's structures, names and
+// statements on each data source (what one refuses is shown, changes nothing).
 #include "test_support.h"
 
 #include "internal/db_capabilities.h"
@@ -21,21 +19,21 @@ namespace {
 using namespace tabledesign;
 using V = std::vector<std::string>;
 
-TEST(DbCapabilities, LookupForEveryDatabaseTypeAndTheFallback) {
-    // An import writes one INSERT per record where several would be refused.
+// An import writes one INSERT per record where several would be refused.
+TEST(DbCapabilities, LookupForEveryDatabaseTypeAndColumnTypesThatKeepTheValue) {
     const struct {
         int type;
         int rowType;  // the row the lookup must find
         bool autoIncrement, multiRowValues;
         const char *dropView;
-    } cases[] = {
+    } rows[] = {
         {KODBC_DBTYPE_OTHER, 0, false, true, "DROP VIEW"},     {KODBC_DBTYPE_PROGRESS, 1, false, false, "DROP VIEW"},
         {KODBC_DBTYPE_MYSQL, 2, true, true, "DROP VIEW"},      {KODBC_DBTYPE_ACCESS, 3, true, false, "DROP TABLE"},
         {KODBC_DBTYPE_SQLSERVER, 4, true, true, "DROP VIEW"},  {KODBC_DBTYPE_EXCEL, 5, false, false, "DROP VIEW"},
         {KODBC_DBTYPE_ORACLE, 6, false, false, "DROP VIEW"},   {7, 7, false, false, "DROP VIEW"},
         {99, 0, false, true, "DROP VIEW"},                     {-1, 0, false, true, "DROP VIEW"},
     };
-    for (const auto &c : cases) {
+    for (const auto &c : rows) {
         SCOPED_TRACE(c.type);
         const DbCapabilityRow &row = CapabilitiesOf(c.type);
         EXPECT_EQ(row.databaseType, c.rowType);
@@ -47,22 +45,20 @@ TEST(DbCapabilities, LookupForEveryDatabaseTypeAndTheFallback) {
     EXPECT_EQ(CapabilitiesOf(KODBC_DBTYPE_ACCESS).dropPrimaryKey, nullptr);
     EXPECT_EQ(CapabilitiesOf(KODBC_DBTYPE_EXCEL).addedColumnClause, nullptr);
     EXPECT_FALSE(CapabilitiesOf(KODBC_DBTYPE_MYSQL).selectInto);
-}
 
-// Decided by the DBMS name: MySQL, MariaDB and PostgreSQL all may count as
-// "other". Only text columns get the empty-text clause when added.
-TEST(DbCapabilities, ColumnTypesThatKeepTheValue) {
+    // Decided by the DBMS name: MySQL, MariaDB and PostgreSQL all may count as
+    // "other". Only text columns get the empty-text clause when added.
     const struct {
         const char *dbms;
         int type;
         const char *instead;
-    } cases[] = {
+    } types[] = {
         {"PostgreSQL", KODBC_TYPE_DATETIME, "TIMESTAMP"}, {"PostgreSQL", KODBC_TYPE_FLOAT, nullptr},
         {"MySQL", KODBC_TYPE_FLOAT, "DOUBLE"},            {"mariadb", KODBC_TYPE_FLOAT, "DOUBLE"},
         {"MariaDB", KODBC_TYPE_DATETIME, nullptr},        {"SQLite", KODBC_TYPE_FLOAT, nullptr},
         {nullptr, KODBC_TYPE_FLOAT, nullptr},
     };
-    for (const auto &c : cases)
+    for (const auto &c : types)
         EXPECT_STREQ(ColumnTypeInsteadOfTemplate(c.dbms, c.type), c.instead) << (c.dbms ? c.dbms : "-") << c.type;
     const DbCapabilityRow &other = CapabilitiesOf(KODBC_DBTYPE_OTHER);
     EXPECT_STREQ(AddedColumnClause(other, "PostgreSQL", KODBC_TYPE_FIXED_TEXT), " NOT NULL DEFAULT ''");
@@ -72,12 +68,13 @@ TEST(DbCapabilities, ColumnTypesThatKeepTheValue) {
     }
 }
 
-TEST(CreateTableStructure, ChoicesFollowTheDatabase) {
+// Without a connection names are not quoted: the statements as they are.
+TEST(CreateTableStructure, ChoicesAndStatementsFollowTheDatabase) {
     const struct {
         int databaseType, stored;
         bool autoIncrement, copy;
         int checked;
-    } cases[] = {
+    } choices[] = {
         {KODBC_DBTYPE_MYSQL, kAutoIncrementTable, true, false, kAutoIncrementTable},
         {KODBC_DBTYPE_MYSQL, kCopiedStructure, true, false, kCopiedStructure},  // checked on a disabled button
         {KODBC_DBTYPE_SQLSERVER, 0, true, true, kAutoIncrementTable},          // nothing stored yet
@@ -85,22 +82,18 @@ TEST(CreateTableStructure, ChoicesFollowTheDatabase) {
         {KODBC_DBTYPE_OTHER, kCopiedStructure, false, true, kAddressTable},
         {KODBC_DBTYPE_EXCEL, kCopiedStructure, false, false, kAddressTable},
     };
-    for (const auto &c : cases) {
+    for (const auto &c : choices) {
         SCOPED_TRACE(testing::Message() << c.databaseType << "/" << c.stored);
         const StructureChoice choice = ChooseStructure(CapabilitiesOf(c.databaseType), c.stored);
         EXPECT_EQ(choice.autoIncrementEnabled, c.autoIncrement);
         EXPECT_EQ(choice.copyEnabled, c.copy);
         EXPECT_EQ(choice.checkedKind, c.checked);
     }
-}
-
-// Without a connection names are not quoted: the statements as they are.
-TEST(CreateTableStructure, StatementsOfOtherDatabases) {
     const std::string t = "kodbc_ct";
     const struct {
         int databaseType, kind, refusal;
         std::vector<std::string> statements;
-    } cases[] = {
+    } plans[] = {
         {KODBC_DBTYPE_MYSQL, kAutoIncrementTable, 0,
          {"CREATE TABLE " + t + " (Id INTEGER NOT NULL AUTO_INCREMENT PRIMARY KEY)"}},
         {KODBC_DBTYPE_MYSQL, kCopiedStructure, 1642, {}},
@@ -111,7 +104,7 @@ TEST(CreateTableStructure, StatementsOfOtherDatabases) {
         {KODBC_DBTYPE_SQLSERVER, kCopiedStructure, 0, {"SELECT * INTO " + t + " FROM quelle WHERE 3=5"}},
         {KODBC_DBTYPE_EXCEL, kAutoIncrementTable, 1642, {}},
     };
-    for (const auto &c : cases) {
+    for (const auto &c : plans) {
         SCOPED_TRACE(testing::Message() << c.databaseType << "/" << c.kind);
         const CreateTablePlan plan =
             PlanCreateTable(nullptr, CapabilitiesOf(c.databaseType), c.kind, t.c_str(), "quelle");
@@ -122,22 +115,18 @@ TEST(CreateTableStructure, StatementsOfOtherDatabases) {
     }
 }
 
-TEST(TableAdmin, ListColumnsFromTheirString) {
+TEST(TableAdmin, ListColumnsLengthRequiredAndButtons) {
     EXPECT_EQ(AdminListColumns(), ParseListHeader("Spaltenname|130\tDatentyp|100\tLeer erlaubt|70|C\tVorbesetzung|130"
                                                   "\tKommentar|300"));
-}
-
-TEST(TableAdmin, ALengthIsRequiredWhereTheTypeNeedsOne) {
     const struct {
         int type, length, refused;
-    } cases[] = {
+    } lengths[] = {
         {KODBC_TYPE_FIXED_TEXT, 0, 1624}, {KODBC_TYPE_VAR_TEXT, -1, 1624}, {KODBC_TYPE_VAR_TEXT, 1, 0},
         {KODBC_TYPE_LONG_TEXT, 0, 0},     {KODBC_TYPE_INTEGER, 0, 0},      {0, 0, 0},
     };
-    for (const auto &c : cases) EXPECT_EQ(CheckColumnLength(c.type, c.length), c.refused) << c.type << "/" << c.length;
-}
+    for (const auto &c : lengths)
+        EXPECT_EQ(CheckColumnLength(c.type, c.length), c.refused) << c.type << "/" << c.length;
 
-TEST(TableAdmin, ButtonsFollowDatabaseAndTable) {
     const struct {
         int databaseType, columns, selected;
         bool key, autoIncrement;
@@ -259,9 +248,8 @@ TEST_P(TableDesign, KeysAndAutoIncrementAsTheDatabaseTakesThem) {
     EXPECT_EQ(PrimaryKeyText(hdbc_, kTable), postgres ? "id" : "");
 }
 
-// A Datum/Zeit and a Gleitkommazahl column keep a stamp and a number with
-// eight digits, whether the import's new table has them or they are added
-// to a table that holds a record already.
+// A Datum/Zeit and a Gleitkommazahl column keep a stamp and eight digits, in
+// the import's new table as added to a table that holds a record already.
 TEST_P(TableDesign, DateAndFloatColumnsKeepTheirValues) {
     constexpr const char *kNew = "kodbc_ta_new";
     OwnTables({kNew});
