@@ -38,7 +38,8 @@ TEST(CatalogText, TypeListsObjectNamesAndHiddenSystemTables) {
         EXPECT_EQ(catalog::IsHiddenSystemTable(name), hidden) << name;
 }
 
-TEST(CatalogText, DataTypeCodesKeepTheirAsymmetries) {
+// The codes keep their asymmetries; the table lists them in the order offered.
+TEST(CatalogText, DataTypeCodesTableTemplatesAndDisplayNames) {
     const std::pair<int, int> cases[] = {
         {SQL_UNKNOWN_TYPE, 10}, {SQL_VARCHAR, 10}, {SQL_WVARCHAR, 10}, {SQL_LONGVARCHAR, 9},
         {SQL_WLONGVARCHAR, 9},  {SQL_TINYINT, 2},  {SQL_BIGINT, 2},    {SQL_INTEGER, 2},
@@ -49,15 +50,13 @@ TEST(CatalogText, DataTypeCodesKeepTheirAsymmetries) {
         {SQL_TYPE_TIME, 1},     {SQL_TYPE_TIMESTAMP, 1}, {SQL_GUID, 1}, {12345, 1},
     };
     for (const auto &[sqlType, code] : cases) EXPECT_EQ(Kodbc_SqlDataTypeToKodbcDataType(sqlType), code) << sqlType;
-}
 
-TEST(CatalogText, DataTypeTableTemplatesAndDisplayNames) {
     std::vector<int> codes;
     for (const DataTypeRow &row : kDataTypeTable) {
         codes.push_back(row.code);
         if (row.code == 0) break;
     }
-    EXPECT_EQ(codes, (std::vector<int>{1, 10, 9, 4, 2, 3, 7, 0}));  // the order they are offered in
+    EXPECT_EQ(codes, (std::vector<int>{1, 10, 9, 4, 2, 3, 7, 0}));
     EXPECT_TRUE(FindDataType(KODBC_TYPE_FIXED_TEXT)->lengthRequired);
     EXPECT_TRUE(FindDataType(KODBC_TYPE_VAR_TEXT)->lengthRequired);
     EXPECT_FALSE(FindDataType(KODBC_TYPE_LONG_TEXT)->lengthRequired);
@@ -269,8 +268,9 @@ TEST_P(Catalog, FieldListingsByFlagsAndRoomAndColumnBoxEntries) {
     }
 }
 
-// The existence test reads the same listing and finds a name in any case.
-TEST_P(Catalog, TypeFlagsChooseTheKindsAndHideSystemTablesUnlessAsked) {
+// Type flags choose the kinds and hide system tables unless asked; the
+// existence test reads the same listing and finds a name in any case.
+TEST_P(Catalog, TableListingsByTypeRoomAndSchema) {
     const struct {
         int flags;
         bool table, view, system;
@@ -295,6 +295,28 @@ TEST_P(Catalog, TypeFlagsChooseTheKindsAndHideSystemTablesUnlessAsked) {
     EXPECT_TRUE(messages_.entries().empty());
     EXPECT_TRUE(Contains(List(KODBC_OBJECT_TABLE, nullptr, 0, nullptr), "kc_h6_fa"));  // a null separator: a comma
 
+    const V full = List(KODBC_OBJECT_TABLE);
+    auto longName = std::find(full.begin(), full.end(), "kc_h6_room_aaaaaaaaaaaaaaaaaaaa");
+    ASSERT_NE(longName, full.end());
+    ASSERT_NE(std::find(longName, full.end(), "kc_h6_room_b"), full.end()) << "driver order assumed by name";
+    std::string prefix;
+    for (auto item = full.begin(); item != longName; ++item) prefix += (item == full.begin() ? "" : "|") + *item;
+    const std::string withLong = prefix + (prefix.empty() ? "" : "|") + *longName;
+    // Exactly one byte short for the separator and the long name: the listing
+    // stops there, although the short name behind it would fit.
+    for (const auto &[size, expected] : {std::pair{withLong.size(), prefix}, {withLong.size() + 1, withLong},
+                                         {std::size_t{1}, std::string()}}) {
+        GuardedBuffer out(static_cast<int>(size));
+        EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), out.size(), "|"), 0);
+        EXPECT_EQ(out.text(), expected);
+        EXPECT_TRUE(out.guards_intact());
+    }
+    char untouched[4] = "abc";
+    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, untouched, 0, ","), -1);
+    EXPECT_STREQ(untouched, "abc");
+    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, nullptr, 100, ","), -1);
+    EXPECT_EQ(Kodbc_GetTables(nullptr, KODBC_OBJECT_TABLE, untouched, sizeof untouched, ","), -1);
+
     // Schema qualification only where schemata are used; the schema argument
     // narrows the listing, where the bare name no longer matches.
     const V items = List(KODBC_OBJECT_TABLE, nullptr, KODBC_TABLES_QUALIFY);
@@ -314,31 +336,6 @@ TEST_P(Catalog, TypeFlagsChooseTheKindsAndHideSystemTablesUnlessAsked) {
     EXPECT_TRUE(Contains(List(KODBC_OBJECT_TABLE, schema.c_str(), KODBC_TABLES_QUALIFY), *qualified));
     EXPECT_EQ(Kodbc_DoesTableExistExtended(hdbc_, KODBC_OBJECT_TABLE, schema.c_str(), qualified->c_str()), 1);
     EXPECT_EQ(Kodbc_DoesTableExistExtended(hdbc_, KODBC_OBJECT_TABLE, schema.c_str(), "kc_h6_fa"), 0);
-}
-
-TEST_P(Catalog, TableListingStopsAtFirstNameThatDoesNotFit) {
-    const V full = List(KODBC_OBJECT_TABLE);
-    auto longName = std::find(full.begin(), full.end(), "kc_h6_room_aaaaaaaaaaaaaaaaaaaa");
-    ASSERT_NE(longName, full.end());
-    ASSERT_NE(std::find(longName, full.end(), "kc_h6_room_b"), full.end()) << "driver order assumed by name";
-    std::string prefix;
-    for (auto item = full.begin(); item != longName; ++item) prefix += (item == full.begin() ? "" : "|") + *item;
-    const std::string withLong = prefix + (prefix.empty() ? "" : "|") + *longName;
-
-    // Exactly one byte short for the separator and the long name: the listing
-    // stops there, although the short name behind it would fit.
-    for (const auto &[size, expected] : {std::pair{withLong.size(), prefix}, {withLong.size() + 1, withLong},
-                                         {std::size_t{1}, std::string()}}) {
-        GuardedBuffer out(static_cast<int>(size));
-        EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), out.size(), "|"), 0);
-        EXPECT_EQ(out.text(), expected);
-        EXPECT_TRUE(out.guards_intact());
-    }
-    char untouched[4] = "abc";
-    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, untouched, 0, ","), -1);
-    EXPECT_STREQ(untouched, "abc");
-    EXPECT_EQ(Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, nullptr, 100, ","), -1);
-    EXPECT_EQ(Kodbc_GetTables(nullptr, KODBC_OBJECT_TABLE, untouched, sizeof untouched, ","), -1);
 }
 
 } // namespace
