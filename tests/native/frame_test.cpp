@@ -238,8 +238,6 @@ TEST(FrameWithoutConnection, IdentityDriverQueriesAndConnectRefusals) {
     const auto &shown = recorder.entries()[0];
     EXPECT_EQ(shown.kind, KODBC_MESSAGE_ODBC_ERROR);
     EXPECT_EQ(shown.sqlState, "IM002");
-    EXPECT_EQ(shown.vendor, "unixODBC");
-    EXPECT_NE(shown.description.find("not found"), std::string::npos) << shown.description;
     EXPECT_EQ(shown.caption, "Fehler beim ODBC-Datenbankzugriff");
 
     // Handles that no driver could accept: touching them would crash or fail.

@@ -117,8 +117,6 @@ void DataSourceTest::Exec(const std::string &sql) {
     ASSERT_TRUE(RunStatement(hdbc_, sql, &error)) << sql << ": " << error;
 }
 
-void DataSourceTest::ExecQuietly(const std::string &sql) { RunStatement(hdbc_, sql); }
-
 void DataSourceTest::DropTables(std::initializer_list<std::string> tables) {
     for (const std::string &table : tables) ExecQuietly(DropStatement(table));
 }
@@ -134,8 +132,6 @@ std::vector<std::string> DataSourceTest::Column(const std::string &sql) {
     if (!ran) ADD_FAILURE() << "query failed: " << sql;
     return values;
 }
-
-std::size_t DataSourceTest::OdbcErrors() const { return messages_.count(KODBC_MESSAGE_ODBC_ERROR); }
 
 std::string DataSourceTest::DbmsName() const {
     char name[100] = {};
@@ -196,10 +192,6 @@ ScopedLocale::ScopedLocale(const char *name) {
 
 ScopedLocale::~ScopedLocale() { std::setlocale(LC_CTYPE, old_.c_str()); }
 
-std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value, int type) {
-    return field + "\t" + keyword + "\t" + value + "\t" + std::to_string(type) + "\n";
-}
-
 void SetDumpState(long state) {
     Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState",
                                state);
@@ -219,10 +211,6 @@ std::vector<std::string> Split(const std::string &text, const std::string &separ
         start = at + separator.size();
     }
     return items;
-}
-
-bool Contains(const std::vector<std::string> &items, const std::string &item) {
-    return std::find(items.begin(), items.end(), item) != items.end();
 }
 
 void PrivateRegistryTest::SetUp() {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include <functional>
@@ -57,7 +58,7 @@ protected:
     void SetUp() override;
     void TearDown() override;
     void Exec(const std::string &sql);  // an error fails the test
-    void ExecQuietly(const std::string &sql);
+    void ExecQuietly(const std::string &sql) { RunStatement(hdbc_, sql); }
     void DropTables(std::initializer_list<std::string> tables);  // errors ignored
     // Drops these tables (views: "VIEW name") now and when the test ends.
     void OwnTables(std::initializer_list<std::string> tables);
@@ -68,7 +69,7 @@ protected:
     // PostgreSQL has no BLOB for the library's system table: its users give it one.
     void ProvideBlobType();
     void DropSystemTable();
-    std::size_t OdbcErrors() const;
+    std::size_t OdbcErrors() const { return messages_.count(KODBC_MESSAGE_ODBC_ERROR); }
 
     SQLHENV henv_ = nullptr;
     SQLHDBC hdbc_ = nullptr;
@@ -116,13 +117,18 @@ private:
     bool ok_;
 };
 
-std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value, int type);
+inline std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value,
+                                  int type) {
+    return field + "\t" + keyword + "\t" + value + "\t" + std::to_string(type) + "\n";
+}
 
 void SetDumpState(long state);  // 0: off
 std::string ReadFile(const std::string &name);  // empty when unreadable
 
 std::vector<std::string> Split(const std::string &text, const std::string &separator);
-bool Contains(const std::vector<std::string> &items, const std::string &item);
+inline bool Contains(const std::vector<std::string> &items, const std::string &item) {
+    return std::find(items.begin(), items.end(), item) != items.end();
+}
 
 // A test with an empty settings store and temporary folder of its own (`dir_`).
 class PrivateRegistryTest : public ::testing::Test {
