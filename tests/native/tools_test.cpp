@@ -61,7 +61,7 @@ TEST_P(CatalogTextTest, DriverInformationAndColumnDescriptions) {
     EXPECT_NE(lines[1].find("x", 21), std::string::npos) << "default missing: " << lines[1];
     EXPECT_EQ(lines[2].substr(0, 13), "am\tDatum/Zeit") << lines[2];
     // A buffer that holds only part of the list is cut, never overrun.
-    EXPECT_EQ(test::Guarded(10, [&](char *out, int size) { Kodbc_GetColumnDescriptions(hdbc_, "cat_text", out, size); }),
+    EXPECT_EQ(test::Guarded(10, [&](char *out, int n) { Kodbc_GetColumnDescriptions(hdbc_, "cat_text", out, n); }),
               "nr\tGanzza");
 }
 
