@@ -16,8 +16,7 @@
 namespace kodbc::test {
 namespace {
 
-// Without the test command's servers the run uses a private SQLite-only
-// configuration; the registry always goes to a private folder.
+// Without the test command's servers: a private SQLite-only configuration.
 struct PrivateEnvironment : ::testing::Environment {
     void SetUp() override {
         const char *dsns = std::getenv("KODBC_TEST_DSNS");
@@ -45,8 +44,7 @@ std::string DropStatement(const std::string &table) {
 } // namespace
 
 const std::vector<std::string> &DataSources() {
-    // Parameterised suites are expanded before the environment's SetUp, so
-    // the list is read here with the same fallback.
+    // Suites are expanded before the environment's SetUp: the same fallback here.
     static const char *const dsns = std::getenv("KODBC_TEST_DSNS");
     static const std::vector<std::string> list = Split(dsns && *dsns ? dsns : "kodbc_sqlite", ",");
     return list;
@@ -60,19 +58,10 @@ MessageRecorder::~MessageRecorder() { Kodbc_SetMessageHandler(previous_, nullptr
 
 int MessageRecorder::Handle(const KodbcMessage *message, void *self) {
     auto *recorder = static_cast<MessageRecorder *>(self);
-    Entry entry;
-    entry.kind = message->kind;
-    entry.caption = message->caption ? message->caption : "";
-    entry.text = message->text ? message->text : "";
-    if (const KodbcOdbcErrorFields *f = message->odbc) {
-        entry.statement = f->statement;
-        entry.sqlState = f->sqlState;
-        entry.vendor = f->vendor;
-        entry.component = f->component;
-        entry.dataSource = f->dataSource;
-        entry.description = f->description;
-        entry.hasHint = f->hint != nullptr;
-    }
+    Entry entry{message->kind, message->caption ? message->caption : "", message->text ? message->text : ""};
+    if (const KodbcOdbcErrorFields *f = message->odbc)
+        entry = {entry.kind,   entry.caption,   entry.text,       f->statement,   f->sqlState,
+                 f->vendor,    f->component,    f->dataSource,    f->description, f->hint != nullptr};
     recorder->entries_.push_back(std::move(entry));
     return recorder->answer_;
 }
@@ -99,7 +88,6 @@ std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool 
     std::vector<std::string> values;
     odbc::Statement stmt(hdbc);
     const bool executed = stmt.ok() && SQL_SUCCEEDED(SQLExecDirect(stmt, Sql(sql), SQL_NTS));
-    // Room for the longest values the tests write (1000 characters of 3 bytes).
     for (char buffer[4000]; executed && SQL_SUCCEEDED(SQLFetch(stmt));) {
         SQLLEN length = 0;
         if (!SQL_SUCCEEDED(SQLGetData(stmt, 1, SQL_C_CHAR, buffer, sizeof buffer, &length))) buffer[0] = '\0';
@@ -118,7 +106,7 @@ void DataSourceTest::SetUp() {
 }
 
 void DataSourceTest::TearDown() {
-    SetDumpState(0);  // a test that switched the gate on may have ended early
+    SetDumpState(0);  // also after a test that ended early
     if (hdbc_)
         for (const std::string &table : owned_) ExecQuietly(DropStatement(table));
     Kodbc_DisconnectDataSource(&henv_, &hdbc_);
@@ -128,8 +116,6 @@ void DataSourceTest::Exec(const std::string &sql) {
     std::string error;
     ASSERT_TRUE(RunStatement(hdbc_, sql, &error)) << sql << ": " << error;
 }
-
-void DataSourceTest::ExecQuietly(const std::string &sql) { RunStatement(hdbc_, sql); }
 
 void DataSourceTest::DropTables(std::initializer_list<std::string> tables) {
     for (const std::string &table : tables) ExecQuietly(DropStatement(table));
@@ -147,12 +133,9 @@ std::vector<std::string> DataSourceTest::Column(const std::string &sql) {
     return values;
 }
 
-std::size_t DataSourceTest::OdbcErrors() const { return messages_.count(KODBC_MESSAGE_ODBC_ERROR); }
-
 std::string DataSourceTest::DbmsName() const {
     char name[100] = {};
-    SQLSMALLINT len = 0;
-    SQLGetInfo(hdbc_, SQL_DBMS_NAME, name, sizeof name, &len);
+    SQLGetInfo(hdbc_, SQL_DBMS_NAME, name, sizeof name, nullptr);
     return name;
 }
 
@@ -209,10 +192,6 @@ ScopedLocale::ScopedLocale(const char *name) {
 
 ScopedLocale::~ScopedLocale() { std::setlocale(LC_CTYPE, old_.c_str()); }
 
-std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value, int type) {
-    return field + "\t" + keyword + "\t" + value + "\t" + std::to_string(type) + "\n";
-}
-
 void SetDumpState(long state) {
     Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, "Software\\Korvel Software\\Kodbc", 0, nullptr, "SqlDumpState",
                                state);
@@ -232,10 +211,6 @@ std::vector<std::string> Split(const std::string &text, const std::string &separ
         start = at + separator.size();
     }
     return items;
-}
-
-bool Contains(const std::vector<std::string> &items, const std::string &item) {
-    return std::find(items.begin(), items.end(), item) != items.end();
 }
 
 void PrivateRegistryTest::SetUp() {

@@ -1,5 +1,4 @@
-// Shared pieces of the native tests: the data sources to run against, a
-// connected fixture per data source, a message recorder and guarded buffers.
+// Shared pieces of the native tests: data sources, fixtures, a message recorder, guarded buffers.
 #pragma once
 
 #include <kodbc/kodbc.h>
@@ -8,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include <functional>
@@ -17,12 +17,10 @@
 
 namespace kodbc::test {
 
-// The data sources of this run (KODBC_TEST_DSNS, comma-separated; SQLite
-// always among them).
+// The data sources of this run (KODBC_TEST_DSNS, comma-separated).
 const std::vector<std::string> &DataSources();
 
-// Collects every message the library shows instead of asking a person, and
-// answers with `answer`.
+// Collects every message the library shows instead of asking a person.
 class MessageRecorder {
 public:
     explicit MessageRecorder(int answer = KODBC_ANSWER_OK);
@@ -32,10 +30,8 @@ public:
 
     struct Entry {
         int kind;
-        std::string caption;
-        std::string text;
-        // ODBC error fields (kind KODBC_MESSAGE_ODBC_ERROR)
-        std::string statement, sqlState, vendor, component, dataSource, description;
+        std::string caption, text;
+        std::string statement, sqlState, vendor, component, dataSource, description;  // ODBC errors only
         bool hasHint = false;
     };
     const std::vector<Entry> &entries() const { return entries_; }
@@ -51,35 +47,29 @@ private:
     KodbcMessageHandler previous_;
 };
 
-// False (with the driver's state and text in *error) when the statement
-// fails; SQL_NO_DATA counts as run.
+// False (with the driver's state and text in *error) when the statement fails.
 bool RunStatement(SQLHDBC hdbc, const std::string &sql, std::string *error = nullptr);
 // The first column of every row of a query, as text; *ran tells whether it ran.
 std::vector<std::string> QueryColumn(SQLHDBC hdbc, const std::string &sql, bool *ran = nullptr);
 
-// A test connected to one data source of the run (parameter: its name); the
-// dump gate is switched off again at its end.
+// A test connected to one data source of the run (parameter: its name).
 class DataSourceTest : public ::testing::TestWithParam<std::string> {
 protected:
     void SetUp() override;
     void TearDown() override;
     void Exec(const std::string &sql);  // an error fails the test
-    void ExecQuietly(const std::string &sql);
+    void ExecQuietly(const std::string &sql) { RunStatement(hdbc_, sql); }
     void DropTables(std::initializer_list<std::string> tables);  // errors ignored
-    // Drops these tables now and again when the test ends (views too: "VIEW name").
+    // Drops these tables (views: "VIEW name") now and when the test ends.
     void OwnTables(std::initializer_list<std::string> tables);
-    // QueryColumn; a query that does not run fails the test.
     std::vector<std::string> Column(const std::string &sql);
     std::string DbmsName() const;
-    // '"' where the driver does not quote.
-    std::string IdentifierQuote() const;
-    // This DBMS's column type for an integer key that counts by itself.
+    std::string IdentifierQuote() const;  // '"' where the driver does not quote
     std::string AutoIncrementKey() const;
-    // PostgreSQL has no BLOB for the library's system table; its users give it
-    // one, as this does. DropSystemTable takes both away again.
+    // PostgreSQL has no BLOB for the library's system table: its users give it one.
     void ProvideBlobType();
     void DropSystemTable();
-    std::size_t OdbcErrors() const;
+    std::size_t OdbcErrors() const { return messages_.count(KODBC_MESSAGE_ODBC_ERROR); }
 
     SQLHENV henv_ = nullptr;
     SQLHDBC hdbc_ = nullptr;
@@ -89,7 +79,6 @@ private:
     std::vector<std::string> owned_;
 };
 
-// Instantiates a DataSourceTest suite once per data source of the run.
 #define KODBC_DATA_SOURCE_TEST_SUITE(Suite)                                                     \
     INSTANTIATE_TEST_SUITE_P(Dsn, Suite, ::testing::ValuesIn(::kodbc::test::DataSources()),     \
                              [](const ::testing::TestParamInfo<std::string> &info) { return info.param; })
@@ -100,11 +89,8 @@ public:
     explicit GuardedBuffer(int size, char fill = '\x7f');
     char *data() { return bytes_.data(); }
     int size() const { return size_; }
-    std::string text() const {  // never past the stated size
-        return std::string(bytes_.data(), strnlen(bytes_.data(), static_cast<std::size_t>(size_)));
-    }
-    // True while no byte at or behind the stated size was written.
-    bool guards_intact() const;
+    std::string text() const { return {bytes_.data(), strnlen(bytes_.data(), static_cast<std::size_t>(size_))}; }
+    bool guards_intact() const;  // nothing written behind the stated size
 
 private:
     static constexpr int kGuard = 32;
@@ -112,11 +98,9 @@ private:
     int size_;
 };
 
-// Calls fill(buffer, size) on a guarded buffer of `size` bytes and returns
-// the text; a write behind the size fails the test.
+// Calls fill(buffer, size) on a guarded buffer and returns the text; a write
+// behind the size fails the test. InPlace puts `text` into the buffer first.
 std::string Guarded(int size, const std::function<void(char *, int)> &fill);
-// The same for a function that works in place: the buffer holds `text` first
-// (cut to the size).
 std::string GuardedInPlace(const std::string &text, int size, const std::function<void(char *, int)> &work);
 
 // Sets the character type locale for its lifetime and restores the old one.
@@ -126,7 +110,6 @@ public:
     ~ScopedLocale();
     ScopedLocale(const ScopedLocale &) = delete;
     ScopedLocale &operator=(const ScopedLocale &) = delete;
-    // False when the locale is not installed (the old one stays).
     bool ok() const { return ok_; }
 
 private:
@@ -134,17 +117,20 @@ private:
     bool ok_;
 };
 
-std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value, int type);
+inline std::string DescriptorLine(const std::string &field, const std::string &keyword, const std::string &value,
+                                  int type) {
+    return field + "\t" + keyword + "\t" + value + "\t" + std::to_string(type) + "\n";
+}
 
 void SetDumpState(long state);  // 0: off
 std::string ReadFile(const std::string &name);  // empty when unreadable
 
-// Splits at every `separator`; an empty text gives no items.
 std::vector<std::string> Split(const std::string &text, const std::string &separator);
-bool Contains(const std::vector<std::string> &items, const std::string &item);
+inline bool Contains(const std::vector<std::string> &items, const std::string &item) {
+    return std::find(items.begin(), items.end(), item) != items.end();
+}
 
-// A test with an empty settings store of its own (KODBC_REGISTRY_DIR and
-// TMPDIR point into `dir_`), restored afterwards.
+// A test with an empty settings store and temporary folder of its own (`dir_`).
 class PrivateRegistryTest : public ::testing::Test {
 protected:
     void SetUp() override;
@@ -156,8 +142,7 @@ private:
     std::vector<std::pair<std::string, std::string>> saved_;
 };
 
-// Auto-commit off for a scope, as the command-line tool runs its own
-// connection for a batch.
+// Auto-commit off for a scope, as the command-line tool runs a batch.
 struct AutoCommitOff {
     explicit AutoCommitOff(SQLHDBC hdbc) : hdbc(hdbc) { Set(SQL_AUTOCOMMIT_OFF); }
     ~AutoCommitOff() { Set(SQL_AUTOCOMMIT_ON); }

@@ -1,9 +1,6 @@
-// The tools: what the driver information and the column listing show a
-// reader on every data source, and what the tools keep in the settings
-// store: the SQL performer's recent list (what adding keeps, what the store
-// holds afterwards, what loading reads back) and the data-source picker's
-// memory (one user per data source in its own section, cut to the record's
-// field, never the password, and the entry it opens on).
+// The tools: the driver information and the column listing on every data
+// source, the SQL performer's recent list in the settings store and the
+// data-source picker's memory (one user per data source, never the password).
 #include "test_support.h"
 #include "tools/driver_info.h"
 #include "tools/recent_statements.h"
@@ -36,7 +33,8 @@ TEST(DriverInfoDelimiter, QuoteShownAsTextDecimalAndHex) {
     EXPECT_EQ(DelimiterLine(std::string(200, 'x').c_str()).size(), 99u);
 }
 
-class CatalogTextTest : public test::DataSourceTest {};
+using CatalogTextTest = test::DataSourceTest;
+KODBC_DATA_SOURCE_TEST_SUITE(CatalogTextTest);
 
 TEST_P(CatalogTextTest, DriverInformationAndColumnDescriptions) {
     char text[4096];
@@ -63,11 +61,9 @@ TEST_P(CatalogTextTest, DriverInformationAndColumnDescriptions) {
     EXPECT_NE(lines[1].find("x", 21), std::string::npos) << "default missing: " << lines[1];
     EXPECT_EQ(lines[2].substr(0, 13), "am\tDatum/Zeit") << lines[2];
     // A buffer that holds only part of the list is cut, never overrun.
-    EXPECT_EQ(test::Guarded(10, [&](char *out, int size) { Kodbc_GetColumnDescriptions(hdbc_, "cat_text", out, size); }),
+    EXPECT_EQ(test::Guarded(10, [&](char *out, int n) { Kodbc_GetColumnDescriptions(hdbc_, "cat_text", out, n); }),
               "nr\tGanzza");
 }
-
-KODBC_DATA_SOURCE_TEST_SUITE(CatalogTextTest);
 
 class ToolSettingsTest : public test::PrivateRegistryTest {
 protected:
@@ -75,9 +71,6 @@ protected:
         char value[1100];
         Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, section, name, "-", value, sizeof value);
         return value;
-    }
-    static void Write(const char *name, const char *value) {
-        Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, kRecentSection, name, value);
     }
     // "Total", then E001, E002, ... up to the first missing one.
     static Lines Stored() {
@@ -137,13 +130,12 @@ TEST_F(ToolSettingsTest, AddingKeepsNewestFirstWithoutDuplicatesSurvivesTheStore
 }
 
 TEST_F(ToolSettingsTest, LoadSkipsBlankEntriesAndReadsNothingWithoutTotal) {
-    Write("E001", "A");
+    for (const auto &[name, value] :
+         {std::pair{"E001", "A"}, {"E002", "  \t"}, {"E003", ""}, {"E004", "D"}, {"E005", "beyond"}})
+        Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, kRecentSection, name, value);
     RecentStatements list;
     list.Load();
     EXPECT_EQ(list.entries(), Lines{}) << "no Total, no entries";
-
-    for (const auto &[name, value] : {std::pair{"E002", "  \t"}, {"E003", ""}, {"E004", "D"}, {"E005", "beyond"}})
-        Write(name, value);
     Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kKey, 0, kRecentSection, "Total", 4);
     list.Load();
     EXPECT_EQ(list.entries(), (Lines{"A", "D"}));
