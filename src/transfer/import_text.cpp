@@ -5,9 +5,6 @@
 namespace kodbc::transfer {
 namespace {
 
-// A file starts with a small block, which is all most files need; one that
-// fills it reads on in large ones.
-constexpr std::size_t kFirstBlockSize = 1 << 12;
 constexpr std::size_t kBlockSize = 1 << 16;
 
 } // namespace
@@ -36,15 +33,13 @@ std::string FormatDescription(const char *fileName, const ImportTextFormat &form
     return text;
 }
 
-LineReader::LineReader(std::FILE *file) : file_(file) {}
+LineReader::LineReader(std::FILE *file) : file_(file), block_(new char[kBlockSize]) {
+    line_.reserve(kImportLineSize);
+}
 
 bool LineReader::Fill() {
-    if (!block_ || (blockSize_ < kBlockSize && end_ == blockSize_)) {
-        blockSize_ = block_ ? kBlockSize : kFirstBlockSize;
-        block_.reset(new char[blockSize_]);
-    }
     begin_ = 0;
-    end_ = file_ ? std::fread(block_.get(), 1, blockSize_, file_) : 0;
+    end_ = file_ ? std::fread(block_.get(), 1, kBlockSize, file_) : 0;
     if (end_ == 0 && file_ && std::ferror(file_)) error_ = true;
     return end_ > 0;
 }

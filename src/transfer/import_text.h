@@ -74,7 +74,7 @@ private:
     bool Fill();
     std::FILE *file_;
     std::unique_ptr<char[]> block_;
-    std::size_t blockSize_ = 0, begin_ = 0, end_ = 0;
+    std::size_t begin_ = 0, end_ = 0;
     long offset_ = 0;
     long lines_ = 0;
     bool error_ = false, cut_ = false;
