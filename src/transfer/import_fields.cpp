@@ -30,15 +30,16 @@ ImportField &AddImportField(ImportFieldList &fields, std::string_view name, int 
         // the list: trying the numbers one by one, a line of many equal
         // names passed over the whole list for every number it tried.
         const std::string stem = std::string(name) + "_";
-        std::vector<bool> taken(fields.size() + 2);
+        const std::size_t limit = fields.size() + 2;
+        std::vector<char> taken(limit);
         for (const ImportField &field : fields) {
             const std::string &other = field.targetName;
             if (other.size() <= stem.size() || other.compare(0, stem.size(), stem) != 0 || other[stem.size()] == '0')
                 continue;
             std::size_t n = 0;
-            for (std::size_t i = stem.size(); n < taken.size() && i < other.size(); ++i)
-                n = other[i] >= '0' && other[i] <= '9' ? n * 10 + static_cast<std::size_t>(other[i] - '0') : taken.size();
-            if (n < taken.size()) taken[n] = true;
+            for (std::size_t i = stem.size(); n < limit && i < other.size(); ++i)
+                n = other[i] >= '0' && other[i] <= '9' ? n * 10 + static_cast<std::size_t>(other[i] - '0') : limit;
+            if (n < limit) taken[n] = true;
         }
         std::size_t n = 1;
         while (taken[n]) ++n;

@@ -203,12 +203,10 @@ TEST(ImportValues, FileContentFromTheSourceFolder) {
     EXPECT_NE(messages.entries()[0].text.find("kodbc_import_content.txt"), std::string::npos);
 }
 
-// Texts quoted, their quotes doubled (backslashes too where the server reads
-// them as escapes), numbers bare, an empty date NULL, date parts swapped where
-// the server wants that; a literal that does not fit is cut, a doubled
-// character whole or not at all, and the statement still closes; a statement
-// without room for its values reports them missing. A batch strings together
-// what follows the one-record INSERT's head.
+// Quotes (and, for servers that read escapes, backslashes) doubled, numbers
+// bare, an empty date NULL, date parts swapped where the server wants it; a
+// literal that does not fit is cut, a doubled character whole or not at all,
+// the statement still closes; one without room for its values says so.
 TEST(ImportStatements, InsertValuesAndCutLiterals) {
     ImportInsertParts parts;
     parts.head = "INSERT INTO t (";
@@ -253,11 +251,12 @@ TEST(ImportStatements, InsertValuesAndCutLiterals) {
     }
 }
 
+// Bytes as a file to read.
+std::FILE *Open(const std::string &bytes) { return fmemopen(const_cast<char *>(bytes.data()), bytes.size(), "r"); }
+
 // Every line of a file the way the reader hands it on.
 Values Lines(const std::string &bytes) {
-    std::FILE *file = std::tmpfile();
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::rewind(file);
+    std::FILE *file = Open(bytes);
     LineReader reader(file);
     Values lines;
     std::string_view line;
@@ -311,9 +310,7 @@ TEST(CsvFormat, QuotesWhatAReaderWouldMisread) {
 // Every record of a file as the CSV reader hands it on, a quoted value
 // marked with a leading "q:".
 std::vector<Values> CsvRecords(const std::string &bytes, char delimiter = ',') {
-    std::FILE *file = std::tmpfile();
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::rewind(file);
+    std::FILE *file = Open(bytes);
     CsvReader reader(file, delimiter);
     std::vector<Values> records;
     Values values;
@@ -360,22 +357,9 @@ protected:
         DataSourceTest::TearDown();
     }
     void WriteFile(const std::string &bytes) { std::ofstream(file_, std::ios::binary) << bytes; }
-    // PostgreSQL has no DATETIME, the data-type table's date template.
-    int DateTarget() const { return DbmsName() == "PostgreSQL" ? KODBC_TYPE_VAR_TEXT : KODBC_TYPE_DATETIME; }
     // A text column of the new table, NULL shown as "(NULL)", by nr.
     Values Of(const std::string &column) {
-        return Column("SELECT COALESCE(" + column + ", '(NULL)') FROM kodbc_imp_dst ORDER BY nr");
-    }
-    // The text-file run on a new table of VarText fields a and b.
-    bool RunText(long cancelAt, ImportCounts &counts) {
-        ImportTextFormat format;
-        ImportFieldList fields;
-        EXPECT_TRUE(DiscoverTextFields(file_.c_str(), format, fields));
-        fields[0].targetName = "nr";
-        ImportStatementRunner(hdbc_).Run(CreateImportTableStatement(hdbc_, "kodbc_imp_dst", fields, "").c_str());
-        ImportRecordWriter writer(hdbc_, "kodbc_imp_dst", fields, false);
-        RecordingProgress progress(cancelAt);
-        return ImportTextRecords(file_.c_str(), format, fields, writer, progress, 1000, counts);
+        return Column("SELECT COALESCE(" + column + ", '(NULL)') FROM kodbc_imp_dst ORDER BY COALESCE(nr, 0)");
     }
     bool DstExists() {
         std::vector<char> out(30000);
@@ -393,14 +377,13 @@ protected:
     std::string q_, file_;
 };
 
-// The same source table through an exported file and as a table source:
-// NULL and the empty text arrive as the same nothing, numbers keep their
-// value (exponents included) and dates their day. From the table, a column
-// named with a point is read by its name and arrives without it, texts of
-// 1000 multi-byte characters arrive whole, and bytes taken as text as their
-// hex digits (the file source skips those three).
+// One source table through an exported file and as a table source: NULL and
+// the empty text arrive as one nothing, numbers keep their value, dates
+// their day; from the table only, a pointed name arrives without its point,
+// long multi-byte texts whole and bytes as their hex digits.
 TEST_P(ImportRun, FileAndTableSourcesKeepValues) {
     const bool postgres = DbmsName() == "PostgreSQL";
+    const int date = postgres ? KODBC_TYPE_VAR_TEXT : KODBC_TYPE_DATETIME;  // no DATETIME template there
     std::string umlauts, euros;
     for (int i = 0; i < 1000; ++i) umlauts += "\xC3\xA4", euros += "\xE2\x82\xAC";
     Exec("CREATE TABLE kodbc_imp_src (nr INTEGER, " + q_ + "Preis Netto" + q_ + " DOUBLE PRECISION, name VARCHAR(40), "
@@ -417,12 +400,11 @@ TEST_P(ImportRun, FileAndTableSourcesKeepValues) {
         const char *nr, *low, *high;
     } prices[] = {{"1", "1234.4", "1234.6"}, {"3", "0.249", "0.251"}, {"4", "0.999e20", "1.001e20"},
                   {"5", "0.999e-5", "1.001e-5"}, {"6", "-2.501e-7", "-2.499e-7"}};
-    const bool dateText = DateTarget() == KODBC_TYPE_VAR_TEXT;
     for (const bool file : {true, false}) {
         SCOPED_TRACE(file ? "file" : "table");
         DropTables({"kodbc_imp_dst"});
         const int text = file ? 0 : KODBC_TYPE_VAR_TEXT, skip = file ? KODBC_IMPORT_SKIP : 0;
-        const KodbcImportField types[] = {{"tag", nullptr, DateTarget(), 0, 0},
+        const KodbcImportField types[] = {{"tag", nullptr, date, 0, 0},
                                           {"t", nullptr, text, 1000, skip},
                                           {"b", nullptr, text, 20, skip},
                                           {"Art-Nr", nullptr, 0, 0, KODBC_IMPORT_SKIP},
@@ -451,9 +433,9 @@ TEST_P(ImportRun, FileAndTableSourcesKeepValues) {
         EXPECT_EQ(Column("SELECT nr FROM kodbc_imp_dst WHERE " + q_ + "Preis Netto" + q_ + " IS NULL"), Values{"2"});
         const Values dates = Of("tag");
         ASSERT_EQ(dates.size(), 6u);
-        EXPECT_EQ(dates[0].substr(0, 10), dateText ? "15.03.2024" : "2024-03-15");
+        EXPECT_EQ(dates[0].substr(0, 10), postgres ? "15.03.2024" : "2024-03-15");
         EXPECT_EQ(dates[1], "(NULL)");
-        EXPECT_EQ(dates[2].substr(0, 10), dateText ? "31.12.1999" : "1999-12-31");
+        EXPECT_EQ(dates[2].substr(0, 10), postgres ? "31.12.1999" : "1999-12-31");
         if (file) continue;
         EXPECT_EQ(Of("Art_Nr"), (Values{"A.1", "B'2", "(NULL)", "(NULL)", "(NULL)", "(NULL)"}));
         EXPECT_EQ(Of("t"), (Values{umlauts, euros, "(NULL)", "(NULL)", "(NULL)", "(NULL)"}));
@@ -479,89 +461,91 @@ TEST_P(ImportRun, CreateStatementTakesTemplatesAndTheCounterType) {
               "CREATE TABLE kodbc_imp_dst (Id CHAR (255), " + q_ + "Preis Netto" + q_ + number + ", t VARCHAR (20))");
 }
 
-// As many lines at the end stay unread as there are empty ones among the
-// counted, each a record without values; a cancel keeps what was written.
-TEST_P(ImportRun, EmptyLineIsARecordAndCancelKeepsWhatWasWritten) {
-    WriteFile("a\tb\n1\tx\n\n2\ty\n3\tz\n");
-    ImportCounts counts;
-    EXPECT_TRUE(RunText(0, counts));
-    EXPECT_EQ(counts.expected, 3);
-    EXPECT_EQ(Column("SELECT b FROM kodbc_imp_dst WHERE nr IS NOT NULL ORDER BY nr"), (Values{"x", "y"}));
-    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst WHERE nr IS NULL AND b IS NULL"), Values{"1"});
-    DropTables({"kodbc_imp_dst"});
-    EXPECT_TRUE(RunText(2, counts));
-    EXPECT_TRUE(counts.cancelled);
-    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst"), Values{"2"});
-}
-
-// CSV: a record over several lines, both line ends, values past 99
-// characters, and NULL apart from the empty text through the NULL text.
-TEST_P(ImportRun, CsvRecordsKeepLineBreaksLengthAndNull) {
-    WriteFile("nr,b\r\n1,\"zwei\r\nZeilen, \"\"zitiert\"\"\"\n2,-\r\n3,\r\n4,\"-\"\n5," + std::string(300, 'w') +
-              "\r\n");
-    KodbcImportOptions options{};
-    options.flags = KODBC_IMPORT_CSV;
-    options.delimiter = KODBC_EXPORT_OTHER;
-    options.otherDelimiter = ",";
-    options.nullText = "-";
-    char create[300] = {};
+// Through the public entry, a record at a time: an empty line is a record
+// without values (as many lines at the end stay unread as there are empty
+// ones among the counted); CSV keeps line breaks, lengths, and NULL apart
+// from the empty text; a value that makes no number ends the run after what
+// was written, before the first record without a table; names alone give
+// an empty table; a name twice is refused.
+TEST_P(ImportRun, TextAndCsvRunsAndTheirRefusals) {
+    const KodbcImportField nr = {"a", "nr", KODBC_TYPE_INTEGER, 0, 0};
+    const KodbcImportField number = {"b", nullptr, KODBC_TYPE_INTEGER, 0, 0};
+    const std::optional<Values> noTable;
+    const struct {
+        const char *what;
+        std::string file;
+        std::vector<KodbcImportField> fields;
+        int code;
+        long written;
+        std::optional<Values> b;  // by nr
+        const char *said;         // the one message, if any
+    } runs[] = {
+        {"empty line", "a\tb\n1\tx\n\n2\ty\n3\tz\n", {nr}, KODBC_SUCCESS, 3, Values{"(NULL)", "x", "y"}, ""},
+        {"csv",
+         "nr,b\r\n1,\"zwei\r\nZeilen, \"\"zitiert\"\"\"\n2,-\r\n3,\r\n4,\"-\"\n5," + std::string(300, 'w') + "\r\n",
+         {{"nr", nullptr, KODBC_TYPE_INTEGER, 0, 0}, {"b", nullptr, KODBC_TYPE_VAR_TEXT, 400, 0}}, KODBC_SUCCESS, 5,
+         Values{"zwei\r\nZeilen, \"zitiert\"", "(NULL)", "", "-", std::string(300, 'w')}, ""},
+        {"no number", "a\tb\n1\t5\n2\t12-05-2024\n3\t7\n", {nr, number}, KODBC_FAILURE, 1, Values{"5"},
+         "'12-05-2024'  in Zeile 3 ergibt f\xC3\xBCr das Feld  'b'"},
+        {"no number first", "a\tb\n2\t12-05-2024\n", {nr, number}, KODBC_FAILURE, 0, noTable, "in Zeile 2 ergibt"},
+        {"names alone", "a\tb\n", {nr, number}, KODBC_SUCCESS, 0, Values{}, ""},
+        {"name twice", "a\ta\n1\t2\n", {{"a_1", "a", 0, 0, 0}}, KODBC_FAILURE, 0, noTable,
+         "'a'  kommt mehr als einmal"},
+    };
     KodbcImportResult result{};
-    result.createStatement = create;
-    result.createSize = sizeof create;
-    ASSERT_EQ(ImportFile({{"b", nullptr, KODBC_TYPE_VAR_TEXT, 400, 0}}, result, options), KODBC_SUCCESS);
-    EXPECT_NE(std::string(create).find("b VARCHAR (400)"), std::string::npos) << create;
-    EXPECT_EQ(result.written, 5);
-    EXPECT_EQ(result.valuesCut, 0);
-    EXPECT_EQ(Of("b"), (Values{"zwei\r\nZeilen, \"zitiert\"", "(NULL)", "", "-", std::string(300, 'w')}));
-}
-
-// A value that makes no number ends the run after what was written; a run
-// that fails before its first record (that value, a file gone) leaves no
-// table, one without records gives its empty table.
-TEST_P(ImportRun, FailuresAreShownAndAFailedStartLeavesNoTable) {
-    KodbcImportResult result{};
-    const std::vector<KodbcImportField> number = {{"b", nullptr, KODBC_TYPE_INTEGER, 0, 0}};
-    WriteFile("a\tb\n1\t5\n2\t12-05-2024\n3\t7\n");
-    EXPECT_EQ(ImportFile(number, result), KODBC_FAILURE);
-    EXPECT_EQ(result.written, 1);
-    EXPECT_EQ(Column("SELECT b FROM kodbc_imp_dst"), Values{"5"});
-    EXPECT_EQ(messages_.entries().size(), 1u);
-    EXPECT_NE(messages_.last_text().find("'12-05-2024'  in Zeile 3 ergibt f\xC3\xBCr das Feld  'b'"),
-              std::string::npos)
-        << messages_.last_text();
-
-    DropTables({"kodbc_imp_dst"});
-    WriteFile("a\tb\n2\t12-05-2024\n");
-    EXPECT_EQ(ImportFile(number, result), KODBC_FAILURE);
-    EXPECT_FALSE(DstExists());
-    auto state = CreateImportWizardState(hdbc_);
-    ASSERT_TRUE(state);
-    state->kind = ImportSource::Text;
-    state->textFile = file_ + ".fehlt";
-    state->tableName = "kodbc_imp_dst";
-    state->fields = {Field("a"), Field("b")};
-    RecordingProgress progress(0);
-    EXPECT_FALSE(RunImportWizard(*state, progress));
-    EXPECT_FALSE(DstExists());
-    WriteFile("a\tb\n");
-    EXPECT_EQ(ImportFile(number, result), KODBC_SUCCESS);
-    EXPECT_TRUE(DstExists());
-
-    // A name twice, a choice naming no field.
-    WriteFile("a\ta\n1\t2\n");
-    messages_.clear();
-    EXPECT_EQ(ImportFile({{"a_1", "a", 0, 0, 0}}, result), KODBC_FAILURE);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    EXPECT_NE(messages_.last_text().find("'a'  kommt mehr als einmal"), std::string::npos);
+    for (const auto &run : runs) {
+        SCOPED_TRACE(run.what);
+        DropTables({"kodbc_imp_dst"});
+        messages_.clear();
+        WriteFile(run.file);
+        const bool csv = run.file[0] == 'n';
+        KodbcImportOptions options{};
+        options.flags = csv ? KODBC_IMPORT_CSV : 0;
+        options.delimiter = csv ? KODBC_EXPORT_OTHER : KODBC_EXPORT_TAB;
+        options.otherDelimiter = ",";
+        options.nullText = csv ? "-" : nullptr;
+        char create[300] = {};
+        result.createStatement = create;
+        result.createSize = sizeof create;
+        EXPECT_EQ(ImportFile(run.fields, result, options), run.code);
+        EXPECT_EQ(result.written, run.written);
+        EXPECT_EQ(result.valuesCut, 0);
+        EXPECT_EQ(DstExists(), run.b.has_value());
+        // A number column takes no text for NULL.
+        const bool numbers = run.fields.size() > 1 && run.fields.back().targetType == KODBC_TYPE_INTEGER;
+        EXPECT_EQ(!run.b ? Values{} : numbers ? Column("SELECT b FROM kodbc_imp_dst ORDER BY nr") : Of("b"),
+                  run.b.value_or(Values{}));
+        EXPECT_TRUE(!csv || std::string(create).find("b VARCHAR (400)") != std::string::npos) << create;
+        EXPECT_EQ(messages_.entries().size(), *run.said ? 1u : 0u);
+        EXPECT_NE(messages_.last_text().find(run.said), std::string::npos) << messages_.last_text();
+    }
     EXPECT_EQ(ImportFile({{"a_1", "a", 0, 0, 0}, {"zz", nullptr, 0, 0, 0}}, result), KODBC_IMPORT_NO_SUCH_FIELD);
     EXPECT_EQ(result.badField, 1);
 }
 
-// The command-line tool's way: INSERTs of many records in one transaction.
-// A refused record (a second value where the column takes each once), a
-// stop, or a value that makes no number leaves neither rows nor the table,
-// and the refused one is named by its line; a run that gets through holds
-// every record, each as the one-record INSERT would write it.
+// The wizard's run: a cancel keeps what was written; a file gone since its
+// fields were discovered leaves no table.
+TEST_P(ImportRun, WizardCancelKeepsWhatWasWrittenAndAFileGoneNoTable) {
+    WriteFile("a\tb\n1\tx\n2\ty\n3\tz\n");
+    auto state = CreateImportWizardState(hdbc_);
+    ASSERT_TRUE(state);
+    state->kind = ImportSource::Text;
+    state->textFile = file_;
+    state->tableName = "kodbc_imp_dst";
+    ASSERT_TRUE(DiscoverTextFields(file_.c_str(), state->format, state->fields));
+    RecordingProgress cancelling(2);
+    EXPECT_TRUE(RunImportWizard(*state, cancelling));
+    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst"), Values{"2"});
+    DropTables({"kodbc_imp_dst"});
+    state->textFile = file_ + ".fehlt";
+    RecordingProgress progress;
+    EXPECT_FALSE(RunImportWizard(*state, progress));
+    EXPECT_FALSE(DstExists());
+}
+
+// The command-line tool's batch of many records in one transaction: a
+// refused record (named by its line), a stop or a value that makes no number
+// leaves neither rows nor table; a run that gets through holds every record.
 TEST_P(ImportRun, BatchIsAllOrNothingAndNamesTheRefusedLine) {
     const long kLines = 1201;  // three statements, the last not full
     std::string text = "a\tb\n";
@@ -612,7 +596,8 @@ TEST_P(ImportRun, BatchIsAllOrNothingAndNamesTheRefusedLine) {
         EXPECT_NE(said.find(c.then, at == std::string::npos ? 0 : at), std::string::npos) << said;
         EXPECT_EQ(DstExists(), c.written > 0);
         if (c.written == 0) continue;
-        EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst WHERE b LIKE 'O''Brien %'"), Values{std::to_string(kLines)});
+        EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst WHERE b LIKE 'O''Brien %'"),
+                  Values{std::to_string(kLines)});
         EXPECT_EQ(Column("SELECT b FROM kodbc_imp_dst WHERE nr = 1201"), Values{"O'Brien \\ 1201"});
     }
 }
