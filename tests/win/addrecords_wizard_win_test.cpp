@@ -111,7 +111,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_ID_FIELDS);
         w.Shot(IDD_ADDREC_ID_FIELDS);
         Click(w.Page(IDD_ADDREC_ID_FIELDS), IDC_ADDREC_MODE_REPLACE);
-        w.Expect(WaitFor([&] { return IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID)) != FALSE; }),
+        w.Expect(WaitFor([&] { return Enabled(w.Page(IDD_ADDREC_ID_FIELDS), IDC_ADDREC_SOURCE_ID); }),
                  "id lists disabled in replace mode");
         w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID, "id");
         w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID, "id");

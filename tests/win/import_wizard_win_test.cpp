@@ -111,8 +111,7 @@ TEST_F(ImportWizard, TextFileWithEditedFields) {
         WaitFor([&] { return w.Cell(1, 0) == "Nr"; });
         order = ListViewColumn(w.Fields(), 1);
 
-        // The fields' check refuses a point in a name (its other rules are
-        // the core's, proven natively): the refused row is selected.
+        // A point in a name is refused (the other rules: natively); its row is selected.
         w.EditField(3, "Ort.Teil");
         w.SelectRow(0);
         w.Refused(IDD_IMPORT_FIELDS);

@@ -31,8 +31,7 @@ int Stored() {
     return Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kSettingsKey, 0, kodbc::tools::kRecentSection, "Total", -1);
 }
 
-// Types and executes `sql` (a sent click returns once the work is done); the
-// notice shown, empty for none.
+// Types and executes `sql` (a sent click returns when done); the notice shown.
 std::string Execute(HWND dialog, const std::string &sql) {
     Type(dialog, IDC_SQL_PERFORMER_EDIT, sql);
     WaitFor([&] { return NoticeText().empty(); });  // the last one has gone
