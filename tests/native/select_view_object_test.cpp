@@ -35,8 +35,7 @@ protected:
     }
 };
 
-// Created with the design beside it, loaded and dropped, through the object
-// and through the exported functions (caller buffers, bounds, result codes).
+// Through the object and the exported functions (buffers, bounds, results).
 TEST_P(StoredView, CreateLoadAndDrop) {
     ViewObject fresh = NewViewObject(hdbc_, "", "", kViewModeNew | kViewModeCallers);
     EXPECT_EQ(fresh.name, "Neue_Abfrage");
@@ -161,8 +160,7 @@ TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
     EXPECT_TRUE(Exists("kodbc_sv2"));
 }
 
-// OK's rules: the entries first (they need no database), then the test,
-// the replacement or rename.
+// Before the test, and without a database.
 TEST(StoredViewEntries, NameAndSqlAreCheckedFirst) {
     const struct {
         const char *name, *sql;

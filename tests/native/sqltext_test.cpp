@@ -74,8 +74,7 @@ TEST(SqlTextBracket, ListIsTabSeparatedAndCommaJoined) {
     }
 }
 
-// Quoting only what needs it, skipping what does not fit; a driver that
-// reports a blank or nothing gets the name unchanged.
+// A driver that reports a blank or nothing gets the name unchanged.
 TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
     const std::string blanks = std::string(120, 'x') + " " + std::string(120, 'y');
     const struct {
