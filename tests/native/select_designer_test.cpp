@@ -129,8 +129,7 @@ TEST(SelFactDesigner, RemovingATableTakesWhatBelongsToIt) {
     EXPECT_FALSE(RemoveTable(query, 2));
 }
 
-// Moved by one with the buttons or dragged to another place, where the
-// entries between close up; never out of the list.
+// By one (the buttons) or dragged, where the entries between close up.
 TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
     struct Case {
         bool drag;

@@ -115,9 +115,7 @@ TEST_P(StoredView, CreateLoadAndDrop) {
 }
 
 // SQLite makes a view over a column that does not exist and refuses it only
-// when it is read: the test reads the test view, and nothing of that view
-// stays, whatever the outcome. A view that passes is saved; opened again,
-// the same name replaces it, a new name renames it.
+// when it is read: the test reads the test view, which never stays.
 TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
     const struct {
         const char *sql;

@@ -134,9 +134,8 @@ TEST(SqlTextSql92, ListWithJoiner) {
                   expected);
 }
 
-// Whole names: QuoteIfNotPlain encloses a name that is not plain; a
-// catalogue's column name keeps its points inside the quotes, has quotes in
-// it doubled and is written whole or not at all.
+// A catalogue's column name keeps its points inside the quotes, has quotes
+// in it doubled and is written whole or not at all.
 TEST(SqlTextQuoteWhole, QuoteIfNotPlainAndColumnNames) {
     const struct {
         bool column;
