@@ -59,6 +59,14 @@ TEST_F(SelectBoxes, ClausesFillTheBoxesAndBoxesWriteTheClauses) {
               "SELECT " + Q("a b") + " AS " + Q("al ias") + ",c FROM " + Q("my t") + " ORDER BY a DESC," + Q("b c"));
     EXPECT_EQ(Kodbc_Select_FieldsBox_To_FieldsClause(hdbc_, nullptr, statementBuffer, 16), -1);
 
+    // The sort toggle shows the label and selects the line; below 0 it takes the selected one.
+    Put(list_, {{"a\taufsteigend", 0}, {"b", 1}});
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 0), 0);
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 1), 1);
+    EXPECT_EQ(Selected(list_), 1);
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, -1), 1);
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"b\tabsteigend", 1}}));
+
     // A stray bracket is reported once and leaves the box empty.
     MessageBoxAnswerer answerer("Datenbank", IDOK);
     Put(list_, {{"old", 0}});
@@ -66,16 +74,6 @@ TEST_F(SelectBoxes, ClausesFillTheBoxesAndBoxesWriteTheClauses) {
     EXPECT_TRUE(BoxLines(list_).empty());
     ASSERT_EQ(answerer.Seen().size(), 1u);
     EXPECT_EQ(answerer.Seen()[0].text, "Es wurde eine unerwartete schlie\xDF" "ende Klammer gefunden.\n\n)");
-}
-
-TEST_F(SelectBoxes, ToggleShowsTheLabelAndSelects) {
-    Put(list_, {{"a\taufsteigend", 0}, {"b", 1}});
-    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 0), 0);
-    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 1), 1);
-    EXPECT_EQ(Selected(list_), 1);
-    // Index below 0: the selected line.
-    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, -1), 1);
-    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"b\tabsteigend", 1}}));
 }
 
 // Typing keeps only the alias's characters (which: select_boxes_test.cpp);
