@@ -1,7 +1,4 @@
-// Pieces every fuzz target uses: a check that stops the run, the input cut
-// at zero bytes, a heap buffer of exactly the stated size (so the sanitizer
-// sees one byte too far), bytes as a file, and a stand-in for the driver's
-// identifier quote query that counts its calls.
+// Pieces every fuzz target uses.
 #pragma once
 
 #include "sqltext/sql_names.h"
@@ -36,6 +33,7 @@ inline std::vector<std::string> Pieces(const uint8_t *data, std::size_t size, st
     return pieces;
 }
 
+// A heap buffer of exactly the stated size: the sanitizer sees one byte too far.
 struct Buffer {
     explicit Buffer(int size) : size(size), owner(new char[size > 0 ? size : 1]), data(owner.get()) {}
     Buffer(int size, std::string_view text) : Buffer(size) { load(text); }

@@ -1,9 +1,6 @@
-// Selection and assignment descriptors into WHERE and SET text: every
-// operator's SQL, the value conversion by data type, lists, groups and the
-// room rules without a driver; then built the way the dialogs build them and
-// run on each data source. The selection editor without its window: the box
-// entries, where a descriptor's lines land and what the rows' texts write
-// back, and the mask files it loads and saves.
+// Selection and assignment descriptors into WHERE and SET text, without a
+// driver and run on each data source; the selection editor's rows without
+// its window, and its mask files.
 #include "test_support.h"
 
 #include "select/selection_mask.h"
@@ -232,16 +229,9 @@ protected:
         Exec("CREATE TABLE kc_h10_sel (nr INTEGER, ort VARCHAR(40), umsatz NUMERIC(12,2), datum DATE, "
              "zeit TIMESTAMP NULL, " + IdentifierQuote() + "kunden ort" + IdentifierQuote() + " VARCHAR(40))");
         Exec("INSERT INTO kc_h10_sel VALUES (1, 'Berlin', 1500.50, {d '2024-03-15'}, {ts '2024-03-15 10:00:00'}, "
-             "'Berlin')");
-        Exec("INSERT INTO kc_h10_sel VALUES (2, 'Bonn', 800.00, {d '2023-12-01'}, {ts '2023-12-01 08:00:00'}, "
-             "'Koeln')");
-        Exec("INSERT INTO kc_h10_sel VALUES (3, 'Bremen', 2000.00, NULL, NULL, 'Bremen')");
-        ReadFieldTypes();
-    }
-
-    // The field list the dialogs fill their field boxes from, read as they
-    // read it.
-    void ReadFieldTypes() {
+             "'Berlin'), (2, 'Bonn', 800.00, {d '2023-12-01'}, {ts '2023-12-01 08:00:00'}, 'Koeln'), "
+             "(3, 'Bremen', 2000.00, NULL, NULL, 'Bremen')");
+        // The types as the dialogs read them into their field boxes.
         char list[2000];
         ASSERT_EQ(Kodbc_GetFields(hdbc_, "kc_h10_sel", KODBC_FIELDS_WITH_TYPE, "\t", list, sizeof list),
                   KODBC_SUCCESS);
@@ -305,7 +295,6 @@ std::string Listing(const std::vector<BoxEntry> &entries) {
     return out;
 }
 
-// Box order is table order, each label with its code, the blank entry last.
 TEST(SelDescRowTexts, OperatorBoxesInTableOrderWithTheBlankLast) {
     EXPECT_EQ(Listing(OperatorBoxEntries(OperatorTable(OPDESC_SELECTION))),
               "beginnt mit=101|enthält=108|ist leer=109|ist nicht leer=110|ist gleich=102|ist ungleich=103|"

@@ -21,6 +21,7 @@ namespace kodbc::test {
 namespace {
 
 using namespace select;
+using Table = SelFact::Table;
 
 // A query from its descriptor texts, without a connection.
 SelFact Query(const std::string &tables, const std::string &columns, const std::string &sort = {},
@@ -35,16 +36,6 @@ SelFact Query(const std::string &tables, const std::string &columns, const std::
 
 std::string Part(const SelFact &query, int part) { return SelFactDescriptor(query, part); }
 
-SelFact::Table Table(const char *name, const char *alias, int join, const char *first, const char *second) {
-    SelFact::Table table;
-    if (name) table.name = name;
-    if (alias) table.alias = alias;
-    table.joinType = join;
-    if (first) table.first = first;
-    if (second) table.second = second;
-    return table;
-}
-
 const std::string kTwoTables = "Kunden\tk\t\tEQ\t\t\nAuftraege\ta\tLJ\tEQ\tk.Nr\ta.KdNr";
 const std::string kColumns = "k.Name\tKunde\na.*\t\nk.Ort\t";
 
@@ -57,19 +48,15 @@ TEST(SelFactDesigner, StoringATableChecksItAndAddsOrReplaces) {
         int row, refused;
         std::string tables;
     } cases[] = {
-        {"a table without a name", true, -1, Table(nullptr, "o", 1, nullptr, nullptr), -1, 1625, kTwoTables},
-        {"a joined table without its second operand", true, -1, Table("Orte", nullptr, 3, "k.Ort", nullptr), -1,
-         1652, kTwoTables},
-        {"a joined table without its first operand", true, 1, Table("Orte", nullptr, 2, nullptr, "o.Ort"), -1, 1652,
-         kTwoTables},
-        {"a table not joined needs no operands", true, -1, Table("Orte", nullptr, 1, nullptr, nullptr), 2, 0,
-         kTwoTables + "\nOrte\t\t\tEQ\t\t"},
-        {"added at the end, whatever is selected", true, 0, Table("Orte", "o", 3, "k.Ort", "o.Name"), 2, 0,
+        {"a table without a name", true, -1, {{}, "o", 1, 1, {}, {}}, -1, 1625, kTwoTables},
+        {"joined, no second operand", true, -1, {"Orte", {}, 3, 1, "k.Ort", {}}, -1, 1652, kTwoTables},
+        {"joined, no first operand", true, 1, {"Orte", {}, 2, 1, {}, "o.Ort"}, -1, 1652, kTwoTables},
+        {"not joined, no operands", true, -1, {"Orte", {}, 1, 1, {}, {}}, 2, 0, kTwoTables + "\nOrte\t\t\tEQ\t\t"},
+        {"added at the end, whatever is selected", true, 0, {"Orte", "o", 3, 1, "k.Ort", "o.Name"}, 2, 0,
          kTwoTables + "\nOrte\to\tIJ\tEQ\tk.Ort\to.Name"},
-        {"replaced in place", false, 1, Table("Orte", "a", 2, "k.Ort", "a.Name"), 1, 0,
+        {"replaced in place", false, 1, {"Orte", "a", 2, 1, "k.Ort", "a.Name"}, 1, 0,
          "Kunden\tk\t\tEQ\t\t\nOrte\ta\tLJ\tEQ\tk.Ort\ta.Name"},
-        {"nothing selected to replace: no refusal either", false, -1, Table(nullptr, nullptr, 1, nullptr, nullptr),
-         -1, 0, kTwoTables},
+        {"nothing selected to replace: no refusal either", false, -1, {}, -1, 0, kTwoTables},
     };
     for (const Case &c : cases) {
         SelFact query = Query(kTwoTables, kColumns);
@@ -121,7 +108,7 @@ TEST(SelFactDesigner, RenamingATableCarriesItsReferencesAlong) {
     // follow; names that merely begin alike ("kx.Name") do not.
     SelFact query = Query(kTwoTables, "k.Name\tKunde\nkx.Name\t\nK.Ort\t", "k.Name\tDESC",
                           "k.Ort\tBW\tBer\t12\nk.Plz\tEQF\tk.Ort\t12\n\va.Nr\tEQ\tk.Nr\t4\n\v");
-    ASSERT_EQ(StoreTable(query, false, 0, Table("Kunden", "kd", 1, nullptr, nullptr)).row, 0);
+    ASSERT_EQ(StoreTable(query, false, 0, Table{"Kunden", "kd", 1, 1, {}, {}}).row, 0);
     EXPECT_EQ(Part(query, SELFACT_COLUMNS), "kd.Name\tKunde\nkx.Name\t\nkd.Ort\t");
     EXPECT_EQ(Part(query, SELFACT_SORT), "kd.Name\tDESC");
     EXPECT_EQ(Part(query, SELFACT_TABLES), "Kunden\tkd\t\tEQ\t\t\nAuftraege\ta\tLJ\tEQ\tkd.Nr\ta.KdNr");
@@ -129,7 +116,7 @@ TEST(SelFactDesigner, RenamingATableCarriesItsReferencesAlong) {
 
     // Without an alias the table's name qualifies its fields.
     SelFact plain = Query("Kunden\t\t\t\t\t", "Kunden.Name\t");
-    ASSERT_EQ(StoreTable(plain, false, 0, Table("Kunden", "k", 1, nullptr, nullptr)).row, 0);
+    ASSERT_EQ(StoreTable(plain, false, 0, Table{"Kunden", "k", 1, 1, {}, {}}).row, 0);
     EXPECT_EQ(Part(plain, SELFACT_COLUMNS), "k.Name\t");
 }
 
@@ -142,8 +129,7 @@ TEST(SelFactDesigner, RemovingATableTakesWhatBelongsToIt) {
     EXPECT_FALSE(RemoveTable(query, 2));
 }
 
-// Moved by one with the buttons or dragged to another place, where the
-// entries between close up; never out of the list.
+// By one (the buttons) or dragged, where the entries between close up.
 TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
     struct Case {
         bool drag;
@@ -176,8 +162,8 @@ TEST(SelFactDesigner, EntriesMoveWithinTheListOnly) {
 TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     EXPECT_EQ(QualifyFieldList("Kunden", "Nr\tName", false), "Kunden.Nr\tKunden.Name");
     EXPECT_EQ(QualifyFieldList("k", "", true), "");
-    EXPECT_EQ(JoinConditionText(Table("A", "a", 2, "k.Nr", "a.KdNr"), ">"), "k.Nr > a.KdNr");
-    EXPECT_EQ(JoinConditionText(Table("A", "a", 1, "k.Nr", "a.KdNr"), ">"), "");
+    EXPECT_EQ(JoinConditionText(Table{"A", "a", 2, 1, "k.Nr", "a.KdNr"}, ">"), "k.Nr > a.KdNr");
+    EXPECT_EQ(JoinConditionText(Table{"A", "a", 1, 1, "k.Nr", "a.KdNr"}, ">"), "");
     std::map<std::string, std::string> asked;
     const FieldCatalogue catalogue = [&](const std::string &table) {
         const std::map<std::string, std::string> lists = {
@@ -186,7 +172,7 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
         return asked[table] = found == lists.end() ? std::string() : found->second;
     };
     SelFact query = Query(kTwoTables + "\n\tx\tIJ\tEQ\t\t", "k.Name\tKunde\na.*\t\nk.Ort\tWohnort");
-    const SelFact::Table orte = Table("Orte", nullptr, 3, nullptr, nullptr);
+    const Table orte{"Orte", {}, 3, 1, {}, {}};
     const std::vector<DesignerField> fields = DesignerFields(query, &orte, catalogue);
     EXPECT_EQ(fields, (std::vector<DesignerField>{
                           {"k.Nr", "4"}, {"k.Name", "12"}, {"a.KdNr", "4"}, {"Orte.Ort", "12"}, {"Orte.Plz", ""}}));
@@ -200,7 +186,7 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
 
     // A new table offers its operands under its own qualifier; an edited
     // one (a row selected) already is among the listed tables.
-    const SelFact::Table edited = Table("Orte", "o", 3, nullptr, nullptr);
+    const Table edited{"Orte", "o", 3, 1, {}, {}};
     EXPECT_EQ(OperandChoices(query, edited, -1, catalogue),
               (std::vector<std::string>{"k.Nr", "k.Name", "a.KdNr", "o.Ort", "o.Plz"}));
     EXPECT_EQ(OperandChoices(query, edited, 0, catalogue), (std::vector<std::string>{"k.Nr", "k.Name", "a.KdNr"}));
@@ -216,7 +202,6 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     for (int rule : {1625, 1652, 1653, 1654}) EXPECT_EQ(PageOfRule(rule), DesignerPage::Tables) << rule;
 }
 
-// A query through the exported functions, destroyed with the test.
 struct ApiQuery {
     explicit ApiQuery(SQLHDBC hdbc, unsigned flags = 0) {
         EXPECT_EQ(Kodbc_SelFact_Create(&query, hdbc, "", flags), SELFACT_OK);

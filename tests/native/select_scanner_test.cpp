@@ -169,8 +169,7 @@ TEST_F(SelectScanner, ScanResultsAndBuffers) {
     EXPECT_STREQ(out, "abc");
 }
 
-// With the connection's quote character a quoted name is one word: its
-// blanks and commas stay, and every part of a qualified name loses them.
+// Every part of a qualified name loses its quotes.
 TEST_F(SelectScanner, QuotedNamesKeepTheirBlanksAndCommas) {
     select::ScanContext context{'`'};
     const char *statement =

@@ -35,8 +35,7 @@ protected:
     }
 };
 
-// Created with the design beside it, loaded and dropped, through the object
-// and through the exported functions (caller buffers, bounds, result codes).
+// Through the object and the exported functions (buffers, bounds, results).
 TEST_P(StoredView, CreateLoadAndDrop) {
     ViewObject fresh = NewViewObject(hdbc_, "", "", kViewModeNew | kViewModeCallers);
     EXPECT_EQ(fresh.name, "Neue_Abfrage");
@@ -116,9 +115,7 @@ TEST_P(StoredView, CreateLoadAndDrop) {
 }
 
 // SQLite makes a view over a column that does not exist and refuses it only
-// when it is read: the test reads the test view, and nothing of that view
-// stays, whatever the outcome. A view that passes is saved; opened again,
-// the same name replaces it, a new name renames it.
+// when it is read: the test reads the test view, which never stays.
 TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
     const struct {
         const char *sql;
@@ -161,8 +158,7 @@ TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
     EXPECT_TRUE(Exists("kodbc_sv2"));
 }
 
-// OK's rules: the entries first (they need no database), then the test,
-// the replacement or rename.
+// Before the test, and without a database.
 TEST(StoredViewEntries, NameAndSqlAreCheckedFirst) {
     const struct {
         const char *name, *sql;

@@ -74,8 +74,7 @@ TEST(SqlTextBracket, ListIsTabSeparatedAndCommaJoined) {
     }
 }
 
-// Quoting only what needs it, skipping what does not fit; a driver that
-// reports a blank or nothing gets the name unchanged.
+// A driver that reports a blank or nothing gets the name unchanged.
 TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
     const std::string blanks = std::string(120, 'x') + " " + std::string(120, 'y');
     const struct {
@@ -135,9 +134,8 @@ TEST(SqlTextSql92, ListWithJoiner) {
                   expected);
 }
 
-// Whole names: QuoteIfNotPlain encloses a name that is not plain; a
-// catalogue's column name keeps its points inside the quotes, has quotes in
-// it doubled and is written whole or not at all.
+// A catalogue's column name keeps its points inside the quotes, has quotes
+// in it doubled and is written whole or not at all.
 TEST(SqlTextQuoteWhole, QuoteIfNotPlainAndColumnNames) {
     const struct {
         bool column;

@@ -1,6 +1,6 @@
 // Dialog 10065: the focus, what OK and cancel leave in the caller's buffer,
 // masks saved, loaded and refused through file dialogs that remember the
-// last file (the files' format: select_selection_mask_test.cpp).
+// last file (the files' format: seldesc_test.cpp).
 #include "robot.h"
 
 #include "select/seldesc_editor_ids.h"
@@ -88,7 +88,7 @@ TEST_F(SelectionEditor, SavesLoadsAndRefusesMasks) {
     });
     EXPECT_EQ(Kodbc_Edit_SelDesc(buffer.data(), static_cast<int>(buffer.size()), kFields, 0, 0), 1);
     robot.Join();
-    // Which control is first without text is seldesc_rows_test.cpp's; here
+    // Which control is first without text is seldesc_test.cpp's; here
     // the first row's operator label counts as text.
     EXPECT_EQ(focused, IDC_SELEDIT_G1R2_FIELD);
     EXPECT_EQ(FileText(saved), "KORVEL-SMSOrt\tEQ\tBonn\t12\n\v\v\v\v");

@@ -58,9 +58,16 @@ TEST_F(SelectBoxes, ClausesFillTheBoxesAndBoxesWriteTheClauses) {
     EXPECT_EQ(std::string(statementBuffer),
               "SELECT " + Q("a b") + " AS " + Q("al ias") + ",c FROM " + Q("my t") + " ORDER BY a DESC," + Q("b c"));
     EXPECT_EQ(Kodbc_Select_FieldsBox_To_FieldsClause(hdbc_, nullptr, statementBuffer, 16), -1);
-}
 
-TEST_F(SelectBoxes, StrayBracketIsReportedOnceAndLeavesTheBoxEmpty) {
+    // The sort toggle shows the label and selects the line; below 0 it takes the selected one.
+    Put(list_, {{"a\taufsteigend", 0}, {"b", 1}});
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 0), 0);
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 1), 1);
+    EXPECT_EQ(Selected(list_), 1);
+    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, -1), 1);
+    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"b\tabsteigend", 1}}));
+
+    // A stray bracket is reported once and leaves the box empty.
     MessageBoxAnswerer answerer("Datenbank", IDOK);
     Put(list_, {{"old", 0}});
     EXPECT_EQ(Kodbc_Select_FieldsClause_To_FieldsBox(hdbc_, "SELECT a FROM t)", 0, list_), 0);
@@ -69,22 +76,10 @@ TEST_F(SelectBoxes, StrayBracketIsReportedOnceAndLeavesTheBoxEmpty) {
     EXPECT_EQ(answerer.Seen()[0].text, "Es wurde eine unerwartete schlie\xDF" "ende Klammer gefunden.\n\n)");
 }
 
-TEST_F(SelectBoxes, ToggleShowsTheLabelAndSelects) {
-    Put(list_, {{"a\taufsteigend", 0}, {"b", 1}});
-    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 0), 0);
-    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, 1), 1);
-    EXPECT_EQ(Selected(list_), 1);
-    // Index below 0: the selected line.
-    EXPECT_EQ(Kodbc_OrderByBox_ToggleDirection(list_, -1), 1);
-    EXPECT_EQ(BoxLines(list_), (std::vector<Line>{{"a\tabsteigend", 1}, {"b\tabsteigend", 1}}));
-}
-
-class AliasDialog : public SelectBoxes {};
-
 // Typing keeps only the alias's characters (which: select_boxes_test.cpp);
 // OK stores the alias behind a tab and clears the line's item data, cancel
 // leaves the line.
-TEST_F(AliasDialog, TypedAliasKeepsOnlyAllowedCharacters) {
+TEST_F(SelectBoxes, TypedAliasKeepsOnlyAllowedCharacters) {
     Put(list_, {{"first", 0}, {"col\told", 3}, {"last", 0}});
     std::string before, typed;
     DialogRobot robot(kAliasTitle, "alias-10070", [&](HWND dialog) {

@@ -22,20 +22,16 @@ constexpr char kTitle[] = "Assistent f\xFCr SELECT-Befehl";
 constexpr int kPages[] = {IDC_SELFACT_PAGE_TABLES, IDC_SELFACT_PAGE_COLUMNS, IDC_SELFACT_PAGE_SELECTION,
                           IDC_SELFACT_PAGE_SORT};
 
-HWND Page(HWND dialog, int page) { return GetDlgItem(dialog, page); }
-
 Texts TabLabels(HWND dialog) {
     HWND tabs = GetDlgItem(dialog, IDC_SELFACT_TABS);
-    Texts labels;
-    const int count = static_cast<int>(SendMessageA(tabs, TCM_GETITEMCOUNT, 0, 0));
-    for (int i = 0; i < count; ++i) {
+    Texts labels(static_cast<std::size_t>(SendMessageA(tabs, TCM_GETITEMCOUNT, 0, 0)));
+    for (std::size_t i = 0; i < labels.size(); ++i) {
         char text[100] = {};
-        TCITEMA item = {};
-        item.mask = TCIF_TEXT;
+        TCITEMA item = {TCIF_TEXT};
         item.pszText = text;
         item.cchTextMax = sizeof text;
-        SendMessageA(tabs, TCM_GETITEMA, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
-        labels.push_back(item.pszText ? item.pszText : "");
+        SendMessageA(tabs, TCM_GETITEMA, i, reinterpret_cast<LPARAM>(&item));
+        labels[i] = item.pszText ? item.pszText : "";
     }
     return labels;
 }
@@ -43,7 +39,7 @@ Texts TabLabels(HWND dialog) {
 // The page whose window shows; 0 for none.
 int FrontPage(HWND dialog) {
     for (int page : kPages)
-        if (Page(dialog, page) && IsWindowVisible(Page(dialog, page))) return page;
+        if (IsWindowVisible(GetDlgItem(dialog, page))) return page;
     return 0;
 }
 
@@ -91,7 +87,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
     std::string preview, tested;
     DialogRobot robot(kTitle, "selfact-10064", [&](HWND dialog) {
         labels = TabLabels(dialog);
-        HWND tables = Page(dialog, IDC_SELFACT_PAGE_TABLES);
+        HWND tables = GetDlgItem(dialog, IDC_SELFACT_PAGE_TABLES);
         Choose(tables, IDC_SFT_TABLE, "kodbc_sfk", true);
         Type(tables, IDC_SFT_ALIAS, "k");
         PressFor(tables, IDC_SFT_ADD, IDC_SFT_LIST, 1);
@@ -106,7 +102,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
         SaveScreenshot(dialog, "selfact-10064-tabellen");
 
         ChooseTab(dialog, 1);
-        HWND columns = Page(dialog, IDC_SELFACT_PAGE_COLUMNS);
+        HWND columns = GetDlgItem(dialog, IDC_SELFACT_PAGE_COLUMNS);
         for (const char *column : {"k.Ort", "k.Name", "a.Betrag"}) {
             Type(columns, IDC_SFC_COLUMN, column);
             Type(columns, IDC_SFC_ALIAS, std::string(column) == "k.Name" ? "Kunde" : "");
@@ -125,7 +121,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
         SaveScreenshot(dialog, "selfact-10064-spalten");
 
         ChooseTab(dialog, 2);
-        HWND selection = Page(dialog, IDC_SELFACT_PAGE_SELECTION);
+        HWND selection = GetDlgItem(dialog, IDC_SELFACT_PAGE_SELECTION);
         Choose(selection, IDC_SFW_G1R1_FIELD, "a.Betrag", true);
         Type(selection, IDC_SFW_G1R1_VALUE, "10");
         ChooseData(selection, IDC_SFW_G1R1_OPERATION, OPDESC_OP_GREATER, true);
@@ -133,7 +129,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
         SaveScreenshot(dialog, "selfact-10064-selektion");
 
         ChooseTab(dialog, 3);
-        HWND sort = Page(dialog, IDC_SELFACT_PAGE_SORT);
+        HWND sort = GetDlgItem(dialog, IDC_SELFACT_PAGE_SORT);
         Type(sort, IDC_SFS_COLUMN, "k.Name");
         Choose(sort, IDC_SFS_DIRECTION, "DESC", true);
         PressFor(sort, IDC_SFS_ADD, IDC_SFS_LIST, 1);
@@ -163,8 +159,8 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
 }
 
 // Each refusal of OK reaches the user with its page in front (which query
-// breaks which rule and which page it names: select_selfact_test.cpp,
-// select_designer_test.cpp); cancel leaves the query as it was.
+// breaks which rule, which page it names: select_designer_test.cpp);
+// cancel leaves the query as it was.
 TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
     struct Case {
         const char *tables, *columns, *said;
@@ -194,7 +190,7 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
             said = AnswerBox(IDOK, c.shot);
             front = FrontPage(dialog);
             if (!*c.tables) {  // a table added after all, then cancelled
-                HWND tables = Page(dialog, IDC_SELFACT_PAGE_TABLES);
+                HWND tables = GetDlgItem(dialog, IDC_SELFACT_PAGE_TABLES);
                 Choose(tables, IDC_SFT_TABLE, "kodbc_sfk", true);
                 PressFor(tables, IDC_SFT_ADD, IDC_SFT_LIST, 1);
             }
@@ -210,7 +206,7 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
 }
 
 // A view's body: no sort page; the schema picked serves the designer alone
-// (the test view's removal: select_selfact_test.cpp).
+// (the test view's removal: select_designer_test.cpp).
 TEST_F(SelFactDesignerTest, AViewHasNoSortPageAndIsTestedAsAView) {
     SelFact *view = nullptr;
     ASSERT_EQ(Kodbc_SelFact_Create(&view, hdbc_, "", SELFACT_VIEW), SELFACT_OK);

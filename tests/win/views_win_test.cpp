@@ -39,7 +39,6 @@ protected:
 TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
     std::string typed, noName, noSql, tested;
     bool errorShown = false;
-    const char *sql = "SELECT Nr, Ort FROM kodbc_vwb";
     DialogRobot robot(kTitle, "view-10063", [&](HWND dialog) {
         Type(dialog, IDC_VIEW_NAME, "kodbc_v0w 1");
         typed = ControlText(dialog, IDC_VIEW_NAME);
@@ -52,7 +51,7 @@ TEST_F(ViewDialogTest, NewViewIsRefusedUntilItsEntriesHoldThenCreated) {
         Type(dialog, IDC_VIEW_SQL, "SELEKT Nr FROM kodbc_vwb");
         Click(dialog, IDC_VIEW_OK);
         errorShown = CloseErrorDisplay() != "<none>";  // the dialog stays: the test and OK below need it
-        Type(dialog, IDC_VIEW_SQL, sql);
+        Type(dialog, IDC_VIEW_SQL, "SELECT Nr, Ort FROM kodbc_vwb");
         Click(dialog, IDC_VIEW_TEST);
         tested = AnswerBox(IDOK, "view-1707");
         Sleep(200);
