@@ -1,6 +1,5 @@
-// Add records: without a data source which types may fill which, how values are converted and
-// the literals and conditions they become; on every data source the preset mapping, the page
-// checks, the statement builders and whole runs.
+// Add records: values, literals and conditions without a data source; on every data source the
+// preset mapping, the page checks, the statement builders and whole runs.
 #include "test_support.h"
 
 #include "wizards/add_records.h"
@@ -20,7 +19,7 @@ using namespace kodbc::wizards;
 
 // Which types may fill which, and what a value becomes on the way.
 TEST(AddRecordsValues, TypeCompatibilityAndConversion) {
-    struct Case { int source, destination; bool compatible; const char *value, *expected; };
+    struct Case { int source, destination; bool compatible; const char *value = nullptr, *expected = nullptr; };
     const Case cases[] = {
         {KODBC_TYPE_INTEGER, KODBC_TYPE_DATETIME, false}, {KODBC_TYPE_FLOAT, KODBC_TYPE_BINARY, false},
         {KODBC_TYPE_DATETIME, KODBC_TYPE_LONG_TEXT, false}, {KODBC_TYPE_DATETIME, KODBC_TYPE_FLOAT, false},
