@@ -1,9 +1,5 @@
-// The base library behind korvel32.h, one body for both implementations
-// (the Windows test program compiles this file too): registry values, the
-// string encoding, dates, bounded strings, code pages and temporary files.
-// POSIX only: messages through a registered module's string table, the
-// file-backed registry shared by processes, the statement dump gate it
-// switches, and the interrupt of a progress.
+// The base library behind korvel32.h, one body for both implementations (the Windows test
+// program compiles this file too); what has no Win32 twin stands last, POSIX only.
 #ifdef _WIN32
 #include <windows.h>
 
@@ -225,12 +221,10 @@ TEST(PlatformDates, Writing) {
     EXPECT_STREQ(buf, "07.03.2024");
     Korvel_FormatDate(&d, "%Y1/%M1 %h1:%m1:%s1 100%", buf, sizeof buf);
     EXPECT_STREQ(buf, "24/03 09:05:01 100%");
-    EXPECT_EQ(Korvel_DateToOdbcDate(&d, buf, sizeof buf), 16);
-    EXPECT_STREQ(buf, "{d '2024-03-07'}");
+    EXPECT_EQ(std::string(buf, Korvel_DateToOdbcDate(&d, buf, sizeof buf)), "{d '2024-03-07'}");
     Korvel_DateToOdbcTimestamp(&d, buf, sizeof buf);
     EXPECT_STREQ(buf, "{ts '2024-03-07 09:05:01'}");
-    EXPECT_EQ(Korvel_DateToTimestampText(&d, buf, sizeof buf), 19);
-    EXPECT_STREQ(buf, "2024-03-07 09:05:01");
+    EXPECT_EQ(std::string(buf, Korvel_DateToTimestampText(&d, buf, sizeof buf)), "2024-03-07 09:05:01");
     EXPECT_EQ(Guarded(11, [&](char *out, int n) { EXPECT_EQ(Korvel_DateToTimestampText(&d, out, n), 10); }),
               "2024-03-07");
 }
@@ -434,9 +428,8 @@ TEST_F(Platform, WithoutHandlerStderrAndSafeAnswer) {
     const int answers[] = {Show(20, "T"), Show(21), Show(23), Korvel_DumpSqlStatement("DELETE FROM t", 0)};
     std::string err = testing::internal::GetCapturedStderr();
     Korvel_SetMessageHandler(previous, nullptr);
-    EXPECT_EQ(answers[0], KODBC_ANSWER_NO);
-    EXPECT_EQ(answers[1], KODBC_ANSWER_CANCEL);
-    EXPECT_EQ(answers[2], KODBC_ANSWER_OK);
+    EXPECT_EQ((std::vector<int>{answers[0], answers[1], answers[2]}),
+              (std::vector<int>{KODBC_ANSWER_NO, KODBC_ANSWER_CANCEL, KODBC_ANSWER_OK}));
     EXPECT_NE(answers[3], 1) << "nobody to ask whether the statement runs: it does not";
     EXPECT_NE(err.find("Testfenster: Soll die Tabelle  T  gelöscht werden?"), std::string::npos) << err;
     EXPECT_NE(err.find("DELETE FROM t"), std::string::npos) << err;
