@@ -1,9 +1,5 @@
-// The base library behind korvel32.h, one body for both implementations
-// (the Windows test program compiles this file too): registry values, the
-// string encoding, dates, bounded strings, code pages and temporary files.
-// POSIX only: messages through a registered module's string table, the
-// file-backed registry shared by processes, the statement dump gate it
-// switches, and the interrupt of a progress.
+// The base library behind korvel32.h, one body for both implementations (the Windows test
+// program compiles this file too); what has no Win32 twin stands last, POSIX only.
 #ifdef _WIN32
 #include <windows.h>
 
@@ -48,6 +44,12 @@ using RegistryStore = ::testing::Test;  // the real registry
 #else
 using RegistryStore = PrivateRegistryTest;
 #endif
+
+// What a call wrote into `buffer`, checked against the length it returned.
+std::string Wrote(const char *buffer, int length) {
+    EXPECT_EQ(static_cast<int>(std::strlen(buffer)), length) << buffer;
+    return buffer;
+}
 
 // A key of the tests' own, empty at the start (on Windows, the real registry).
 class PlatformRegistry : public RegistryStore {
@@ -221,16 +223,11 @@ TEST(PlatformDates, Reading) {
 TEST(PlatformDates, Writing) {
     KorvelDate d{2024, 3, 7, 9, 5, 1, 1};
     char buf[64];
-    Korvel_FormatDate(&d, "%D1.%M1.%Y2", buf, sizeof buf);
-    EXPECT_STREQ(buf, "07.03.2024");
-    Korvel_FormatDate(&d, "%Y1/%M1 %h1:%m1:%s1 100%", buf, sizeof buf);
-    EXPECT_STREQ(buf, "24/03 09:05:01 100%");
-    EXPECT_EQ(Korvel_DateToOdbcDate(&d, buf, sizeof buf), 16);
-    EXPECT_STREQ(buf, "{d '2024-03-07'}");
-    Korvel_DateToOdbcTimestamp(&d, buf, sizeof buf);
-    EXPECT_STREQ(buf, "{ts '2024-03-07 09:05:01'}");
-    EXPECT_EQ(Korvel_DateToTimestampText(&d, buf, sizeof buf), 19);
-    EXPECT_STREQ(buf, "2024-03-07 09:05:01");
+    EXPECT_EQ(Wrote(buf, Korvel_FormatDate(&d, "%D1.%M1.%Y2", buf, sizeof buf)), "07.03.2024");
+    EXPECT_EQ(Wrote(buf, Korvel_FormatDate(&d, "%Y1/%M1 %h1:%m1:%s1 100%", buf, sizeof buf)), "24/03 09:05:01 100%");
+    EXPECT_EQ(Wrote(buf, Korvel_DateToOdbcDate(&d, buf, sizeof buf)), "{d '2024-03-07'}");
+    EXPECT_EQ(Wrote(buf, Korvel_DateToOdbcTimestamp(&d, buf, sizeof buf)), "{ts '2024-03-07 09:05:01'}");
+    EXPECT_EQ(Wrote(buf, Korvel_DateToTimestampText(&d, buf, sizeof buf)), "2024-03-07 09:05:01");
     EXPECT_EQ(Guarded(11, [&](char *out, int n) { EXPECT_EQ(Korvel_DateToTimestampText(&d, out, n), 10); }),
               "2024-03-07");
 }
@@ -298,10 +295,8 @@ TEST(PlatformCodePages, RoundTripAndCutPerLocale) {
         ASSERT_TRUE(locale.ok());
 #endif
         char oem[64], back[64];
-        EXPECT_EQ(Korvel_AnsiToOem(c.ansi, oem, sizeof oem), 19);
-        EXPECT_STREQ(oem, kOem);
-        EXPECT_EQ(Korvel_OemToAnsi(oem, back, sizeof back), static_cast<int>(std::strlen(c.ansi)));
-        EXPECT_STREQ(back, c.ansi);
+        EXPECT_EQ(Wrote(oem, Korvel_AnsiToOem(c.ansi, oem, sizeof oem)), kOem);
+        EXPECT_EQ(Wrote(back, Korvel_OemToAnsi(oem, back, sizeof back)), c.ansi);
         int length = -1;
         EXPECT_EQ(Guarded(c.cutSize,
                           [&](char *out, int n) {
@@ -309,8 +304,7 @@ TEST(PlatformCodePages, RoundTripAndCutPerLocale) {
                           }),
                   c.cut);
         EXPECT_EQ(length, static_cast<int>(std::strlen(c.cut)));
-        EXPECT_EQ(Korvel_AnsiToOem(c.euros, oem, sizeof oem), 7);
-        EXPECT_STREQ(oem, "5 ? 5 ?");
+        EXPECT_EQ(Wrote(oem, Korvel_AnsiToOem(c.euros, oem, sizeof oem)), "5 ? 5 ?");
     }
     char oem[4];
     EXPECT_EQ(Korvel_AnsiToOem("x", nullptr, 10), 0);
@@ -419,8 +413,7 @@ TEST_F(Platform, CatalogueTranslatesBeforeShownAndWithinSize) {
                           EXPECT_EQ(Polo_TranslateString("TESTMOD", nullptr, out, n), 11);
                       }),
               "DATENBANK-U");
-    EXPECT_EQ(Polo_TranslateString("OTHER", nullptr, text, sizeof text), 9);
-    EXPECT_STREQ(text, "Datenbank");
+    EXPECT_EQ(Wrote(text, Polo_TranslateString("OTHER", nullptr, text, sizeof text)), "Datenbank");
     Polo_InstallCatalogue(nullptr);
     ASSERT_EQ(messages.entries().size(), 1u);
     EXPECT_EQ(messages.entries()[0].caption, "Test window");
@@ -434,9 +427,8 @@ TEST_F(Platform, WithoutHandlerStderrAndSafeAnswer) {
     const int answers[] = {Show(20, "T"), Show(21), Show(23), Korvel_DumpSqlStatement("DELETE FROM t", 0)};
     std::string err = testing::internal::GetCapturedStderr();
     Korvel_SetMessageHandler(previous, nullptr);
-    EXPECT_EQ(answers[0], KODBC_ANSWER_NO);
-    EXPECT_EQ(answers[1], KODBC_ANSWER_CANCEL);
-    EXPECT_EQ(answers[2], KODBC_ANSWER_OK);
+    EXPECT_EQ((std::vector<int>{answers[0], answers[1], answers[2]}),
+              (std::vector<int>{KODBC_ANSWER_NO, KODBC_ANSWER_CANCEL, KODBC_ANSWER_OK}));
     EXPECT_NE(answers[3], 1) << "nobody to ask whether the statement runs: it does not";
     EXPECT_NE(err.find("Testfenster: Soll die Tabelle  T  gelöscht werden?"), std::string::npos) << err;
     EXPECT_NE(err.find("DELETE FROM t"), std::string::npos) << err;
@@ -449,14 +441,11 @@ TEST_F(Platform, StringTableAndIdentity) {
     char text[64];
     for (int missing : {25, 5, 31}) EXPECT_EQ(Korvel_LoadString(TestInstance(), missing, text, sizeof text), 0);
     EXPECT_EQ(Korvel_LoadString(TestInstance(), 30, text, sizeof text), 11);
-    EXPECT_EQ(Korvel_GetResourceFileVersion(TestInstance(), 1, text, sizeof text, 0), 7);
-    EXPECT_STREQ(text, "9.8.7.6");
-    EXPECT_EQ(Korvel_GetProfileName(TestInstance(), text, sizeof text), 14);
-    EXPECT_STREQ(text, "testprofil.ini");
+    EXPECT_EQ(Wrote(text, Korvel_GetResourceFileVersion(TestInstance(), 1, text, sizeof text, 0)), "9.8.7.6");
+    EXPECT_EQ(Wrote(text, Korvel_GetProfileName(TestInstance(), text, sizeof text)), "testprofil.ini");
     ScopedLocale latin("de_DE.ISO-8859-1");  // a Latin-1 locale gets Latin-1 text
     ASSERT_TRUE(latin.ok());
-    EXPECT_EQ(Korvel_LoadString(TestInstance(), 24, text, sizeof text), 17);
-    EXPECT_STREQ(text, "Ohne Pr\xE4" "fix %d %s");
+    EXPECT_EQ(Wrote(text, Korvel_LoadString(TestInstance(), 24, text, sizeof text)), "Ohne Pr\xE4" "fix %d %s");
 }
 
 // The notice reaches the handler too: TableOps' copy notice.

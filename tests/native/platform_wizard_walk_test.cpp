@@ -14,7 +14,7 @@ using Switches = korvel::PageSwitches;
 constexpr int kStays = korvel::kWizardStays, kFinished = korvel::kWizardFinished;
 constexpr char kNext[] = "&Weiter >", kFinish[] = "&Fertigstellen";
 
-TEST(PlatformWizardWalk, ButtonsPressAndTargetFollowTheSwitches) {
+TEST(PlatformWizardWalk, OpeningButtonsPressAndTargetFollowTheSwitches) {
     const struct Row {
         const char *what;
         Switches on;
@@ -46,9 +46,7 @@ TEST(PlatformWizardWalk, ButtonsPressAndTargetFollowTheSwitches) {
         const Switches &after = row.afterLeave.empty() ? row.on : row.afterLeave;
         EXPECT_EQ(korvel::AfterLeave(after, row.current, row.step, row.press), row.target);
     }
-}
-
-TEST(PlatformWizardWalk, TheWizardOpensOnTheFirstPageSwitchedOn) {
+    // The wizard opens on the first page switched on.
     EXPECT_EQ(korvel::NeighbourPage({1, 1}, -1, 1), 0);
     EXPECT_EQ(korvel::NeighbourPage({0, 0, 1}, -1, 1), 2);
     EXPECT_EQ(korvel::NeighbourPage({0, 0}, -1, 1), -1) << "nothing to run";
