@@ -1,8 +1,5 @@
-// What only the Win32 side of the base library has, called directly (the
-// test program links the platform library too): boxes, the progress window
-// and the temporary notice. The interface's other rules are proven for both
-// sides by tests/native/platform_test.cpp, the profile's name by
-// frame_win_test.cpp.
+// What only the Win32 side of the base library has: boxes, the progress window and the notice.
+// The rest is tests/native/platform_test.cpp's, compiled into this program too.
 #include "robot.h"
 
 #include <korvel/korvel32.h>
@@ -16,8 +13,7 @@ namespace {
 
 using namespace wintest;
 using Texts = std::vector<std::string>;
-
-using Boxes = BoxesTest;  // hidden list and combo boxes to work on
+using Boxes = BoxesTest;
 
 TEST_F(Boxes, KindsAndFillingSplitAtTheSeparator) {
     EXPECT_TRUE(Korvel_IsListBox(list_) && Korvel_IsComboBox(combo_));

@@ -1,6 +1,5 @@
-// The wizard frame driven by a robot: a four-page wizard of the test
-// program's own templates, its callback's events compared with the expected
-// sequence, and the library's wizard pictures.
+// The wizard frame's window wiring, on a four-page wizard of the test program's own templates;
+// the walk's rules are tests/native/platform_wizard_walk_test.cpp's.
 #include "robot.h"
 #include "wizard_frame_test_ids.h"
 
@@ -63,8 +62,7 @@ struct TestWizard {
     bool refused = false;
 };
 
-// What the frame shows: the page, the next button's text, and whether back
-// can be pressed.
+// The page shown, the next button's text, and whether back can be pressed.
 std::string Shown(HWND frame) {
     std::string page = "none";
     for (int id : {P1, P2, P3, P4})
@@ -75,11 +73,8 @@ std::string Shown(HWND frame) {
 
 enum class Input { Next, Back, Enter, AltW };
 
-// Which page comes next and what the buttons offer is decided by the walk
-// (tests/native/platform_wizard_walk_test.cpp); the window shows that the
-// frame carries it out: each input reaches it, the callback hears the
-// leaves and activations in order, a refused leave stays, a page switched
-// off is passed over both ways, and the buttons show what the walk offers.
+// Each input reaches the frame, the callback hears the leaves and activations in order, a refused
+// leave stays, and the buttons show what the walk offers.
 TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
     TestWizard wizard;
     const struct Step {
