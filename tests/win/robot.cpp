@@ -76,11 +76,6 @@ bool RunSql(SQLHDBC hdbc, const std::string &sql, std::vector<std::string> *rows
 
 } // namespace
 
-const char *DataSource() {
-    const char *dsn = std::getenv("KODBC_TEST_DSN");
-    return dsn && *dsn ? dsn : "kodbc_sqlite";
-}
-
 std::string WindowText(HWND window) {
     int length = static_cast<int>(SendMessageA(window, WM_GETTEXTLENGTH, 0, 0));
     if (length <= 0) return {};

@@ -23,7 +23,7 @@ inline constexpr char kLibraryMessageCaption[] = "Datenbank";
 inline constexpr char kErrorTitle[] = "Fehler beim ODBC-Datenbankzugriff";
 inline constexpr char kSettingsKey[] = "Software\\Korvel Software\\Kodbc";
 
-const char *DataSource();  // KODBC_TEST_DSN, else the private SQLite one
+inline const char *DataSource() { return "kodbc_sqlite"; }  // the run's own, beside its servers
 std::string WindowText(HWND window);
 std::string ControlText(HWND dialog, int controlId);
 bool ControlVisible(HWND dialog, int controlId);
