@@ -62,7 +62,6 @@ TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatementAndTheAnswerReachesTheG
         const MessageBoxSeen &box = answerer.Seen()[0];
         EXPECT_EQ(box.text, kCreate);
         EXPECT_TRUE(box.yes && box.no && box.cancel) << "yes/no/cancel expected";
-        EXPECT_EQ(box.yesText, "&Ja") << "the system's buttons speak German";
         EXPECT_EQ(Run("SELECT * FROM kodbc_win_probe"), c.runs);
     }
 }

@@ -391,8 +391,7 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     if (ClassName(window) != "#32770" || WindowText(window) != caption_ || GetPropA(window, "wintest.seen")) return;
     SetPropA(window, "wintest.seen", reinterpret_cast<HANDLE>(1));
     seen_.push_back({ControlText(window, kMessageTextId), ControlVisible(window, IDCANCEL),
-                     ControlVisible(window, IDYES), ControlVisible(window, IDNO),
-                     ControlVisible(window, IDYES) ? ControlText(window, IDYES) : ""});
+                     ControlVisible(window, IDYES), ControlVisible(window, IDNO)});
     // The answer is given once the box is on screen, so it can be photographed.
     static int shots = 0;
     std::string shot = shot_.empty() ? "messagebox-" + std::to_string(++shots) : shot_;

@@ -94,7 +94,6 @@ private:
 struct MessageBoxSeen {
     std::string text;
     bool cancel = false, yes = false, no = false;
-    std::string yesText;
 };
 
 // Answers every message box of this thread captioned `caption` from a hook, photographed as

@@ -26,8 +26,8 @@ constexpr char kTitle[] = "Testassistent mit vier Seiten";
 // arrived as 1), switches page 3 off when page 1 is initialised, and
 // refuses page 2's first forward leave.
 struct TestWizard {
-    int Run() {
-        return Wizzard_Perform(kTable, &Callback, kActivate, kLeave, this, IDB_TEST_WIZARD, IDS_TEST_WIZARD_TITLE,
+    int Run(const KorvelWizardPage *pages = kTable, KorvelWizardCallback callback = &Callback) {
+        return Wizzard_Perform(pages, callback, kActivate, kLeave, this, IDB_TEST_WIZARD, IDS_TEST_WIZARD_TITLE,
                                GetModuleHandleA(nullptr), "KODBCTEST", 15, 1);
     }
     std::vector<std::string> Events() {
@@ -158,14 +158,10 @@ int WINAPI Unhandled(LONG_PTR, int, HWND, UINT, WPARAM, LPARAM) { return 0; }
 TEST(WizardFrame, RefusesWhatItCannotRun) {
     const KorvelWizardPage empty[] = {{0, {0, 0}}};
     const KorvelWizardPage missing[] = {{P1, {0, 0}}, {IDD_TEST_WIZARD_MISSING, {0, 0}}, {0, {0, 0}}};
-    auto run = [](const KorvelWizardPage *pages, KorvelWizardCallback callback) {
-        return Wizzard_Perform(pages, callback, kActivate, kLeave, nullptr, IDB_TEST_WIZARD, IDS_TEST_WIZARD_TITLE,
-                               GetModuleHandleA(nullptr), "KODBCTEST", 15, 0);
-    };
-    EXPECT_EQ(run(empty, &Unhandled), 0) << "no page";
-    EXPECT_EQ(run(kTable, nullptr), 0) << "no callback";
-    EXPECT_EQ(run(missing, &Unhandled), 0) << "a page template that is not there";
     TestWizard wizard;
+    EXPECT_EQ(wizard.Run(empty, &Unhandled), 0) << "no page";
+    EXPECT_EQ(wizard.Run(kTable, nullptr), 0) << "no callback";
+    EXPECT_EQ(wizard.Run(missing, &Unhandled), 0) << "a page template that is not there";
     EXPECT_EQ(Wizzard_GetParam(reinterpret_cast<LONG_PTR>(&wizard)), nullptr) << "no wizard is running";
 }
 
