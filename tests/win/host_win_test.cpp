@@ -30,7 +30,8 @@ protected:
         ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, directory, &startup,
                                    &process_))
             << command << " error " << GetLastError();
-        ASSERT_TRUE(wintest::WaitFor([&] { return (main_ = FindWindowA(KODBC_HOST_CLASS, nullptr)) != nullptr; }, 20000));
+        ASSERT_TRUE(
+            wintest::WaitFor([&] { return (main_ = FindWindowA(KODBC_HOST_CLASS, nullptr)) != nullptr; }, 20000));
     }
     void TearDown() override {
         if (process_.hProcess) {
