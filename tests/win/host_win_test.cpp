@@ -1,6 +1,5 @@
-// The host program as a person uses it: started on the run's data source,
-// every menu command opens its dialog or wizard over the host's window.
-// Driven from outside the host's process, by its menu commands.
+// The host program started on the run's data source: each menu command opens its window over the
+// host's (the only proof of that command's wiring), driven from outside the host's process.
 #include "robot.h"
 
 #include "../../apps/host/host_ids.h"
@@ -31,7 +30,8 @@ protected:
         ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, directory, &startup,
                                    &process_))
             << command << " error " << GetLastError();
-        ASSERT_TRUE(wintest::WaitFor([&] { return (main_ = FindWindowA(KODBC_HOST_CLASS, nullptr)) != nullptr; }, 20000));
+        ASSERT_TRUE(
+            wintest::WaitFor([&] { return (main_ = FindWindowA(KODBC_HOST_CLASS, nullptr)) != nullptr; }, 20000));
     }
     void TearDown() override {
         if (process_.hProcess) {

@@ -1,8 +1,5 @@
-// What only the Win32 side of the base library has, called directly (the
-// test program links the platform library too): boxes, the progress window
-// and the temporary notice. The interface's other rules are proven for both
-// sides by tests/native/platform_test.cpp, the profile's name by
-// frame_win_test.cpp.
+// What only the Win32 side of the base library has: boxes, the progress window and the notice.
+// The rest is tests/native/platform_test.cpp's, compiled into this program too.
 #include "robot.h"
 
 #include <korvel/korvel32.h>
@@ -16,8 +13,7 @@ namespace {
 
 using namespace wintest;
 using Texts = std::vector<std::string>;
-
-using Boxes = BoxesTest;  // hidden list and combo boxes to work on
+using Boxes = BoxesTest;
 
 TEST_F(Boxes, KindsAndFillingSplitAtTheSeparator) {
     EXPECT_TRUE(Korvel_IsListBox(list_) && Korvel_IsComboBox(combo_));
@@ -64,13 +60,11 @@ TEST(Progress, AbbrechenCancels) {
     ASSERT_NE(progress, nullptr);
     HWND window = Visible("KorvelProgress");
     ASSERT_NE(window, nullptr);
-    HWND button = GetDlgItem(window, IDCANCEL);
-    ASSERT_NE(button, nullptr);
-    EXPECT_EQ(WindowText(button), "Abbrechen");
+    EXPECT_EQ(ControlText(window, IDCANCEL), "Abbrechen");
     EXPECT_EQ(Korvel_Progress_Set(progress, 10), 0);
     EXPECT_EQ(Korvel_Progress_IsCancelled(progress), 0);
     SaveScreenshot(window, "progress");
-    PostMessageA(button, BM_CLICK, 0, 0);
+    Click(window, IDCANCEL);
     EXPECT_EQ(Korvel_Progress_Set(progress, 20), 1) << "Set pumps the click through";
     EXPECT_EQ(Korvel_Progress_IsCancelled(progress), 1);
     Korvel_Progress_Destroy(progress);
@@ -78,9 +72,7 @@ TEST(Progress, AbbrechenCancels) {
 }
 
 TEST(TempWind, ShowsWithoutBlockingAndClosesByTimer) {
-    HINSTANCE library = GetModuleHandleA("kodbc.dll");
-    ASSERT_NE(library, nullptr);
-    Korvel_DisplayTempWind(library, 2900, 3, 0x00D2E6FA);  // "Datenbank", 300 ms
+    Korvel_DisplayTempWind(GetModuleHandleA("kodbc.dll"), 2900, 3, 0x00D2E6FA);  // "Datenbank", 300 ms
     HWND notice = Visible("KorvelTempWind");
     ASSERT_NE(notice, nullptr) << "the call returned without a visible notice";
     EXPECT_EQ(WindowText(notice), "Datenbank");

@@ -31,14 +31,12 @@ std::string ClassName(HWND window) {
     return cls;
 }
 
-// A visible top-level window of this process of class `cls`.
 bool OursVisible(HWND window, const char *cls) {
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
     return process == GetCurrentProcessId() && IsWindowVisible(window) && ClassName(window) == cls;
 }
 
-// Selects line `index` (-1: none) of a list or combo box, notifying the dialog when asked.
 void SelectLine(HWND dialog, int controlId, LRESULT index, bool notify) {
     HWND box = GetDlgItem(dialog, controlId);
     const bool combo = IsCombo(box);
@@ -48,12 +46,35 @@ void SelectLine(HWND dialog, int controlId, LRESULT index, bool notify) {
                      reinterpret_cast<LPARAM>(box));
 }
 
-} // namespace
-
-const char *DataSource() {
-    const char *dsn = std::getenv("KODBC_TEST_DSN");
-    return dsn && *dsn ? dsn : "kodbc_sqlite";
+// Clicks a button and waits for its window to go.
+bool ClickAndClose(HWND window, int button) {
+    Click(window, button);
+    return WaitFor([&] { return !IsWindow(window); });
 }
+
+bool RunSql(SQLHDBC hdbc, const std::string &sql, std::vector<std::string> *rows) {
+    SQLHSTMT stmt = nullptr;
+    if (!hdbc || !SQL_SUCCEEDED(SQLAllocStmt(hdbc, &stmt))) return false;
+    SQLSMALLINT columns = 0;
+    const bool ok =
+        SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS));
+    if (ok && rows && SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) {
+        while (SQL_SUCCEEDED(SQLFetch(stmt))) {
+            std::string row;
+            for (SQLUSMALLINT column = 1; column <= columns; ++column) {
+                char text[100] = {};
+                SQLLEN indicator = 0;
+                SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
+                row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
+            }
+            rows->push_back(row);
+        }
+    }
+    SQLFreeStmt(stmt, SQL_DROP);
+    return ok;
+}
+
+} // namespace
 
 std::string WindowText(HWND window) {
     int length = static_cast<int>(SendMessageA(window, WM_GETTEXTLENGTH, 0, 0));
@@ -140,12 +161,9 @@ bool Choose(HWND dialog, int controlId, const std::string &text, bool notify) {
 
 bool ChooseData(HWND dialog, int controlId, LPARAM data, bool notify) {
     const std::vector<BoxLine> lines = BoxLines(GetDlgItem(dialog, controlId));
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (lines[i].data != data) continue;
-        SelectLine(dialog, controlId, static_cast<LRESULT>(i), notify);
-        return true;
-    }
-    return false;
+    const auto line = std::find_if(lines.begin(), lines.end(), [&](const BoxLine &l) { return l.data == data; });
+    if (line != lines.end()) SelectLine(dialog, controlId, line - lines.begin(), notify);
+    return line != lines.end();
 }
 
 std::string ListViewCell(HWND list, int row, int column) {
@@ -190,7 +208,7 @@ void SelectRows(HWND list, const std::vector<int> &rows) {
         SendMessageA(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
-// The list's notice that a drag begins, then the button released over the target.
+// The list's notice that a drag begins, then the mouse button released over the target.
 void DragRow(HWND list, int from, int to) {
     HWND parent = GetParent(list);
     const int id = GetDlgCtrlID(list);
@@ -235,8 +253,7 @@ std::string AnswerBox(int button, const std::string &shot) {
     Sleep(kSettleMs);
     const std::string text = ControlText(box, kMessageTextId);
     if (!shot.empty()) SaveScreenshot(box, shot);
-    Click(box, button);
-    WaitFor([&] { return !IsWindow(box); });
+    ClickAndClose(box, button);
     return text;
 }
 
@@ -244,8 +261,7 @@ std::string CloseErrorDisplay() {
     HWND error = AwaitDialog(kErrorTitle);
     if (!error) return "<none>";
     const std::string statement = ControlText(error, IDC_ODBC_ERROR_STATEMENT);
-    Click(error, IDC_ODBC_ERROR_CLOSE);
-    WaitFor([&] { return !IsWindow(error); });
+    ClickAndClose(error, IDC_ODBC_ERROR_CLOSE);
     return statement;
 }
 
@@ -257,8 +273,7 @@ bool ChooseFile(const std::string &title, const std::string &path, std::string *
     const int nameId = GetDlgItem(dialog, 0x47c) ? 0x47c : 0x480;
     if (offered) *offered = ControlText(dialog, nameId);
     SetDlgItemTextA(dialog, nameId, path.c_str());
-    Click(dialog, IDOK);
-    return WaitFor([&] { return !IsWindow(dialog); });
+    return ClickAndClose(dialog, IDOK);
 }
 
 std::string NoticeText() {
@@ -315,28 +330,6 @@ std::string Setting(const char *section, const char *name, const char *missing) 
     char value[1100] = {};
     Korvel_ReadRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, section, name, missing, value, sizeof value);
     return value;
-}
-
-bool RunSql(SQLHDBC hdbc, const std::string &sql, std::vector<std::string> *rows) {
-    SQLHSTMT stmt = nullptr;
-    if (!hdbc || !SQL_SUCCEEDED(SQLAllocStmt(hdbc, &stmt))) return false;
-    SQLSMALLINT columns = 0;
-    const bool ok =
-        SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(sql.c_str())), SQL_NTS));
-    if (ok && rows && SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) {
-        while (SQL_SUCCEEDED(SQLFetch(stmt))) {
-            std::string row;
-            for (SQLUSMALLINT column = 1; column <= columns; ++column) {
-                char text[100] = {};
-                SQLLEN indicator = 0;
-                SQLGetData(stmt, column, SQL_C_CHAR, text, sizeof text, &indicator);
-                row += (column > 1 ? "|" : "") + std::string(indicator == SQL_NULL_DATA ? "-" : text);
-            }
-            rows->push_back(row);
-        }
-    }
-    SQLFreeStmt(stmt, SQL_DROP);
-    return ok;
 }
 
 std::vector<std::string> QueryRows(SQLHDBC hdbc, const std::string &sql) {
@@ -397,10 +390,8 @@ void MessageBoxAnswerer::OnActivate(HWND window) {
     // A box is activated again when focus comes back to it; count it once.
     if (ClassName(window) != "#32770" || WindowText(window) != caption_ || GetPropA(window, "wintest.seen")) return;
     SetPropA(window, "wintest.seen", reinterpret_cast<HANDLE>(1));
-    MessageBoxSeen seen{ControlText(window, kMessageTextId), ControlVisible(window, IDOK),
-                        ControlVisible(window, IDCANCEL), ControlVisible(window, IDYES), ControlVisible(window, IDNO),
-                        ControlVisible(window, IDYES) ? ControlText(window, IDYES) : ""};
-    seen_.push_back(seen);
+    seen_.push_back({ControlText(window, kMessageTextId), ControlVisible(window, IDCANCEL),
+                     ControlVisible(window, IDYES), ControlVisible(window, IDNO)});
     // The answer is given once the box is on screen, so it can be photographed.
     static int shots = 0;
     std::string shot = shot_.empty() ? "messagebox-" + std::to_string(++shots) : shot_;
@@ -427,7 +418,6 @@ void BoxesTest::TearDown() {
 void ConnectedTest::SetUp() {
     BoxesTest::SetUp();
     const std::string dsn = Dsn();
-    // The servers of the run are those it lists (none without the list).
     const char *started = std::getenv("KODBC_TEST_DSNS");
     if (dsn != DataSource() && !(started && std::strstr(started, dsn.c_str())))
         GTEST_SKIP() << dsn << " is not among this run's data sources (no servers)";
@@ -442,6 +432,8 @@ void ConnectedTest::TearDown() {
     Kodbc_DisconnectDataSource(&henv_, &hdbc_);
     BoxesTest::TearDown();
 }
+
+bool ConnectedTest::Run(const std::string &sql) { return RunSql(hdbc_, sql, nullptr); }
 
 void ConnectedTest::OwnTables(std::initializer_list<std::string> tables) {
     for (const std::string &table : tables) {
@@ -470,9 +462,8 @@ void WizardWalker::Refused(int page) {
     Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
 }
 
-// Last line of defence: a dialog of this process left open far longer than
-// any robot needs is reported, photographed and cancelled, so a test that
-// goes wrong fails instead of hanging the run. It watches until the process ends.
+// A dialog left open far longer than any robot needs is reported, photographed and cancelled,
+// so that a test gone wrong fails instead of hanging the run.
 [[maybe_unused]] const bool g_watchdog = [] {
     std::thread([] {
         std::map<HWND, int> ages;  // in watches of 250 ms
