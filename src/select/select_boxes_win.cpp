@@ -117,7 +117,8 @@ KODBC_API int KODBC_CALL Kodbc_Select_OrderByClause_To_OrderByBox(SQLHDBC hdbc, 
                                                                   HWND box) {
     return ClauseToBox(hdbc, statement, box, [&](ScanContext &context, std::string_view text) {
         for (const SortItem &key : ReadSortItems(ClauseText(context, text, "ORDER", "BY"), context.quote)) {
-            const std::string label = Label(key.descending);
+            // The label is a string-table read: only when the box shows it.
+            const std::string label = (flags & kBoxSortLabel) ? Label(key.descending) : std::string();
             const std::string line = SortBoxLine(key.column, (flags & kBoxSortLabel) ? label.c_str() : nullptr);
             Korvel_AddBoxEntry(box, line.c_str(), SortBoxData(key.descending), -1, 0);
         }
@@ -128,7 +129,7 @@ KODBC_API int KODBC_CALL Kodbc_Select_FieldsBox_To_FieldsClause(SQLHDBC hdbc, HW
                                                                 int statementSize) {
     return BoxToClause(
         box, statement, statementSize,
-        [&](const std::string &line, LPARAM) { return FieldClauseItem(line, Preparer(hdbc)); },
+        [prepare = Preparer(hdbc)](const std::string &line, LPARAM) { return FieldClauseItem(line, prepare); },
         ReplaceFieldsClause);
 }
 
@@ -136,7 +137,7 @@ KODBC_API int KODBC_CALL Kodbc_Select_TablesBox_To_TablesClause(SQLHDBC hdbc, HW
                                                                 int statementSize) {
     return BoxToClause(
         box, statement, statementSize,
-        [&](const std::string &line, LPARAM) { return TableClauseItem(line, Preparer(hdbc)); },
+        [prepare = Preparer(hdbc)](const std::string &line, LPARAM) { return TableClauseItem(line, prepare); },
         ReplaceTablesClause);
 }
 
@@ -144,7 +145,9 @@ KODBC_API int KODBC_CALL Kodbc_Select_OrderByBox_To_OrderByClause(SQLHDBC hdbc, 
                                                                   int statementSize) {
     return BoxToClause(
         box, statement, statementSize,
-        [&](const std::string &line, LPARAM data) { return SortClauseItem(line, data, Preparer(hdbc)); },
+        [prepare = Preparer(hdbc)](const std::string &line, LPARAM data) {
+            return SortClauseItem(line, data, prepare);
+        },
         ReplaceOrderByClause);
 }
 
