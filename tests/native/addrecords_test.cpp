@@ -1,7 +1,9 @@
-// Add records: values, literals and conditions without a data source; on every data source the
-// preset mapping, the page checks, the statement builders and whole runs.
+// Add records: values, literals, conditions and what the wizards' pages enable without a data
+// source; on every data source the preset mapping, the page checks, the statement builders and runs.
 #include "test_support.h"
 
+#include "transfer/export_wizard_state.h"
+#include "transfer/import_wizard_state.h"
 #include "wizards/add_records.h"
 #include "wizards/add_records_run.h"
 #include "wizards/record_statements.h"
@@ -17,7 +19,6 @@ namespace {
 
 using namespace kodbc::wizards;
 
-// Which types may fill which, and what a value becomes on the way.
 TEST(AddRecordsValues, TypeCompatibilityAndConversion) {
     struct Case { int source, destination; bool compatible; const char *value = nullptr, *expected = nullptr; };
     const Case cases[] = {
@@ -92,8 +93,7 @@ TEST(AddRecordsValues, IdentifyingConditionAndCuts) {
     EXPECT_STREQ(literal, "'ab'");
 }
 
-// A driver with one active statement per connection fails the first INSERT while the source
-// query is open on the destination's connection.
+// One active statement per connection: the first INSERT fails while the source query is open there.
 TEST(AddRecordsValues, TheDestinationsConnectionReadsTheSourceOnlyWhereThatServesBoth) {
     const struct { ConnectionSharing sharing; bool shares; } cases[] = {
         {{false, 0, true}, false}, {{true, 1, false}, false}, {{true, 0, false}, true},
@@ -102,6 +102,26 @@ TEST(AddRecordsValues, TheDestinationsConnectionReadsTheSourceOnlyWhereThatServe
     for (const auto &c : cases)
         EXPECT_EQ(SharesSourceConnection(c.sharing), c.shares)
             << c.sharing.sameLogin << " " << c.sharing.activeStatements << " " << c.sharing.fileDatabase;
+}
+
+TEST(WizardPages, ImportRowsExportTypesAndAddRecordsChoices) {
+    using Texts = std::vector<std::string>;
+    transfer::ImportField field{.sourceName = "Nr", .targetName = "Nummer"};
+    EXPECT_EQ(ImportFieldRow(field), (Texts{"Nr", "Nummer", "VarText (255)", "VarText (255)", "Nein", "Ja", "Nein"}));
+    field = {.sourceName = "Nr", .targetName = "Nummer", .targetType = KODBC_TYPE_INTEGER, .targetLength = 0,
+             .autoIncrement = true, .imported = false, .fileContent = true};
+    EXPECT_EQ(ImportFieldRow(field), (Texts{"Nr", "Nummer", "VarText (255)", "Ganzzahl", "Ja", "Nein", "Ja"}));
+    // 12 is ODBC's VARCHAR, which no library type has: no type is shown.
+    for (const auto &[sqlType, shown] : {std::pair{KODBC_TYPE_DATETIME, "Datum/Zeit"}, {12, ""}})
+        EXPECT_EQ(transfer::ExportFieldTypeText({"f", "f", sqlType, true}), shown) << sqlType;
+
+    EXPECT_TRUE(IdFieldListsEnabled(kRecordModeReplace));
+    EXPECT_FALSE(IdFieldListsEnabled(kRecordModeAdd));
+    AddRecField fill;
+    EXPECT_TRUE(IsFillChoiceEnabled(fill, kFillFixedValue, kFillFixedValue));
+    EXPECT_FALSE(IsFillChoiceEnabled(fill, kFillFixedValue, kFillSourceField));
+    fill.readOnly = true;
+    EXPECT_FALSE(IsFillChoiceEnabled(fill, kFillFixedValue, kFillFixedValue));
 }
 
 class AddRecords : public DataSourceTest {
@@ -126,8 +146,7 @@ protected:
         context_.reset();
         DataSourceTest::TearDown();
     }
-    // The wizard on `destination`, the test's own connection lent as the
-    // source's (taken back before the context goes), `source` chosen.
+    // The test's own connection is lent as the source's, taken back before the context goes.
     void Open(std::unique_ptr<AddRecordsContext> &context, const char *destination, const char *source) {
         if (context) context->sourceDbc = nullptr;
         TableRecord table{};
@@ -262,8 +281,7 @@ TEST_P(AddRecords, StatementBuilders) {
     EXPECT_EQ(std::strlen(sql), static_cast<std::size_t>(kRecordStatementSize - 1));
 }
 
-// Whole runs: added or replacing the matching records, and the early ends,
-// which keep what was written.
+// Whole runs adding or replacing the matching records; the early ends keep what was written.
 TEST_P(AddRecords, RunsAddReplaceAndEndEarly) {
     const std::vector<std::string> all = {"O'Neil", "Mei\\er", "Schulze"};
     const struct {
