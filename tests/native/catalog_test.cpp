@@ -1,6 +1,5 @@
-// The catalogue: type lists and data-type codes as text, and on every data
-// source column properties, primary keys, field listings, the column box's
-// entries and table listings with their room rule and existence tests.
+// The catalogue: type lists and data-type codes as text, and on every data source column properties,
+// primary keys, field listings, the column box's entries and table listings with their room rule.
 #include "test_support.h"
 
 #include "catalog/catalog_internal.h"
@@ -66,16 +65,13 @@ TEST(CatalogText, DataTypeCodesTableTemplatesAndDisplayNames) {
     EXPECT_EQ(FindDataType(5), nullptr);
     EXPECT_EQ(FindDataType(0), nullptr);
 
-    const struct {
-        int code, length, size;
-        const char *columnTemplate;
-    } templates[] = {{KODBC_TYPE_FIXED_TEXT, 20, 40, "CHAR (20)"},
-                     {KODBC_TYPE_DATETIME, 20, 40, "DATETIME"},
-                     {KODBC_TYPE_VAR_TEXT, 255, 8, "VARCHAR"}};  // cut to the buffer
-    for (const auto &t : templates) {
-        auto format = [&](char *out, int n) { FormatColumnTemplate(FindDataType(t.code), t.length, out, n); };
-        EXPECT_EQ(Guarded(t.size, format), t.columnTemplate);
-    }
+    for (const auto &[code, length, size, expected] : {std::tuple{KODBC_TYPE_FIXED_TEXT, 20, 40, "CHAR (20)"},
+                                                       {KODBC_TYPE_DATETIME, 20, 40, "DATETIME"},
+                                                       {KODBC_TYPE_VAR_TEXT, 255, 8, "VARCHAR"}})  // cut to the buffer
+        EXPECT_EQ(Guarded(size, [&, code = code, length = length](char *out, int n) {
+                      FormatColumnTemplate(FindDataType(code), length, out, n);
+                  }),
+                  expected);
     char text[40];
     EXPECT_EQ(FormatColumnTemplate(FindDataType(KODBC_TYPE_FIXED_TEXT), 20, text, sizeof text), 9);  // its length
     const std::pair<int, const char *> names[] = {
@@ -269,10 +265,8 @@ TEST_P(Catalog, TableListingsByTypeRoomAndSchema) {
     const struct {
         int flags;
         bool table, view, system;
-    } cases[] = {{KODBC_OBJECT_TABLE, true, false, false},
-                 {KODBC_OBJECT_VIEW, false, true, false},
-                 {KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, true, true, false},
-                 {KODBC_OBJECT_ALL, true, true, false},
+    } cases[] = {{KODBC_OBJECT_TABLE, true, false, false}, {KODBC_OBJECT_VIEW, false, true, false},
+                 {KODBC_OBJECT_TABLE | KODBC_OBJECT_VIEW, true, true, false}, {KODBC_OBJECT_ALL, true, true, false},
                  {KODBC_OBJECT_TABLE | KODBC_OBJECT_SYSTEM, true, false, true},
                  {KODBC_OBJECT_ALL | KODBC_OBJECT_SYSTEM, true, true, true}};
     for (const auto &c : cases) {

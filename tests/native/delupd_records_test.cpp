@@ -17,7 +17,6 @@ namespace {
 using namespace kodbc::wizards;
 
 constexpr unsigned kForwards = 1;
-
 constexpr auto Line = &DescriptorLine;
 
 class RecordWizards : public DataSourceTest {

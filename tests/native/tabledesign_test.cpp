@@ -118,14 +118,10 @@ TEST(CreateTableStructure, ChoicesAndStatementsFollowTheDatabase) {
 TEST(TableAdmin, ListColumnsLengthRequiredAndButtons) {
     EXPECT_EQ(AdminListColumns(), ParseListHeader("Spaltenname|130\tDatentyp|100\tLeer erlaubt|70|C\tVorbesetzung|130"
                                                   "\tKommentar|300"));
-    const struct {
-        int type, length, refused;
-    } lengths[] = {
-        {KODBC_TYPE_FIXED_TEXT, 0, 1624}, {KODBC_TYPE_VAR_TEXT, -1, 1624}, {KODBC_TYPE_VAR_TEXT, 1, 0},
-        {KODBC_TYPE_LONG_TEXT, 0, 0},     {KODBC_TYPE_INTEGER, 0, 0},      {0, 0, 0},
-    };
-    for (const auto &c : lengths)
-        EXPECT_EQ(CheckColumnLength(c.type, c.length), c.refused) << c.type << "/" << c.length;
+    for (const auto &[type, length, refused] :
+         {std::tuple{KODBC_TYPE_FIXED_TEXT, 0, 1624}, {KODBC_TYPE_VAR_TEXT, -1, 1624}, {KODBC_TYPE_VAR_TEXT, 1, 0},
+          {KODBC_TYPE_LONG_TEXT, 0, 0}, {KODBC_TYPE_INTEGER, 0, 0}, {0, 0, 0}})
+        EXPECT_EQ(CheckColumnLength(type, length), refused) << type << "/" << length;
 
     const struct {
         int databaseType, columns, selected;

@@ -203,26 +203,19 @@ TEST_P(TableOps, FieldExistenceTheFirstAutoIncrementFieldAndRowSetCount) {
     // between blanks is answered without asking the data source; any other goes to it.
     Exec("CREATE TABLE kc_h9_xUNIONx (id INTEGER)");
     Exec("INSERT INTO kc_h9_xUNIONx VALUES (7)");
-    const struct {
-        SQLHDBC hdbc;
-        const char *sql;
-        long count;
-        std::size_t errors;  // and messages
-    } counts[] = {
-        {hdbc_, "SELECT name, betrag FROM kc_h9_adr WHERE id > 1 ORDER BY name DESC", 2, 0},
-        {hdbc_, "select * from kc_h9_adr order by id", 3, 0}, {hdbc_, "SELECT id FROM kc_h9_empty", 0, 0},
-        {hdbc_, "SELECT id FROM kc_h9_xUNIONx", 1, 0},
-        {hdbc_, "SELECT a FROM kc_h9_nowhere UNION SELECT b FROM kc_h9_nothing", KODBC_ROWSET_COUNT_UNION, 0},
-        {nullptr, "SELECT id FROM kc_h9_adr\nUNION\tSELECT id FROM kc_h9_empty", KODBC_ROWSET_COUNT_UNION, 0},
-        {hdbc_, "SELECT id FROM kc_h9_xUNIONx union SELECT id, name FROM kc_h9_adr", 0, 1},
-        {hdbc_, "  ", 0, 0}, {hdbc_, nullptr, 0, 0}, {hdbc_, "SELECT id FROM kc_h9_missing", 0, 1},
-    };
-    for (const auto &c : counts) {
-        SCOPED_TRACE(c.sql ? c.sql : "(null)");
+    for (const auto &[hdbc, sql, count, errors] : {  // errors and messages
+             std::tuple{hdbc_, "SELECT name, betrag FROM kc_h9_adr WHERE id > 1 ORDER BY name DESC", 2L, 0u},
+             {hdbc_, "select * from kc_h9_adr order by id", 3, 0}, {hdbc_, "SELECT id FROM kc_h9_empty", 0, 0},
+             {hdbc_, "SELECT id FROM kc_h9_xUNIONx", 1, 0},
+             {hdbc_, "SELECT a FROM kc_h9_nowhere UNION SELECT b FROM kc_h9_nothing", KODBC_ROWSET_COUNT_UNION, 0},
+             {nullptr, "SELECT id FROM kc_h9_adr\nUNION\tSELECT id FROM kc_h9_empty", KODBC_ROWSET_COUNT_UNION, 0},
+             {hdbc_, "SELECT id FROM kc_h9_xUNIONx union SELECT id, name FROM kc_h9_adr", 0, 1},
+             {hdbc_, "  ", 0, 0}, {hdbc_, nullptr, 0, 0}, {hdbc_, "SELECT id FROM kc_h9_missing", 0, 1}}) {
+        SCOPED_TRACE(sql ? sql : "(null)");
         messages_.clear();
-        EXPECT_EQ(Kodbc_GetRowSetCount(c.hdbc, c.sql), c.count);
-        EXPECT_EQ(OdbcErrors(), c.errors);
-        EXPECT_EQ(messages_.entries().size(), c.errors);
+        EXPECT_EQ(Kodbc_GetRowSetCount(hdbc, sql), count);
+        EXPECT_EQ(OdbcErrors(), errors);
+        EXPECT_EQ(messages_.entries().size(), errors);
     }
 }
 
