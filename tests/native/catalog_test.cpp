@@ -74,9 +74,8 @@ TEST(CatalogText, DataTypeCodesTableTemplatesAndDisplayNames) {
                   expected);
     char text[40];
     EXPECT_EQ(FormatColumnTemplate(FindDataType(KODBC_TYPE_FIXED_TEXT), 20, text, sizeof text), 9);  // its length
-    const std::pair<int, const char *> names[] = {
-        {KODBC_TYPE_DATETIME, "Datum/Zeit"}, {KODBC_TYPE_VAR_TEXT, "VarText"}, {6, "Unbekannter Typ"}};
-    for (const auto &[code, name] : names) {
+    for (const auto &[code, name] :
+         {std::pair{KODBC_TYPE_DATETIME, "Datum/Zeit"}, {KODBC_TYPE_VAR_TEXT, "VarText"}, {6, "Unbekannter Typ"}}) {
         DataTypeDisplayName(code, text, sizeof text);
         EXPECT_STREQ(text, name) << code;
     }

@@ -34,7 +34,6 @@ protected:
     std::vector<std::string> Rows(const std::string &expression) {
         return Column("SELECT " + expression + " FROM kc_delupd ORDER BY nr");
     }
-    // Whether a page let go, and the message it showed.
     static std::pair<bool, int> Left(const PageDecision &decision) { return {decision.goOn, decision.messageId}; }
 };
 KODBC_DATA_SOURCE_TEST_SUITE(RecordWizards);
@@ -83,8 +82,7 @@ TEST_P(RecordWizards, DeleteCountsShowsAndDeletes) {
     EXPECT_TRUE(Rows("nr").empty());
 }
 
-// The records are counted with the whole condition; a statement that would
-// hold less of it (or less of the assignments) must not run at all.
+// Counted with the whole condition, a statement that would hold less of it (or of the assignments) must not run.
 TEST_P(RecordWizards, StatementsThatWouldNotHoldWhatWasCountedAndCheckedAreRefused) {
     // Three conditions of about 190 characters: more than the statement's 500 bytes.
     std::string longGroup;

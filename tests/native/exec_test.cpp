@@ -37,7 +37,6 @@ protected:
         DataSourceTest::TearDown();
     }
     long Rows() { return OdbcEh_CountRows(nullptr, hdbc_, "SELECT id FROM h7_rows_t"); }
-    // Writes sql to the test's file; returns the result and the lines.
     int ToFile(const char *sql, unsigned flags, long &lines) {
         return OdbcEh_SelectRowSetToFile(nullptr, hdbc_, sql, nullptr, nullptr, file_.c_str(), &lines, nullptr, flags);
     }
@@ -62,8 +61,7 @@ TEST_P(ExecTest, PerformRunsAndCountSeesTheRowsMissingArgumentsFailQuietly) {
     EXPECT_EQ(OdbcEh_CountRows(nullptr, hdbc_, ""), 0);
     EXPECT_TRUE(messages_.entries().empty());
 
-    // Which tokens tolerate what is the diagnostics' rule; here: the list
-    // reaches it, and counting tolerates nothing.
+    // Which tokens tolerate what is the diagnostics' rule; here the list reaches it, counting not.
     const char *sql = "SELECT * FROM h7_exec_missing";
     EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, sql, "01004"), 2);
     ASSERT_EQ(messages_.entries().size(), 1u);
@@ -210,8 +208,7 @@ TEST_P(ExecTest, FlagsGiveTheirExactOutput) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
-// Every failure returns 2 and says why, once, unless it was asked not to;
-// a file it cannot finish is not left looking like a result.
+// Every failure returns 2 and says why, once, unless asked not to; an unfinished file is no result.
 TEST_P(ExecTest, FailuresGiveTwoAndSayWhyOnce) {
     Exec("INSERT INTO h7_rows_t (id, name) VALUES (1, 'a')");
     const std::string rows = "SELECT id, name FROM h7_rows_t", missing = "SELECT * FROM h7_rows_missing";

@@ -290,8 +290,7 @@ TEST_P(TableOps, SysTableReadsCreateTheTableValuesComeBackAndItemsAreDeleted) {
     EXPECT_TRUE(messages_.entries().empty());
 }
 
-// PostgreSQL without a BLOB type: the creation fails and is shown once;
-// reads keep the default, writes change nothing.
+// PostgreSQL without a BLOB type: the creation fails, shown once; reads keep the default, writes do nothing.
 TEST_P(TableOps, SysTableFailedCreationIsShownAndTheDefaultStays) {
     if (DbmsName() != "PostgreSQL") GTEST_SKIP() << "BLOB exists here";
     Exec("DROP DOMAIN blob");
