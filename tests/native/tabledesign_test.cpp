@@ -21,25 +21,18 @@ using V = std::vector<std::string>;
 
 // An import writes one INSERT per record where several would be refused.
 TEST(DbCapabilities, LookupForEveryDatabaseTypeAndColumnTypesThatKeepTheValue) {
-    const struct {
-        int type;
-        int rowType;  // the row the lookup must find
-        bool autoIncrement, multiRowValues;
-        const char *dropView;
-    } rows[] = {
-        {KODBC_DBTYPE_OTHER, 0, false, true, "DROP VIEW"},     {KODBC_DBTYPE_PROGRESS, 1, false, false, "DROP VIEW"},
-        {KODBC_DBTYPE_MYSQL, 2, true, true, "DROP VIEW"},      {KODBC_DBTYPE_ACCESS, 3, true, false, "DROP TABLE"},
-        {KODBC_DBTYPE_SQLSERVER, 4, true, true, "DROP VIEW"},  {KODBC_DBTYPE_EXCEL, 5, false, false, "DROP VIEW"},
-        {KODBC_DBTYPE_ORACLE, 6, false, false, "DROP VIEW"},   {7, 7, false, false, "DROP VIEW"},
-        {99, 0, false, true, "DROP VIEW"},                     {-1, 0, false, true, "DROP VIEW"},
-    };
-    for (const auto &c : rows) {
-        SCOPED_TRACE(c.type);
-        const DbCapabilityRow &row = CapabilitiesOf(c.type);
-        EXPECT_EQ(row.databaseType, c.rowType);
-        EXPECT_EQ(SupportsAutoIncrement(row), c.autoIncrement);
-        EXPECT_EQ(row.multiRowValues, c.multiRowValues);
-        EXPECT_STREQ(DropViewStatement(row), c.dropView);
+    using Row = std::tuple<int, int, bool, bool, const char *>;  // type, the row it finds, auto-inc., multi-row
+    for (const auto &[type, rowType, autoIncrement, multiRowValues, dropView] :
+         {Row{KODBC_DBTYPE_OTHER, 0, false, true, "DROP VIEW"}, {KODBC_DBTYPE_PROGRESS, 1, false, false, "DROP VIEW"},
+          {KODBC_DBTYPE_MYSQL, 2, true, true, "DROP VIEW"},      {KODBC_DBTYPE_ACCESS, 3, true, false, "DROP TABLE"},
+          {KODBC_DBTYPE_SQLSERVER, 4, true, true, "DROP VIEW"},  {KODBC_DBTYPE_EXCEL, 5, false, false, "DROP VIEW"},
+          {KODBC_DBTYPE_ORACLE, 6, false, false, "DROP VIEW"},   {7, 7, false, false, "DROP VIEW"},
+          {99, 0, false, true, "DROP VIEW"},                     {-1, 0, false, true, "DROP VIEW"}}) {
+        SCOPED_TRACE(type);
+        const DbCapabilityRow &row = CapabilitiesOf(type);
+        EXPECT_EQ(std::tuple(row.databaseType, SupportsAutoIncrement(row), row.multiRowValues),
+                  std::tuple(rowType, autoIncrement, multiRowValues));
+        EXPECT_STREQ(DropViewStatement(row), dropView);
     }
     // Where the database cannot drop a key or wants no clause, nothing is offered.
     EXPECT_EQ(CapabilitiesOf(KODBC_DBTYPE_ACCESS).dropPrimaryKey, nullptr);
@@ -48,18 +41,12 @@ TEST(DbCapabilities, LookupForEveryDatabaseTypeAndColumnTypesThatKeepTheValue) {
 
     // Decided by the DBMS name: MySQL, MariaDB and PostgreSQL all may count as
     // "other". Only text columns get the empty-text clause when added.
-    const struct {
-        const char *dbms;
-        int type;
-        const char *instead;
-    } types[] = {
-        {"PostgreSQL", KODBC_TYPE_DATETIME, "TIMESTAMP"}, {"PostgreSQL", KODBC_TYPE_FLOAT, nullptr},
-        {"MySQL", KODBC_TYPE_FLOAT, "DOUBLE"},            {"mariadb", KODBC_TYPE_FLOAT, "DOUBLE"},
-        {"MariaDB", KODBC_TYPE_DATETIME, nullptr},        {"SQLite", KODBC_TYPE_FLOAT, nullptr},
-        {nullptr, KODBC_TYPE_FLOAT, nullptr},
-    };
-    for (const auto &c : types)
-        EXPECT_STREQ(ColumnTypeInsteadOfTemplate(c.dbms, c.type), c.instead) << (c.dbms ? c.dbms : "-") << c.type;
+    for (const auto &[dbms, type, instead] :
+         {std::tuple<const char *, int, const char *>{"PostgreSQL", KODBC_TYPE_DATETIME, "TIMESTAMP"},
+          {"PostgreSQL", KODBC_TYPE_FLOAT, nullptr}, {"MySQL", KODBC_TYPE_FLOAT, "DOUBLE"},
+          {"mariadb", KODBC_TYPE_FLOAT, "DOUBLE"}, {"MariaDB", KODBC_TYPE_DATETIME, nullptr},
+          {"SQLite", KODBC_TYPE_FLOAT, nullptr}, {nullptr, KODBC_TYPE_FLOAT, nullptr}})
+        EXPECT_STREQ(ColumnTypeInsteadOfTemplate(dbms, type), instead) << (dbms ? dbms : "-") << type;
     const DbCapabilityRow &other = CapabilitiesOf(KODBC_DBTYPE_OTHER);
     EXPECT_STREQ(AddedColumnClause(other, "PostgreSQL", KODBC_TYPE_FIXED_TEXT), " NOT NULL DEFAULT ''");
     for (int type : {KODBC_TYPE_INTEGER, KODBC_TYPE_FLOAT, KODBC_TYPE_DATETIME}) {
@@ -70,24 +57,18 @@ TEST(DbCapabilities, LookupForEveryDatabaseTypeAndColumnTypesThatKeepTheValue) {
 
 // Without a connection names are not quoted: the statements as they are.
 TEST(CreateTableStructure, ChoicesAndStatementsFollowTheDatabase) {
-    const struct {
-        int databaseType, stored;
-        bool autoIncrement, copy;
-        int checked;
-    } choices[] = {
-        {KODBC_DBTYPE_MYSQL, kAutoIncrementTable, true, false, kAutoIncrementTable},
-        {KODBC_DBTYPE_MYSQL, kCopiedStructure, true, false, kCopiedStructure},  // checked on a disabled button
-        {KODBC_DBTYPE_SQLSERVER, 0, true, true, kAutoIncrementTable},          // nothing stored yet
-        {KODBC_DBTYPE_OTHER, kAutoIncrementTable, false, true, kAddressTable},
-        {KODBC_DBTYPE_OTHER, kCopiedStructure, false, true, kAddressTable},
-        {KODBC_DBTYPE_EXCEL, kCopiedStructure, false, false, kAddressTable},
-    };
-    for (const auto &c : choices) {
-        SCOPED_TRACE(testing::Message() << c.databaseType << "/" << c.stored);
-        const StructureChoice choice = ChooseStructure(CapabilitiesOf(c.databaseType), c.stored);
-        EXPECT_EQ(choice.autoIncrementEnabled, c.autoIncrement);
-        EXPECT_EQ(choice.copyEnabled, c.copy);
-        EXPECT_EQ(choice.checkedKind, c.checked);
+    using Choice = std::tuple<int, int, bool, bool, int>;  // database, kind stored, buttons enabled, checked
+    for (const auto &[databaseType, stored, autoIncrement, copy, checked] :
+         {Choice{KODBC_DBTYPE_MYSQL, kAutoIncrementTable, true, false, kAutoIncrementTable},
+          {KODBC_DBTYPE_MYSQL, kCopiedStructure, true, false, kCopiedStructure},  // checked on a disabled button
+          {KODBC_DBTYPE_SQLSERVER, 0, true, true, kAutoIncrementTable},          // nothing stored yet
+          {KODBC_DBTYPE_OTHER, kAutoIncrementTable, false, true, kAddressTable},
+          {KODBC_DBTYPE_OTHER, kCopiedStructure, false, true, kAddressTable},
+          {KODBC_DBTYPE_EXCEL, kCopiedStructure, false, false, kAddressTable}}) {
+        const StructureChoice choice = ChooseStructure(CapabilitiesOf(databaseType), stored);
+        EXPECT_EQ(std::tuple(choice.autoIncrementEnabled, choice.copyEnabled, choice.checkedKind),
+                  std::tuple(autoIncrement, copy, checked))
+            << databaseType << "/" << stored;
     }
     const std::string t = "kodbc_ct";
     const struct {
