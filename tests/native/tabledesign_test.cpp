@@ -125,7 +125,6 @@ TEST(TableAdmin, ListColumnsLengthRequiredAndButtons) {
     }
 }
 
-// Which row a column stands in, and which row is selected once columns were removed.
 TEST(TableAdmin, RowOfANameInAnyCaseAndRowSelectedAfterADrop) {
     const V columns{"Nr", "Name", "Ort"};
     EXPECT_EQ(AdminRowOf(columns, "name"), 1);
