@@ -1,12 +1,16 @@
-// The library's other Windows faces: identity from the version resource,
-// the statement question of the dump gate, the data-source box, and the
-// registry records on the real registry.
+// The library's other Windows faces: identity from the version resource, the statement question of
+// the dump gate, the error display and the driver information, the data-source box, and the registry
+// records on the real registry.
 #include "robot.h"
+
+#include "frame/diagnostics_dialog_ids.h"
+#include "tools/driver_info_dialog_ids.h"
 
 #include <kodbc/kodbc_exec.h>
 
 #include <algorithm>
 #include <cstring>
+#include <sstream>
 
 namespace {
 
@@ -64,6 +68,64 @@ TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatementAndTheAnswerReachesTheG
         EXPECT_TRUE(box.yes && box.no && box.cancel) << "yes/no/cancel expected";
         EXPECT_EQ(Run("SELECT * FROM kodbc_win_probe"), c.runs);
     }
+}
+
+using InfoDialogs = ConnectedTest;
+
+// Dialog 10025 on a failed statement, each piece of the driver's message in its field; how the
+// message is split, and when nothing is shown, is the core's (tests/native/frame_test.cpp).
+// "Schließen" ends it with 1, Escape with 2; a null statement leaves its field empty.
+TEST_F(InfoDialogs, ErrorDisplayShowsTheSplitMessageAndEndsWithTheButtonOrEscape) {
+    constexpr char kBadStatement[] = "SELECT * FROM kodbc_missing_table";
+    for (const char *statement : {kBadStatement, static_cast<const char *>(nullptr)}) {
+        SCOPED_TRACE(statement ? statement : "(null)");
+        SQLHSTMT stmt = nullptr;
+        ASSERT_EQ(SQLAllocStmt(hdbc_, &stmt), SQL_SUCCESS);
+        ASSERT_EQ(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR *>(const_cast<char *>(kBadStatement)), SQL_NTS),
+                  SQL_ERROR);
+        std::string fields, state;
+        bool hintVisible = true;
+        DialogRobot robot(kErrorTitle, statement ? "diagnostics-10025" : "", [&](HWND dialog) {
+            for (int id : {IDC_ODBC_ERROR_STATEMENT, IDC_ODBC_ERROR_VENDOR, IDC_ODBC_ERROR_COMPONENT,
+                           IDC_ODBC_ERROR_DATASOURCE, IDC_ODBC_ERROR_DESCRIPTION, IDC_ODBC_ERROR_CLOSE,
+                           IDC_ODBC_ERROR_HINT})
+                fields += ControlText(dialog, id) + "|";
+            state = ControlText(dialog, IDC_ODBC_ERROR_STATE);
+            hintVisible = ControlVisible(dialog, IDC_ODBC_ERROR_HINT);
+            if (statement) Click(dialog, IDC_ODBC_ERROR_CLOSE);
+            else PressKey(GetDlgItem(dialog, IDC_ODBC_ERROR_CLOSE), VK_ESCAPE);
+        });
+        EXPECT_EQ(Kodbc_DisplayErrorHstmt(stmt, statement), statement ? 1 : 2);
+        robot.Join();
+        SQLFreeStmt(stmt, SQL_DROP);
+
+        // "[SQLite]no such table: ... (1)": one bracket, so the rest is the
+        // component and nothing is left for the description.
+        EXPECT_EQ(fields, std::string(statement ? statement : "") +
+                              "|SQLite|no such table: kodbc_missing_table (1)|||&Schlie\xDF" "en|"
+                              "M\xF6gliche Fehlerursache|");
+        EXPECT_TRUE(state == "HY000" || state == "S1000") << "SQLSTATE " << state;
+        EXPECT_FALSE(hintVisible) << "no hint for this SQLSTATE";
+    }
+}
+
+// Dialog 10061: each line of the windowless export under its label, in the same order (what the
+// lines say is the core's, tests/native/tools_test.cpp), and its close button ends it.
+TEST_F(InfoDialogs, DriverInformationShowsTheDriversFieldsUnderTheirLabels) {
+    char text[4096] = {};
+    ASSERT_EQ(Kodbc_GetDriverInformation(hdbc_, text, sizeof text), 1);
+    std::vector<std::string> expected, shown;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) expected.push_back(line);
+    DialogRobot robot("Information \xFC" "ber ODBC-Datenquelle", "driverinfo-10061", [&](HWND dialog) {
+        for (int i = 0; i < static_cast<int>(expected.size()); ++i)
+            shown.push_back(ControlText(dialog, IDC_DRIVER_INFO_FIRST_LABEL + 2 * i) + "\t" +
+                            ControlText(dialog, IDC_DRIVER_INFO_FIRST_FIELD + 2 * i));
+        Click(dialog, IDC_DRIVER_INFO_CLOSE);
+    });
+    EXPECT_EQ(Kodbc_DisplayDriverInformation(hdbc_, nullptr), 2);
+    robot.Join();
+    EXPECT_EQ(shown, expected);
 }
 
 // The names the driver manager lists, asked directly.
