@@ -161,7 +161,6 @@ TEST(DataSourcesBox, FillsListAndComboBoxWithEveryDataSource) {
     SaveScreenshot(dialog, "datasources-box");
 
     std::vector<std::string> expected = DriverManagerNames();
-    ASSERT_FALSE(expected.empty());
     EXPECT_NE(std::find(expected.begin(), expected.end(), DataSource()), expected.end());
     EXPECT_EQ(BoxTexts(list), expected);
     EXPECT_EQ(BoxTexts(combo), expected);

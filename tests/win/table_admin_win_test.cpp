@@ -89,7 +89,6 @@ TEST_F(TableAdminTest, ChangesColumnsAndTheKey) {
     const int result = Kodbc_TableAdmin(hdbc_, "kodbc_taw", 0);
     robot.Join();
 
-    ASSERT_TRUE(robot.Found()) << "dialog 10009 never appeared";
     EXPECT_EQ(result, 0);
     EXPECT_EQ(listed, (Texts{"Nr", "Name", "Ort"}));
     EXPECT_TRUE(dropEnabled && typeOffered && okGreyedWhileEmpty && keyGone)
@@ -135,8 +134,7 @@ TEST(TableAdminDialogs, WithoutARecordOnlyClose) {
         });
         EXPECT_EQ(DialogBoxParamA(library, MAKEINTRESOURCEA(d.id), nullptr, d.procedure, 0), d.result);
         robot.Join();
-        EXPECT_TRUE(robot.Found());
-        EXPECT_TRUE(greyed);
+        EXPECT_TRUE(greyed) << "no dialog, or its action not greyed";
     }
 }
 
