@@ -1,6 +1,5 @@
 // The catalogue and result sets into real list views and boxes, read back with messages: each filler
-// replaces what the control held. Which entries are listed is the core's
-// (tests/native/catalog_tables_test.cpp, catalog_columns_test.cpp).
+// replaces what the control held. Which entries are listed is tests/native/catalog_test.cpp's.
 #include "robot.h"
 
 #include <commctrl.h>

@@ -43,8 +43,7 @@ protected:
         SetDumpState(0);
         ConnectedTest::TearDown();
     }
-    // Written beside the library, as another program would: the library
-    // reads the switch again within 200 ms.
+    // Written as another program would; the library reads the switch again within 200 ms.
     static void SetDumpState(long state) {
         Korvel_WriteRegistryNumber(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, "SqlDumpState", state);
         Sleep(250);

@@ -107,9 +107,7 @@ constexpr char kFields[] = "Ort\t12\tUmsatz\t8\tDatum\t9";
 
 class SelectionEditor : public ::testing::Test {
 protected:
-    void SetUp() override {
-        Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, "Settings", "SelectMaskFile");
-    }
+    // Each run's prefix starts without a remembered mask file.
     void TearDown() override {
         for (const std::string &file : files_) DeleteFileA(file.c_str());
         Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kSettingsKey, 0, "Settings", "SelectMaskFile");
