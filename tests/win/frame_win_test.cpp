@@ -9,7 +9,6 @@
 #include <kodbc/kodbc_exec.h>
 
 #include <algorithm>
-#include <cstring>
 #include <sstream>
 
 namespace {
@@ -51,22 +50,16 @@ protected:
     static constexpr const char *kCreate = "CREATE TABLE kodbc_win_probe (a INTEGER)";
 };
 
-// Which answer lets the statement run is the core's (ExecStatementTest natively).
-TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatementAndTheAnswerReachesTheGate) {
-    const struct {
-        int answer, result;
-        bool runs;
-    } cases[] = {{IDCANCEL, 2, false}, {IDYES, 1, true}};
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.answer);
-        MessageBoxAnswerer answerer("SQL-Befehl", c.answer, c.answer == IDCANCEL ? "messagebox-question" : "");
-        EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, kCreate, nullptr), c.result);
-        ASSERT_EQ(answerer.Seen().size(), 1u);
-        const MessageBoxSeen &box = answerer.Seen()[0];
-        EXPECT_EQ(box.text, kCreate);
-        EXPECT_TRUE(box.yes && box.no && box.cancel) << "yes/no/cancel expected";
-        EXPECT_EQ(Run("SELECT * FROM kodbc_win_probe"), c.runs);
-    }
+// Which answer lets the statement run is the core's (ExecTest natively); that "Ja" on such a box
+// reaches the library as yes, the table administration's walk shows.
+TEST_F(StatementQuestion, AsksYesNoCancelWithTheStatementAndCancelReachesTheGate) {
+    MessageBoxAnswerer answerer("SQL-Befehl", IDCANCEL, "messagebox-question");
+    EXPECT_EQ(OdbcEh_PerformSqlStatement(nullptr, hdbc_, kCreate, nullptr), 2);
+    ASSERT_EQ(answerer.Seen().size(), 1u);
+    const MessageBoxSeen &box = answerer.Seen()[0];
+    EXPECT_EQ(box.text, kCreate);
+    EXPECT_TRUE(box.yes && box.no && box.cancel) << "yes/no/cancel expected";
+    EXPECT_FALSE(Run("SELECT * FROM kodbc_win_probe"));
 }
 
 using InfoDialogs = ConnectedTest;
@@ -98,8 +91,7 @@ TEST_F(InfoDialogs, ErrorDisplayShowsTheSplitMessageAndEndsWithTheButtonOrEscape
         robot.Join();
         SQLFreeStmt(stmt, SQL_DROP);
 
-        // "[SQLite]no such table: ... (1)": one bracket, so the rest is the
-        // component and nothing is left for the description.
+        // "[SQLite]no such table: ... (1)": one bracket, the rest is the component, no description.
         EXPECT_EQ(fields, std::string(statement ? statement : "") +
                               "|SQLite|no such table: kodbc_missing_table (1)|||&Schlie\xDF" "en|"
                               "M\xF6gliche Fehlerursache|");
