@@ -1,7 +1,6 @@
-// Table administration on MariaDB, which can drop a key: a column added
-// through 10010 and one removed, a key created through 10059 and dropped.
-// What each database allows and the statements are proven natively
-// (tabledesign_test.cpp, tabledesign_admin_list_test.cpp).
+// Table administration on MariaDB, which can drop a key: a column added through 10010 and one
+// removed, a key created through 10059 and dropped. What each database allows and the statements
+// are proven natively (tabledesign_test.cpp, tabledesign_admin_list_test.cpp).
 #include "robot.h"
 
 #include "tabledesign/table_admin_dialog_ids.h"
@@ -122,7 +121,6 @@ TEST(TableAdminDialogs, WithoutARecordOnlyClose) {
          "tableadmin-10057"},
     };
     HINSTANCE library = GetModuleHandleA("kodbc.dll");
-    ASSERT_NE(library, nullptr);
     INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&controls);
     for (const auto &d : dialogs) {
