@@ -19,15 +19,12 @@ protected:
         OwnTables({kTable});
         ASSERT_TRUE(Run(std::string("CREATE TABLE ") + kTable + " (Name VARCHAR(20), Ort VARCHAR(20))"));
 
-        // The build names the host by its Unix path; Wine's drive Z: is the root.
+        // The build names the host by its Unix path (kodbc.dll beside it); Wine's drive Z: is the root.
         std::string command = "\"Z:" KODBC_HOST_EXE "\" ";
         command += wintest::DataSource();
-        char directory[MAX_PATH] = {};  // where kodbc.dll is: beside this program
-        GetModuleFileNameA(nullptr, directory, MAX_PATH);
-        *strrchr(directory, '\\') = '\0';
         STARTUPINFOA startup = {};
         startup.cb = sizeof startup;
-        ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, directory, &startup,
+        ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                                    &process_))
             << command << " error " << GetLastError();
         ASSERT_TRUE(
@@ -51,6 +48,8 @@ TEST_F(HostProgram, EveryMenuCommandOpensItsWindow) {
     ASSERT_TRUE(wintest::Choose(main_, IDC_HOST_TABLES, kTable, true));
     ASSERT_TRUE(wintest::Choose(main_, IDC_HOST_FIELDS, "Ort", true));
     EXPECT_NE(wintest::WindowText(GetDlgItem(main_, IDC_HOST_STATUS)).find(kTable), std::string::npos);
+    RedrawWindow(main_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    Sleep(300);  // the host paints in its own process
     wintest::SaveScreenshot(main_, "host-main");
 
     const struct {

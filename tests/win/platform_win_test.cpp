@@ -6,13 +6,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 namespace {
 
 using namespace wintest;
-using Texts = std::vector<std::string>;
 using Boxes = BoxesTest;
 
 TEST_F(Boxes, KindsAndFillingSplitAtTheSeparator) {
@@ -25,7 +23,7 @@ TEST_F(Boxes, KindsAndFillingSplitAtTheSeparator) {
         Korvel_AddBoxEntry(box, "alt", 0, -1, 0);
         EXPECT_EQ(Korvel_FillBox(box, '\t', "Kunden\tAuftr\xE4ge\t\tPosten\t"), 4);
         // An empty entry between two separators stays; one at the end opens none.
-        EXPECT_EQ(BoxTexts(box), (Texts{"Kunden", "Auftr\xE4ge", "", "Posten"}));
+        EXPECT_EQ(BoxTexts(box), (std::vector<std::string>{"Kunden", "Auftr\xE4ge", "", "Posten"}));
         EXPECT_EQ(Korvel_FillBox(box, '\t', nullptr), 0);
         EXPECT_EQ(Korvel_GetBoxCount(box), 0);
     }

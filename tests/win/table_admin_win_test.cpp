@@ -1,7 +1,6 @@
-// Table administration on MariaDB, which can drop a key: a column added
-// through 10010 and one removed, a key created through 10059 and dropped.
-// What each database allows and the statements are proven natively
-// (tabledesign_admin_test.cpp, tabledesign_admin_list_test.cpp).
+// Table administration on MariaDB, which can drop a key: a column added through 10010 and one
+// removed, a key created through 10059 and dropped. What each database allows and the statements
+// are proven natively (tabledesign_test.cpp, tabledesign_admin_list_test.cpp).
 #include "robot.h"
 
 #include "tabledesign/table_admin_dialog_ids.h"
@@ -89,7 +88,6 @@ TEST_F(TableAdminTest, ChangesColumnsAndTheKey) {
     const int result = Kodbc_TableAdmin(hdbc_, "kodbc_taw", 0);
     robot.Join();
 
-    ASSERT_TRUE(robot.Found()) << "dialog 10009 never appeared";
     EXPECT_EQ(result, 0);
     EXPECT_EQ(listed, (Texts{"Nr", "Name", "Ort"}));
     EXPECT_TRUE(dropEnabled && typeOffered && okGreyedWhileEmpty && keyGone)
@@ -123,7 +121,6 @@ TEST(TableAdminDialogs, WithoutARecordOnlyClose) {
          "tableadmin-10057"},
     };
     HINSTANCE library = GetModuleHandleA("kodbc.dll");
-    ASSERT_NE(library, nullptr);
     INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&controls);
     for (const auto &d : dialogs) {
@@ -135,8 +132,7 @@ TEST(TableAdminDialogs, WithoutARecordOnlyClose) {
         });
         EXPECT_EQ(DialogBoxParamA(library, MAKEINTRESOURCEA(d.id), nullptr, d.procedure, 0), d.result);
         robot.Join();
-        EXPECT_TRUE(robot.Found());
-        EXPECT_TRUE(greyed);
+        EXPECT_TRUE(greyed) << "no dialog, or its action not greyed";
     }
 }
 
