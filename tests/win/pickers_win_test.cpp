@@ -1,5 +1,5 @@
-// The pickers (dialogs 103, 10060; 10056 in the designer's view walk) driven as a user drives them. What
-// is remembered and what 103 opens on is the core's (tools_test.cpp, picker_opening_test.cpp).
+// The data-source and schema pickers (dialogs 103, 10056, 10060) driven as a user drives them. What is
+// remembered and what 103 opens on is the core's (tools_test.cpp, picker_opening_test.cpp).
 #include "robot.h"
 
 #include "frame/diagnostics_dialog_ids.h"
@@ -109,6 +109,24 @@ TEST_F(DataSourcePicker, OpensOnTheRecordRefusesAFailingChoiceAndConfirms) {
     EXPECT_EQ(std::string(record.DataSourceName) + "|" + record.UserId + "|" + record.Password,
               std::string(kSqlite) + "|robot|geheim-123");
     EXPECT_TRUE(CallersBytesKept(record));
+}
+
+// Dialog 10056 opens on the schema passed in; "Abbrechen" hands nothing back
+// (OK hands the typed one back: the designer's view walk).
+class SchemaPicker : public ConnectedTest {};
+
+TEST_F(SchemaPicker, OpensOnTheSchemaPassedInAndCancelHandsNothingBack) {
+    char schema[100] = "alt";
+    std::string shown = "<unread>";
+    DialogRobot robot(kSchemaTitle, "pickers-10056", [&](HWND dialog) {
+        shown = ControlText(dialog, IDC_SCHEMA_PICKER_BOX);
+        Type(dialog, IDC_SCHEMA_PICKER_BOX, "mein_schema");
+        Click(dialog, IDC_SCHEMA_PICKER_CANCEL);
+    });
+    EXPECT_EQ(Kodbc_SelectDbaseSchema(nullptr, hdbc_, schema, 0, 0), 2);
+    robot.Join();
+    EXPECT_EQ(shown, "alt");
+    EXPECT_STREQ(schema, "alt");
 }
 
 // Dialog 10060 on SQLite, which has no schemata (the schema controls stay
