@@ -48,8 +48,6 @@ struct RememberedUsers {
     }
 };
 
-class DataSourcePicker : public BoxesTest {};
-
 // What the picker's fields show: the selected entry, user and password.
 std::string Fields(HWND dialog) {
     HWND list = GetDlgItem(dialog, IDC_DATASOURCE_PICKER_LIST);
@@ -63,7 +61,7 @@ std::string Fields(HWND dialog) {
 // does not connect is answered by the connection's error, the picker stays open and the user
 // typed for it is remembered all the same; another entry shows the user remembered for it, a
 // double click confirms.
-TEST_F(DataSourcePicker, OpensOnTheRecordRefusesAFailingChoiceAndConfirms) {
+TEST(DataSourcePicker, OpensOnTheRecordRefusesAFailingChoiceAndConfirms) {
     RememberedUsers users{{kSqlite, kBroken}};
     Korvel_WriteRegistryString(HKEY_CURRENT_USER, kSettingsKey, 0, kSection, kSqlite, "vorher");
     DataSourceRecord record = Record("kodbc_gibt_es_nicht", "alt", "altes-pw");
