@@ -36,19 +36,12 @@ private:
         SendDlgItemMessageA(window(), IDC_DATASOURCE_PICKER_PASSWORD, EM_LIMITTEXT, kPasswordLimit, 0);
         HWND list = Item(IDC_DATASOURCE_PICKER_LIST);
         Kodbc_FillDataSourcesBox(list);
-        const int found = FindExactEntry(Entries(list), FieldText(record_.DataSourceName).c_str());
-        if (found >= 0) {
-            Korvel_SetBoxIndex(list, found);
-            shownFor_ = FieldText(record_.DataSourceName);
-            SetItemText(window(), IDC_DATASOURCE_PICKER_USER, FieldText(record_.UserId).c_str());
-            SetItemText(window(), IDC_DATASOURCE_PICKER_PASSWORD, FieldText(record_.Password).c_str());
-        } else {
-            // Selecting by program sends no notification; the posted one
-            // fills in the user remembered for the first data source.
-            Korvel_SetBoxIndex(list, 0);
-            PostMessageA(window(), WM_COMMAND, MAKEWPARAM(IDC_DATASOURCE_PICKER_LIST, LBN_SELCHANGE),
-                         reinterpret_cast<LPARAM>(list));
-        }
+        const std::vector<std::string> entries = Entries(list);
+        const PickerOpening opening = OpeningFor(entries, record_);
+        Korvel_SetBoxIndex(list, opening.index);
+        if (opening.index < static_cast<int>(entries.size())) shownFor_ = entries[opening.index];
+        SetItemText(window(), IDC_DATASOURCE_PICKER_USER, opening.user.c_str());
+        SetItemText(window(), IDC_DATASOURCE_PICKER_PASSWORD, opening.password.c_str());
         return TRUE;
     }
 

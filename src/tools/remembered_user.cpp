@@ -4,6 +4,8 @@
 
 #include <korvel/korvel32.h>
 
+#include <cstring>
+
 namespace kodbc::tools {
 
 std::string RememberedUser(const char *dataSource) {
@@ -27,6 +29,15 @@ int FindExactEntry(const std::vector<std::string> &entries, const char *name) {
     for (std::size_t i = 0; i < entries.size(); ++i)
         if (entries[i] == name) return static_cast<int>(i);
     return -1;
+}
+
+// The record is the caller's: its texts may fill their fields to the last byte.
+PickerOpening OpeningFor(const std::vector<std::string> &entries, const DataSourceRecord &record,
+                         std::string (*remembered)(const char *)) {
+    const auto text = [](const auto &field) { return std::string(field, strnlen(field, sizeof field)); };
+    const int found = FindExactEntry(entries, text(record.DataSourceName).c_str());
+    if (found >= 0) return {found, text(record.UserId), text(record.Password)};
+    return {0, remembered(entries.empty() ? "" : entries[0].c_str()), ""};
 }
 
 } // namespace kodbc::tools

@@ -28,8 +28,17 @@ bool RememberChoice(const DataSourceRecord &chosen);
 
 // The entry that is exactly name, case included: the picker shows the
 // record's own user and password only for the very data source it names.
-// -1 when name is null or no entry matches; the picker then opens on the
-// first entry with that entry's remembered user.
+// -1 when name is null or no entry matches.
 int FindExactEntry(const std::vector<std::string> &entries, const char *name);
+
+// What the picker opens on: the record's own entry with the record's user and
+// password; failing that, the first entry with the user remembered for it and
+// no password (with no entries at all, nothing selectable and empty fields).
+struct PickerOpening {
+    int index;
+    std::string user, password;
+};
+PickerOpening OpeningFor(const std::vector<std::string> &entries, const DataSourceRecord &record,
+                         std::string (*remembered)(const char *) = RememberedUser);
 
 } // namespace kodbc::tools

@@ -24,23 +24,14 @@ constexpr int kPages[] = {IDC_SELFACT_PAGE_TABLES, IDC_SELFACT_PAGE_COLUMNS, IDC
 
 Texts TabLabels(HWND dialog) {
     HWND tabs = GetDlgItem(dialog, IDC_SELFACT_TABS);
-    Texts labels(static_cast<std::size_t>(SendMessageA(tabs, TCM_GETITEMCOUNT, 0, 0)));
-    for (std::size_t i = 0; i < labels.size(); ++i) {
+    Texts labels;
+    for (LRESULT i = 0; i < SendMessageA(tabs, TCM_GETITEMCOUNT, 0, 0); ++i) {
         char text[100] = {};
-        TCITEMA item = {TCIF_TEXT};
-        item.pszText = text;
-        item.cchTextMax = sizeof text;
+        TCITEMA item = {TCIF_TEXT, 0, 0, text, sizeof text};
         SendMessageA(tabs, TCM_GETITEMA, i, reinterpret_cast<LPARAM>(&item));
-        labels[i] = item.pszText ? item.pszText : "";
+        labels.emplace_back(item.pszText ? item.pszText : "");
     }
     return labels;
-}
-
-// The page whose window shows; 0 for none.
-int FrontPage(HWND dialog) {
-    for (int page : kPages)
-        if (IsWindowVisible(GetDlgItem(dialog, page))) return page;
-    return 0;
 }
 
 // Clicks a tab as the user would: the selection, then the control's notice.
@@ -86,6 +77,10 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
     Texts labels, shown, dragged;
     std::string preview, tested;
     DialogRobot robot(kTitle, "selfact-10064", [&](HWND dialog) {
+        const auto shot = [dialog](const char *name) {
+            Sleep(200);
+            SaveScreenshot(dialog, name);
+        };
         labels = TabLabels(dialog);
         HWND tables = GetDlgItem(dialog, IDC_SELFACT_PAGE_TABLES);
         Choose(tables, IDC_SFT_TABLE, "kodbc_sfk", true);
@@ -98,8 +93,7 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
         Type(tables, IDC_SFT_SECOND, "a.KdNr");
         PressFor(tables, IDC_SFT_ADD, IDC_SFT_LIST, 2);
         shown = ListViewRows(GetDlgItem(tables, IDC_SFT_LIST), 4);
-        Sleep(200);
-        SaveScreenshot(dialog, "selfact-10064-tabellen");
+        shot("selfact-10064-tabellen");
 
         ChooseTab(dialog, 1);
         HWND columns = GetDlgItem(dialog, IDC_SELFACT_PAGE_COLUMNS);
@@ -117,24 +111,21 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
         WaitFor([&] { return ListViewCell(list, 2, 0) == "k.Ort"; });
         dragged = ListViewColumn(list, 0);
         PressFor(columns, IDC_SFC_REMOVE, IDC_SFC_LIST, 2);
-        Sleep(200);
-        SaveScreenshot(dialog, "selfact-10064-spalten");
+        shot("selfact-10064-spalten");
 
         ChooseTab(dialog, 2);
         HWND selection = GetDlgItem(dialog, IDC_SELFACT_PAGE_SELECTION);
         Choose(selection, IDC_SFW_G1R1_FIELD, "a.Betrag", true);
         Type(selection, IDC_SFW_G1R1_VALUE, "10");
         ChooseData(selection, IDC_SFW_G1R1_OPERATION, OPDESC_OP_GREATER, true);
-        Sleep(200);
-        SaveScreenshot(dialog, "selfact-10064-selektion");
+        shot("selfact-10064-selektion");
 
         ChooseTab(dialog, 3);
         HWND sort = GetDlgItem(dialog, IDC_SELFACT_PAGE_SORT);
         Type(sort, IDC_SFS_COLUMN, "k.Name");
         Choose(sort, IDC_SFS_DIRECTION, "DESC", true);
         PressFor(sort, IDC_SFS_ADD, IDC_SFS_LIST, 1);
-        Sleep(200);
-        SaveScreenshot(dialog, "selfact-10064-sortierung");
+        shot("selfact-10064-sortierung");
         preview = ControlText(dialog, IDC_SELFACT_SQL);
 
         Click(dialog, IDC_SELFACT_TEST);
@@ -144,7 +135,6 @@ TEST_F(SelFactDesignerTest, BuildsAJoinOnItsPagesAndHandsItBackOnOk) {
     const int result = Kodbc_SelFact_Edit(query_, nullptr);
     robot.Join();
 
-    ASSERT_TRUE(robot.Found()) << "dialog 10064 never appeared";
     EXPECT_EQ(result, 1);
     EXPECT_EQ(labels, (Texts{"Tabellen", "Spalten", "Selektion", "Sortierung"}));
     EXPECT_EQ(shown, (Texts{"kodbc_sfk|k||", "kodbc_sfa|a|linkes Kreuzprodukt|k.Nr = a.KdNr"}));
@@ -188,7 +178,8 @@ TEST_F(SelFactDesignerTest, OkIsRefusedWithTheRuleAndItsPageInFront) {
         DialogRobot robot(kTitle, "", [&](HWND dialog) {
             Click(dialog, IDC_SELFACT_OK);
             said = AnswerBox(IDOK, c.shot);
-            front = FrontPage(dialog);
+            for (int page : kPages)  // the one page that shows; -1 when more than one does
+                if (IsWindowVisible(GetDlgItem(dialog, page))) front = front ? -1 : page;
             if (!*c.tables) {  // a table added after all, then cancelled
                 HWND tables = GetDlgItem(dialog, IDC_SELFACT_PAGE_TABLES);
                 Choose(tables, IDC_SFT_TABLE, "kodbc_sfk", true);

@@ -119,7 +119,6 @@ TEST_F(SqlPerformerTest, RunsTypedStatementsRemembersThemAndTakesExamplesOver) {
     robot.Join();
     error.Join();
 
-    ASSERT_TRUE(robot.Found()) << "dialog 10058 never appeared";
     EXPECT_EQ(result, 2);
     EXPECT_EQ(seen, (Lines{"preset SELECT 42", " -> ", std::string(kCreate) + " -> " + kExecuted,
                            std::string(kInsert) + " -> " + kExecuted, std::string(kFailing) + " -> ",
@@ -161,7 +160,6 @@ TEST_F(SqlPerformerTest, DataSourceVariantConnectsForEachStatement) {
         EXPECT_EQ(Kodbc_DialogSqlPerformer(withRecord ? &record : nullptr), 2);
         robot.Join();
 
-        ASSERT_TRUE(robot.Found()) << "dialog 101 never appeared";
         EXPECT_EQ(shown, withRecord ? std::string("kodbc_broken -> ") + DataSource() : "");
         EXPECT_EQ(notice, withRecord ? kExecuted : "");
         // The refusal's text and kind are the connection's (frame_test.cpp).
