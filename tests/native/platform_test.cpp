@@ -74,9 +74,9 @@ protected:
     }
 };
 
-// Values survive, an empty one is no missing one, roots are apart, the
-// user's comes before the machine's, and a read is cut to the caller's buffer.
-TEST_F(PlatformRegistry, ValuesRoundTripPerRootAndAreCut) {
+// Values survive, an empty one is no missing one, roots are apart, the user's comes
+// before the machine's, a read is cut to the caller's buffer, names ignore case.
+TEST_F(PlatformRegistry, ValuesRoundTripPerRootAreCutAndNamesIgnoreCase) {
     EXPECT_EQ(Read("Export", "LastFile"), "<none>");
     const std::pair<const char *, std::string> values[] = {
         {"LastFile", "Zeile 1\nZeile 2\tTab \\Pfad\\ =s:x [x]\r"}, {"[odd=name#", "v"}, {"Leer", ""},
@@ -112,10 +112,8 @@ TEST_F(PlatformRegistry, ValuesRoundTripPerRootAndAreCut) {
     EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kOwn, 0, "Export", "LastFile"), 1);
     EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kOwn, 0, "Export", "LastFile"), 0);
     EXPECT_EQ(Read("Export", "LastFile", nullptr), "");
-}
 
-// Names compare like Windows: without case, a trailing separator ignored.
-TEST_F(PlatformRegistry, NamesIgnoreCaseAndExtraSeparators) {
+    // Names compare like Windows: without case, a trailing separator ignored.
     ASSERT_EQ(Write("DataSource", "UserId", "anna"), 1);
     EXPECT_EQ(Read("datasource", "USERID", "", HKEY_CURRENT_USER, "software\\korvel software\\KODBCPLATFORMTEST\\"),
               "anna");
@@ -125,23 +123,8 @@ TEST_F(PlatformRegistry, NamesIgnoreCaseAndExtraSeparators) {
     EXPECT_EQ(Read("DataSource", "UserId"), "bert");
 }
 
-// The string encoding through its exported face, which works in place on
-// a copy of the input and hands it to the platform's encoder.
-std::string Encode(const std::string &text, int size) {
-    return Guarded(size, [&](char *out, int n) {
-        std::memcpy(out, text.c_str(), std::min<std::size_t>(text.size() + 1, static_cast<std::size_t>(n)));
-        const int length = Kodbc_EncodeString(out, n);
-        EXPECT_EQ(length, static_cast<int>(strnlen(out, static_cast<std::size_t>(n))));
-    });
-}
-
-std::string Decode(std::string text) {
-    const int length = Kodbc_DecodeString(text.data());
-    EXPECT_EQ(length, static_cast<int>(std::strlen(text.c_str()))) << text;
-    return text.c_str();
-}
-
-TEST(StringEncoding, TableAndRoomRule) {
+// The exported face works in place on a copy of the input.
+TEST(StringEncoding, TableRoomRuleAndDecoderQuirks) {
     const struct {
         std::string plain;
         int size;
@@ -160,15 +143,21 @@ TEST(StringEncoding, TableAndRoomRule) {
         {std::string(40, 'z'), 20, std::string(10, 'z')},
         {"q", 1, ""},
     };
-    for (const auto &c : cases) EXPECT_EQ(Encode(c.plain, c.size), c.coded) << "size " << c.size;
+    for (const auto &c : cases)
+        EXPECT_EQ(Guarded(c.size,
+                          [&](char *out, int n) {
+                              std::memcpy(out, c.plain.c_str(), std::min(c.plain.size() + 1, std::size_t(n)));
+                              const int length = Kodbc_EncodeString(out, n);
+                              EXPECT_EQ(length, static_cast<int>(strnlen(out, std::size_t(n))));
+                          }),
+                  c.coded)
+            << "size " << c.size;
     EXPECT_EQ(Korvel_EncodeString("x", nullptr, 20, 0), 0);
     EXPECT_EQ(Kodbc_EncodeString(nullptr, 20), 0);
-}
 
-TEST(StringEncoding, DecoderQuirks) {
     const struct {
         const char *coded, *plain;
-    } cases[] = {
+    } decoded[] = {
         {"a\\tb\\n\\r\\q\\Q\\x41", "a\tb\n\r\"'A"},
         {"\\x4A", "J"},
         {"\\x1F", "\x1F"},
@@ -182,13 +171,16 @@ TEST(StringEncoding, DecoderQuirks) {
         {"ab\\", "ab"},
         {"\\z\\\\", "\\\\"},
     };
-    for (const auto &c : cases) EXPECT_EQ(Decode(c.coded), c.plain) << c.coded;
+    for (const auto &c : decoded) {
+        std::string text = c.coded;
+        EXPECT_EQ(Wrote(text.data(), Kodbc_DecodeString(text.data())), c.plain) << c.coded;
+    }
     EXPECT_EQ(Kodbc_DecodeString(nullptr), 0);
 }
 
 // Dates as users type them and as ODBC writes them; what cannot be read
 // leaves the record alone.
-TEST(PlatformDates, Reading) {
+TEST(PlatformDates, ReadingAndWriting) {
     auto read = [](const char *text, int ok) {
         KorvelDate d{1900, 1, 1, 0, 0, 0, 0};
         EXPECT_EQ(Korvel_StringToDate(text, &d), ok) << '"' << text << '"';
@@ -218,10 +210,8 @@ TEST(PlatformDates, Reading) {
     KorvelDate d{};
     EXPECT_EQ(Korvel_StringToDate(nullptr, &d), 0);
     EXPECT_EQ(Korvel_StringToDate("1.1.2000", nullptr), 0);
-}
 
-TEST(PlatformDates, Writing) {
-    KorvelDate d{2024, 3, 7, 9, 5, 1, 1};
+    d = {2024, 3, 7, 9, 5, 1, 1};
     char buf[64];
     EXPECT_EQ(Wrote(buf, Korvel_FormatDate(&d, "%D1.%M1.%Y2", buf, sizeof buf)), "07.03.2024");
     EXPECT_EQ(Wrote(buf, Korvel_FormatDate(&d, "%Y1/%M1 %h1:%m1:%s1 100%", buf, sizeof buf)), "24/03 09:05:01 100%");
@@ -355,13 +345,7 @@ protected:
     }
 
     static int Show(int messageId, const char *a1 = nullptr, const char *a3 = nullptr) {
-        KorvelMessageRequest request{};
-        request.instance = TestInstance();
-        request.captionId = 10;
-        request.messageId = messageId;
-        request.module = "TESTMOD";
-        request.args[0] = a1, request.args[2] = a3;
-        request.loadFromResource = 1;
+        KorvelMessageRequest request{TestInstance(), 10, messageId, "TESTMOD", {a1, nullptr, a3}, 0, 0, 1, 0, 0, {}};
         return Korvel_Message_Box(&request);
     }
     ScopedLocale utf8_;
@@ -451,10 +435,8 @@ TEST_F(Platform, StringTableAndIdentity) {
 // The notice reaches the handler too: TableOps' copy notice.
 TEST_F(Platform, FileErrorKeepsItsCaptionAndNamesTheFile) {
     MessageRecorder messages;
-    KorvelErrorRequest request{};
-    request.errorClass = 3;
-    request.caption = "Fehler beim ODBC-Datenbankzugriff";
-    request.values[0] = "/tmp/fehlt.txt";
+    KorvelErrorRequest request{nullptr, 0, nullptr, 3, 0, "Fehler beim ODBC-Datenbankzugriff", 0, 0, {"/tmp/fehlt.txt"},
+                               {}};
     EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
     ASSERT_EQ(messages.entries().size(), 1u);
     EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
