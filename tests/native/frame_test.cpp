@@ -233,16 +233,7 @@ TEST(FrameWithoutConnection, IdentityDriverQueriesAndConnectRefusals) {
     EXPECT_TRUE(recorder.entries().empty());
 }
 
-class ConnectionTest : public DataSourceTest {
-protected:
-    // A statement; with `failed`, one with a real error on it.
-    odbc::Statement Statement(bool failed) {
-        odbc::Statement stmt(hdbc_);
-        EXPECT_TRUE(!failed || SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS) == SQL_ERROR);
-        return stmt;
-    }
-    static constexpr const char *kBadStatement = "SELECT * FROM kodbc_no_such_table";
-};
+using ConnectionTest = DataSourceTest;
 
 // The fixture connected with empty user and password fields: the server
 // data sources carry their login in the data source, which empty strings
@@ -264,7 +255,9 @@ TEST_P(ConnectionTest, EmptyLoginConnectsAndDriverQueriesMatchTheDbms) {
 }
 
 TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecordWarningsOnlyWithTheDumpBit) {
-    const odbc::Statement stmt = Statement(true);
+    const char *const kBadStatement = "SELECT * FROM kodbc_no_such_table";
+    const odbc::Statement stmt(hdbc_), clean(hdbc_);
+    ASSERT_EQ(SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS), SQL_ERROR);
     GuardedBuffer state(16);
     EXPECT_EQ(Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state.data(), state.size()), 5);
     const std::string code = state.text();
@@ -295,7 +288,6 @@ TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecordWarningsOnl
 
     // Warnings are shown only with the dump bit, a clean statement shows nothing.
     messages_.clear();
-    const odbc::Statement clean = Statement(false);
     EXPECT_EQ(Kodbc_DisplayErrorHstmt(clean, "SELECT 1"), 1);
     EXPECT_EQ(Kodbc_DisplayErrorHdbc(nullptr), 1);
     EXPECT_EQ(Guarded(8, [&](char *out, int n) { Kodbc_GetErrorCode(KODBC_HANDLE_STMT, clean, out, n); }), "");

@@ -351,7 +351,7 @@ protected:
     ScopedLocale utf8_;
 };
 
-TEST_F(Platform, MessagePrefixKindArgumentsAndAnswer) {
+TEST_F(Platform, MessagePrefixKindArgumentsAnswerAndFileError) {
     const struct {
         int id;
         const char *a1, *a3;
@@ -375,6 +375,15 @@ TEST_F(Platform, MessagePrefixKindArgumentsAndAnswer) {
         EXPECT_EQ(messages.entries()[0].caption, "Testfenster");
         EXPECT_EQ(messages.entries()[0].text, c.text);
     }
+    // A file error keeps its caption and names the file (TableOps' copy notice).
+    MessageRecorder messages;
+    KorvelErrorRequest request{nullptr, 0, nullptr, 3, 0, "Fehler beim ODBC-Datenbankzugriff", 0, 0, {"/tmp/fehlt.txt"},
+                               {}};
+    EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
+    EXPECT_EQ(messages.entries()[0].caption, "Fehler beim ODBC-Datenbankzugriff");
+    EXPECT_NE(messages.entries()[0].text.find("/tmp/fehlt.txt"), std::string::npos);
 }
 
 const char *Catalogue(const char *module, const char *, const char *text) {
@@ -432,22 +441,10 @@ TEST_F(Platform, StringTableAndIdentity) {
     EXPECT_EQ(Wrote(text, Korvel_LoadString(TestInstance(), 24, text, sizeof text)), "Ohne Pr\xE4" "fix %d %s");
 }
 
-// The notice reaches the handler too: TableOps' copy notice.
-TEST_F(Platform, FileErrorKeepsItsCaptionAndNamesTheFile) {
-    MessageRecorder messages;
-    KorvelErrorRequest request{nullptr, 0, nullptr, 3, 0, "Fehler beim ODBC-Datenbankzugriff", 0, 0, {"/tmp/fehlt.txt"},
-                               {}};
-    EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
-    ASSERT_EQ(messages.entries().size(), 1u);
-    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
-    EXPECT_EQ(messages.entries()[0].caption, "Fehler beim ODBC-Datenbankzugriff");
-    EXPECT_NE(messages.entries()[0].text.find("/tmp/fehlt.txt"), std::string::npos);
-}
-
 // What other processes write counts: six writers at once lose nothing, and
 // a change of the dump state is seen within 200 ms (one of this process at
 // once). Without bits statements run quietly.
-TEST_F(Platform, OtherProcessesWritesAreSeen) {
+TEST_F(Platform, DumpGateAndOtherProcessesWrites) {
     constexpr int kProcesses = 6, kValuesEach = 40;
     auto name = [](int p, int i) { return "P" + std::to_string(p) + "_" + std::to_string(i); };
     MessageRecorder messages(KODBC_ANSWER_NO);
@@ -486,11 +483,9 @@ TEST_F(Platform, OtherProcessesWritesAreSeen) {
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
     EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_LOG);
     EXPECT_FALSE(std::filesystem::exists(dir_ + "/kodbc-sql.log"));
-}
 
-// The log bit appends "yyyy-mm-dd hh:mm:ss  statement"; the ask bit runs a
-// statement only on yes, and logs nothing by itself.
-TEST_F(Platform, DumpGateLogsAndAsks) {
+    // The log bit appends "yyyy-mm-dd hh:mm:ss  statement"; the ask bit runs a
+    // statement only on yes, and logs nothing by itself.
     SetDumpState(KORVEL_DUMP_LOG);
     EXPECT_EQ(Korvel_DumpSqlStatement("DELETE FROM t", 0), 1);
     EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 2", 500), 1);
@@ -505,7 +500,7 @@ TEST_F(Platform, DumpGateLogsAndAsks) {
     const std::string named = dir_ + "/named.log";
     ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpFile", named.c_str()), 1);
     SetDumpState(KORVEL_DUMP_ASK);
-    MessageRecorder messages(KODBC_ANSWER_YES);
+    messages.set_answer(KODBC_ANSWER_YES);
     EXPECT_EQ(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1);
     EXPECT_EQ(messages.entries().size(), 1u);
     EXPECT_FALSE(std::filesystem::exists(named)) << "asking alone does not log";
