@@ -1,10 +1,6 @@
-// Fuzzes the string encoding: the decoder on any text (never longer, never
-// past the terminator) and the encoder into a heap buffer of exactly the
-// stated size, whose output must decode back to the part of the input it
-// took.
-//
-// Input: byte 0 the encoder's buffer size, the rest (up to a zero byte) the
-// text.
+// Fuzzes the string encoding: the decoder on any text (never longer, never past the terminator) and the
+// encoder into a heap buffer of exactly the stated size, whose output decodes back to the part it took.
+// Input: byte 0 the encoder's buffer size, the rest (up to a zero byte) the text.
 #include "fuzz_support.h"
 
 #include <korvel/korvel32.h>

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,12 @@ namespace fuzz {
 
 inline void Check(bool condition) {
     if (!condition) __builtin_trap();
+}
+
+// Every field of a list has a name of its own.
+template <class Fields> void CheckUniqueNames(const Fields &fields) {
+    std::set<std::string> names;
+    for (const auto &field : fields) Check(names.insert(field.targetName).second);
 }
 
 // Quote texts a driver may report: the first four are the usual answers.

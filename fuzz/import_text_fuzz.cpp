@@ -1,14 +1,10 @@
-// Fuzzes the text import's reader: lines of any bytes (line ends, NUL
-// bytes, no end at all), the fields of the first line with their unique
-// names, and the values of every further line.
-//
-// Input: byte 0 flags (bit 0: brackets, bit 1: numbered names), byte 1 the
-// delimiter, bytes 2 and 3 the left and right bracket, the rest the file.
+// Fuzzes the text import's reader: lines of any bytes (line ends, NUL bytes, no end at all), the
+// fields of the first line with their unique names, and the values of every further line.
+// Input: byte 0 flags (bit 0: brackets, bit 1: numbered names), byte 1 the delimiter, bytes 2 and 3
+// the left and right bracket, the rest the file.
 #include "fuzz_support.h"
 
 #include "transfer/import_text.h"
-
-#include <set>
 
 using fuzz::Check;
 using namespace kodbc::transfer;
@@ -44,11 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
             ImportFieldList fields;
             FieldsFromNameLine(line, format, fields);
             Check(fields.size() == count);
-            std::set<std::string> names;
-            for (const ImportField &field : fields) {
-                Check(names.insert(field.targetName).second);
-                Check(field.targetType == KODBC_TYPE_VAR_TEXT && field.imported);
-            }
+            fuzz::CheckUniqueNames(fields);
+            for (const ImportField &field : fields) Check(field.targetType == KODBC_TYPE_VAR_TEXT && field.imported);
         }
     }
     // Every byte was read, and reading again from the start sees as much.

@@ -1,9 +1,6 @@
-// Fuzzes the WHERE and SET generators over any descriptor text, each into
-// a heap buffer of exactly the stated size.
-//
-// Input: bytes 0-1 the WHERE size (0 to 4095), bytes 2-3 the SET size,
-// byte 4 picks the quote text, bytes 5-8 the pattern characters (0xff: the
-// default set); the rest is the descriptor.
+// Fuzzes the WHERE and SET generators over any descriptor text, each into a heap buffer of exactly
+// the stated size. Input: bytes 0-1 the WHERE size (0 to 4095), bytes 2-3 the SET size, byte 4 picks
+// the quote text, bytes 5-8 the pattern characters (0xff: the default set); the rest the descriptor.
 #include "fuzz_support.h"
 
 #include "select/seldesc.h"

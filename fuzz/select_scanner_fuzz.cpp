@@ -1,10 +1,7 @@
-// Fuzzes the SELECT scanner: clause finding and extraction, the three scans
-// and the four replacements, each writing into a heap buffer of exactly the
-// stated size so that a write past it is caught.
-//
-// Input: byte 0 the output size, byte 1 the quote character (low 2 bits),
-// scan flags (bits 2-3) and keyword choice (bits 4-7); the rest up to a
-// zero byte is the statement, what follows it the new clause text.
+// Fuzzes the SELECT scanner: clause finding and extraction, the three scans and the four
+// replacements, each into a heap buffer of exactly the stated size so that a write past it is caught.
+// Input: byte 0 the output size, byte 1 the quote character (low 2 bits), scan flags (bits 2-3) and
+// keyword choice (bits 4-7); the rest up to a zero byte the statement, what follows the new clause.
 #include "fuzz_support.h"
 
 #include "select/select_scanner.h"

@@ -1,8 +1,5 @@
-// Fuzzes the selection-mask reader over any file, the writer's bytes read
-// back and the loaded descriptor's line split. (What any descriptor turns
-// into as a WHERE clause is the seldesc_clauses fuzzer's business.)
-//
-// Input: the file.
+// Fuzzes the selection-mask reader over any file (the input), the writer's bytes read back and the
+// loaded descriptor's line split; its WHERE clause is the seldesc_clauses fuzzer's business.
 #include "fuzz_support.h"
 
 #include "select/selection_mask.h"

@@ -1,9 +1,6 @@
-// Fuzzes the statement formatter into a heap buffer of exactly the stated
-// size: at most size-2 characters, at most one quote-text query.
-//
-// Input: bytes 0-1 the buffer size (0 to 1023), byte 2 picks the quote
-// text; the rest, split at zero bytes, is the template and up to eight
-// arguments (a lone 0x01 byte stands for a null argument).
+// Fuzzes the statement formatter into a heap buffer of exactly the stated size: at most size-2
+// characters, at most one quote-text query. Input: bytes 0-1 the buffer size (0 to 1023), byte 2 picks
+// the quote text; the rest, split at zero bytes, the template and up to eight arguments (0x01: null).
 #include "fuzz_support.h"
 
 #include <algorithm>

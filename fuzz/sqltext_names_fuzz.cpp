@@ -1,9 +1,7 @@
-// Fuzzes the name rules: bracket and SQL-92 preparation, lists, quoting,
-// stripping and the schema split, each into a heap buffer of exactly the
-// stated size so that a write past it is caught.
-//
-// Input: byte 0 the buffer size, byte 1 picks the quote text and flags,
-// the rest (up to a zero byte) is the name or list.
+// Fuzzes the name rules: bracket and SQL-92 preparation, lists, quoting, stripping and the schema
+// split, each into a heap buffer of exactly the stated size so that a write past it is caught.
+// Input: byte 0 the buffer size, byte 1 picks the quote text and flags, the rest (up to a zero byte)
+// the name or list.
 #include "fuzz_support.h"
 
 using namespace kodbc::sqltext;

@@ -19,18 +19,14 @@
 namespace kodbc::test {
 namespace {
 
-// The loader hands out text in the locale's charset; these expectations are
-// UTF-8, so the tests run under a UTF-8 locale.
-class StringTableTest : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(utf8_.ok()); }
-    ScopedLocale utf8_;
-};
-
 // Exact texts (prefixes, double blanks, line breaks, umlauts, the spellings
 // the applications have always shown), written out independently of the
 // resource source, byte for byte; texts other tests read whole are left out.
-TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
+// Numbers the table does not hold, and the join type without a label whose
+// text is empty, read as "nothing there"; so does a call without room.
+TEST(StringTable, ExactTextsLengthsMissingEntriesAndCuts) {
+    ScopedLocale utf8;  // the loader hands out text in the locale's charset
+    ASSERT_TRUE(utf8.ok());
     const struct {
         int id;
         const char *text;
@@ -65,21 +61,14 @@ TEST_F(StringTableTest, TextsAreExactAndLengthIsReturned) {
             << "string " << sample.id;
         EXPECT_STREQ(text, sample.text) << "string " << sample.id;
     }
-}
-
-// Numbers the table does not hold, and the join type without a label whose
-// text is empty, read as "nothing there"; so does a call without room.
-TEST_F(StringTableTest, MissingEmptyOrNoRoomGivesZeroAndCutsStayInsideTheBuffer) {
     for (int id : {0, -1, 1, 1601, 1615, 2901, 3600, 65535, 1000000}) {
         auto load = [&](char *out, int n) { EXPECT_EQ(LoadLibraryString(LibraryInstance(), id, out, n), 0); };
         EXPECT_EQ(Guarded(50, load), "") << id;
     }
     EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, nullptr, 100), 0);
-    for (int size : {0, -5}) {
-        GuardedBuffer none(0);
-        EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, none.data(), size), 0) << size;
-        EXPECT_TRUE(none.guards_intact()) << size;
-    }
+    for (int size : {0, -5})
+        Guarded(0,
+                [&](char *out, int) { EXPECT_EQ(LoadLibraryString(LibraryInstance(), 2900, out, size), 0) << size; });
 
     // Cut to size - 1, never past it. Where the cut falls inside a multi-byte
     // character the loader may drop the partial character; elsewhere nothing
@@ -116,7 +105,7 @@ TEST(ListHeader, CaptionsWidthsAndCentredColumns) {
     for (const auto &c : cases) EXPECT_EQ(ParseListHeader(c.header), c.columns) << c.header;
 }
 
-TEST(FrameMessages, ErrorCodesAndFileErrorsFollowTheirTables) {
+TEST(FrameMessages, ErrorCodesFileErrorsAndTheHandlerWithPrefixAndArguments) {
     // 1601 shares 1602's row; 1606 and the end row are no entries.
     const std::pair<int, unsigned> codes[] = {{1600, 0x8004A014u}, {1601, 0x8004A015u}, {1602, 0x8004A015u},
                                               {1607, 0x8004A02Eu}, {1618, 0x8004A031u}, {1614, 0x8004A034u},
@@ -129,9 +118,7 @@ TEST(FrameMessages, ErrorCodesAndFileErrorsFollowTheirTables) {
         EXPECT_EQ(FileErrorClass(f.error), f.errorClass) << f.error;
         EXPECT_EQ(FileOpenErrorMessage(f.error), f.openMessage) << f.error;
     }
-}
 
-TEST(FrameMessages, MessageReachesTheHandlerWithPrefixAndArguments) {
     MessageRecorder recorder(KODBC_ANSWER_OK);
     LibraryMessage(msg::NO_DATA_SOURCE);
     LibraryMessage(msg::FILE_NOT_FOUND, "/tmp/x.txt");
@@ -199,9 +186,7 @@ TEST(FrameWithoutConnection, IdentityDriverQueriesAndConnectRefusals) {
     EXPECT_NE(Kodbc_GetInstance(), nullptr);
     EXPECT_EQ(Guarded(32, [](char *out, int n) { EXPECT_EQ(Kodbc_GetVersion(out, n), 7); }), "5.2.0.0");
     EXPECT_EQ(Guarded(5, [](char *out, int n) { Kodbc_GetPoloModuleName(out, n); }), "KODB");
-    GuardedBuffer none(0);
-    EXPECT_EQ(Kodbc_GetPoloModuleName(none.data(), 0), 0);
-    EXPECT_TRUE(none.guards_intact());
+    Guarded(0, [](char *out, int n) { EXPECT_EQ(Kodbc_GetPoloModuleName(out, n), 0); });
     EXPECT_EQ(Kodbc_GetPoloModuleName(nullptr, 10), 0);
 
     EXPECT_EQ(Kodbc_GetDatabaseType(nullptr), KODBC_DBTYPE_OTHER);
@@ -232,8 +217,7 @@ TEST(FrameWithoutConnection, IdentityDriverQueriesAndConnectRefusals) {
     recorder.clear();
     std::strcpy(source.DataSourceName, "kodbc_no_such_source");
     EXPECT_EQ(Kodbc_ConnectDataSource(&source, &henv, &hdbc), -1);
-    EXPECT_EQ(henv, nullptr);
-    EXPECT_EQ(hdbc, nullptr);
+    EXPECT_TRUE(henv == nullptr && hdbc == nullptr);
     ASSERT_EQ(recorder.entries().size(), 1u);
     const auto &shown = recorder.entries()[0];
     EXPECT_EQ(shown.kind, KODBC_MESSAGE_ODBC_ERROR);
@@ -245,21 +229,11 @@ TEST(FrameWithoutConnection, IdentityDriverQueriesAndConnectRefusals) {
     henv = reinterpret_cast<SQLHENV>(0x1);
     hdbc = reinterpret_cast<SQLHDBC>(0x2);
     EXPECT_EQ(Kodbc_ConnectDataSource(&source, &henv, &hdbc), 0);
-    EXPECT_EQ(henv, reinterpret_cast<SQLHENV>(0x1));
-    EXPECT_EQ(hdbc, reinterpret_cast<SQLHDBC>(0x2));
+    EXPECT_TRUE(henv == reinterpret_cast<SQLHENV>(0x1) && hdbc == reinterpret_cast<SQLHDBC>(0x2));
     EXPECT_TRUE(recorder.entries().empty());
 }
 
-class ConnectionTest : public DataSourceTest {
-protected:
-    // A statement; with `failed`, one with a real error on it.
-    odbc::Statement Statement(bool failed) {
-        odbc::Statement stmt(hdbc_);
-        EXPECT_TRUE(!failed || SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS) == SQL_ERROR);
-        return stmt;
-    }
-    static constexpr const char *kBadStatement = "SELECT * FROM kodbc_no_such_table";
-};
+using ConnectionTest = DataSourceTest;
 
 // The fixture connected with empty user and password fields: the server
 // data sources carry their login in the data source, which empty strings
@@ -281,7 +255,9 @@ TEST_P(ConnectionTest, EmptyLoginConnectsAndDriverQueriesMatchTheDbms) {
 }
 
 TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecordWarningsOnlyWithTheDumpBit) {
-    const odbc::Statement stmt = Statement(true);
+    const char *const kBadStatement = "SELECT * FROM kodbc_no_such_table";
+    const odbc::Statement stmt(hdbc_), clean(hdbc_);
+    ASSERT_EQ(SQLExecDirect(stmt, (SQLCHAR *)kBadStatement, SQL_NTS), SQL_ERROR);
     GuardedBuffer state(16);
     EXPECT_EQ(Kodbc_GetErrorCode(KODBC_HANDLE_STMT, stmt, state.data(), state.size()), 5);
     const std::string code = state.text();
@@ -312,7 +288,6 @@ TEST_P(ConnectionTest, ErrorCodeToleranceAndDisplayShowTheFirstRecordWarningsOnl
 
     // Warnings are shown only with the dump bit, a clean statement shows nothing.
     messages_.clear();
-    const odbc::Statement clean = Statement(false);
     EXPECT_EQ(Kodbc_DisplayErrorHstmt(clean, "SELECT 1"), 1);
     EXPECT_EQ(Kodbc_DisplayErrorHdbc(nullptr), 1);
     EXPECT_EQ(Guarded(8, [&](char *out, int n) { Kodbc_GetErrorCode(KODBC_HANDLE_STMT, clean, out, n); }), "");
@@ -329,16 +304,8 @@ KODBC_DATA_SOURCE_TEST_SUITE(ConnectionTest);
 
 using RegistryRecords = PrivateRegistryTest;
 
-DataSourceRecord Source(const char *name, const char *user = "", const char *password = "") {
-    DataSourceRecord record{};
-    std::strcpy(record.DataSourceName, name);
-    std::strcpy(record.UserId, user);
-    std::strcpy(record.Password, password);
-    return record;
-}
-
 TEST_F(RegistryRecords, RoundTripDefaultsFieldByFieldAndUserBeforeMachine) {
-    DataSourceRecord written = Source("Lager Süd", "müller", "geheim");
+    DataSourceRecord written{"Lager Süd", "müller", "geheim", {}};
     Kodbc_WriteDataSourceToRegistry(HKEY_CURRENT_USER, kKey, 0, "AddRecords", &written);
     DataSourceRecord read;
     std::memset(&read, 0x5A, sizeof read);
@@ -351,7 +318,7 @@ TEST_F(RegistryRecords, RoundTripDefaultsFieldByFieldAndUserBeforeMachine) {
 
     // Missing values take the defaults field by field, else an empty text,
     // from one root as from the user's and the machine's.
-    const DataSourceRecord defaults = Source("Standard", "gast");
+    const DataSourceRecord defaults{"Standard", "gast", "", {}};
     for (const DataSourceRecord *def : {&defaults, static_cast<const DataSourceRecord *>(nullptr)}) {
         std::memset(&read, 'x', sizeof read);
         Kodbc_ReadDataSourceFromRegistry(HKEY_CURRENT_USER, kKey, 0, "Nowhere", def, &read);
@@ -361,7 +328,7 @@ TEST_F(RegistryRecords, RoundTripDefaultsFieldByFieldAndUserBeforeMachine) {
         EXPECT_EQ(fields(), def ? "Standard|gast|" : "||");
     }
 
-    DataSourceRecord machine = Source("Zentrale", "admin"), user = Source("Filiale");
+    DataSourceRecord machine{"Zentrale", "admin", "", {}}, user{"Filiale", "", "", {}};
     Kodbc_WriteDataSourceToRegistry(HKEY_LOCAL_MACHINE, kKey, 0, "DataSourceDialog", &machine);
     Kodbc_ReadDataSourceFromHKCUorHKLM(kKey, "DataSourceDialog", nullptr, &read);
     EXPECT_EQ(fields(), "Zentrale|admin|");

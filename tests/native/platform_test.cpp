@@ -74,9 +74,9 @@ protected:
     }
 };
 
-// Values survive, an empty one is no missing one, roots are apart, the
-// user's comes before the machine's, and a read is cut to the caller's buffer.
-TEST_F(PlatformRegistry, ValuesRoundTripPerRootAndAreCut) {
+// Values survive, an empty one is no missing one, roots are apart, the user's comes
+// before the machine's, a read is cut to the caller's buffer, names ignore case.
+TEST_F(PlatformRegistry, ValuesRoundTripPerRootAreCutAndNamesIgnoreCase) {
     EXPECT_EQ(Read("Export", "LastFile"), "<none>");
     const std::pair<const char *, std::string> values[] = {
         {"LastFile", "Zeile 1\nZeile 2\tTab \\Pfad\\ =s:x [x]\r"}, {"[odd=name#", "v"}, {"Leer", ""},
@@ -112,10 +112,8 @@ TEST_F(PlatformRegistry, ValuesRoundTripPerRootAndAreCut) {
     EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kOwn, 0, "Export", "LastFile"), 1);
     EXPECT_EQ(Korvel_DeleteRegistryValue(HKEY_CURRENT_USER, kOwn, 0, "Export", "LastFile"), 0);
     EXPECT_EQ(Read("Export", "LastFile", nullptr), "");
-}
 
-// Names compare like Windows: without case, a trailing separator ignored.
-TEST_F(PlatformRegistry, NamesIgnoreCaseAndExtraSeparators) {
+    // Names compare like Windows: without case, a trailing separator ignored.
     ASSERT_EQ(Write("DataSource", "UserId", "anna"), 1);
     EXPECT_EQ(Read("datasource", "USERID", "", HKEY_CURRENT_USER, "software\\korvel software\\KODBCPLATFORMTEST\\"),
               "anna");
@@ -125,23 +123,8 @@ TEST_F(PlatformRegistry, NamesIgnoreCaseAndExtraSeparators) {
     EXPECT_EQ(Read("DataSource", "UserId"), "bert");
 }
 
-// The string encoding through its exported face, which works in place on
-// a copy of the input and hands it to the platform's encoder.
-std::string Encode(const std::string &text, int size) {
-    return Guarded(size, [&](char *out, int n) {
-        std::memcpy(out, text.c_str(), std::min<std::size_t>(text.size() + 1, static_cast<std::size_t>(n)));
-        const int length = Kodbc_EncodeString(out, n);
-        EXPECT_EQ(length, static_cast<int>(strnlen(out, static_cast<std::size_t>(n))));
-    });
-}
-
-std::string Decode(std::string text) {
-    const int length = Kodbc_DecodeString(text.data());
-    EXPECT_EQ(length, static_cast<int>(std::strlen(text.c_str()))) << text;
-    return text.c_str();
-}
-
-TEST(StringEncoding, TableAndRoomRule) {
+// The exported face works in place on a copy of the input.
+TEST(StringEncoding, TableRoomRuleAndDecoderQuirks) {
     const struct {
         std::string plain;
         int size;
@@ -160,15 +143,21 @@ TEST(StringEncoding, TableAndRoomRule) {
         {std::string(40, 'z'), 20, std::string(10, 'z')},
         {"q", 1, ""},
     };
-    for (const auto &c : cases) EXPECT_EQ(Encode(c.plain, c.size), c.coded) << "size " << c.size;
+    for (const auto &c : cases)
+        EXPECT_EQ(Guarded(c.size,
+                          [&](char *out, int n) {
+                              std::memcpy(out, c.plain.c_str(), std::min(c.plain.size() + 1, std::size_t(n)));
+                              const int length = Kodbc_EncodeString(out, n);
+                              EXPECT_EQ(length, static_cast<int>(strnlen(out, std::size_t(n))));
+                          }),
+                  c.coded)
+            << "size " << c.size;
     EXPECT_EQ(Korvel_EncodeString("x", nullptr, 20, 0), 0);
     EXPECT_EQ(Kodbc_EncodeString(nullptr, 20), 0);
-}
 
-TEST(StringEncoding, DecoderQuirks) {
     const struct {
         const char *coded, *plain;
-    } cases[] = {
+    } decoded[] = {
         {"a\\tb\\n\\r\\q\\Q\\x41", "a\tb\n\r\"'A"},
         {"\\x4A", "J"},
         {"\\x1F", "\x1F"},
@@ -182,13 +171,16 @@ TEST(StringEncoding, DecoderQuirks) {
         {"ab\\", "ab"},
         {"\\z\\\\", "\\\\"},
     };
-    for (const auto &c : cases) EXPECT_EQ(Decode(c.coded), c.plain) << c.coded;
+    for (const auto &c : decoded) {
+        std::string text = c.coded;
+        EXPECT_EQ(Wrote(text.data(), Kodbc_DecodeString(text.data())), c.plain) << c.coded;
+    }
     EXPECT_EQ(Kodbc_DecodeString(nullptr), 0);
 }
 
 // Dates as users type them and as ODBC writes them; what cannot be read
 // leaves the record alone.
-TEST(PlatformDates, Reading) {
+TEST(PlatformDates, ReadingAndWriting) {
     auto read = [](const char *text, int ok) {
         KorvelDate d{1900, 1, 1, 0, 0, 0, 0};
         EXPECT_EQ(Korvel_StringToDate(text, &d), ok) << '"' << text << '"';
@@ -218,10 +210,8 @@ TEST(PlatformDates, Reading) {
     KorvelDate d{};
     EXPECT_EQ(Korvel_StringToDate(nullptr, &d), 0);
     EXPECT_EQ(Korvel_StringToDate("1.1.2000", nullptr), 0);
-}
 
-TEST(PlatformDates, Writing) {
-    KorvelDate d{2024, 3, 7, 9, 5, 1, 1};
+    d = {2024, 3, 7, 9, 5, 1, 1};
     char buf[64];
     EXPECT_EQ(Wrote(buf, Korvel_FormatDate(&d, "%D1.%M1.%Y2", buf, sizeof buf)), "07.03.2024");
     EXPECT_EQ(Wrote(buf, Korvel_FormatDate(&d, "%Y1/%M1 %h1:%m1:%s1 100%", buf, sizeof buf)), "24/03 09:05:01 100%");
@@ -355,19 +345,13 @@ protected:
     }
 
     static int Show(int messageId, const char *a1 = nullptr, const char *a3 = nullptr) {
-        KorvelMessageRequest request{};
-        request.instance = TestInstance();
-        request.captionId = 10;
-        request.messageId = messageId;
-        request.module = "TESTMOD";
-        request.args[0] = a1, request.args[2] = a3;
-        request.loadFromResource = 1;
+        KorvelMessageRequest request{TestInstance(), 10, messageId, "TESTMOD", {a1, nullptr, a3}, 0, 0, 1, 0, 0, {}};
         return Korvel_Message_Box(&request);
     }
     ScopedLocale utf8_;
 };
 
-TEST_F(Platform, MessagePrefixKindArgumentsAndAnswer) {
+TEST_F(Platform, MessagePrefixKindArgumentsAnswerAndFileError) {
     const struct {
         int id;
         const char *a1, *a3;
@@ -391,6 +375,15 @@ TEST_F(Platform, MessagePrefixKindArgumentsAndAnswer) {
         EXPECT_EQ(messages.entries()[0].caption, "Testfenster");
         EXPECT_EQ(messages.entries()[0].text, c.text);
     }
+    // A file error keeps its caption and names the file (TableOps' copy notice).
+    MessageRecorder messages;
+    KorvelErrorRequest request{nullptr, 0, nullptr, 3, 0, "Fehler beim ODBC-Datenbankzugriff", 0, 0, {"/tmp/fehlt.txt"},
+                               {}};
+    EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
+    EXPECT_EQ(messages.entries()[0].caption, "Fehler beim ODBC-Datenbankzugriff");
+    EXPECT_NE(messages.entries()[0].text.find("/tmp/fehlt.txt"), std::string::npos);
 }
 
 const char *Catalogue(const char *module, const char *, const char *text) {
@@ -448,24 +441,10 @@ TEST_F(Platform, StringTableAndIdentity) {
     EXPECT_EQ(Wrote(text, Korvel_LoadString(TestInstance(), 24, text, sizeof text)), "Ohne Pr\xE4" "fix %d %s");
 }
 
-// The notice reaches the handler too: TableOps' copy notice.
-TEST_F(Platform, FileErrorKeepsItsCaptionAndNamesTheFile) {
-    MessageRecorder messages;
-    KorvelErrorRequest request{};
-    request.errorClass = 3;
-    request.caption = "Fehler beim ODBC-Datenbankzugriff";
-    request.values[0] = "/tmp/fehlt.txt";
-    EXPECT_EQ(Korvel_ErrorHandler(&request), KODBC_ANSWER_OK);
-    ASSERT_EQ(messages.entries().size(), 1u);
-    EXPECT_EQ(messages.entries()[0].kind, KODBC_MESSAGE_STOP);
-    EXPECT_EQ(messages.entries()[0].caption, "Fehler beim ODBC-Datenbankzugriff");
-    EXPECT_NE(messages.entries()[0].text.find("/tmp/fehlt.txt"), std::string::npos);
-}
-
 // What other processes write counts: six writers at once lose nothing, and
 // a change of the dump state is seen within 200 ms (one of this process at
 // once). Without bits statements run quietly.
-TEST_F(Platform, OtherProcessesWritesAreSeen) {
+TEST_F(Platform, DumpGateAndOtherProcessesWrites) {
     constexpr int kProcesses = 6, kValuesEach = 40;
     auto name = [](int p, int i) { return "P" + std::to_string(p) + "_" + std::to_string(i); };
     MessageRecorder messages(KODBC_ANSWER_NO);
@@ -504,11 +483,9 @@ TEST_F(Platform, OtherProcessesWritesAreSeen) {
     std::this_thread::sleep_for(std::chrono::milliseconds(250));
     EXPECT_EQ(Korvel_GetDumpState(0), KORVEL_DUMP_LOG);
     EXPECT_FALSE(std::filesystem::exists(dir_ + "/kodbc-sql.log"));
-}
 
-// The log bit appends "yyyy-mm-dd hh:mm:ss  statement"; the ask bit runs a
-// statement only on yes, and logs nothing by itself.
-TEST_F(Platform, DumpGateLogsAndAsks) {
+    // The log bit appends "yyyy-mm-dd hh:mm:ss  statement"; the ask bit runs a
+    // statement only on yes, and logs nothing by itself.
     SetDumpState(KORVEL_DUMP_LOG);
     EXPECT_EQ(Korvel_DumpSqlStatement("DELETE FROM t", 0), 1);
     EXPECT_EQ(Korvel_DumpSqlStatement("SELECT 2", 500), 1);
@@ -523,7 +500,7 @@ TEST_F(Platform, DumpGateLogsAndAsks) {
     const std::string named = dir_ + "/named.log";
     ASSERT_EQ(Korvel_WriteRegistryString(HKEY_CURRENT_USER, kKey, 0, nullptr, "SqlDumpFile", named.c_str()), 1);
     SetDumpState(KORVEL_DUMP_ASK);
-    MessageRecorder messages(KODBC_ANSWER_YES);
+    messages.set_answer(KODBC_ANSWER_YES);
     EXPECT_EQ(Korvel_DumpSqlStatement("DROP TABLE x", 0), 1);
     EXPECT_EQ(messages.entries().size(), 1u);
     EXPECT_FALSE(std::filesystem::exists(named)) << "asking alone does not log";

@@ -9,7 +9,6 @@
 #include <korvel/korvel32.h>
 
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -143,11 +142,7 @@ TEST_F(ToolSettingsTest, LoadSkipsBlankEntriesAndReadsNothingWithoutTotal) {
 
 TEST_F(ToolSettingsTest, OneUserPerDataSourceInTheDialogsSectionNoPassword) {
     EXPECT_EQ(RememberedUser("kodbc_sqlite"), "");
-    DataSourceRecord chosen{};
-    std::strcpy(chosen.DataSourceName, "kodbc_sqlite");
-    std::strcpy(chosen.UserId, "anna");
-    std::strcpy(chosen.Password, "geheim-123");
-    ASSERT_TRUE(RememberChoice(chosen));
+    ASSERT_TRUE(RememberChoice(DataSourceRecord{"kodbc_sqlite", "anna", "geheim-123", {}}));
     ASSERT_TRUE(RememberUser("kodbc_pg", std::string(60, 'u').c_str()));
     EXPECT_FALSE(RememberUser("", "anna"));
 
