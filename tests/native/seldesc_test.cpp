@@ -1,6 +1,5 @@
-// Selection and assignment descriptors into WHERE and SET text, without a
-// driver and run on each data source; the selection editor's rows without
-// its window, and its mask files.
+// Selection and assignment descriptors into WHERE and SET text, run on each
+// data source; the selection editor's rows without its window; mask files.
 #include "test_support.h"
 
 #include "select/selection_mask.h"
@@ -258,11 +257,9 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(SelDescDriver);
 
-// Each kind of value conversion (text, number, date, timestamp, date list,
-// quoted field) meets the driver; each operator's text is proven above.
-TEST_P(SelDescDriver, GeneratedConditionsSelectTheRightRows) {
-    // The library speaks ODBC 2: dates come as 9 and 11, the codes the value
-    // conversion treats as dates.
+// Each kind of value conversion meets the driver; operators' texts are proven above.
+TEST_P(SelDescDriver, ConditionsSelectAndAssignmentsUpdateTheRows) {
+    // The library speaks ODBC 2: dates come as 9 and 11, the value conversion's date codes.
     EXPECT_EQ(types_.at("datum"), SQL_DATE);
     EXPECT_EQ(types_.at("zeit"), SQL_TIMESTAMP);
     const std::pair<std::string, long> cases[] = {
@@ -274,9 +271,7 @@ TEST_P(SelDescDriver, GeneratedConditionsSelectTheRightRows) {
         {Line("kunden ort", "NEF", "ort"), 1},  // the name with a blank quoted for this data source
     };
     for (const auto &[descriptor, count] : cases) EXPECT_EQ(Count(descriptor), count) << descriptor;
-}
 
-TEST_P(SelDescDriver, SetClauseUpdatesTheRows) {
     // The field copy comes first: some databases assign left to right.
     std::string set = Line("kunden ort", "SFI", "ort") + Line("ort", "SCO", "Hamburg") + Line("datum", "SNU", "") +
                       Line("umsatz", "SFO", "umsatz*2") + Line("nr", "SCO", "1.000");
@@ -395,14 +390,9 @@ TEST(SelDescRowTexts, RowsWrittenBackWithTheirGroupEnds) {
     for (const auto &c : cuts) EXPECT_EQ(Write(c.rows, c.size), c.expected) << c.size;
 }
 
-class SelectionMask : public ::testing::Test {
-protected:
-    void TearDown() override { std::remove(file_.c_str()); }
-    std::string file_ = ::testing::TempDir() + "kodbc_mask_test.sms";
-    MessageRecorder messages_;
-};
-
-TEST_F(SelectionMask, ReadAcceptsTheExactMagicOnly) {
+TEST(SelectionMask, ReadsTheExactMagicOnlyAndWritesWithinTheLimit) {
+    const std::string file = ::testing::TempDir() + "kodbc_mask_test.sms";
+    MessageRecorder messages;
     const std::string condition = "Ort\tEQ\tBonn\t12\n\v";
     const struct {
         std::string bytes;
@@ -416,31 +406,30 @@ TEST_F(SelectionMask, ReadAcceptsTheExactMagicOnly) {
         {"KORVEL-SM", false, ""},
     };
     for (const auto &c : cases) {
-        std::ofstream(file_, std::ios::binary) << c.bytes;
-        messages_.clear();
+        std::ofstream(file, std::ios::binary) << c.bytes;
+        messages.clear();
         char out[200] = "unchanged";
-        EXPECT_EQ(Kodbc_LoadSelectionMask(file_.c_str(), out, sizeof out), c.accepted ? 1 : 2) << c.bytes;
+        EXPECT_EQ(Kodbc_LoadSelectionMask(file.c_str(), out, sizeof out), c.accepted ? 1 : 2) << c.bytes;
         EXPECT_EQ(out, c.accepted ? c.descriptor : "") << c.bytes;
-        EXPECT_EQ(messages_.entries().size(), c.accepted ? 0u : 1u) << c.bytes;
+        EXPECT_EQ(messages.entries().size(), c.accepted ? 0u : 1u) << c.bytes;
     }
     EXPECT_EQ(Kodbc_LoadSelectionMask("/nonexistent/mask.sms", nullptr, 0), 2);
-    messages_.clear();
+    messages.clear();
     char out[20];
     EXPECT_EQ(Kodbc_LoadSelectionMask("/nonexistent/mask.sms", out, sizeof out), 2);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    EXPECT_NE(messages_.entries()[0].text.find("/nonexistent/mask.sms"), std::string::npos);
-}
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_NE(messages.entries()[0].text.find("/nonexistent/mask.sms"), std::string::npos);
 
-TEST_F(SelectionMask, WriteKeepsTheBufferLimitAndSaysWhatFailed) {
-    EXPECT_EQ(Kodbc_SaveSelectionMask(file_.c_str(), "Ort\tEQ\tBonn\t12\n\v\v\v\v"), 1);
-    EXPECT_EQ(ReadFile(file_), "KORVEL-SMSOrt\tEQ\tBonn\t12\n\v\v\v\v");
-    EXPECT_EQ(Kodbc_SaveSelectionMask(file_.c_str(), std::string(6000, 'x').c_str()), 1);
-    EXPECT_EQ(ReadFile(file_), "KORVEL-SMS" + std::string(4990, 'x'));
+    EXPECT_EQ(Kodbc_SaveSelectionMask(file.c_str(), "Ort\tEQ\tBonn\t12\n\v\v\v\v"), 1);
+    EXPECT_EQ(ReadFile(file), "KORVEL-SMSOrt\tEQ\tBonn\t12\n\v\v\v\v");
+    EXPECT_EQ(Kodbc_SaveSelectionMask(file.c_str(), std::string(6000, 'x').c_str()), 1);
+    EXPECT_EQ(ReadFile(file), "KORVEL-SMS" + std::string(4990, 'x'));
     for (const char *bad : {"/dev/full", "/nonexistent/mask.sms"}) {
-        messages_.clear();
+        messages.clear();
         EXPECT_EQ(Kodbc_SaveSelectionMask(bad, "x"), 2) << bad;
-        EXPECT_EQ(messages_.entries().size(), 1u) << bad;
+        EXPECT_EQ(messages.entries().size(), 1u) << bad;
     }
+    std::remove(file.c_str());
 }
 
 } // namespace

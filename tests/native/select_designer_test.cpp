@@ -1,7 +1,5 @@
-// The query object: the designer's editing of a working copy (storing,
-// moving and removing entries, the other parts kept in step with the
-// tables), its rules, its descriptors and statement through the exported
-// functions, and its test on each data source.
+// The query object: the designer's edits of a working copy (the other parts kept in
+// step with the tables), its rules, descriptors and statement, its test on each data source.
 #include "test_support.h"
 
 #include "select/selfact.h"

@@ -1,6 +1,5 @@
-// Stored views on each data source: creation with the design beside it,
-// loading, renaming by drop and create, the test view leaving nothing
-// behind, and the refusals.
+// Stored views on each data source: created with their design beside them, loaded,
+// renamed by drop and create, refused; the test view leaves nothing behind.
 #include "test_support.h"
 
 #include "internal/library.h"
@@ -99,10 +98,7 @@ TEST_P(StoredView, CreateLoadAndDrop) {
               KODBC_VIEW_NOT_DEFINED);
     EXPECT_EQ(messages_.entries().size(), 1u);
 
-    struct {
-        const char *what;
-        int got;
-    } refusals[] = {
+    const std::pair<const char *, int> refusals[] = {
         {"create without a name", Kodbc_View_Create(hdbc_, "", "", sql, nullptr, nullptr, nullptr)},
         {"create without SQL", Kodbc_View_Create(hdbc_, "", "kodbc_sv3", nullptr, nullptr, nullptr, nullptr)},
         {"create without a connection", Kodbc_View_Create(nullptr, "", "kodbc_sv3", sql, nullptr, nullptr, nullptr)},
@@ -111,7 +107,7 @@ TEST_P(StoredView, CreateLoadAndDrop) {
         {"load without a name", Kodbc_View_Load(hdbc_, "", "", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0)},
         {"copy name without a buffer", Kodbc_View_CopyName(hdbc_, "", "kodbc_sv", nullptr, 10)},
     };
-    for (const auto &refusal : refusals) EXPECT_EQ(refusal.got, KODBC_VIEW_FAILED) << refusal.what;
+    for (const auto &[what, got] : refusals) EXPECT_EQ(got, KODBC_VIEW_FAILED) << what;
 }
 
 // SQLite makes a view over a column that does not exist and refuses it only
