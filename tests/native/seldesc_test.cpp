@@ -34,7 +34,6 @@ std::string Set(const std::string &descriptor, int size = 4000) {
     return Guarded(size, [&](char *out, int n) { BuildSetClause(quote, descriptor.c_str(), out, n); });
 }
 
-// A value converted by its data type, as one value or as a list.
 std::string Typed(const std::string &value, int type, bool list = false) {
     char buffer[600];
     korvel::BoundedText out(buffer, sizeof buffer);
@@ -65,8 +64,7 @@ TEST(SelDescWhere, EverySelectionOperator) {
     EXPECT_EQ(Where(Line("Kunden Ort", "EQ", "B", 12), 4000, nullptr, "`"), "(`Kunden Ort`='B')");
 }
 
-// Lines without a condition drop out of their group, groups without one
-// out of the clause.
+// Lines without a condition drop out of their group, groups without one out of the clause.
 TEST(SelDescWhere, LinesAndGroups) {
     const std::string a = Line("A", "EQ", "1", 4), b = Line("B", "EQ", "2", 4), c = Line("C", "EQ", "3", 4);
     const std::pair<std::string, const char *> cases[] = {
@@ -98,9 +96,8 @@ TEST(SelDescWhere, PatternCharacters) {
     for (const auto &c : cases) EXPECT_EQ(Where(c.line, 4000, c.pattern), c.expected) << c.pattern;
 }
 
-// Numbers follow the German format, dates become ODBC date constants,
-// everything else (character and binary types, 10 time, the ODBC 3 date
-// codes, unknown) is quoted text.
+// Numbers follow the German format, dates become ODBC date constants, everything else
+// (character and binary types, 10 time, the ODBC 3 date codes, unknown) is quoted text.
 TEST(SelDescValues, ConvertedByType) {
     const std::vector<int> numeric = {-6, -5, 2, 3, 4, 5, 6, 7, 8}, dates = {9, 11},
                            text = {0, 1, 12, -1, -2, -3, -4, -7, -8, -9, -10, 10, 91, 92, 93, 99};
@@ -147,10 +144,8 @@ TEST(SelDescRoom, ConditionsSeparatorsAndGroupsOnlyWhereTheyFit) {
 }
 
 TEST(SelDescRoom, GroupWorkingBufferOf30000) {
-    // 146 conditions of 200 characters and 145 separators fill 29926 of a
-    // group's 29999 characters. Conditions that no longer fit are dropped,
-    // but each still writes its separator while five characters remain; the
-    // closing bracket needs one.
+    // 146 conditions of 200 characters and 145 separators fill 29926 of 29999. Conditions that
+    // no longer fit are dropped, each still writes its separator while five characters remain.
     const struct {
         int shortOne;  // the value length of condition 147; 0 keeps 196
         std::size_t size;
@@ -376,8 +371,7 @@ TEST(SelDescRowTexts, RowsWrittenBackWithTheirGroupEnds) {
     EXPECT_EQ(Write(rows, 2000, 7), "");
     EXPECT_EQ(Write({{false, "D", 301, "x", 1}}, 2000, OPDESC_ASSIGNMENT), "D\tSCO\tx\t1\n");
 
-    // Every separator needs one byte more than it takes: what follows the
-    // last one that fits is dropped.
+    // Every separator needs one byte more than it takes: what follows the last that fits is dropped.
     const std::vector<RowTexts> empty = {end, end, end, end}, two = {ort, end, umsatz, end, end, end};
     const std::string both = "Ort\tEQ\tBonn\t12\n\vUmsatz\tGT\t5\t8\n\v";  // 31 characters
     const struct {

@@ -33,8 +33,7 @@ TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
         {"a.", 0, 200, "[a]"},      // empty second part: no dot
         {"a. ", 0, 200, "[a]. "},   // blank part kept as it is
         {"   ", 0, 200, "   "},     // blank input is left alone
-        // Parts hold 99 characters, the enclosure is cut with them; the whole
-        // result is cut to size-1.
+        // Parts hold 99 characters, the enclosure cut with them; the whole to size-1.
         {std::string(150, 'x'), 0, 300, "[" + std::string(98, 'x')},
         {"dbo.Kunde", 0, 10, "[dbo].[Ku"},
     };
@@ -43,9 +42,6 @@ TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
                   c.expected)
             << c.name << " flags " << c.flags;
     PrepareBracketName(nullptr, 10, 0);
-    char one[2] = "x";
-    PrepareBracketName(one, 0, 0);
-    EXPECT_STREQ(one, "x");
 }
 
 TEST(SqlTextBracket, ListIsTabSeparatedAndCommaJoined) {
@@ -90,8 +86,7 @@ TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
         {"\"", "Kunden.*", 300, "Kunden.*"},
         {"`", " ``Meine Tabelle` ", 300, "`Meine Tabelle`"},
         {"\"", "   ", 300, ""},
-        // "dbo" then "." needs 3 bytes left, then the quoted part (15) does
-        // not fit into what remains of 12 bytes: skipped, not cut.
+        // "." needs 3 bytes left; the quoted part (15) does not fit the rest: skipped, not cut.
         {"\"", "dbo.Meine Tabelle", 12, "dbo."},
         {"\"", "Meine Tabelle.x", 8, ".x"},  // a short part after a skipped one
         {"`", "abc.d", 5, "abcd"},           // the dot needs 3 bytes of room
@@ -120,8 +115,7 @@ TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
               "dbo.`Meine Tabelle`");
 }
 
-// Quoting makes a list grow: in 12 bytes the second quoted piece no longer
-// fits and is skipped, the short one after it still is written.
+// Quoting makes a list grow: a quoted piece that no longer fits is skipped, not the short one after it.
 TEST(SqlTextSql92, ListWithJoiner) {
     QuoteText quote = QuoteText::Fixed("\"");
     for (const auto &[list, size, separator, joiner, expected] :
@@ -133,8 +127,7 @@ TEST(SqlTextSql92, ListWithJoiner) {
                   expected);
 }
 
-// A catalogue's column name keeps its points inside the quotes, has quotes
-// in it doubled and is written whole or not at all.
+// A catalogue's column name keeps its points inside the quotes, doubles quotes, is written whole or not at all.
 TEST(SqlTextQuoteWhole, QuoteIfNotPlainAndColumnNames) {
     const struct {
         bool column;
@@ -189,11 +182,7 @@ TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
 
 TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
     GuardedBuffer schema(20), table(20);
-    const struct {
-        const char *name;
-        bool split;
-        const char *expected;
-    } cases[] = {
+    const std::tuple<const char *, bool, const char *> cases[] = {
         {"dbo.Kunden", true, "dbo|Kunden"},
         {"a.b.c", true, "a|b"},
         {"\"dbo\".\"Meine Tabelle\"", true, "\"dbo\"|\"Meine Tabelle\""},
@@ -202,9 +191,9 @@ TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
         {nullptr, true, "|"},
         {"schema_mit_langem_namen.tabelle_mit_langem_namen", true, "schema_mit_langem_n|tabelle_mit_langem_"},
     };
-    for (const auto &c : cases) {
-        ParseSchemaAndTable(c.name, c.split, schema.data(), schema.size(), table.data(), table.size());
-        EXPECT_EQ(schema.text() + "|" + table.text(), c.expected) << (c.name ? c.name : "(null)");
+    for (const auto &[name, split, expected] : cases) {
+        ParseSchemaAndTable(name, split, schema.data(), schema.size(), table.data(), table.size());
+        EXPECT_EQ(schema.text() + "|" + table.text(), expected) << (name ? name : "(null)");
     }
     EXPECT_TRUE(schema.guards_intact() && table.guards_intact());
     std::strcpy(schema.data(), "keep");
@@ -269,8 +258,7 @@ TEST(SqlTextFormat, PlaceholdersArgumentsAndRoom) {
         // Only seven arguments are consumed; unknown placeholders consume none.
         {"\"", "%s%s%s%s%s%s%s|%t%%%.", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567|t%."},
         {"\"", "%s%x%s%s%s%s%s%s%s", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567s"},
-        // Room: an expansion needs its length plus 2 bytes: 6 fits into the 8
-        // left, 7 does not and ends the output, though "C" would still fit.
+        // An expansion needs its length plus 2 bytes; one that does not fit ends the output.
         {"\"", "ABCDEFGHIJKLMNOPQRST", {}, 10, "ABCDEFGH"},
         {"\"", "AB%sC", {"123456"}, 10, "AB123456"},
         {"\"", "AB%sC", {"1234567"}, 10, "AB"},
@@ -300,8 +288,7 @@ TEST(SqlTextFormat, PlaceholdersArgumentsAndRoom) {
     EXPECT_EQ(format.queries, 1);
 }
 
-// The exports with the driver's quote text q ("" for one that does not
-// quote) and its schema usage.
+// The exports with the driver's quote text q ("" for one that does not quote) and schema usage.
 void ExportsFollowTheDriver(SQLHDBC hdbc, const std::string &q, bool split) {
     EXPECT_EQ(Guarded(200, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc, "Meine Tabelle", out, n); }),
               q + "Meine Tabelle" + q);
@@ -337,8 +324,7 @@ TEST_P(SqlTextDriver, QuotesStripsAndSplitsAsTheDriverSays) {
 
 KODBC_DATA_SOURCE_TEST_SUITE(SqlTextDriver);
 
-// Without a connection nothing quotes, the name is always split and nothing
-// is shown.
+// Without a connection nothing quotes, the name is always split and nothing is shown.
 TEST(SqlTextNoConnection, NamesPassUnchanged) {
     MessageRecorder messages;
     ExportsFollowTheDriver(nullptr, "", true);
