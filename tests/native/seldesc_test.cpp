@@ -12,6 +12,7 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace kodbc::test {
@@ -84,16 +85,13 @@ TEST(SelDescWhere, LinesAndGroups) {
 
 TEST(SelDescWhere, PatternCharacters) {
     const std::string bw = Line("Ort", "BW", "Ber", 12), ct = Line("Ort", "CT", "Ber", 12);
-    const struct {
-        const std::string &line;
-        const char *pattern, *expected;
-    } cases[] = {
+    const std::tuple<std::string, const char *, const char *> cases[] = {
         {bw, "*_''", "(Ort LIKE 'Ber*')"}, {ct, "*?\"\"", "(Ort LIKE \"*Ber*\")"}, {ct, "%#[]", "(Ort LIKE [%Ber%])"},
         {bw, "%X''", "(Ort LIKE 'Ber%')"},  // the single-character wildcard is used by no operator
         {bw, "*", "(Ort LIKE Ber*)"},       // missing characters are left out, not read past the text
         {Line("Ort", "EQ", "x", 12), "*_##", "(Ort='x')"},  // only the LIKE operators use them
     };
-    for (const auto &c : cases) EXPECT_EQ(Where(c.line, 4000, c.pattern), c.expected) << c.pattern;
+    for (const auto &[line, pattern, expected] : cases) EXPECT_EQ(Where(line, 4000, pattern), expected) << pattern;
 }
 
 // Numbers follow the German format, dates become ODBC date constants, everything else

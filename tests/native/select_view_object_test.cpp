@@ -109,25 +109,19 @@ TEST_P(StoredView, CreateLoadAndDrop) {
 
 // SQLite refuses a view over a missing column only when it is read: the test reads the test view.
 TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
-    const struct {
-        const char *sql;
-        int result;
-    } cases[] = {
-        {"SELECT nosuch FROM kodbc_sv_base", KODBC_VIEW_FAILED},
-        {"SELECT nr, ort FROM kodbc_sv_base", KODBC_VIEW_OK},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.sql);
+    for (const auto &[sql, result] : {std::pair{"SELECT nosuch FROM kodbc_sv_base", KODBC_VIEW_FAILED},
+                                      {"SELECT nr, ort FROM kodbc_sv_base", KODBC_VIEW_OK}}) {
+        SCOPED_TRACE(sql);
         messages_.clear();
         ViewObject view = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeNew);
-        view.sql = c.sql;
-        EXPECT_EQ(TestStoredView(view), c.result);
-        EXPECT_EQ(Kodbc_View_Test(hdbc_, "", c.sql), c.result);
+        view.sql = sql;
+        EXPECT_EQ(TestStoredView(view), result);
+        EXPECT_EQ(Kodbc_View_Test(hdbc_, "", sql), result);
         ViewField focus = ViewField::None;
-        EXPECT_EQ(SaveEditedView(view, focus), c.result) << "OK tests first";
-        EXPECT_EQ(focus, c.result == KODBC_VIEW_OK ? ViewField::None : ViewField::Sql);
-        EXPECT_EQ(Exists("kodbc_sv"), c.result == KODBC_VIEW_OK);
-        EXPECT_EQ(OdbcErrors(), c.result == KODBC_VIEW_OK ? 0u : 3u);
+        EXPECT_EQ(SaveEditedView(view, focus), result) << "OK tests first";
+        EXPECT_EQ(focus, result == KODBC_VIEW_OK ? ViewField::None : ViewField::Sql);
+        EXPECT_EQ(Exists("kodbc_sv"), result == KODBC_VIEW_OK);
+        EXPECT_EQ(OdbcErrors(), result == KODBC_VIEW_OK ? 0u : 3u);
         EXPECT_FALSE(Exists("__KORVEL_TEST__"));
         EXPECT_EQ(Stored("__KORVEL_TEST__", "Sql"), "(none)");
     }

@@ -158,11 +158,7 @@ TEST(SqlTextQuoteWhole, QuoteIfNotPlainAndColumnNames) {
 }
 
 TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
-    const struct {
-        std::string text;
-        char open, close;
-        std::string expected;
-    } cases[] = {
+    const std::tuple<std::string, char, char, std::string> cases[] = {
         {"\"dbo\".\"Meine Tabelle\"", '"', '"', "dbo.Meine Tabelle"},
         {" \"\"a\"\" . `b` ", '"', '"', "\"a\".`b`"},
         {"[dbo].[Meine Tabelle]", '[', ']', "dbo.Meine Tabelle"},
@@ -172,10 +168,10 @@ TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
         {" [a] ", '\0', '\0', "[a]"},  // no quote character: white space only
         {std::string(250, 'z') + ".b", '[', ']', std::string(199, 'z') + ".b"},
     };
-    for (const auto &c : cases) {
-        std::string buffer = c.text;
-        StripDelimiters(buffer.data(), c.open, c.close);
-        EXPECT_EQ(std::string(buffer.c_str()), c.expected) << c.text;
+    for (const auto &[text, open, close, expected] : cases) {
+        std::string buffer = text;
+        StripDelimiters(buffer.data(), open, close);
+        EXPECT_EQ(std::string(buffer.c_str()), expected) << text;
     }
     StripDelimiters(nullptr, '[', ']');
 }
