@@ -164,11 +164,7 @@ TEST(SelDescRoom, GroupWorkingBufferOf30000) {
 
 TEST(SelDescSet, AssignmentsFromTheFirstGroupCutToTheSize) {
     const std::string ort = Line("Ort", "SCO", "Bonn", 12), plz = Line("Plz", "SNU", "", 12);
-    const struct {
-        std::string descriptor;
-        int size;
-        const char *expected;
-    } cases[] = {
+    const std::tuple<std::string, int, const char *> cases[] = {
         {ort + plz + Line("Umsatz", "SFO", "Umsatz*2", 8), 4000, "Ort='Bonn',Plz=NULL,Umsatz=Umsatz*2"},
         {Line("Betrag", "SCO", "1.000,5", 8) + Line("Datum", "SCO", "3.4.2024", 11), 4000,
          "Betrag=1000.5,Datum={d '2024-04-03'}"},
@@ -182,7 +178,8 @@ TEST(SelDescSet, AssignmentsFromTheFirstGroupCutToTheSize) {
         {"\v" + Line("B", "SFO", "2", 4), 4000, ""}, {"", 4000, ""},
         {ort + plz, 11, "Ort='Bonn'"}, {ort + plz, 13, "Ort='Bonn',P"}, {ort + plz, 6, "Ort='"}, {ort + plz, 1, ""},
     };
-    for (const auto &c : cases) EXPECT_EQ(Set(c.descriptor, c.size), c.expected) << c.descriptor << c.size;
+    for (const auto &[descriptor, size, expected] : cases)
+        EXPECT_EQ(Set(descriptor, size), expected) << descriptor << size;
 }
 
 TEST(SelDescExports, ArgumentsAndResults) {
@@ -386,24 +383,20 @@ TEST(SelectionMask, ReadsTheExactMagicOnlyAndWritesWithinTheLimit) {
     const std::string file = ::testing::TempDir() + "kodbc_mask_test.sms";
     MessageRecorder messages;
     const std::string condition = "Ort\tEQ\tBonn\t12\n\v";
-    const struct {
-        std::string bytes;
-        bool accepted;
-        std::string descriptor;
-    } cases[] = {
+    const std::tuple<std::string, bool, std::string> cases[] = {
         {"KORVEL-SMS", true, ""},
         {"KORVEL-SMS" + condition, true, condition},
         {"KORVEL-SMS" + condition + "\x1a", true, condition},  // an editor's end-of-file mark
         {"korvel-sms" + condition, false, ""},
         {"KORVEL-SM", false, ""},
     };
-    for (const auto &c : cases) {
-        std::ofstream(file, std::ios::binary) << c.bytes;
+    for (const auto &[bytes, accepted, descriptor] : cases) {
+        std::ofstream(file, std::ios::binary) << bytes;
         messages.clear();
         char out[200] = "unchanged";
-        EXPECT_EQ(Kodbc_LoadSelectionMask(file.c_str(), out, sizeof out), c.accepted ? 1 : 2) << c.bytes;
-        EXPECT_EQ(out, c.accepted ? c.descriptor : "") << c.bytes;
-        EXPECT_EQ(messages.entries().size(), c.accepted ? 0u : 1u) << c.bytes;
+        EXPECT_EQ(Kodbc_LoadSelectionMask(file.c_str(), out, sizeof out), accepted ? 1 : 2) << bytes;
+        EXPECT_EQ(out, accepted ? descriptor : "") << bytes;
+        EXPECT_EQ(messages.entries().size(), accepted ? 0u : 1u) << bytes;
     }
     EXPECT_EQ(Kodbc_LoadSelectionMask("/nonexistent/mask.sms", nullptr, 0), 2);
     messages.clear();
