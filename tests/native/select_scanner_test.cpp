@@ -171,10 +171,10 @@ TEST_F(SelectScanner, ResultsArgumentsAndBuffers) {
     EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(statement, 0, "x", 0), -1);
     EXPECT_EQ(Kodbc_Select_Replace_TablesClause(statement, -5, "x", 0), -1);
     EXPECT_STREQ(statement, "SELECT a FROM t");
-    // The new text may live in the statement buffer itself.
-    char buffer[64] = "SELECT a FROM t";
+    // The new text may live in the statement buffer itself, even in the part replaced.
+    char buffer[64] = "SELECT a FROM t ORDER BY b";
     EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(buffer, sizeof buffer, buffer + 7, 0), 0);
-    EXPECT_STREQ(buffer, "SELECT a FROM t ORDER BY a FROM t");
+    EXPECT_STREQ(buffer, "SELECT a FROM t ORDER BY a FROM t ORDER BY b");
 }
 
 // Every part of a qualified name loses its quotes.
