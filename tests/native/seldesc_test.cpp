@@ -1,6 +1,5 @@
-// Selection and assignment descriptors into WHERE and SET text, without a
-// driver and run on each data source; the selection editor's rows without
-// its window, and its mask files.
+// Selection and assignment descriptors into WHERE and SET text, run on each
+// data source; the selection editor's rows without its window; mask files.
 #include "test_support.h"
 
 #include "select/selection_mask.h"
@@ -13,6 +12,7 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace kodbc::test {
@@ -35,7 +35,6 @@ std::string Set(const std::string &descriptor, int size = 4000) {
     return Guarded(size, [&](char *out, int n) { BuildSetClause(quote, descriptor.c_str(), out, n); });
 }
 
-// A value converted by its data type, as one value or as a list.
 std::string Typed(const std::string &value, int type, bool list = false) {
     char buffer[600];
     korvel::BoundedText out(buffer, sizeof buffer);
@@ -66,8 +65,7 @@ TEST(SelDescWhere, EverySelectionOperator) {
     EXPECT_EQ(Where(Line("Kunden Ort", "EQ", "B", 12), 4000, nullptr, "`"), "(`Kunden Ort`='B')");
 }
 
-// Lines without a condition drop out of their group, groups without one
-// out of the clause.
+// Lines without a condition drop out of their group, groups without one out of the clause.
 TEST(SelDescWhere, LinesAndGroups) {
     const std::string a = Line("A", "EQ", "1", 4), b = Line("B", "EQ", "2", 4), c = Line("C", "EQ", "3", 4);
     const std::pair<std::string, const char *> cases[] = {
@@ -87,21 +85,17 @@ TEST(SelDescWhere, LinesAndGroups) {
 
 TEST(SelDescWhere, PatternCharacters) {
     const std::string bw = Line("Ort", "BW", "Ber", 12), ct = Line("Ort", "CT", "Ber", 12);
-    const struct {
-        const std::string &line;
-        const char *pattern, *expected;
-    } cases[] = {
+    const std::tuple<std::string, const char *, const char *> cases[] = {
         {bw, "*_''", "(Ort LIKE 'Ber*')"}, {ct, "*?\"\"", "(Ort LIKE \"*Ber*\")"}, {ct, "%#[]", "(Ort LIKE [%Ber%])"},
         {bw, "%X''", "(Ort LIKE 'Ber%')"},  // the single-character wildcard is used by no operator
         {bw, "*", "(Ort LIKE Ber*)"},       // missing characters are left out, not read past the text
         {Line("Ort", "EQ", "x", 12), "*_##", "(Ort='x')"},  // only the LIKE operators use them
     };
-    for (const auto &c : cases) EXPECT_EQ(Where(c.line, 4000, c.pattern), c.expected) << c.pattern;
+    for (const auto &[line, pattern, expected] : cases) EXPECT_EQ(Where(line, 4000, pattern), expected) << pattern;
 }
 
-// Numbers follow the German format, dates become ODBC date constants,
-// everything else (character and binary types, 10 time, the ODBC 3 date
-// codes, unknown) is quoted text.
+// Numbers follow the German format, dates become ODBC date constants, everything else
+// (character and binary types, 10 time, the ODBC 3 date codes, unknown) is quoted text.
 TEST(SelDescValues, ConvertedByType) {
     const std::vector<int> numeric = {-6, -5, 2, 3, 4, 5, 6, 7, 8}, dates = {9, 11},
                            text = {0, 1, 12, -1, -2, -3, -4, -7, -8, -9, -10, 10, 91, 92, 93, 99};
@@ -148,10 +142,8 @@ TEST(SelDescRoom, ConditionsSeparatorsAndGroupsOnlyWhereTheyFit) {
 }
 
 TEST(SelDescRoom, GroupWorkingBufferOf30000) {
-    // 146 conditions of 200 characters and 145 separators fill 29926 of a
-    // group's 29999 characters. Conditions that no longer fit are dropped,
-    // but each still writes its separator while five characters remain; the
-    // closing bracket needs one.
+    // 146 conditions of 200 characters and 145 separators fill 29926 of 29999. Conditions that
+    // no longer fit are dropped, each still writes its separator while five characters remain.
     const struct {
         int shortOne;  // the value length of condition 147; 0 keeps 196
         std::size_t size;
@@ -172,11 +164,7 @@ TEST(SelDescRoom, GroupWorkingBufferOf30000) {
 
 TEST(SelDescSet, AssignmentsFromTheFirstGroupCutToTheSize) {
     const std::string ort = Line("Ort", "SCO", "Bonn", 12), plz = Line("Plz", "SNU", "", 12);
-    const struct {
-        std::string descriptor;
-        int size;
-        const char *expected;
-    } cases[] = {
+    const std::tuple<std::string, int, const char *> cases[] = {
         {ort + plz + Line("Umsatz", "SFO", "Umsatz*2", 8), 4000, "Ort='Bonn',Plz=NULL,Umsatz=Umsatz*2"},
         {Line("Betrag", "SCO", "1.000,5", 8) + Line("Datum", "SCO", "3.4.2024", 11), 4000,
          "Betrag=1000.5,Datum={d '2024-04-03'}"},
@@ -190,7 +178,8 @@ TEST(SelDescSet, AssignmentsFromTheFirstGroupCutToTheSize) {
         {"\v" + Line("B", "SFO", "2", 4), 4000, ""}, {"", 4000, ""},
         {ort + plz, 11, "Ort='Bonn'"}, {ort + plz, 13, "Ort='Bonn',P"}, {ort + plz, 6, "Ort='"}, {ort + plz, 1, ""},
     };
-    for (const auto &c : cases) EXPECT_EQ(Set(c.descriptor, c.size), c.expected) << c.descriptor << c.size;
+    for (const auto &[descriptor, size, expected] : cases)
+        EXPECT_EQ(Set(descriptor, size), expected) << descriptor << size;
 }
 
 TEST(SelDescExports, ArgumentsAndResults) {
@@ -258,11 +247,9 @@ protected:
 };
 KODBC_DATA_SOURCE_TEST_SUITE(SelDescDriver);
 
-// Each kind of value conversion (text, number, date, timestamp, date list,
-// quoted field) meets the driver; each operator's text is proven above.
-TEST_P(SelDescDriver, GeneratedConditionsSelectTheRightRows) {
-    // The library speaks ODBC 2: dates come as 9 and 11, the codes the value
-    // conversion treats as dates.
+// Each kind of value conversion meets the driver; operators' texts are proven above.
+TEST_P(SelDescDriver, ConditionsSelectAndAssignmentsUpdateTheRows) {
+    // The library speaks ODBC 2: dates come as 9 and 11, the value conversion's date codes.
     EXPECT_EQ(types_.at("datum"), SQL_DATE);
     EXPECT_EQ(types_.at("zeit"), SQL_TIMESTAMP);
     const std::pair<std::string, long> cases[] = {
@@ -274,9 +261,7 @@ TEST_P(SelDescDriver, GeneratedConditionsSelectTheRightRows) {
         {Line("kunden ort", "NEF", "ort"), 1},  // the name with a blank quoted for this data source
     };
     for (const auto &[descriptor, count] : cases) EXPECT_EQ(Count(descriptor), count) << descriptor;
-}
 
-TEST_P(SelDescDriver, SetClauseUpdatesTheRows) {
     // The field copy comes first: some databases assign left to right.
     std::string set = Line("kunden ort", "SFI", "ort") + Line("ort", "SCO", "Hamburg") + Line("datum", "SNU", "") +
                       Line("umsatz", "SFO", "umsatz*2") + Line("nr", "SCO", "1.000");
@@ -381,8 +366,7 @@ TEST(SelDescRowTexts, RowsWrittenBackWithTheirGroupEnds) {
     EXPECT_EQ(Write(rows, 2000, 7), "");
     EXPECT_EQ(Write({{false, "D", 301, "x", 1}}, 2000, OPDESC_ASSIGNMENT), "D\tSCO\tx\t1\n");
 
-    // Every separator needs one byte more than it takes: what follows the
-    // last one that fits is dropped.
+    // Every separator needs one byte more than it takes: what follows the last that fits is dropped.
     const std::vector<RowTexts> empty = {end, end, end, end}, two = {ort, end, umsatz, end, end, end};
     const std::string both = "Ort\tEQ\tBonn\t12\n\vUmsatz\tGT\t5\t8\n\v";  // 31 characters
     const struct {
@@ -395,52 +379,42 @@ TEST(SelDescRowTexts, RowsWrittenBackWithTheirGroupEnds) {
     for (const auto &c : cuts) EXPECT_EQ(Write(c.rows, c.size), c.expected) << c.size;
 }
 
-class SelectionMask : public ::testing::Test {
-protected:
-    void TearDown() override { std::remove(file_.c_str()); }
-    std::string file_ = ::testing::TempDir() + "kodbc_mask_test.sms";
-    MessageRecorder messages_;
-};
-
-TEST_F(SelectionMask, ReadAcceptsTheExactMagicOnly) {
+TEST(SelectionMask, ReadsTheExactMagicOnlyAndWritesWithinTheLimit) {
+    const std::string file = ::testing::TempDir() + "kodbc_mask_test.sms";
+    MessageRecorder messages;
     const std::string condition = "Ort\tEQ\tBonn\t12\n\v";
-    const struct {
-        std::string bytes;
-        bool accepted;
-        std::string descriptor;
-    } cases[] = {
+    const std::tuple<std::string, bool, std::string> cases[] = {
         {"KORVEL-SMS", true, ""},
         {"KORVEL-SMS" + condition, true, condition},
         {"KORVEL-SMS" + condition + "\x1a", true, condition},  // an editor's end-of-file mark
         {"korvel-sms" + condition, false, ""},
         {"KORVEL-SM", false, ""},
     };
-    for (const auto &c : cases) {
-        std::ofstream(file_, std::ios::binary) << c.bytes;
-        messages_.clear();
+    for (const auto &[bytes, accepted, descriptor] : cases) {
+        std::ofstream(file, std::ios::binary) << bytes;
+        messages.clear();
         char out[200] = "unchanged";
-        EXPECT_EQ(Kodbc_LoadSelectionMask(file_.c_str(), out, sizeof out), c.accepted ? 1 : 2) << c.bytes;
-        EXPECT_EQ(out, c.accepted ? c.descriptor : "") << c.bytes;
-        EXPECT_EQ(messages_.entries().size(), c.accepted ? 0u : 1u) << c.bytes;
+        EXPECT_EQ(Kodbc_LoadSelectionMask(file.c_str(), out, sizeof out), accepted ? 1 : 2) << bytes;
+        EXPECT_EQ(out, accepted ? descriptor : "") << bytes;
+        EXPECT_EQ(messages.entries().size(), accepted ? 0u : 1u) << bytes;
     }
     EXPECT_EQ(Kodbc_LoadSelectionMask("/nonexistent/mask.sms", nullptr, 0), 2);
-    messages_.clear();
+    messages.clear();
     char out[20];
     EXPECT_EQ(Kodbc_LoadSelectionMask("/nonexistent/mask.sms", out, sizeof out), 2);
-    ASSERT_EQ(messages_.entries().size(), 1u);
-    EXPECT_NE(messages_.entries()[0].text.find("/nonexistent/mask.sms"), std::string::npos);
-}
+    ASSERT_EQ(messages.entries().size(), 1u);
+    EXPECT_NE(messages.entries()[0].text.find("/nonexistent/mask.sms"), std::string::npos);
 
-TEST_F(SelectionMask, WriteKeepsTheBufferLimitAndSaysWhatFailed) {
-    EXPECT_EQ(Kodbc_SaveSelectionMask(file_.c_str(), "Ort\tEQ\tBonn\t12\n\v\v\v\v"), 1);
-    EXPECT_EQ(ReadFile(file_), "KORVEL-SMSOrt\tEQ\tBonn\t12\n\v\v\v\v");
-    EXPECT_EQ(Kodbc_SaveSelectionMask(file_.c_str(), std::string(6000, 'x').c_str()), 1);
-    EXPECT_EQ(ReadFile(file_), "KORVEL-SMS" + std::string(4990, 'x'));
+    EXPECT_EQ(Kodbc_SaveSelectionMask(file.c_str(), "Ort\tEQ\tBonn\t12\n\v\v\v\v"), 1);
+    EXPECT_EQ(ReadFile(file), "KORVEL-SMSOrt\tEQ\tBonn\t12\n\v\v\v\v");
+    EXPECT_EQ(Kodbc_SaveSelectionMask(file.c_str(), std::string(6000, 'x').c_str()), 1);
+    EXPECT_EQ(ReadFile(file), "KORVEL-SMS" + std::string(4990, 'x'));
     for (const char *bad : {"/dev/full", "/nonexistent/mask.sms"}) {
-        messages_.clear();
+        messages.clear();
         EXPECT_EQ(Kodbc_SaveSelectionMask(bad, "x"), 2) << bad;
-        EXPECT_EQ(messages_.entries().size(), 1u) << bad;
+        EXPECT_EQ(messages.entries().size(), 1u) << bad;
     }
+    std::remove(file.c_str());
 }
 
 } // namespace

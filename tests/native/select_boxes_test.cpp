@@ -1,9 +1,9 @@
-// The clause boxes' lines: what a clause item becomes in a box, what a line
-// gives back to its clause, and the alias edit's and the toggle's lines.
+// The clause boxes' lines: a clause item's line, a line's clause item, the alias edit's and the toggle's.
 #include "select/select_box_lines.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 
 namespace kodbc::select {
@@ -46,10 +46,8 @@ TEST(SelectBoxLines, ItemsBecomeLinesAndEditsMakeNewOnes) {
     EXPECT_EQ(SortBoxData(true), 1);
     EXPECT_EQ(SortBoxData(false), 0);
     // The line worked on: the index, else the selected one, while it is a line of the box.
-    EXPECT_EQ(ChosenLine(1, 0, 2), 1);
-    EXPECT_EQ(ChosenLine(-1, 1, 2), 1);
-    EXPECT_EQ(ChosenLine(-1, -1, 2), -1);
-    EXPECT_EQ(ChosenLine(2, 0, 2), -1);
+    for (const auto &[index, selected, chosen] : {std::array{1, 0, 1}, {-1, 1, 1}, {-1, -1, -1}, {2, 0, -1}})
+        EXPECT_EQ(ChosenLine(index, selected, 2), chosen) << index << " " << selected;
     EXPECT_EQ(LineAlias("col\told"), "old");
     EXPECT_EQ(LineAlias("col"), "");
     EXPECT_EQ(AliasedLine("col\told", "neu"), "col\tneu");

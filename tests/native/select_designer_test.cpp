@@ -1,7 +1,5 @@
-// The query object: the designer's editing of a working copy (storing,
-// moving and removing entries, the other parts kept in step with the
-// tables), its rules, its descriptors and statement through the exported
-// functions, and its test on each data source.
+// The query object: the designer's edits of a working copy (the other parts kept in
+// step with the tables), its rules, descriptors and statement, its test on each data source.
 #include "test_support.h"
 
 #include "select/selfact.h"
@@ -12,6 +10,7 @@
 #include <map>
 #include <ostream>
 #include <string>
+#include <tuple>
 
 namespace kodbc::select {
 void PrintTo(const DesignerField &field, std::ostream *out) { *out << field.name << " " << field.type; }
@@ -23,7 +22,6 @@ namespace {
 using namespace select;
 using Table = SelFact::Table;
 
-// A query from its descriptor texts, without a connection.
 SelFact Query(const std::string &tables, const std::string &columns, const std::string &sort = {},
               const std::string &selection = {}) {
     SelFact query;
@@ -103,9 +101,8 @@ TEST(SelFactDesigner, StoringAColumnOrSortEntryAddsOrReplaces) {
 }
 
 TEST(SelFactDesigner, RenamingATableCarriesItsReferencesAlong) {
-    // The alias "k" becomes "kd": columns, sort, the other table's operand
-    // and the selection's fields (and the value of a field-to-field line)
-    // follow; names that merely begin alike ("kx.Name") do not.
+    // The alias "k" becomes "kd": columns, sort, the other table's operand and the selection's
+    // fields (and a field-to-field value) follow; names that merely begin alike do not.
     SelFact query = Query(kTwoTables, "k.Name\tKunde\nkx.Name\t\nK.Ort\t", "k.Name\tDESC",
                           "k.Ort\tBW\tBer\t12\nk.Plz\tEQF\tk.Ort\t12\n\va.Nr\tEQ\tk.Nr\t4\n\v");
     ASSERT_EQ(StoreTable(query, false, 0, Table{"Kunden", "kd", 1, 1, {}, {}}).row, 0);
@@ -184,8 +181,7 @@ TEST(SelFactDesigner, PagesOfferTheTablesFieldsAndTheColumnsAliases) {
     EXPECT_EQ(SortChoices(query, listed), (std::vector<std::string>{"k.Nr", "k.Name", "a.KdNr", "Kunde", "Wohnort"}));
     EXPECT_EQ(SelectionFieldList(listed), "k.Nr\t4\tk.Name\t12\ta.KdNr\t4\t");
 
-    // A new table offers its operands under its own qualifier; an edited
-    // one (a row selected) already is among the listed tables.
+    // A new table offers its operands under its own qualifier, an edited one is already listed.
     const Table edited{"Orte", "o", 3, 1, {}, {}};
     EXPECT_EQ(OperandChoices(query, edited, -1, catalogue),
               (std::vector<std::string>{"k.Nr", "k.Name", "a.KdNr", "o.Ort", "o.Plz"}));
@@ -263,10 +259,7 @@ TEST(SelFact, StatementFromTheParts) {
 }
 
 TEST(SelFactDesigner, RulesInTheirOrder) {
-    const struct {
-        const char *tables, *columns;
-        int message;
-    } cases[] = {
+    const std::tuple<const char *, const char *, int> cases[] = {
         {"", "a\t", 1625},
         {"t\t\tLJ\tEQ\tx\ty", "a\t", 1653},
         {"t\t\t\t\t\nu\t\t\t\t\t", "a\t", 1654},
@@ -274,7 +267,8 @@ TEST(SelFactDesigner, RulesInTheirOrder) {
         {"t\t\t\t\t\nu\t\tIJ\tEQ\tt.a\t", "a\t", 1652},
         {"t\t\t\t\t\nu\t\tIJ\tEQ\tt.a\tu.a", "a\t", 0},
     };
-    for (const auto &c : cases) EXPECT_EQ(CheckSelFact(Query(c.tables, c.columns)), c.message) << c.tables;
+    for (const auto &[tables, columns, message] : cases)
+        EXPECT_EQ(CheckSelFact(Query(tables, columns)), message) << tables;
 }
 
 class SelFactOn : public DataSourceTest {};

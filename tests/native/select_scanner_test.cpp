@@ -1,6 +1,5 @@
-// The SELECT scanner: finding clauses, cutting items, the three scans and
-// the four replacements without a connection, every output behind guards;
-// then with each data source's quote character, the rewritten statements run.
+// The SELECT scanner's clauses, items, scans and replacements without a connection,
+// outputs behind guards; then with each data source's quote, the rewritten statements run.
 #include "test_support.h"
 
 #include "select/select_scanner.h"
@@ -154,7 +153,7 @@ TEST_F(SelectScanner, ScansCutTheClauseIntoItems) {
     EXPECT_EQ(Fields(("SELECT " + item + ", z FROM t").c_str()), std::string(15, 'a') + ";z");
 }
 
-TEST_F(SelectScanner, ScanResultsAndBuffers) {
+TEST_F(SelectScanner, ResultsArgumentsAndBuffers) {
     EXPECT_EQ(Fields("UPDATE t SET a = 1", ";", -1), "");
     EXPECT_EQ(Fields("SELECT FROM t", ";", -1), "");
     EXPECT_EQ(Fields(nullptr, ";", 0), "");
@@ -167,6 +166,15 @@ TEST_F(SelectScanner, ScanResultsAndBuffers) {
     char out[4] = "abc";
     EXPECT_EQ(Kodbc_Select_Scan_TablesClause(kSample, ",", 0, out, 0), -1);
     EXPECT_STREQ(out, "abc");
+    EXPECT_EQ(Kodbc_Select_Replace_WhereClause(nullptr, 10, "x"), -1);
+    char statement[16] = "SELECT a FROM t";
+    EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(statement, 0, "x", 0), -1);
+    EXPECT_EQ(Kodbc_Select_Replace_TablesClause(statement, -5, "x", 0), -1);
+    EXPECT_STREQ(statement, "SELECT a FROM t");
+    // The new text may live in the statement buffer itself, even in the part replaced.
+    char buffer[64] = "SELECT a FROM t ORDER BY b";
+    EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(buffer, sizeof buffer, buffer + 7, 0), 0);
+    EXPECT_STREQ(buffer, "SELECT a FROM t ORDER BY a FROM t ORDER BY b");
 }
 
 // Every part of a qualified name loses its quotes.
@@ -222,28 +230,14 @@ TEST_F(SelectScanner, ReplacementsKeepTheClauseOrder) {
             << c.statement << " / " << (c.clause ? c.clause : "(null)") << " in " << c.size;
 }
 
-TEST_F(SelectScanner, ReplacementArgumentsAndTheStatementAsSource) {
-    EXPECT_EQ(Kodbc_Select_Replace_WhereClause(nullptr, 10, "x"), -1);
-    char statement[16] = "SELECT a FROM t";
-    EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(statement, 0, "x", 0), -1);
-    EXPECT_EQ(Kodbc_Select_Replace_TablesClause(statement, -5, "x", 0), -1);
-    EXPECT_STREQ(statement, "SELECT a FROM t");
-    // The new text may live in the statement buffer itself.
-    char buffer[64] = "SELECT a FROM t";
-    EXPECT_EQ(Kodbc_Select_Replace_OrderByClause(buffer, sizeof buffer, buffer + 7, 0), 0);
-    EXPECT_STREQ(buffer, "SELECT a FROM t ORDER BY a FROM t");
-}
-
 class SelectDriver : public DataSourceTest {};
 
 TEST_P(SelectDriver, RewrittenStatementsRunOnTheDatabase) {
     const std::string q(1, Kodbc_GetDelimiter(hdbc_));
     const std::string table = q + "kodbc sel t" + q, name = q + "Kunden Name" + q;
-    ExecQuietly("DROP TABLE " + table);
+    OwnTables({table});
     Exec("CREATE TABLE " + table + " (id INTEGER, " + name + " VARCHAR(20))");
-    Exec("INSERT INTO " + table + " VALUES (1, 'Adler')");
-    Exec("INSERT INTO " + table + " VALUES (2, 'Zeisig')");
-    Exec("INSERT INTO " + table + " VALUES (3, 'Meise')");
+    Exec("INSERT INTO " + table + " VALUES (1, 'Adler'), (2, 'Zeisig'), (3, 'Meise')");
 
     char statement[300];
     std::snprintf(statement, sizeof statement, "SELECT id FROM %s ORDER BY id", table.c_str());
@@ -267,7 +261,6 @@ TEST_P(SelectDriver, RewrittenStatementsRunOnTheDatabase) {
     ASSERT_EQ(Kodbc_Select_Replace_OrderByClause(statement, sizeof statement, "", 0), 0);
     EXPECT_EQ(Column(statement).size(), 3u) << statement;
     EXPECT_TRUE(messages_.entries().empty());
-    Exec("DROP TABLE " + table);
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(SelectDriver);

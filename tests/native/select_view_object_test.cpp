@@ -1,6 +1,5 @@
-// Stored views on each data source: creation with the design beside it,
-// loading, renaming by drop and create, the test view leaving nothing
-// behind, and the refusals.
+// Stored views on each data source: created with their design beside them, loaded,
+// renamed by drop and create, refused; the test view leaves nothing behind.
 #include "test_support.h"
 
 #include "internal/library.h"
@@ -35,7 +34,6 @@ protected:
     }
 };
 
-// Through the object and the exported functions (buffers, bounds, results).
 TEST_P(StoredView, CreateLoadAndDrop) {
     ViewObject fresh = NewViewObject(hdbc_, "", "", kViewModeNew | kViewModeCallers);
     EXPECT_EQ(fresh.name, "Neue_Abfrage");
@@ -46,7 +44,6 @@ TEST_P(StoredView, CreateLoadAndDrop) {
     fresh.tables = "kodbc_sv_base\t\t\t\t\t";
     fresh.columns = "nr\t\nort\t";
     EXPECT_EQ(CreateStoredView(fresh, "kodbc_sv"), 1);
-    EXPECT_TRUE(Exists("kodbc_sv"));
     EXPECT_EQ(Stored("kodbc_sv", "Selection"), "(none)") << "an empty item is not stored";
     ViewObject loaded = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeExisting);
     EXPECT_EQ(loaded.sql, sql);
@@ -82,8 +79,7 @@ TEST_P(StoredView, CreateLoadAndDrop) {
     EXPECT_EQ(Guarded(100, [&](char *out, int size) { Kodbc_View_CopyName(hdbc_, "", nullptr, out, size); }),
               "Neue_Abfrage");
 
-    // A view made elsewhere cannot be edited: quiet for callers without a
-    // window, 1612 otherwise.
+    // A view made elsewhere cannot be edited: quiet for callers without a window, 1612 otherwise.
     Exec("CREATE VIEW kodbc_sv2 AS SELECT nr FROM kodbc_sv_base");
     EXPECT_FALSE(HasStoredDefinition(NewViewObject(hdbc_, "", "kodbc_sv2", kViewModeExisting)));
     ASSERT_EQ(messages_.entries().size(), 1u);
@@ -99,10 +95,7 @@ TEST_P(StoredView, CreateLoadAndDrop) {
               KODBC_VIEW_NOT_DEFINED);
     EXPECT_EQ(messages_.entries().size(), 1u);
 
-    struct {
-        const char *what;
-        int got;
-    } refusals[] = {
+    const std::pair<const char *, int> refusals[] = {
         {"create without a name", Kodbc_View_Create(hdbc_, "", "", sql, nullptr, nullptr, nullptr)},
         {"create without SQL", Kodbc_View_Create(hdbc_, "", "kodbc_sv3", nullptr, nullptr, nullptr, nullptr)},
         {"create without a connection", Kodbc_View_Create(nullptr, "", "kodbc_sv3", sql, nullptr, nullptr, nullptr)},
@@ -111,31 +104,24 @@ TEST_P(StoredView, CreateLoadAndDrop) {
         {"load without a name", Kodbc_View_Load(hdbc_, "", "", nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, 0)},
         {"copy name without a buffer", Kodbc_View_CopyName(hdbc_, "", "kodbc_sv", nullptr, 10)},
     };
-    for (const auto &refusal : refusals) EXPECT_EQ(refusal.got, KODBC_VIEW_FAILED) << refusal.what;
+    for (const auto &[what, got] : refusals) EXPECT_EQ(got, KODBC_VIEW_FAILED) << what;
 }
 
-// SQLite makes a view over a column that does not exist and refuses it only
-// when it is read: the test reads the test view, which never stays.
+// SQLite refuses a view over a missing column only when it is read: the test reads the test view.
 TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
-    const struct {
-        const char *sql;
-        int result;
-    } cases[] = {
-        {"SELECT nosuch FROM kodbc_sv_base", KODBC_VIEW_FAILED},
-        {"SELECT nr, ort FROM kodbc_sv_base", KODBC_VIEW_OK},
-    };
-    for (const auto &c : cases) {
-        SCOPED_TRACE(c.sql);
+    for (const auto &[sql, result] : {std::pair{"SELECT nosuch FROM kodbc_sv_base", KODBC_VIEW_FAILED},
+                                      {"SELECT nr, ort FROM kodbc_sv_base", KODBC_VIEW_OK}}) {
+        SCOPED_TRACE(sql);
         messages_.clear();
         ViewObject view = NewViewObject(hdbc_, "", "kodbc_sv", kViewModeNew);
-        view.sql = c.sql;
-        EXPECT_EQ(TestStoredView(view), c.result);
-        EXPECT_EQ(Kodbc_View_Test(hdbc_, "", c.sql), c.result);
+        view.sql = sql;
+        EXPECT_EQ(TestStoredView(view), result);
+        EXPECT_EQ(Kodbc_View_Test(hdbc_, "", sql), result);
         ViewField focus = ViewField::None;
-        EXPECT_EQ(SaveEditedView(view, focus), c.result) << "OK tests first";
-        EXPECT_EQ(focus, c.result == KODBC_VIEW_OK ? ViewField::None : ViewField::Sql);
-        EXPECT_EQ(Exists("kodbc_sv"), c.result == KODBC_VIEW_OK);
-        EXPECT_EQ(OdbcErrors(), c.result == KODBC_VIEW_OK ? 0u : 3u);
+        EXPECT_EQ(SaveEditedView(view, focus), result) << "OK tests first";
+        EXPECT_EQ(focus, result == KODBC_VIEW_OK ? ViewField::None : ViewField::Sql);
+        EXPECT_EQ(Exists("kodbc_sv"), result == KODBC_VIEW_OK);
+        EXPECT_EQ(OdbcErrors(), result == KODBC_VIEW_OK ? 0u : 3u);
         EXPECT_FALSE(Exists("__KORVEL_TEST__"));
         EXPECT_EQ(Stored("__KORVEL_TEST__", "Sql"), "(none)");
     }
@@ -158,7 +144,6 @@ TEST_P(StoredView, EditedViewIsTestedThenSavedReplacedOrRenamed) {
     EXPECT_TRUE(Exists("kodbc_sv2"));
 }
 
-// Before the test, and without a database.
 TEST(StoredViewEntries, NameAndSqlAreCheckedFirst) {
     const struct {
         const char *name, *sql;

@@ -1,6 +1,5 @@
-// Name preparation and the statement formatter: the text rules with a given
-// quote text, then through the exported functions without a connection and
-// with the quote character and schema usage of each real data source.
+// Name preparation and the statement formatter with a given quote text, then the
+// exports without a connection and with each data source's quote and schema usage.
 #include "test_support.h"
 
 #include "sqltext/sql_names.h"
@@ -34,8 +33,7 @@ TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
         {"a.", 0, 200, "[a]"},      // empty second part: no dot
         {"a. ", 0, 200, "[a]. "},   // blank part kept as it is
         {"   ", 0, 200, "   "},     // blank input is left alone
-        // Parts hold 99 characters, the enclosure is cut with them; the whole
-        // result is cut to size-1.
+        // Parts hold 99 characters, the enclosure cut with them; the whole to size-1.
         {std::string(150, 'x'), 0, 300, "[" + std::string(98, 'x')},
         {"dbo.Kunde", 0, 10, "[dbo].[Ku"},
     };
@@ -44,9 +42,6 @@ TEST(SqlTextBracket, QuotesPartsByFlagWithinTheirRoom) {
                   c.expected)
             << c.name << " flags " << c.flags;
     PrepareBracketName(nullptr, 10, 0);
-    char one[2] = "x";
-    PrepareBracketName(one, 0, 0);
-    EXPECT_STREQ(one, "x");
 }
 
 TEST(SqlTextBracket, ListIsTabSeparatedAndCommaJoined) {
@@ -91,8 +86,7 @@ TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
         {"\"", "Kunden.*", 300, "Kunden.*"},
         {"`", " ``Meine Tabelle` ", 300, "`Meine Tabelle`"},
         {"\"", "   ", 300, ""},
-        // "dbo" then "." needs 3 bytes left, then the quoted part (15) does
-        // not fit into what remains of 12 bytes: skipped, not cut.
+        // "." needs 3 bytes left; the quoted part (15) does not fit the rest: skipped, not cut.
         {"\"", "dbo.Meine Tabelle", 12, "dbo."},
         {"\"", "Meine Tabelle.x", 8, ".x"},  // a short part after a skipped one
         {"`", "abc.d", 5, "abcd"},           // the dot needs 3 bytes of room
@@ -121,8 +115,7 @@ TEST(SqlTextSql92, QuotesOnlyWhatNeedsItAndSkipsWhatDoesNotFit) {
               "dbo.`Meine Tabelle`");
 }
 
-// Quoting makes a list grow: in 12 bytes the second quoted piece no longer
-// fits and is skipped, the short one after it still is written.
+// Quoting makes a list grow: a quoted piece that no longer fits is skipped, not the short one after it.
 TEST(SqlTextSql92, ListWithJoiner) {
     QuoteText quote = QuoteText::Fixed("\"");
     for (const auto &[list, size, separator, joiner, expected] :
@@ -134,8 +127,7 @@ TEST(SqlTextSql92, ListWithJoiner) {
                   expected);
 }
 
-// A catalogue's column name keeps its points inside the quotes, has quotes
-// in it doubled and is written whole or not at all.
+// A catalogue's column name keeps its points inside the quotes, doubles quotes, is written whole or not at all.
 TEST(SqlTextQuoteWhole, QuoteIfNotPlainAndColumnNames) {
     const struct {
         bool column;
@@ -166,11 +158,7 @@ TEST(SqlTextQuoteWhole, QuoteIfNotPlainAndColumnNames) {
 }
 
 TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
-    const struct {
-        std::string text;
-        char open, close;
-        std::string expected;
-    } cases[] = {
+    const std::tuple<std::string, char, char, std::string> cases[] = {
         {"\"dbo\".\"Meine Tabelle\"", '"', '"', "dbo.Meine Tabelle"},
         {" \"\"a\"\" . `b` ", '"', '"', "\"a\".`b`"},
         {"[dbo].[Meine Tabelle]", '[', ']', "dbo.Meine Tabelle"},
@@ -180,21 +168,17 @@ TEST(SqlTextStrip, OneDelimiterAndWhiteSpacePerPart) {
         {" [a] ", '\0', '\0', "[a]"},  // no quote character: white space only
         {std::string(250, 'z') + ".b", '[', ']', std::string(199, 'z') + ".b"},
     };
-    for (const auto &c : cases) {
-        std::string buffer = c.text;
-        StripDelimiters(buffer.data(), c.open, c.close);
-        EXPECT_EQ(std::string(buffer.c_str()), c.expected) << c.text;
+    for (const auto &[text, open, close, expected] : cases) {
+        std::string buffer = text;
+        StripDelimiters(buffer.data(), open, close);
+        EXPECT_EQ(std::string(buffer.c_str()), expected) << text;
     }
     StripDelimiters(nullptr, '[', ']');
 }
 
 TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
     GuardedBuffer schema(20), table(20);
-    const struct {
-        const char *name;
-        bool split;
-        const char *expected;
-    } cases[] = {
+    const std::tuple<const char *, bool, const char *> cases[] = {
         {"dbo.Kunden", true, "dbo|Kunden"},
         {"a.b.c", true, "a|b"},
         {"\"dbo\".\"Meine Tabelle\"", true, "\"dbo\"|\"Meine Tabelle\""},
@@ -203,13 +187,11 @@ TEST(SqlTextParseSchemaAndTable, SplitsAtDots) {
         {nullptr, true, "|"},
         {"schema_mit_langem_namen.tabelle_mit_langem_namen", true, "schema_mit_langem_n|tabelle_mit_langem_"},
     };
-    for (const auto &c : cases) {
-        ParseSchemaAndTable(c.name, c.split, schema.data(), schema.size(), table.data(), table.size());
-        EXPECT_EQ(schema.text() + "|" + table.text(), c.expected) << (c.name ? c.name : "(null)");
+    for (const auto &[name, split, expected] : cases) {
+        ParseSchemaAndTable(name, split, schema.data(), schema.size(), table.data(), table.size());
+        EXPECT_EQ(schema.text() + "|" + table.text(), expected) << (name ? name : "(null)");
     }
-    EXPECT_TRUE(schema.guards_intact());
-    EXPECT_TRUE(table.guards_intact());
-
+    EXPECT_TRUE(schema.guards_intact() && table.guards_intact());
     std::strcpy(schema.data(), "keep");
     ParseSchemaAndTable("a.b", true, schema.data(), 1, table.data(), table.size());
     EXPECT_EQ(schema.text(), "keep");
@@ -272,8 +254,7 @@ TEST(SqlTextFormat, PlaceholdersArgumentsAndRoom) {
         // Only seven arguments are consumed; unknown placeholders consume none.
         {"\"", "%s%s%s%s%s%s%s|%t%%%.", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567|t%."},
         {"\"", "%s%x%s%s%s%s%s%s%s", {"1", "2", "3", "4", "5", "6", "7", "8"}, 400, "1234567s"},
-        // Room: an expansion needs its length plus 2 bytes: 6 fits into the 8
-        // left, 7 does not and ends the output, though "C" would still fit.
+        // An expansion needs its length plus 2 bytes; one that does not fit ends the output.
         {"\"", "ABCDEFGHIJKLMNOPQRST", {}, 10, "ABCDEFGH"},
         {"\"", "AB%sC", {"123456"}, 10, "AB123456"},
         {"\"", "AB%sC", {"1234567"}, 10, "AB"},
@@ -293,9 +274,8 @@ TEST(SqlTextFormat, PlaceholdersArgumentsAndRoom) {
     FormatStatement(q, untouched, 0, "x", nullptr);
     EXPECT_STREQ(untouched, "old");
     FormatStatement(q, nullptr, 10, "x", nullptr);
-}
 
-TEST(SqlTextFormat, DriverIsAskedAtMostOnce) {
+    // The driver is asked at most once, and only for a name that may need quoting.
     Formatter format;
     format("SELECT Count(*) FROM Kunden WHERE Nr > %s", {"5"});
     format("%t%.%t", {"", ""});
@@ -304,74 +284,57 @@ TEST(SqlTextFormat, DriverIsAskedAtMostOnce) {
     EXPECT_EQ(format.queries, 1);
 }
 
+// The exports with the driver's quote text q ("" for one that does not quote) and schema usage.
+void ExportsFollowTheDriver(SQLHDBC hdbc, const std::string &q, bool split) {
+    EXPECT_EQ(Guarded(200, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc, "Meine Tabelle", out, n); }),
+              q + "Meine Tabelle" + q);
+    EXPECT_EQ(GuardedInPlace("Kunden\tMeine Tabelle\t2010", 60,
+                             [&](char *list, int n) { Kodbc_PrepareNameListForSql92(hdbc, list, n, '\t', ',', 0); }),
+              "Kunden," + q + "Meine Tabelle" + q + "," + q + "2010" + q);
+    EXPECT_EQ(GuardedInPlace("dbo.Meine Tabelle", 40,
+                             [&](char *name, int n) { Kodbc_QuoteNameIfNotPureSql(hdbc, name, n); }),
+              q + "dbo.Meine Tabelle" + q);
+    char name[40];
+    std::strcpy(name, (" " + q + q + "dbo" + q + q + " . " + q + "Meine Tabelle" + q).c_str());
+    Kodbc_StripDelimitersFromName(hdbc, name);
+    EXPECT_EQ(name, q + "dbo" + q + ".Meine Tabelle");
+    GuardedBuffer schema(20), table(20);
+    Kodbc_ParseSchemaAndTable(hdbc, "public.Kunden.x", schema.data(), schema.size(), table.data(), table.size());
+    EXPECT_EQ(schema.text() + "|" + table.text(), split ? "public|Kunden" : "|public.Kunden.x");
+    EXPECT_TRUE(schema.guards_intact() && table.guards_intact());
+    EXPECT_EQ(Guarded(100, [&](char *out, int n) {
+                  Kodbc_SprintfSqlStatement(hdbc, out, n, "SELECT %f FROM %t%s%s%s%s%s", "Kunden Nr", "2010", "3", "4",
+                                            "5", "6", "7", "8");
+              }),
+              "SELECT " + q + "Kunden Nr" + q + " FROM " + q + "2010" + q + "34567");
+}
+
 class SqlTextDriver : public DataSourceTest {};
 
 TEST_P(SqlTextDriver, QuotesStripsAndSplitsAsTheDriverSays) {
     const std::string q(1, Kodbc_GetDelimiter(hdbc_));
     ASSERT_TRUE(q == "\"" || q == "`") << "quote character " << q;
-    EXPECT_EQ(Guarded(200, [&](char *out, int n) { Kodbc_PrepareNameForSql92(hdbc_, "Meine Tabelle", out, n); }),
-              q + "Meine Tabelle" + q);
-    EXPECT_EQ(GuardedInPlace("Kunden\tMeine Tabelle\t2010", 60,
-                             [&](char *list, int n) { Kodbc_PrepareNameListForSql92(hdbc_, list, n, '\t', ',', 0); }),
-              "Kunden," + q + "Meine Tabelle" + q + "," + q + "2010" + q);
-    EXPECT_EQ(GuardedInPlace("dbo.Meine Tabelle", 40,
-                             [&](char *name, int n) { Kodbc_QuoteNameIfNotPureSql(hdbc_, name, n); }),
-              q + "dbo.Meine Tabelle" + q);
-
-    char name[40];
-    std::strcpy(name, (" " + q + q + "dbo" + q + q + " . " + q + "Meine Tabelle" + q).c_str());
-    Kodbc_StripDelimitersFromName(hdbc_, name);
-    EXPECT_EQ(name, q + "dbo" + q + ".Meine Tabelle");
-
-    // The schema is split off only where the driver uses schemas.
-    GuardedBuffer schema(20), table(20);
-    Kodbc_ParseSchemaAndTable(hdbc_, "public.Kunden.x", schema.data(), schema.size(), table.data(), table.size());
-    const bool split = Kodbc_GetSchemaUsage(hdbc_) != 0;
-    EXPECT_EQ(schema.text() + "|" + table.text(), split ? "public|Kunden" : "|public.Kunden.x");
-    EXPECT_TRUE(schema.guards_intact() && table.guards_intact());
-    EXPECT_EQ(Guarded(100, [&](char *out, int n) {
-                  Kodbc_SprintfSqlStatement(hdbc_, out, n, "SELECT %f FROM %t", "Kunden Nr", "2010", nullptr, nullptr,
-                                            nullptr, nullptr, nullptr, nullptr);
-              }),
-              "SELECT " + q + "Kunden Nr" + q + " FROM " + q + "2010" + q);
+    ExportsFollowTheDriver(hdbc_, q, Kodbc_GetSchemaUsage(hdbc_) != 0);
     EXPECT_TRUE(messages_.entries().empty());
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(SqlTextDriver);
 
-// Without a connection the SQL-92 functions treat the driver as one that
-// does not quote, and nothing is shown.
+// Without a connection nothing quotes, the name is always split and nothing is shown.
 TEST(SqlTextNoConnection, NamesPassUnchanged) {
     MessageRecorder messages;
+    ExportsFollowTheDriver(nullptr, "", true);
     GuardedBuffer out(40);
-    Kodbc_PrepareNameForSql92(nullptr, " Meine Tabelle ", out.data(), out.size());
-    EXPECT_EQ(out.text(), " Meine Tabelle ");
-    Kodbc_SprintfSqlStatement(nullptr, out.data(), out.size(), "SELECT * FROM %t", "dbo.Meine Tabelle", nullptr,
-                              nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-    EXPECT_EQ(out.text(), "SELECT * FROM dbo.Meine Tabelle");
-    // All eight arguments reach the formatter, which takes seven.
-    Kodbc_SprintfSqlStatement(nullptr, out.data(), out.size(), "%s%s%s%s%s%s%s%s", "1", "2", "3", "4", "5", "6", "7",
-                              "8");
-    EXPECT_EQ(out.text(), "1234567s");
-    std::strcpy(out.data(), "Meine Tabelle");
-    Kodbc_QuoteNameIfNotPureSql(nullptr, out.data(), out.size());
-    EXPECT_EQ(out.text(), "Meine Tabelle");
     std::strcpy(out.data(), " \"a\" . b ");
     Kodbc_StripDelimitersFromName(nullptr, out.data());
     EXPECT_EQ(out.text(), "\"a\".b");
     std::strcpy(out.data(), "[dbo].[Kunden]");
     Kodbc_StripBracketsFromSqlName(out.data());
     EXPECT_EQ(out.text(), "dbo.Kunden");
+    Kodbc_PrepareNameForSql(out.data(), 0, 0);
+    Kodbc_PrepareNameForSql92(nullptr, "x", out.data(), 0);
+    EXPECT_EQ(out.text(), "dbo.Kunden");
     EXPECT_TRUE(out.guards_intact());
-    // Without a connection the name is always split.
-    GuardedBuffer schema(20), table(20);
-    Kodbc_ParseSchemaAndTable(nullptr, "public.Kunden", schema.data(), schema.size(), table.data(), table.size());
-    EXPECT_EQ(schema.text() + "|" + table.text(), "public|Kunden");
-
-    GuardedBuffer tiny(1);
-    Kodbc_PrepareNameForSql(tiny.data(), 0, 0);
-    Kodbc_PrepareNameForSql92(nullptr, "x", tiny.data(), 0);
-    EXPECT_TRUE(tiny.guards_intact());
     EXPECT_TRUE(messages.entries().empty());
 }
 
