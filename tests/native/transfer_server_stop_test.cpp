@@ -11,7 +11,6 @@
 
 #include <sql.h>
 #include <sqlext.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -51,11 +50,6 @@ const Engine kEngines[] = {
      false},
 };
 
-std::string Trimmed(std::string text) {
-    while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
-    return text;
-}
-
 class ServerStop : public ::testing::TestWithParam<Engine> {
 protected:
     // One folder of servers (per process) for the suite, open to the
@@ -81,23 +75,12 @@ protected:
                                     " '" + dir_ + "' >'" + dir_ + ".log' 2>&1";
         return std::system(command.c_str()) == 0;
     }
-    // Stops one engine's server with the script's signal and waits until it
-    // is gone; the next start has only this one to bring back.
-    static bool Stop(const Engine &engine) {
-        const bool postgres = std::string(engine.name) == "PostgreSQL";
-        const std::string pidFile = postgres ? Trimmed(ReadFile(dir_ + "/pg.root")) + "/data/postmaster.pid"
-                                             : dir_ + "/maria/mariadbd.pid";
-        const pid_t pid = static_cast<pid_t>(std::atol(ReadFile(pidFile).c_str()));
-        if (pid <= 0 || ::kill(pid, postgres ? SIGINT : SIGTERM) != 0) return false;
-        for (int waited = 0; waited < 6000 && ::kill(pid, 0) == 0; ++waited) ::usleep(10000);
-        return ::kill(pid, 0) != 0;
-    }
     void Connect() {
         Disconnect();
         ASSERT_TRUE(Servers("start")) << ReadFile(dir_ + ".log");
         const Engine &engine = GetParam();
         const std::string text = "DRIVER={" + std::string(engine.name) +
-                                 "};Port=" + Trimmed(ReadFile(dir_ + "/" + engine.portFile)) +
+                                 "};Port=" + std::to_string(std::stol(ReadFile(dir_ + "/" + engine.portFile))) +
                                  ";Database=kodbc;Password=kodbc-test-pw;" + engine.options;
         ASSERT_TRUE(SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &henv_)));
         SQLSetEnvAttr(henv_, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
@@ -115,14 +98,12 @@ protected:
         hdbc_ = henv_ = nullptr;
     }
 
-    // Stops the engine's server when the work loop reports record kStopAt.
+    // Stops the servers when the work loop reports record kStopAt.
     struct StoppingProgress : RecordingProgress {
-        explicit StoppingProgress(const Engine &engine) : engine(engine) {}
         bool Step(long value) override {
-            if (value == kStopAt) stopped = Stop(engine);
+            if (value == kStopAt) stopped = Servers("stop");
             return false;
         }
-        const Engine &engine;
         bool stopped = false;
     };
 
@@ -144,7 +125,7 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     const std::string file = dir_ + "_transfer.txt";
     std::vector<ExportField> exported;
     ASSERT_TRUE(ReadExportFields(hdbc_, "kodbc_stop", exported));
-    StoppingProgress exporting(engine);
+    StoppingProgress exporting;
     ExportCounts exportCounts;
     const bool written =
         WriteExportFile(hdbc_, ExportStatement(hdbc_, "kodbc_stop", exported, "") + " ORDER BY nr", exported,
@@ -180,7 +161,7 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     {
         ImportRecordWriter writer(hdbc_, "kodbc_stop_imp", fields, false,
                                   CreateImportTableStatement(hdbc_, "kodbc_stop_imp", fields, ""), true);
-        StoppingProgress importing(engine);
+        StoppingProgress importing;
         EXPECT_FALSE(ImportTextRecords(file.c_str(), format, fields, writer, importing, kRows, counts));
         ASSERT_TRUE(importing.stopped);
     }
