@@ -382,37 +382,31 @@ TEST(ImportWizardFields, FieldDialogTakesAKnownTypeAndAPositiveLength) {
     EXPECT_EQ(field.targetLength, 40);
 }
 
-class ImportWizardFilePage : public PrivateRegistryTest {
-protected:
-    std::string Setting(const char *name) {
+using ImportWizardFilePage = PrivateRegistryTest;
+
+// Each kind of file is chosen with its own filter (text last: the walk starts
+// there); its fields are discovered again only when the format or kind changed.
+TEST_F(ImportWizardFilePage, FiltersAndDiscoveringAgainOnlyWhenFormatOrKindChanged) {
+    MessageRecorder messages;
+    const auto setting = [](const char *name) {
         char text[300] = {};
         Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, kImportSection, name, "", text, sizeof text);
-        return text;
-    }
-    MessageRecorder messages_;
-};
-
-TEST(ImportWizardFilters, EachKindOfFileIsChosenWithItsOwnFilter) {
-    auto state = CreateImportWizardState(nullptr);
-    ASSERT_TRUE(state);
-    for (const auto &[kind, filter] :
-         {std::pair{ImportSource::Text, "Alle Dateien (*.*)|*.*|Textdateien (*.txt)|*.txt|"},
-          {ImportSource::Sdi, "Merrit-Windows Selektionsdateien (*.sdi)|*.sdi|"},
-          {ImportSource::Sel, "Merrit 4.xx Selektionsdateien (*.sel)|*.sel|"}}) {
-        state->kind = kind;
-        char text[200] = {};
-        LoadLibraryString(LibraryInstance(), ImportFileFilter(*state), text, sizeof text);
-        EXPECT_STREQ(text, filter);
-    }
-}
-
-TEST_F(ImportWizardFilePage, DiscoversAgainOnlyWhenFormatOrKindChanged) {
+        return std::string(text);
+    };
     const std::string text = dir_ + "/Kunden.liste.txt", sel = dir_ + "/k.sel";
     std::ofstream(text, std::ios::binary) << "a;b\r\n1;2\r\n";
     std::ofstream(sel, std::ios::binary) << "Kopf\r\n1,0\r\n1,C,s,C\r\n";
     auto state = CreateImportWizardState(nullptr);
     ASSERT_TRUE(state);
-    state->kind = ImportSource::Text;
+    for (const auto &[kind, filter] :
+         {std::pair{ImportSource::Sdi, "Merrit-Windows Selektionsdateien (*.sdi)|*.sdi|"},
+          {ImportSource::Sel, "Merrit 4.xx Selektionsdateien (*.sel)|*.sel|"},
+          {ImportSource::Text, "Alle Dateien (*.*)|*.*|Textdateien (*.txt)|*.txt|"}}) {
+        state->kind = kind;
+        char filters[200] = {};
+        LoadLibraryString(LibraryInstance(), ImportFileFilter(*state), filters, sizeof filters);
+        EXPECT_STREQ(filters, filter);
+    }
     state->format.delimiter = DelimiterChoice::Other;
     state->format.otherDelimiter = ";";
 
@@ -421,7 +415,7 @@ TEST_F(ImportWizardFilePage, DiscoversAgainOnlyWhenFormatOrKindChanged) {
     ASSERT_TRUE(LeaveImportFilePage(*state, 1, text).goOn);
     EXPECT_EQ(TargetNames(state->fields), (Values{"a", "b"}));
     EXPECT_EQ(state->tableName, "Kunden.liste");
-    EXPECT_EQ(Setting("TextFile"), text);
+    EXPECT_EQ(setting("TextFile"), text);
 
     const struct {
         const char *what;
@@ -442,13 +436,13 @@ TEST_F(ImportWizardFilePage, DiscoversAgainOnlyWhenFormatOrKindChanged) {
         EXPECT_TRUE(LeaveImportFilePage(*state, 1, step.file).goOn) << step.what;
         EXPECT_EQ(TargetNames(state->fields), step.names) << step.what;
     }
-    EXPECT_EQ(Setting("SelFile"), sel);
+    EXPECT_EQ(setting("SelFile"), sel);
     EXPECT_EQ(state->tableName, "Kunden.liste") << "a name given is kept";
 
     // A file that cannot be read keeps the page and the fields.
     EXPECT_FALSE(LeaveImportFilePage(*state, 1, dir_ + "/fehlt.txt").goOn);
     EXPECT_EQ(TargetNames(state->fields), (Values{"a;b"}));
-    EXPECT_FALSE(messages_.entries().empty());
+    EXPECT_FALSE(messages.entries().empty());
 }
 
 class ImportRun : public DataSourceTest {
