@@ -92,7 +92,6 @@ TEST(ImportText, FormatDescriptionEndsAtAMissingBracket) {
     EXPECT_EQ(FormatDescription("a.txt", right), "a.txt\\0\\0\\\t\\,\\[\\]");
 }
 
-// A field as the page would leave it: name, source and target type, flags.
 ImportField Field(const char *name, int source = KODBC_TYPE_VAR_TEXT, int target = KODBC_TYPE_VAR_TEXT,
                   bool autoIncrement = false, bool imported = true) {
     ImportField field;
@@ -138,9 +137,8 @@ TEST(ImportFields, ChecksInOrderAndNeverTheLastFieldButForDuplicates) {
     }
 }
 
-// Texts by target type; numbers lose every character but digits, signs,
-// marks and an exponent (noted as changed), or are refused and never
-// written bare.
+// Numbers keep only digits, signs, marks and an exponent (noted as changed)
+// or are refused, never written bare.
 TEST(ImportValues, ConvertByTargetType) {
     const int text = KODBC_TYPE_VAR_TEXT, number = KODBC_TYPE_FLOAT, date = KODBC_TYPE_DATETIME;
     const ValueResult taken = ValueResult::Taken, refused = ValueResult::NotANumber;
@@ -205,10 +203,9 @@ TEST(ImportValues, FileContentFromTheSourceFolder) {
     EXPECT_NE(messages.entries()[0].text.find("kodbc_import_content.txt"), std::string::npos);
 }
 
-// Quotes (and, for servers that read escapes, backslashes) doubled, numbers
-// bare, an empty date NULL, date parts swapped where the server wants it; a
-// literal that does not fit is cut, a doubled character whole or not at all,
-// the statement still closes; one without room for its values says so.
+// Quotes (and backslashes where the server reads escapes) doubled; a literal
+// that does not fit is cut, a doubled character whole or not at all, the
+// statement still closes; one without room for its values says so.
 TEST(ImportStatements, InsertValuesAndCutLiterals) {
     ImportInsertParts parts;
     parts.head = "INSERT INTO t (";
@@ -253,10 +250,8 @@ TEST(ImportStatements, InsertValuesAndCutLiterals) {
     }
 }
 
-// Bytes as a file to read.
 std::FILE *Open(const std::string &bytes) { return fmemopen(const_cast<char *>(bytes.data()), bytes.size(), "r"); }
 
-// Every line of a file the way the reader hands it on.
 Values Lines(const std::string &bytes) {
     std::FILE *file = Open(bytes);
     LineReader reader(file);
@@ -468,7 +463,6 @@ protected:
         Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), static_cast<int>(out.size()), "|");
         return ("|" + std::string(out.data()) + "|").find("|kodbc_imp_dst|") != std::string::npos;
     }
-    // The public entry for the file, with the field choices given.
     int ImportFile(std::vector<KodbcImportField> choices, KodbcImportResult &result, KodbcImportOptions options = {}) {
         options.fields = choices.data();
         options.fieldCount = static_cast<int>(choices.size());
@@ -479,10 +473,9 @@ protected:
     std::string q_, file_;
 };
 
-// One source table through an exported file and as a table source: NULL and
-// the empty text arrive as one nothing, numbers keep their value, dates
-// their day; from the table only, a pointed name arrives without its point,
-// long multi-byte texts whole and bytes as their hex digits.
+// NULL and the empty text arrive as one nothing, numbers keep their value,
+// dates their day; from the table only, a pointed name loses its point, long
+// multi-byte texts arrive whole and bytes as their hex digits.
 TEST_P(ImportRun, FileAndTableSourcesKeepValues) {
     const bool postgres = DbmsName() == "PostgreSQL";
     const int date = postgres ? KODBC_TYPE_VAR_TEXT : KODBC_TYPE_DATETIME;  // no DATETIME template there
@@ -563,12 +556,10 @@ TEST_P(ImportRun, CreateStatementTakesTemplatesAndTheCounterType) {
               "CREATE TABLE kodbc_imp_dst (Id CHAR (255), " + q_ + "Preis Netto" + q_ + number + ", t VARCHAR (20))");
 }
 
-// Through the public entry, a record at a time: an empty line is a record
-// without values (as many lines at the end stay unread as there are empty
-// ones among the counted); CSV keeps line breaks, lengths, and NULL apart
-// from the empty text; a value that makes no number ends the run after what
-// was written, before the first record without a table; names alone give
-// an empty table; a name twice is refused.
+// A record at a time: an empty line is a record without values (as many
+// lines at the end stay unread as there are empty ones); CSV keeps line
+// breaks, lengths, and NULL apart from the empty text; a value that makes no
+// number ends the run after what was written (no table before the first).
 TEST_P(ImportRun, TextAndCsvRunsAndTheirRefusals) {
     const KodbcImportField nr = {"a", "nr", KODBC_TYPE_INTEGER, 0, 0};
     const KodbcImportField number = {"b", nullptr, KODBC_TYPE_INTEGER, 0, 0};

@@ -16,7 +16,6 @@ namespace {
 using namespace transfer;
 using Values = std::vector<std::string>;
 
-// bytes as a file, read from its start.
 struct MemoryFile {
     explicit MemoryFile(const std::string &bytes) : file(std::tmpfile()), reader(file) {
         std::fwrite(bytes.data(), 1, bytes.size(), file);
