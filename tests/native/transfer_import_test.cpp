@@ -418,17 +418,19 @@ TEST_F(ImportWizardFilePage, FiltersAndDiscoveringAgainOnlyWhenFormatOrKindChang
         DelimiterChoice delimiter;
         std::string file;
         Values names;
+        bool goOn = true;
     } steps[] = {
         {"same format: the edit stays", ImportSource::Text, DelimiterChoice::Other, text, {"x", "b"}},
         {"other delimiter", ImportSource::Text, DelimiterChoice::Tab, text, {"a;b"}},
         {"other kind", ImportSource::Sel, DelimiterChoice::Tab, sel, {"s"}},
+        {"same name, other kind: read again and refused", ImportSource::Sdi, DelimiterChoice::Tab, sel, {"x"}, false},
         {"back to the text file", ImportSource::Text, DelimiterChoice::Tab, text, {"a;b"}},
     };
     for (const auto &step : steps) {
         state->fields[0].targetName = "x";
         state->kind = step.kind;
         state->format.delimiter = step.delimiter;
-        EXPECT_TRUE(LeaveImportFilePage(*state, 1, step.file).goOn) << step.what;
+        EXPECT_EQ(LeaveImportFilePage(*state, 1, step.file).goOn, step.goOn) << step.what;
         EXPECT_EQ(TargetNames(state->fields), step.names) << step.what;
     }
     EXPECT_EQ(setting("SelFile"), sel);
@@ -437,7 +439,7 @@ TEST_F(ImportWizardFilePage, FiltersAndDiscoveringAgainOnlyWhenFormatOrKindChang
     // A file that cannot be read keeps the page and the fields.
     EXPECT_FALSE(LeaveImportFilePage(*state, 1, dir_ + "/fehlt.txt").goOn);
     EXPECT_EQ(TargetNames(state->fields), (Values{"a;b"}));
-    EXPECT_FALSE(messages.entries().empty());
+    EXPECT_NE(messages.last_text().find("fehlt.txt"), std::string::npos) << messages.last_text();
 }
 
 class ImportRun : public DataSourceTest {
