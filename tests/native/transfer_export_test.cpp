@@ -22,9 +22,8 @@ protected:
         const std::string q = IdentifierQuote();
         Exec(std::string("CREATE TABLE ") + kTable + " (nr INTEGER, " + q + "Preis Netto" + q +
              " DOUBLE PRECISION, name VARCHAR(40))");
-        Exec(std::string("INSERT INTO ") + kTable + " VALUES (1, 12.5, 'M\xC3\xBCller \"der \xC3\x84ltere\"')");
-        Exec(std::string("INSERT INTO ") + kTable + " VALUES (2, NULL, '')");
-        Exec(std::string("INSERT INTO ") + kTable + " VALUES (3, 0.25, 'Gro\xC3\x9F;Klein')");
+        Exec(std::string("INSERT INTO ") + kTable +
+             " VALUES (1, 12.5, 'M\xC3\xBCller \"der \xC3\x84ltere\"'), (2, NULL, ''), (3, 0.25, 'Gro\xC3\x9F;Klein')");
         file_ = ::testing::TempDir() + "kodbc_export_test.txt";
     }
     void TearDown() override {
@@ -122,10 +121,8 @@ TEST_P(ExportFile, PointedNamesLongValuesAndBinaryValues) {
     Exec(std::string("CREATE TABLE ") + kOddTable + " (nr INTEGER, " + q + "Art.Nr" + q +
          " VARCHAR(20), t VARCHAR(12000), b " + (postgres ? "BYTEA" : "BLOB") + ")");
     Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (1, 'A-1', '" + umlauts + "', " +
-         (postgres ? "decode('" + hex + "', 'hex')" : "X'" + hex + "'") + ")");
-    Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (2, 'B.2', '" + euros + "', NULL)");
-    Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (3, NULL, '" + longer + "', NULL)");
-    Exec(std::string("INSERT INTO ") + kOddTable + " VALUES (4, NULL, '" + longest + "', NULL)");
+         (postgres ? "decode('" + hex + "', 'hex')" : "X'" + hex + "'") + "), (2, 'B.2', '" + euros +
+         "', NULL), (3, NULL, '" + longer + "', NULL), (4, NULL, '" + longest + "', NULL)");
     EXPECT_EQ(Export(ExportFormat(), 100, "", nullptr, kOddTable),
               "nr\tArt-Nr\tt\tb\r\n1\tA-1\t" + umlauts + "\t" + hex + "\r\n2\tB.2\t" + euros + "\t\r\n3\t\t" + longer +
                   "\t\r\n4\t\t" + std::string(9999, 'b') + "\t\r\n");

@@ -1,15 +1,17 @@
 // The import: splitting and reading lines, unique names, the field page's
-// checks, value conversions and INSERTs without a database; then, per data
-// source, the file and the table source, text and CSV runs, failures, and
-// the all-or-nothing batch.
+// checks, value conversions, INSERTs and the wizard's decisions without a
+// database; then, per data source, the file, table and selection-file
+// sources, text and CSV runs, failures, and the all-or-nothing batch.
 #include "test_support.h"
 
+#include "internal/library.h"
 #include "transfer/csv_format.h"
 #include "transfer/import_run.h"
 #include "transfer/import_values.h"
 #include "transfer/import_wizard_state.h"
 
 #include <kodbc_internal/message_ids.h>
+#include <korvel/korvel32.h>
 
 #include <cstdio>
 #include <fstream>
@@ -43,8 +45,8 @@ TEST(ImportText, SplitsLines) {
     for (const auto &c : cases) EXPECT_EQ(Split(c.line, c.delimiter, c.left, c.right), c.values) << c.line;
 }
 
-std::vector<std::string> TargetNames(const ImportFieldList &fields) {
-    std::vector<std::string> names;
+Values TargetNames(const ImportFieldList &fields) {
+    Values names;
     for (const ImportField &field : fields) names.push_back(field.targetName);
     return names;
 }
@@ -90,7 +92,6 @@ TEST(ImportText, FormatDescriptionEndsAtAMissingBracket) {
     EXPECT_EQ(FormatDescription("a.txt", right), "a.txt\\0\\0\\\t\\,\\[\\]");
 }
 
-// A field as the page would leave it: name, source and target type, flags.
 ImportField Field(const char *name, int source = KODBC_TYPE_VAR_TEXT, int target = KODBC_TYPE_VAR_TEXT,
                   bool autoIncrement = false, bool imported = true) {
     ImportField field;
@@ -136,9 +137,8 @@ TEST(ImportFields, ChecksInOrderAndNeverTheLastFieldButForDuplicates) {
     }
 }
 
-// Texts by target type; numbers lose every character but digits, signs,
-// marks and an exponent (noted as changed), or are refused and never
-// written bare.
+// Numbers keep only digits, signs, marks and an exponent (noted as changed)
+// or are refused, never written bare.
 TEST(ImportValues, ConvertByTargetType) {
     const int text = KODBC_TYPE_VAR_TEXT, number = KODBC_TYPE_FLOAT, date = KODBC_TYPE_DATETIME;
     const ValueResult taken = ValueResult::Taken, refused = ValueResult::NotANumber;
@@ -203,10 +203,9 @@ TEST(ImportValues, FileContentFromTheSourceFolder) {
     EXPECT_NE(messages.entries()[0].text.find("kodbc_import_content.txt"), std::string::npos);
 }
 
-// Quotes (and, for servers that read escapes, backslashes) doubled, numbers
-// bare, an empty date NULL, date parts swapped where the server wants it; a
-// literal that does not fit is cut, a doubled character whole or not at all,
-// the statement still closes; one without room for its values says so.
+// Quotes (and backslashes where the server reads escapes) doubled; a literal
+// that does not fit is cut, a doubled character whole or not at all, the
+// statement still closes; one without room for its values says so.
 TEST(ImportStatements, InsertValuesAndCutLiterals) {
     ImportInsertParts parts;
     parts.head = "INSERT INTO t (";
@@ -251,10 +250,8 @@ TEST(ImportStatements, InsertValuesAndCutLiterals) {
     }
 }
 
-// Bytes as a file to read.
 std::FILE *Open(const std::string &bytes) { return fmemopen(const_cast<char *>(bytes.data()), bytes.size(), "r"); }
 
-// Every line of a file the way the reader hands it on.
 Values Lines(const std::string &bytes) {
     std::FILE *file = Open(bytes);
     LineReader reader(file);
@@ -343,6 +340,108 @@ TEST(CsvFormat, ReadsRecordsAcrossLinesAndBothLineEnds) {
     EXPECT_EQ(CsvRecords("a;\"b;c\"\n", ';'), (std::vector<Values>{{"a", "q:b;c"}}));
 }
 
+TEST(ImportWizardFields, MovedFieldsKeepTheirSourceColumn) {
+    const struct {
+        int from, to, moved;
+        Values order;
+    } cases[] = {
+        {2, 0, 0, {"c", "a", "b"}}, {0, 2, 2, {"b", "c", "a"}}, {1, 1, -1, {"a", "b", "c"}},
+        {0, 3, -1, {"a", "b", "c"}}, {-1, 0, -1, {"a", "b", "c"}},
+    };
+    for (const auto &c : cases) {
+        ImportFieldList fields;
+        for (const char *name : {"a", "b", "c"}) AddImportField(fields, name);
+        EXPECT_EQ(MoveImportField(fields, c.from, c.to), c.moved) << c.from << "->" << c.to;
+        EXPECT_EQ(TargetNames(fields), c.order);
+        ASSERT_TRUE(SetRecordValues(fields, {"A", "B", "C"}, 3, ',', "", true));
+        for (const ImportField &field : fields)
+            EXPECT_EQ(field.value.value_or("-"), std::string(1, static_cast<char>(field.sourceName[0] - 'a' + 'A')));
+    }
+}
+
+TEST(ImportWizardFields, FieldDialogTakesAKnownTypeAndAPositiveLength) {
+    ImportField field;
+    ImportFieldChoice choice{"Neu", KODBC_TYPE_FLOAT, "x12", false, true, false, true};
+    EXPECT_TRUE(TakeImportFieldChoice(field, choice));
+    EXPECT_EQ(field.targetName, "Neu");
+    EXPECT_EQ(field.targetType, KODBC_TYPE_FLOAT);
+    EXPECT_EQ(field.targetLength, kDefaultImportLength) << "not a number";
+    EXPECT_FALSE(field.imported);
+    EXPECT_TRUE(field.fileContent && field.autoIncrement && !field.noFileMessage);
+    choice.length = "40";
+    choice.type = 99;
+    EXPECT_FALSE(TakeImportFieldChoice(field, choice)) << "a type outside the table";
+    EXPECT_EQ(field.targetLength, kDefaultImportLength);
+    choice.type = KODBC_TYPE_FIXED_TEXT;
+    EXPECT_TRUE(TakeImportFieldChoice(field, choice));
+    EXPECT_EQ(field.targetLength, 40);
+}
+
+using ImportWizardFilePage = PrivateRegistryTest;
+
+// Each kind of file is chosen with its own filter (text last: the walk starts
+// there); its fields are discovered again only when the format or kind changed.
+TEST_F(ImportWizardFilePage, FiltersAndDiscoveringAgainOnlyWhenFormatOrKindChanged) {
+    MessageRecorder messages;
+    const auto setting = [](const char *name) {
+        char text[300] = {};
+        Korvel_ReadRegistryString(HKEY_CURRENT_USER, kKey, 0, kImportSection, name, "", text, sizeof text);
+        return std::string(text);
+    };
+    const std::string text = dir_ + "/Kunden.liste.txt", sel = dir_ + "/k.sel";
+    std::ofstream(text, std::ios::binary) << "a;b\r\n1;2\r\n";
+    std::ofstream(sel, std::ios::binary) << "Kopf\r\n1,0\r\n1,C,s,C\r\n";
+    auto state = CreateImportWizardState(nullptr);
+    ASSERT_TRUE(state);
+    for (const auto &[kind, filter] :
+         {std::pair{ImportSource::Sdi, "Merrit-Windows Selektionsdateien (*.sdi)|*.sdi|"},
+          {ImportSource::Sel, "Merrit 4.xx Selektionsdateien (*.sel)|*.sel|"},
+          {ImportSource::Text, "Alle Dateien (*.*)|*.*|Textdateien (*.txt)|*.txt|"}}) {
+        state->kind = kind;
+        char filters[200] = {};
+        LoadLibraryString(LibraryInstance(), ImportFileFilter(*state), filters, sizeof filters);
+        EXPECT_STREQ(filters, filter);
+    }
+    state->format.delimiter = DelimiterChoice::Other;
+    state->format.otherDelimiter = ";";
+
+    EXPECT_TRUE(LeaveImportFilePage(*state, 2, "").goOn) << "backwards is never checked";
+    EXPECT_EQ(LeaveImportFilePage(*state, 1, "").messageId, msg::SELECT_FILE);
+    ASSERT_TRUE(LeaveImportFilePage(*state, 1, text).goOn);
+    EXPECT_EQ(TargetNames(state->fields), (Values{"a", "b"}));
+    EXPECT_EQ(state->tableName, "Kunden.liste");
+    EXPECT_EQ(setting("TextFile"), text);
+
+    const struct {
+        const char *what;
+        ImportSource kind;
+        DelimiterChoice delimiter;
+        std::string file;
+        Values names;
+        bool goOn = true;
+    } steps[] = {
+        {"same format: the edit stays", ImportSource::Text, DelimiterChoice::Other, text, {"x", "b"}},
+        {"other delimiter", ImportSource::Text, DelimiterChoice::Tab, text, {"a;b"}},
+        {"other kind", ImportSource::Sel, DelimiterChoice::Tab, sel, {"s"}},
+        {"same name, other kind: read again and refused", ImportSource::Sdi, DelimiterChoice::Tab, sel, {"x"}, false},
+        {"back to the text file", ImportSource::Text, DelimiterChoice::Tab, text, {"a;b"}},
+    };
+    for (const auto &step : steps) {
+        state->fields[0].targetName = "x";
+        state->kind = step.kind;
+        state->format.delimiter = step.delimiter;
+        EXPECT_EQ(LeaveImportFilePage(*state, 1, step.file).goOn, step.goOn) << step.what;
+        EXPECT_EQ(TargetNames(state->fields), step.names) << step.what;
+    }
+    EXPECT_EQ(setting("SelFile"), sel);
+    EXPECT_EQ(state->tableName, "Kunden.liste") << "a name given is kept";
+
+    // A file that cannot be read keeps the page and the fields.
+    EXPECT_FALSE(LeaveImportFilePage(*state, 1, dir_ + "/fehlt.txt").goOn);
+    EXPECT_EQ(TargetNames(state->fields), (Values{"a;b"}));
+    EXPECT_NE(messages.last_text().find("fehlt.txt"), std::string::npos) << messages.last_text();
+}
+
 class ImportRun : public DataSourceTest {
 protected:
     void SetUp() override {
@@ -366,7 +465,6 @@ protected:
         Kodbc_GetTables(hdbc_, KODBC_OBJECT_TABLE, out.data(), static_cast<int>(out.size()), "|");
         return ("|" + std::string(out.data()) + "|").find("|kodbc_imp_dst|") != std::string::npos;
     }
-    // The public entry for the file, with the field choices given.
     int ImportFile(std::vector<KodbcImportField> choices, KodbcImportResult &result, KodbcImportOptions options = {}) {
         options.fields = choices.data();
         options.fieldCount = static_cast<int>(choices.size());
@@ -377,10 +475,9 @@ protected:
     std::string q_, file_;
 };
 
-// One source table through an exported file and as a table source: NULL and
-// the empty text arrive as one nothing, numbers keep their value, dates
-// their day; from the table only, a pointed name arrives without its point,
-// long multi-byte texts whole and bytes as their hex digits.
+// NULL and the empty text arrive as one nothing, numbers keep their value,
+// dates their day; from the table only, a pointed name loses its point, long
+// multi-byte texts arrive whole and bytes as their hex digits.
 TEST_P(ImportRun, FileAndTableSourcesKeepValues) {
     const bool postgres = DbmsName() == "PostgreSQL";
     const int date = postgres ? KODBC_TYPE_VAR_TEXT : KODBC_TYPE_DATETIME;  // no DATETIME template there
@@ -461,12 +558,10 @@ TEST_P(ImportRun, CreateStatementTakesTemplatesAndTheCounterType) {
               "CREATE TABLE kodbc_imp_dst (Id CHAR (255), " + q_ + "Preis Netto" + q_ + number + ", t VARCHAR (20))");
 }
 
-// Through the public entry, a record at a time: an empty line is a record
-// without values (as many lines at the end stay unread as there are empty
-// ones among the counted); CSV keeps line breaks, lengths, and NULL apart
-// from the empty text; a value that makes no number ends the run after what
-// was written, before the first record without a table; names alone give
-// an empty table; a name twice is refused.
+// A record at a time: an empty line is a record without values (as many
+// lines at the end stay unread as there are empty ones); CSV keeps line
+// breaks, lengths, and NULL apart from the empty text; a value that makes no
+// number ends the run after what was written (no table before the first).
 TEST_P(ImportRun, TextAndCsvRunsAndTheirRefusals) {
     const KodbcImportField nr = {"a", "nr", KODBC_TYPE_INTEGER, 0, 0};
     const KodbcImportField number = {"b", nullptr, KODBC_TYPE_INTEGER, 0, 0};
@@ -601,6 +696,46 @@ TEST_P(ImportRun, BatchIsAllOrNothingAndNamesTheRefusedLine) {
                   Values{std::to_string(kLines)});
         EXPECT_EQ(Column("SELECT b FROM kodbc_imp_dst WHERE nr = 1201"), Values{"O'Brien \\ 1201"});
     }
+}
+
+// Selection files: SDI records split at tabs after their OEM conversion,
+// numbers with the comma, the contact conversion per record, the surplus
+// value in no field; a SEL record the file ends inside is not written.
+TEST_P(ImportRun, SdiAndSelRecords) {
+    WriteFile("SDI\r\nx\r\nx\r\nx\r\n5\r\nKUNDE.NR FORMAT=NG5\r\nKUNDE.NAME\r\nPREIS FORMAT=N10,2\r\nKo_Name1\r\n"
+              "Ko_Nummer1\r\nx\r\n1\tM\x81ller 'Alt'\t1.234,50\tHandy\t0171 555\r\n2\t\t\t\t\r\n"
+              "3\tGro\xE1\t0,25\tPager\t99\tzuviel\r\n");
+    ImportFieldList fields;
+    ContactConversion conversion;
+    conversion.on = true;
+    conversion.keywords = {"Handy"};
+    ASSERT_TRUE(DiscoverSdiFields(file_.c_str(), fields, conversion));
+    RecordingProgress progress;
+    ImportCounts counts;
+    {
+        ImportRecordWriter writer(hdbc_, "kodbc_imp_dst", fields, false,
+                                  CreateImportTableStatement(hdbc_, "kodbc_imp_dst", fields, ""));
+        EXPECT_TRUE(ImportSdiRecords(file_.c_str(), fields, conversion, writer, progress, 1000, counts));
+    }
+    EXPECT_EQ(progress.steps_, (std::vector<long>{1, 2, 3}));
+    EXPECT_EQ(Of("NAME"), (Values{"M\xC3\xBCller 'Alt'", "(NULL)", "Gro\xC3\x9F"}));
+    EXPECT_EQ(Column("SELECT NR FROM kodbc_imp_dst WHERE PREIS BETWEEN 1234.4 AND 1234.6 OR PREIS = 0.25 ORDER BY NR"),
+              (Values{"1", "3"}));
+    EXPECT_EQ(Of("Handy"), (Values{"0171 555", "(NULL)", "(NULL)"}));
+
+    DropTables({"kodbc_imp_dst"});
+    WriteFile("Kopf\r\n3,5\r\n1,C,Nr,CN5\r\n2,C, Name ,C30\r\n3,C,,C10\r\n1\r\n  M\x94" "bius  \r\nx\r\n"
+              "2,5\r\n\r\n\r\n3\r\nLetzter\r\n");
+    KodbcImportOptions options{};
+    options.kind = KODBC_IMPORT_KIND_SEL;
+    KodbcImportResult result{};
+    ASSERT_EQ(Kodbc_ImportTextFile(hdbc_, nullptr, file_.c_str(), &options, &result), KODBC_SUCCESS);
+    EXPECT_EQ(result.written, 2);
+    EXPECT_EQ(Of("Name"), (Values{"M\xC3\xB6" "bius", "(NULL)"}));
+    EXPECT_EQ(Of("Unbenannt_2"), (Values{"x", "(NULL)"}));
+    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_imp_dst WHERE Nr = 2.5"), Values{"1"});
+    options.kind = 7;
+    EXPECT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_imp_src", file_.c_str(), &options, &result), KODBC_FAILURE);
 }
 
 KODBC_DATA_SOURCE_TEST_SUITE(ImportRun);

@@ -1,6 +1,6 @@
 // The selection files as import sources: their headers, SEL records and the
 // contact-field conversion without a database; the settings from a private
-// store; then, per data source, an SDI and a SEL file imported and read back.
+// store. Their runs into a table are ImportRun's.
 #include "test_support.h"
 
 #include "transfer/import_run.h"
@@ -16,7 +16,6 @@ namespace {
 using namespace transfer;
 using Values = std::vector<std::string>;
 
-// bytes as a file, read from its start.
 struct MemoryFile {
     explicit MemoryFile(const std::string &bytes) : file(std::tmpfile()), reader(file) {
         std::fwrite(bytes.data(), 1, bytes.size(), file);
@@ -165,73 +164,6 @@ TEST_F(ContactSettings, HeaderErrorsAreShownWithTheFile) {
               "(SEL-Datei).\n\n" + sel);
     EXPECT_EQ(messages.entries()[2].text, "Fehler beim \xC3\x96" "ffnen der Datei\n\n" + dir_ + "/fehlt.sel");
 }
-
-class SelectionImport : public DataSourceTest {
-protected:
-    void SetUp() override {
-        DataSourceTest::SetUp();
-        if (HasFatalFailure()) return;
-        OwnTables({"kodbc_sel_dst"});
-        file_ = ::testing::TempDir() + "kodbc_sel_dst";
-    }
-    void TearDown() override {
-        std::remove(file_.c_str());
-        DataSourceTest::TearDown();
-    }
-    void WriteFile(const std::string &bytes) { std::ofstream(file_, std::ios::binary) << bytes; }
-    Values Of(const std::string &column, const std::string &order) {
-        return Column("SELECT COALESCE(" + column + ", '(NULL)') FROM kodbc_sel_dst ORDER BY " + order);
-    }
-
-    ScopedLocale utf8_;
-    std::string file_;
-};
-
-// OEM records split at tabs, numbers with the comma, the contact
-// conversion per record; the surplus value reaches no field.
-TEST_P(SelectionImport, SdiRecordsWithTheContactConversion) {
-    WriteFile(Sdi("KUNDE.NR FORMAT=NG5\r\nKUNDE.NAME\r\nPREIS FORMAT=N10,2\r\nKo_Name1\r\nKo_Nummer1\r\n", 5) +
-              "1\tM\x81ller 'Alt'\t1.234,50\tHandy\t0171 555\r\n2\t\t\t\t\r\n"
-              "3\tGro\xE1\t0,25\tPager\t99\tzuviel\r\n");
-    ImportFieldList fields;
-    ContactConversion conversion;
-    conversion.on = true;
-    conversion.keywords = {"Handy"};
-    ASSERT_TRUE(DiscoverSdiFields(file_.c_str(), fields, conversion));
-    const std::string create = CreateImportTableStatement(hdbc_, "kodbc_sel_dst", fields, "");
-    ASSERT_TRUE(ImportStatementRunner(hdbc_).Run(create.c_str()));
-    ImportRecordWriter writer(hdbc_, "kodbc_sel_dst", fields, false);
-    RecordingProgress progress;
-    ImportCounts counts;
-    EXPECT_TRUE(ImportSdiRecords(file_.c_str(), fields, conversion, writer, progress, 1000, counts));
-    EXPECT_EQ(progress.steps_, (std::vector<long>{1, 2, 3}));
-    EXPECT_EQ(Column("SELECT NR FROM kodbc_sel_dst ORDER BY NR"), (Values{"1", "2", "3"}));
-    EXPECT_EQ(Of("NAME", "NR"), (Values{"M\xC3\xBCller 'Alt'", "(NULL)", "Gro\xC3\x9F"}));
-    EXPECT_EQ(Column("SELECT NR FROM kodbc_sel_dst WHERE PREIS BETWEEN 1234.4 AND 1234.6 OR PREIS = 0.25 "
-                     "ORDER BY NR"),
-              (Values{"1", "3"}));
-    EXPECT_EQ(Of("Handy", "NR"), (Values{"0171 555", "(NULL)", "(NULL)"}));
-}
-
-TEST_P(SelectionImport, SelRecordsThroughThePublicEntry) {
-    WriteFile("Kopf\r\n3,5\r\n1,C,Nr,CN5\r\n2,C, Name ,C30\r\n3,C,,C10\r\n"
-              "1\r\n  M\x94" "bius  \r\nx\r\n"
-              "2,5\r\n\r\n\r\n"
-              "3\r\nLetzter\r\n");
-    KodbcImportOptions options{};
-    options.kind = KODBC_IMPORT_KIND_SEL;
-    KodbcImportResult result{};
-    ASSERT_EQ(Kodbc_ImportTextFile(hdbc_, nullptr, file_.c_str(), &options, &result), KODBC_SUCCESS);
-    EXPECT_EQ(result.written, 2) << "the record the file ends inside is not written";
-    EXPECT_EQ(Of("Name", "Nr"), (Values{"M\xC3\xB6" "bius", "(NULL)"}));
-    EXPECT_EQ(Of("Unbenannt_2", "Nr"), (Values{"x", "(NULL)"}));
-    EXPECT_EQ(Column("SELECT COUNT(*) FROM kodbc_sel_dst WHERE Nr = 2.5"), Values{"1"});
-
-    options.kind = 7;
-    EXPECT_EQ(Kodbc_ImportTextFile(hdbc_, "kodbc_sel_other", file_.c_str(), &options, &result), KODBC_FAILURE);
-}
-
-KODBC_DATA_SOURCE_TEST_SUITE(SelectionImport);
 
 } // namespace
 } // namespace kodbc::test
