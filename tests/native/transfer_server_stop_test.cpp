@@ -10,6 +10,7 @@
 
 #include <sql.h>
 #include <sqlext.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -73,6 +74,19 @@ protected:
                                     " '" + dir_ + "' >'" + dir_ + ".log' 2>&1";
         return std::system(command.c_str()) == 0;
     }
+    // Stops one engine's server with the script's signal and waits until it
+    // is gone: the next start then has only this one to bring back.
+    static bool Stop(const Engine &engine) {
+        const bool postgres = std::string(engine.name) == "PostgreSQL";
+        std::ifstream rootFile(dir_ + "/pg.root");
+        std::string root;
+        std::getline(rootFile, root);
+        const std::string pidFile = postgres ? root + "/data/postmaster.pid" : dir_ + "/maria/mariadbd.pid";
+        const pid_t pid = static_cast<pid_t>(std::atol(ReadFile(pidFile).c_str()));
+        if (pid <= 0 || ::kill(pid, postgres ? SIGINT : SIGTERM) != 0) return false;
+        for (int waited = 0; waited < 6000 && ::kill(pid, 0) == 0; ++waited) ::usleep(10000);
+        return ::kill(pid, 0) != 0;
+    }
     void Connect() {
         Disconnect();
         ASSERT_TRUE(Servers("start")) << ReadFile(dir_ + ".log");
@@ -96,12 +110,14 @@ protected:
         hdbc_ = henv_ = nullptr;
     }
 
-    // Stops the servers when the work loop reports record kStopAt.
+    // Stops the engine's server when the work loop reports record kStopAt.
     struct StoppingProgress : RecordingProgress {
+        explicit StoppingProgress(const Engine &engine) : engine(engine) {}
         bool Step(long value) override {
-            if (value == kStopAt) stopped = Servers("stop");
+            if (value == kStopAt) stopped = Stop(engine);
             return false;
         }
+        const Engine &engine;
         bool stopped = false;
     };
 
@@ -123,7 +139,7 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     const std::string file = dir_ + "/transfer.txt";  // gone with the servers' folder
     std::vector<ExportField> exported;
     ASSERT_TRUE(ReadExportFields(hdbc_, "kodbc_stop", exported));
-    StoppingProgress exporting;
+    StoppingProgress exporting(engine);
     ExportCounts exportCounts;
     const bool written =
         WriteExportFile(hdbc_, ExportStatement(hdbc_, "kodbc_stop", exported, "") + " ORDER BY nr", exported,
@@ -157,7 +173,7 @@ TEST_P(ServerStop, EndsWithTheErrorAndAWholeFileOrNoRecord) {
     {
         ImportRecordWriter writer(hdbc_, "kodbc_stop_imp", fields, false,
                                   CreateImportTableStatement(hdbc_, "kodbc_stop_imp", fields, ""), true);
-        StoppingProgress importing;
+        StoppingProgress importing(engine);
         EXPECT_FALSE(ImportTextRecords(file.c_str(), format, fields, writer, importing, kRows, counts));
         ASSERT_TRUE(importing.stopped);
     }
