@@ -1,17 +1,11 @@
-// The add-records wizard on SQLite: refusals, the mapping list's menu and
-// field dialog, the rows replaced and added. The mapping's preset, the
-// summary and the runs are proven natively (addrecords_run_test.cpp).
+// The add-records wizard on SQLite: refusals, the mapping list's menu and field dialog, the rows replaced and
+// added. The mapping's preset, the summary and the runs are proven natively (addrecords_test).
 #include "robot.h"
 #include "wizards/add_records_wizard_ids.h"
 
 #include <kodbc/kodbc_wizards.h>
-#include <korvel/korvel32.h>
 
 #include <commctrl.h>
-
-#include <cstring>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -19,7 +13,7 @@ using namespace wintest;
 
 constexpr char kTitle[] = "SQL-Befehl aus einer Datei lesen";
 
-struct Walker : wintest::WizardWalker {
+struct Walker : WizardWalker {
     HWND Mapping() const { return Control(IDD_ADDREC_MAPPING, IDC_ADDREC_MAPPING_LIST); }
     std::string Cell(int row, int column) const { return ListViewCell(Mapping(), row, column); }
     LPARAM RowPoint(int row) const {
@@ -30,7 +24,7 @@ struct Walker : wintest::WizardWalker {
     }
 };
 
-class AddRecordsWizard : public wintest::ConnectedTest {
+class AddRecordsWizard : public ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
@@ -47,37 +41,24 @@ protected:
 
 TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
     ASSERT_TRUE(Run("INSERT INTO ar_dst (id, name) VALUES (1, 'alt')"));
-    TableRecord table{};
-    std::strcpy(table.Object.DbObjectName, "ar_dst");
-    table.Object.DbObjectType = KODBC_OBJECT_TABLE;
-    std::memset(table.Reserved, 0x5A, sizeof table.Reserved);
+    TableRecord table = TableNamed("ar_dst");
 
     std::string menuShown;
-    std::vector<std::string> messages;
-    const int result = wintest::RunWizard<Walker>(kTitle, "addrecords-10034", "addrecords-",
-                                                  [&] { return Kodbc_AddRecordsWizzard(hdbc_, &table); },
-                                                  [&](Walker &w) {
-        // Nothing chosen is refused on the destination and the source pages.
-        for (const auto &[page, list, entry, next] :
-             {std::tuple{IDD_ADDREC_DEST_TABLE, IDC_ADDREC_DEST_LIST, "ar_dst", IDD_ADDREC_SOURCE_DSN},
-              {IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, DataSource(), IDD_ADDREC_SOURCE_TABLE}}) {
-            w.Choose(page, list, "");
-            w.Refused(page);
-            w.Choose(page, list, entry);
-            w.Press(KORVEL_WIZARD_NEXT, next);
-            w.Shot(next);
-        }
-        w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_other");
-        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
-        w.Refused(IDD_ADDREC_MAPPING);
-        w.Press(KORVEL_WIZARD_BACK, IDD_ADDREC_SOURCE_TABLE);
-        w.Choose(IDD_ADDREC_SOURCE_TABLE, IDC_ADDREC_SOURCE_LIST, "ar_src");
-        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_MAPPING);
-        w.Shot(IDD_ADDREC_MAPPING);
+    const auto [result, messages] = RunWizard<Walker>(kTitle, "addrecords-10034", "addrecords-", [&] {
+        return Kodbc_AddRecordsWizzard(hdbc_, &table);
+    }, [&](Walker &w) {
+        // Nothing chosen is refused on the destination and the source pages, no field matched on the mapping.
+        constexpr int S = IDD_ADDREC_SOURCE_TABLE, M = IDD_ADDREC_MAPPING, I = IDD_ADDREC_ID_FIELDS;
+        w.Walk({{IDD_ADDREC_DEST_TABLE, IDC_ADDREC_DEST_LIST, "ar_dst", "", false, IDD_ADDREC_SOURCE_DSN},
+                {IDD_ADDREC_SOURCE_DSN, IDC_ADDREC_DSN_LIST, DataSource(), "", kShot, S},
+                {S, IDC_ADDREC_SOURCE_LIST, "ar_other", nullptr, false, M},
+                {M, 0, "", "", false, S, kBack},
+                {S, IDC_ADDREC_SOURCE_LIST, "ar_src", nullptr, kShot, M},
+                {M, 0, "", nullptr, kShot}});
 
         // Right click on "name": menu 114, "Feld leer lassen" chosen by keys.
         SelectRows(w.Mapping(), {});
-        w.Expect(!IsWindowEnabled(w.Control(IDD_ADDREC_MAPPING, IDC_ADDREC_PROPERTIES)), "button without a selection");
+        w.Expect(!Enabled(w.Page(M), IDC_ADDREC_PROPERTIES), "button without a selection");
         const LPARAM at = w.RowPoint(1);
         PostMessageA(w.Mapping(), WM_RBUTTONDOWN, MK_RBUTTON, at);
         PostMessageA(w.Mapping(), WM_RBUTTONUP, 0, at);
@@ -94,31 +75,21 @@ TEST_F(AddRecordsWizard, WalksEveryPageAndReplaces) {
         WaitFor([&] { return w.Cell(1, 2).empty(); }, 2000);
         // "label" selected enables the button; a double click on it: a fixed value.
         SelectRows(w.Mapping(), {4});
-        w.Expect(WaitFor([&] { return IsWindowEnabled(w.Control(IDD_ADDREC_MAPPING, IDC_ADDREC_PROPERTIES)) != FALSE; }),
-                 "button disabled with a selection");
+        w.Expect(WaitFor([&] { return Enabled(w.Page(M), IDC_ADDREC_PROPERTIES); }), "button off with a selection");
         PostMessageA(w.Mapping(), WM_LBUTTONDBLCLK, MK_LBUTTON, w.RowPoint(4));
-        if (HWND dialog = AwaitDialog("Eigenschaften Importiertes Feld")) {
-            Sleep(300);
-            SaveScreenshot(dialog, "addrecords-10035");
+        w.InDialog("Eigenschaften Importiertes Feld", "addrecords-10035", [&](HWND dialog) {
             Click(dialog, IDC_ADDREC_FILL_FIXED);
-            w.Expect(WaitFor([&] { return IsWindowEnabled(GetDlgItem(dialog, IDC_ADDREC_FIELD_FIXED)) != FALSE; }),
-                     "the fixed value stays disabled when chosen");
+            w.Expect(WaitFor([&] { return Enabled(dialog, IDC_ADDREC_FIELD_FIXED); }), "the fixed value disabled");
             SetDlgItemTextA(dialog, IDC_ADDREC_FIELD_FIXED, "fest");
-            Click(dialog, IDOK);
-        }
+        });
         WaitFor([&] { return !w.Cell(4, 2).empty(); }, 2000);
         // The last column maps an integer into a date and still passes.
-        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_ID_FIELDS);
-        w.Shot(IDD_ADDREC_ID_FIELDS);
-        Click(w.Page(IDD_ADDREC_ID_FIELDS), IDC_ADDREC_MODE_REPLACE);
-        w.Expect(WaitFor([&] { return Enabled(w.Page(IDD_ADDREC_ID_FIELDS), IDC_ADDREC_SOURCE_ID); }),
-                 "id lists disabled in replace mode");
-        w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_SOURCE_ID, "id");
-        w.Choose(IDD_ADDREC_ID_FIELDS, IDC_ADDREC_DEST_ID, "id");
-        w.Press(KORVEL_WIZARD_NEXT, IDD_ADDREC_SUMMARY);
-        w.Shot(IDD_ADDREC_SUMMARY);
-        w.Press(KORVEL_WIZARD_NEXT, 0);
-    }, messages, 30000);
+        w.Walk({{M, 0, "", nullptr, false, I}, {I, 0, "", nullptr, kShot}, {I, IDC_ADDREC_MODE_REPLACE}});
+        w.Expect(WaitFor([&] { return Enabled(w.Page(I), IDC_ADDREC_SOURCE_ID); }), "id lists disabled to replace");
+        w.Walk({{I, IDC_ADDREC_SOURCE_ID, "id"},
+                {I, IDC_ADDREC_DEST_ID, "id", nullptr, false, IDD_ADDREC_SUMMARY},
+                {IDD_ADDREC_SUMMARY, 0, "", nullptr, kShot, 0}});
+    }, 30000);
 
     EXPECT_EQ(result, 1);
     EXPECT_STREQ(table.Object.DbObjectName, "ar_dst");

@@ -1,50 +1,38 @@
-// The delete- and update-records wizards on SQLite: one refusal per page,
-// the grids typed into, the rows left afterwards. Counts, statements and
-// texts are proven natively (delupd_records_test.cpp).
+// The delete- and update-records wizards on SQLite: one refusal per page, the grids typed into, the rows left
+// afterwards. Counts, statements and texts are proven natively (delupd_records_test).
 #include "robot.h"
 #include "wizards/record_wizard_ids.h"
 
 #include <kodbc/kodbc_wizards.h>
-#include <korvel/korvel32.h>
 
-#include <cstring>
-#include <string>
-#include <vector>
+#include <array>
 
 namespace {
+
+using namespace wintest;
 
 constexpr char kDeleteTitle[] = "L\xF6schen von Datens\xE4tzen aus einer Tabelle";
 constexpr char kUpdateTitle[] = "\xC4ndern von Datens\xE4tzen in einer Tabelle";
 
-constexpr int kRowIds[3][3] = {
-    {IDC_RECWIZ_ROW1_FIELD, IDC_RECWIZ_ROW1_OPERATION, IDC_RECWIZ_ROW1_VALUE},
-    {IDC_RECWIZ_ROW2_FIELD, IDC_RECWIZ_ROW2_OPERATION, IDC_RECWIZ_ROW2_VALUE},
-    {IDC_RECWIZ_ROW3_FIELD, IDC_RECWIZ_ROW3_OPERATION, IDC_RECWIZ_ROW3_VALUE},
-};
+constexpr int kRowIds[3][3] = {{IDC_RECWIZ_ROW1_FIELD, IDC_RECWIZ_ROW1_OPERATION, IDC_RECWIZ_ROW1_VALUE},
+                                {IDC_RECWIZ_ROW2_FIELD, IDC_RECWIZ_ROW2_OPERATION, IDC_RECWIZ_ROW2_VALUE},
+                                {IDC_RECWIZ_ROW3_FIELD, IDC_RECWIZ_ROW3_OPERATION, IDC_RECWIZ_ROW3_VALUE}};
 
-struct Row {  // as typed: field, operation label, value
-    const char *field, *operation, *value;
-};
+using Row = std::array<const char *, 3>;  // as typed: field, operation label, value
 
-struct Walker : wintest::WizardWalker {
-    void ClickTable(int page, const std::string &name) {
-        Expect(wintest::Choose(Page(page), IDC_RECWIZ_TABLE_LIST, name, true), "no table " + name);
-    }
+struct Walker : WizardWalker {
     std::string SelectedTable(int page) {
         HWND list = Control(page, IDC_RECWIZ_TABLE_LIST);
         const LRESULT index = SendMessageA(list, LB_GETCURSEL, 0, 0);
-        return index < 0 ? "" : wintest::BoxTexts(list)[static_cast<std::size_t>(index)];
+        return index < 0 ? "" : BoxTexts(list)[static_cast<std::size_t>(index)];
     }
     void Enter(int page, const std::vector<Row> &rows) {
-        for (std::size_t r = 0; r < rows.size(); ++r) {
-            Choose(page, kRowIds[r][0], rows[r].field);
-            Choose(page, kRowIds[r][1], rows[r].operation);
-            SetWindowTextA(GetDlgItem(Page(page), kRowIds[r][2]), rows[r].value);
-        }
+        for (std::size_t r = 0; r < rows.size(); ++r)
+            for (int c = 0; c < 3; ++c) Set(page, kRowIds[r][c], rows[r][c]);
     }
 };
 
-class RecordWizards : public wintest::ConnectedTest {
+class RecordWizards : public ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
@@ -55,39 +43,23 @@ protected:
                                 "(3, 'Clara', 3.5, 30, 'c')", "(4, 'Dora', 4.5, 40, 'd')"})
             ASSERT_TRUE(Run(std::string("INSERT INTO du_items VALUES ") + row));
     }
-    std::vector<std::string> Rows() {
-        return Query("SELECT id, name, price, code, note FROM du_items ORDER BY id");
-    }
-    static TableRecord Record(const char *name) {
-        TableRecord table{};
-        std::strcpy(table.Object.DbObjectName, name);
-        table.Object.DbObjectType = KODBC_OBJECT_TABLE;
-        std::memset(table.Reserved, 0x5A, sizeof table.Reserved);
-        return table;
-    }
+    std::vector<std::string> Rows() { return Query("SELECT id, name, price, code, note FROM du_items ORDER BY id"); }
 };
 
 constexpr char kGreater[] = "ist gr\xF6\xDF" "er als";
 
 TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
-    TableRecord table = Record("du_items");
+    TableRecord table = TableNamed("du_items");
     std::string preselected;
-    std::vector<std::string> messages;
     constexpr int T = IDD_DELREC_TABLE, C = IDD_DELREC_CONDITIONS, S = IDD_DELREC_SUMMARY;
-    const int result = wintest::RunWizard<Walker>(kDeleteTitle, "deleterecords-10043", "deleterecords-", [&] {
+    const auto [result, messages] = RunWizard<Walker>(kDeleteTitle, "deleterecords-10043", "deleterecords-", [&] {
         return Kodbc_DeleteRecordsWizzard(hdbc_, &table, 0);
     }, [&](Walker &w) {
         preselected = w.SelectedTable(T);
-        w.ClickTable(T, "");
-        w.Refused(T);
-        w.ClickTable(T, "du_items");
-        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Walk({{T, IDC_RECWIZ_TABLE_LIST, "du_items", "", false, C}});
         w.Enter(C, {{"price", kGreater, "2"}, {"name", "ist ungleich", "Clara"}});
-        w.Shot(C);
-        w.Press(KORVEL_WIZARD_NEXT, S);
-        w.Shot(S);
-        w.Press(KORVEL_WIZARD_NEXT, 0);
-    }, messages);
+        w.Walk({{C, 0, "", nullptr, kShot, S}, {S, 0, "", nullptr, kShot, 0}});
+    });
 
     EXPECT_EQ(result, 1);
     EXPECT_EQ(preselected, "du_items");
@@ -97,41 +69,30 @@ TEST_F(RecordWizards, DeleteWalksEveryPageAndDeletesTheMatchingRows) {
     EXPECT_EQ(Rows(), (std::vector<std::string>{"1|Anna|1.5|10|a", "3|Clara|3.5|30|c"}));
 }
 
-// A page-leave message without its answer runs nothing; "Abbrechen" on the
-// result page gives 2, although the update ran. Going back and forth keeps
-// the assignments, or leaving them again would be refused.
+// A page-leave message without its answer runs nothing; "Abbrechen" on the result page gives 2, although the
+// update ran. Going back and forth keeps the assignments, or leaving them again would be refused.
 TEST_F(RecordWizards, UpdateRunsOnLeavingTheConfirmationAndCancelKeepsIt) {
-    TableRecord table = Record("");
-    std::vector<std::string> messages;
+    TableRecord table = TableNamed("");
     std::string preselected;
     bool stayedWithoutAnswer = false;
     constexpr int T = IDD_UPDREC_TABLE, C = IDD_UPDREC_CONDITIONS, A = IDD_UPDREC_ASSIGNMENTS,
                   P = IDD_UPDREC_CONFIRMATION, R = IDD_UPDREC_RESULT;
-    const int result = wintest::RunWizard<Walker>(kUpdateTitle, "updaterecords-10046", "updaterecords-", [&] {
+    const auto [result, messages] = RunWizard<Walker>(kUpdateTitle, "updaterecords-10046", "updaterecords-", [&] {
         return Kodbc_UpdateRecordsWizzard(hdbc_, &table, 0);
     }, [&](Walker &w) {
         preselected = w.SelectedTable(T);
-        w.ClickTable(T, "du_items");
-        w.Press(KORVEL_WIZARD_NEXT, C);
+        w.Walk({{T, IDC_RECWIZ_TABLE_LIST, "du_items", nullptr, false, C}});
         w.Enter(C, {{"id", "ist gleich", "9"}});
         w.Refused(C);  // nothing matches
         w.Enter(C, {{"id", kGreater, "2"}});
-        w.Shot(C);
-        w.Press(KORVEL_WIZARD_NEXT, A);
-        w.Refused(A);  // nothing assigned
+        w.Walk({{C, 0, "", nullptr, kShot, A}, {A, 0, "", ""}});  // nothing assigned
         w.Enter(A, {{"note", "Feld leeren", ""}, {"price", "Fester Wert", "7,5"}, {"code", "Ergebnis der Formel", "code*2+1"}});
-        w.Shot(A);
-        w.Press(KORVEL_WIZARD_NEXT, P);
-        w.Shot(P);
-        w.Press(KORVEL_WIZARD_BACK, A);
-        w.Press(KORVEL_WIZARD_NEXT, P);
+        w.Walk({{A, 0, "", nullptr, kShot, P}, {P, 0, "", nullptr, kShot, A, kBack}, {A, 0, "", nullptr, false, P}});
         SendMessageA(w.Page(P), WM_USER + 2, KORVEL_WIZARD_FORWARD, 0);
         Sleep(200);
         stayedWithoutAnswer = w.Showing(P);
-        w.Press(KORVEL_WIZARD_NEXT, R);
-        w.Shot(R);
-        w.Press(IDCANCEL, 0);
-    }, messages);
+        w.Walk({{P, 0, "", nullptr, false, R}, {R, 0, "", nullptr, kShot, 0, IDCANCEL}});
+    });
 
     EXPECT_EQ(result, 2);
     EXPECT_FALSE(preselected.empty());

@@ -1,16 +1,13 @@
-// The import wizard on SQLite: a table source's and an SDI file's pages, then
-// a text file whose fields are renamed, retyped, left out, moved and dragged,
-// one refusal per page; the new table read back. Rows, types, values and runs
-// are proven natively (wizard_pages_test.cpp, transfer_import_test.cpp).
+// The import wizard on SQLite: a text file's fields renamed, retyped, left out, moved and dragged, one refusal
+// per page. Rows, types, values and runs are proven natively (wizard_pages_test, transfer_import_test).
 #include "robot.h"
-
 #include "transfer/import_wizard_ids.h"
 
 #include <kodbc/kodbc_transfer.h>
 
+#include <commctrl.h>
+
 #include <fstream>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -18,7 +15,6 @@ using namespace wintest;
 using Texts = std::vector<std::string>;
 
 constexpr char kTitle[] = "Importieren einer Tabelle";
-constexpr char kFieldDialog[] = "Eigenschaften Importiertes Feld";
 
 struct Walker : WizardWalker {
     HWND Fields() const { return Control(IDD_IMPORT_FIELDS, IDC_IMPORT_FIELD_LIST); }
@@ -29,23 +25,10 @@ struct Walker : WizardWalker {
     void EditField(int row, const std::string &name, const std::string &type = "", const std::string &shot = "") {
         SelectRow(row);
         Click(Page(IDD_IMPORT_FIELDS), IDC_IMPORT_PROPERTIES);
-        HWND dialog = AwaitDialog(kFieldDialog);
-        Expect(dialog != nullptr, "the field dialog did not open on row " + std::to_string(row));
-        if (!dialog) return;
-        if (!shot.empty()) {
-            Sleep(300);
-            SaveScreenshot(dialog, shot);
-        }
-        if (!name.empty()) SetDlgItemTextA(dialog, IDC_IMPORT_TARGET_NAME, name.c_str());
-        else Expect(wintest::Choose(dialog, IDC_IMPORT_TARGET_TYPE, type), "no type " + type);
-        Click(dialog, IDOK);
-        Expect(WaitFor([&] { return !IsWindow(dialog); }), "the field dialog did not close");
-        Sleep(100);
-    }
-    void ChooseKind(int kindButton, int page) {
-        Click(Page(IDD_IMPORT_KIND), kindButton);
-        Sleep(100);
-        Press(KORVEL_WIZARD_NEXT, page);
+        InDialog("Eigenschaften Importiertes Feld", shot, [&](HWND dialog) {
+            if (!name.empty()) SetDlgItemTextA(dialog, IDC_IMPORT_TARGET_NAME, name.c_str());
+            else Expect(wintest::Choose(dialog, IDC_IMPORT_TARGET_TYPE, type), "no type " + type);
+        });
     }
 };
 
@@ -53,7 +36,6 @@ class ImportWizard : public ConnectedTest {
 protected:
     void SetUp() override {
         ConnectedTest::SetUp();
-        if (!Ready()) return;
         OwnTables({"kodbc_imw_text", "kodbc_imw_src"});
         ASSERT_TRUE(Run("CREATE TABLE kodbc_imw_src (nr INTEGER)"));
     }
@@ -70,35 +52,23 @@ TEST_F(ImportWizard, TextFileWithEditedFields) {
                                               "2;O'Brien;-7,25;31.12.1999;;y\r\n"
                                               "3;Wei\xDF;0,5;01.01.2000;D\xFCsseldorf;z\r\n";
     char imported[50] = {};
-    Texts messages, order;
+    Texts order;
     std::vector<int> selectedOnRefusal;
     std::string preset;
-    const int result = RunWizard<Walker>(kTitle, "import-10080", "import-", [&] {
+    const auto [result, messages] = RunWizard<Walker>(kTitle, "import-10080", "import-", [&] {
         return Kodbc_ImportTableWizzard(hdbc_, imported, sizeof imported);
     }, [&](Walker &w) {
         // A table source's pages and an SDI file's, each way back again.
-        w.ChooseKind(IDC_IMPORT_KIND_TABLE, IDD_IMPORT_DSN);
-        w.Choose(IDD_IMPORT_DSN, IDC_IMPORT_DSN_LIST, "");
-        w.Refused(IDD_IMPORT_DSN);
-        w.Choose(IDD_IMPORT_DSN, IDC_IMPORT_DSN_LIST, DataSource());
-        w.Shot(IDD_IMPORT_DSN);
-        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_TABLE);
-        w.Choose(IDD_IMPORT_TABLE, IDC_IMPORT_TABLE_LIST, "kodbc_imw_src");
-        w.Shot(IDD_IMPORT_TABLE);
-        w.Press(KORVEL_WIZARD_BACK, IDD_IMPORT_DSN);
-        w.Press(KORVEL_WIZARD_BACK, IDD_IMPORT_KIND);
-        w.ChooseKind(IDC_IMPORT_KIND_SDI, IDD_IMPORT_SELECTION);
-        w.Shot(IDD_IMPORT_SELECTION);
-        w.Press(KORVEL_WIZARD_BACK, IDD_IMPORT_KIND);
-
-        w.ChooseKind(IDC_IMPORT_KIND_TEXT, IDD_IMPORT_TEXT);
-        w.Type(IDD_IMPORT_TEXT, IDC_IMPORT_FILE, "");
-        w.Refused(IDD_IMPORT_TEXT);
-        w.Type(IDD_IMPORT_TEXT, IDC_IMPORT_FILE, file_);
-        Click(w.Page(IDD_IMPORT_TEXT), IDC_IMPORT_OTHER_DELIMITER);
-        w.Type(IDD_IMPORT_TEXT, IDC_IMPORT_DELIMITER_TEXT, ";");
-        w.Shot(IDD_IMPORT_TEXT);
-        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_FIELDS);
+        w.Walk({{IDD_IMPORT_KIND, IDC_IMPORT_KIND_TABLE, "", nullptr, false, IDD_IMPORT_DSN},
+                {IDD_IMPORT_DSN, IDC_IMPORT_DSN_LIST, DataSource(), "", kShot, IDD_IMPORT_TABLE},
+                {IDD_IMPORT_TABLE, IDC_IMPORT_TABLE_LIST, "kodbc_imw_src", nullptr, kShot, IDD_IMPORT_DSN, kBack},
+                {IDD_IMPORT_DSN, 0, "", nullptr, false, IDD_IMPORT_KIND, kBack},
+                {IDD_IMPORT_KIND, IDC_IMPORT_KIND_SDI, "", nullptr, false, IDD_IMPORT_SELECTION},
+                {IDD_IMPORT_SELECTION, 0, "", nullptr, kShot, IDD_IMPORT_KIND, kBack},
+                {IDD_IMPORT_KIND, IDC_IMPORT_KIND_TEXT, "", nullptr, false, IDD_IMPORT_TEXT},
+                {IDD_IMPORT_TEXT, IDC_IMPORT_FILE, file_, ""},
+                {IDD_IMPORT_TEXT, IDC_IMPORT_OTHER_DELIMITER},
+                {IDD_IMPORT_TEXT, IDC_IMPORT_DELIMITER_TEXT, ";", nullptr, kShot, IDD_IMPORT_FIELDS}});
         w.EditField(1, "Nachname", "", "import-10088");
         w.EditField(2, "", "Gleitkommazahl");
         w.SelectRow(5);
@@ -115,21 +85,15 @@ TEST_F(ImportWizard, TextFileWithEditedFields) {
         w.EditField(3, "Ort.Teil");
         w.SelectRow(0);
         w.Refused(IDD_IMPORT_FIELDS);
-        selectedOnRefusal = SelectedRows(w.Fields());
+        for (int row = -1; (row = ListView_GetNextItem(w.Fields(), row, LVNI_SELECTED)) >= 0;)
+            selectedOnRefusal.push_back(row);
         w.EditField(3, "Ort");
         w.SelectRow(0);
-        w.Shot(IDD_IMPORT_FIELDS);
-
-        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_NAME);
-        w.Shot(IDD_IMPORT_NAME);
+        w.Walk({{IDD_IMPORT_FIELDS, 0, "", nullptr, kShot, IDD_IMPORT_NAME}});
         preset = ControlText(w.Page(IDD_IMPORT_NAME), IDC_IMPORT_NAME);
-        w.Type(IDD_IMPORT_NAME, IDC_IMPORT_NAME, "kodbc_imw_src");  // taken
-        w.Refused(IDD_IMPORT_NAME);
-        w.Type(IDD_IMPORT_NAME, IDC_IMPORT_NAME, "kodbc_imw_text");
-        w.Press(KORVEL_WIZARD_NEXT, IDD_IMPORT_FINISH);
-        w.Shot(IDD_IMPORT_FINISH);
-        w.Press(KORVEL_WIZARD_NEXT, 0);
-    }, messages);
+        w.Walk({{IDD_IMPORT_NAME, IDC_IMPORT_NAME, "kodbc_imw_text", "kodbc_imw_src", kShot, IDD_IMPORT_FINISH},
+                {IDD_IMPORT_FINISH, 0, "", nullptr, kShot, 0}});
+    });
 
     EXPECT_EQ(result, 1);
     EXPECT_STREQ(imported, "kodbc_imw_text");

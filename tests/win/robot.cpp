@@ -46,7 +46,6 @@ void SelectLine(HWND dialog, int controlId, LRESULT index, bool notify) {
                      reinterpret_cast<LPARAM>(box));
 }
 
-// Clicks a button and waits for its window to go.
 bool ClickAndClose(HWND window, int button) {
     Click(window, button);
     return WaitFor([&] { return !IsWindow(window); });
@@ -189,14 +188,6 @@ std::vector<std::string> ListViewColumn(HWND list, int column) {
     const int count = static_cast<int>(SendMessageA(list, LVM_GETITEMCOUNT, 0, 0));
     for (int row = 0; row < count; ++row) cells.push_back(ListViewCell(list, row, column));
     return cells;
-}
-
-std::vector<int> SelectedRows(HWND list) {
-    std::vector<int> rows;
-    for (int row = -1; (row = static_cast<int>(SendMessageA(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row),
-                                                             LVNI_SELECTED))) >= 0;)
-        rows.push_back(row);
-    return rows;
 }
 
 void SelectRows(HWND list, const std::vector<int> &rows) {
@@ -442,24 +433,64 @@ void ConnectedTest::OwnTables(std::initializer_list<std::string> tables) {
     }
 }
 
-void WizardWalker::Shot(int page) {
-    Sleep(kSettleMs);
-    SaveScreenshot(frame, shotPrefix + std::to_string(page));
-}
-
-void WizardWalker::Press(int button, int then) {
-    Click(frame, button);
-    Expect(WaitFor([&] { return then ? Showing(then) : !IsWindow(frame); }, 10000),
-           "page " + std::to_string(then) + " after button " + std::to_string(button));
-    Sleep(200);
-}
-
 void WizardWalker::Refused(int page) {
     Click(frame, KORVEL_WIZARD_NEXT);
     auto box = [] { return FindWindowA("#32770", kLibraryMessageCaption); };
     const bool shown = WaitFor([&] { return box() != nullptr; });
     Expect(shown && WaitFor([&] { return box() == nullptr; }), "no message box on page " + std::to_string(page));
     Expect(Showing(page), "left page " + std::to_string(page) + " despite the refusal");
+}
+
+void WizardWalker::InDialog(const char *title, const std::string &shot, const std::function<void(HWND)> &fill) {
+    HWND dialog = AwaitDialog(title);
+    Expect(dialog != nullptr, std::string("no dialog ") + title);
+    if (!dialog) return;
+    Sleep(kSettleMs);
+    if (!shot.empty()) SaveScreenshot(dialog, shot);
+    fill(dialog);
+    Click(dialog, IDOK);
+    Expect(WaitFor([&] { return !IsWindow(dialog); }), std::string("open after OK: ") + title);
+    Sleep(100);
+}
+
+void WizardWalker::Set(int page, int id, const std::string &value) {
+    HWND control = Control(page, id);
+    if (_stricmp(ClassName(control).c_str(), "Button") == 0) {
+        Click(Page(page), id);
+        Sleep(200);
+    } else if (_stricmp(ClassName(control).c_str(), "ListBox") == 0 ||
+               (IsCombo(control) && (GetWindowLongA(control, GWL_STYLE) & 3) == CBS_DROPDOWNLIST)) {
+        Expect(wintest::Choose(Page(page), id, value, true), "no entry " + value);
+    } else {
+        wintest::Type(Page(page), id, value);
+    }
+}
+
+void WizardWalker::Walk(const std::vector<Step> &steps) {
+    for (const Step &step : steps) {
+        if (step.refused) {
+            if (step.id) Set(step.page, step.id, step.refused);
+            Refused(step.page);
+        }
+        if (step.id) Set(step.page, step.id, step.value);
+        if (step.shot) {
+            Sleep(kSettleMs);
+            SaveScreenshot(frame, shotPrefix + std::to_string(step.page));
+        }
+        if (step.then == kStay) continue;
+        Click(frame, step.button);
+        Expect(WaitFor([&] { return step.then ? Showing(step.then) : !IsWindow(frame); }, 10000),
+               "page " + std::to_string(step.then) + " after button " + std::to_string(step.button));
+        Sleep(200);
+    }
+}
+
+TableRecord TableNamed(const char *name) {
+    TableRecord table{};
+    lstrcpynA(table.Object.DbObjectName, name, sizeof table.Object.DbObjectName);
+    table.Object.DbObjectType = KODBC_OBJECT_TABLE;
+    std::memset(table.Reserved, 0x5A, sizeof table.Reserved);
+    return table;
 }
 
 // A dialog left open far longer than any robot needs is reported, photographed and cancelled,

@@ -15,6 +15,8 @@
 #include <ostream>
 #include <string>
 #include <thread>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace wintest {
@@ -53,7 +55,6 @@ bool ChooseData(HWND dialog, int controlId, LPARAM data, bool notify = false);
 std::string ListViewCell(HWND list, int row, int column);
 std::vector<std::string> ListViewRows(HWND list, int columns);
 std::vector<std::string> ListViewColumn(HWND list, int column);
-std::vector<int> SelectedRows(HWND list);
 void SelectRows(HWND list, const std::vector<int> &rows);
 void DragRow(HWND list, int from, int to);
 
@@ -143,8 +144,25 @@ private:
     std::vector<std::string> owned_;
 };
 
+// A table record naming table `name`, its tail filled with 0x5A: the library must leave it alone.
+TableRecord TableNamed(const char *name);
+
+inline constexpr bool kShot = true;
+inline constexpr int kStay = -1, kBack = KORVEL_WIZARD_BACK;
+
 // What every wizard walk does with the frame; a wizard's test adds its own.
 struct WizardWalker {
+    // A row of a walk on `page`: when `refused` is given, `id` set to it (no `id`: the page as it is)
+    // and the refusal awaited; `id` set to `value`; the page photographed when `shot`; `button`
+    // pressed and page `then` awaited (0: the frame closes; kStay: nothing pressed).
+    struct Step {
+        int page, id = 0;
+        std::string value = {};
+        const char *refused = nullptr;
+        bool shot = false;
+        int then = kStay, button = KORVEL_WIZARD_NEXT;
+    };
+
     HWND frame;
     std::string shotPrefix;  // pictures are named after the page
     std::vector<std::string> failures;
@@ -155,34 +173,34 @@ struct WizardWalker {
     void Expect(bool condition, const std::string &what) {
         if (!condition) failures.push_back(what);
     }
-    void Shot(int page);
-    void Press(int button, int then);  // waits for page `then` (0: the frame closes)
     void Refused(int page);
-    void Choose(int page, int id, const std::string &text) {
-        Expect(wintest::Choose(Page(page), id, text), "no entry " + text);
-    }
-    void Type(int page, int id, const std::string &text) { wintest::Type(Page(page), id, text); }
+    // The dialog `title` that was asked for: photographed as `shot` (unless empty), filled, closed with OK.
+    void InDialog(const char *title, const std::string &shot, const std::function<void(HWND)> &fill);
+    // A list's line chosen as by a click, a button clicked, any other control typed into.
+    void Set(int page, int id, const std::string &value);
+    void Walk(const std::vector<Step> &steps);
 };
 
-// Runs `wizard` while a robot walks its frame with `walk`; the library's message boxes are
-// answered with OK and their texts handed back.
-template <class Walker>
-int RunWizard(const char *title, const std::string &firstShot, const std::string &shotPrefix,
-              const std::function<int()> &wizard, const std::function<void(Walker &)> &walk,
-              std::vector<std::string> &messages, int timeoutMs = 60000) {
+// Runs `wizard` while a robot walks its frame with `walk`: its result, and the texts of the library's message
+// boxes, each answered with OK.
+template <class Walker = WizardWalker>
+auto RunWizard(const char *title, const std::string &firstShot, const std::string &shotPrefix,
+               const std::function<int()> &wizard, const std::function<void(std::type_identity_t<Walker> &)> &walk,
+               int timeoutMs = 60000) {
     MessageBoxAnswerer answerer(kLibraryMessageCaption, IDOK);
     std::vector<std::string> failures;
     DialogRobot robot(title, firstShot, [&](HWND frame) {
-        Walker walker{{frame, shotPrefix, {}}};
+        Walker walker;
+        static_cast<WizardWalker &>(walker) = {frame, shotPrefix, {}};
         walk(walker);
         failures = walker.failures;
     }, timeoutMs);
-    const int result = wizard();
+    std::pair<int, std::vector<std::string>> run{wizard(), {}};
     robot.Join();
     EXPECT_TRUE(robot.Found()) << "the wizard never appeared: " << title;
     for (const std::string &failure : failures) ADD_FAILURE() << failure;
-    for (const MessageBoxSeen &seen : answerer.Seen()) messages.push_back(seen.text);
-    return result;
+    for (const MessageBoxSeen &seen : answerer.Seen()) run.second.push_back(seen.text);
+    return run;
 }
 
 } // namespace wintest
