@@ -1,5 +1,5 @@
 // The export wizard on SQLite: a condition, fields left out by the menu, one renamed in the field dialog, one
-// refusal per page, the file written. Names and types: natively (transfer_export_test, wizard_pages_test).
+// refusal per page, the file written. Names and types: natively (transfer_export_test, addrecords_test).
 #include "robot.h"
 #include "transfer/export_wizard_ids.h"
 

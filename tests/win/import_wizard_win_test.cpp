@@ -1,5 +1,5 @@
 // The import wizard on SQLite: a text file's fields renamed, retyped, left out, moved and dragged, one refusal
-// per page. Rows, types, values and runs are proven natively (wizard_pages_test, transfer_import_test).
+// per page. Rows, types, values and runs are proven natively (addrecords_test, transfer_import_test).
 #include "robot.h"
 #include "transfer/import_wizard_ids.h"
 

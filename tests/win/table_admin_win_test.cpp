@@ -1,6 +1,6 @@
 // Table administration on MariaDB, which can drop a key: a column added through 10010 and one
 // removed, a key created through 10059 and dropped. What each database allows and the statements
-// are proven natively (tabledesign_test.cpp, tabledesign_admin_list_test.cpp).
+// are proven natively (tabledesign_test.cpp).
 #include "robot.h"
 
 #include "tabledesign/table_admin_dialog_ids.h"
