@@ -51,8 +51,8 @@ bool DiscoverCsvFields(const char *fileName, const ImportTextFormat &format, Imp
     std::size_t count = 0;
     if (!reader.Next(names, quoted, count)) return !reader.Error();
     if (format.ascii) ToAnsi(names, count);
-    for (std::size_t i = 0; i < count; ++i)
-        AddImportField(fields, format.namesInFirstLine ? names[i] : "F" + std::to_string(i));
+    ImportFieldAdder adder(fields);
+    for (std::size_t i = 0; i < count; ++i) adder.Add(format.namesInFirstLine ? names[i] : "F" + std::to_string(i));
     return true;
 }
 

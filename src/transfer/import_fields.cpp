@@ -11,11 +11,6 @@
 namespace kodbc::transfer {
 namespace {
 
-bool NameUsed(const ImportFieldList &fields, const std::string &name) {
-    return std::any_of(fields.begin(), fields.end(),
-                       [&](const ImportField &field) { return field.targetName == name; });
-}
-
 bool HasForbiddenCharacter(const std::string &name) {
     return name.find_first_of(".'\"[]()") != std::string::npos;
 }
@@ -23,42 +18,40 @@ bool HasForbiddenCharacter(const std::string &name) {
 } // namespace
 
 ImportField &AddImportField(ImportFieldList &fields, std::string_view name, int type, int length) {
+    return ImportFieldAdder(fields).Add(name, type, length);
+}
+
+ImportFieldAdder::ImportFieldAdder(ImportFieldList &fields) : fields_(fields) {
+    for (const ImportField &field : fields) names_.insert(field.targetName);
+}
+
+ImportField &ImportFieldAdder::Add(std::string_view name, int type, int length) {
     std::string unique(name);
     std::replace(unique.begin(), unique.end(), '.', '_');
-    if (NameUsed(fields, unique)) {
-        // The smallest number not yet behind the name, from one pass over
-        // the list: trying the numbers one by one, a line of many equal
-        // names passed over the whole list for every number it tried.
+    if (names_.count(unique) != 0) {
+        // The smallest number not yet behind the name; names only come in
+        // while the adder lives, so the search goes on where it last ended.
         const std::string stem = std::string(name) + "_";
-        const std::size_t limit = fields.size() + 2;
-        std::vector<char> taken(limit);
-        for (const ImportField &field : fields) {
-            const std::string &other = field.targetName;
-            if (other.size() <= stem.size() || other.compare(0, stem.size(), stem) != 0 || other[stem.size()] == '0')
-                continue;
-            std::size_t n = 0;
-            for (std::size_t i = stem.size(); n < limit && i < other.size(); ++i)
-                n = other[i] >= '0' && other[i] <= '9' ? n * 10 + static_cast<std::size_t>(other[i] - '0') : limit;
-            if (n < limit) taken[n] = true;
-        }
-        std::size_t n = 1;
-        while (taken[n]) ++n;
+        std::size_t &n = next_[stem];
+        n = std::max<std::size_t>(n, 1);
+        while (names_.count(stem + std::to_string(n)) != 0) ++n;
         unique = stem + std::to_string(n);
     }
+    names_.insert(unique);
 
     ImportField field;
     field.sourceName = unique;
     field.targetName = unique;
     field.sourceType = field.targetType = type;
     field.sourceLength = field.targetLength = length;
-    field.sourceIndex = fields.size();
+    field.sourceIndex = fields_.size();
     if (type == KODBC_TYPE_BINARY || type == KODBC_TYPE_LONG_TEXT) {
         field.targetType = KODBC_TYPE_VAR_TEXT;
         field.targetLength = kDefaultImportLength;
         field.imported = false;
     }
-    fields.push_back(std::move(field));
-    return fields.back();
+    fields_.push_back(std::move(field));
+    return fields_.back();
 }
 
 ImportFieldCheck CheckImportFields(const ImportFieldList &fields) {

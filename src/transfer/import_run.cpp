@@ -235,11 +235,11 @@ bool ImportTextRecords(const char *fileName, const ImportTextFormat &format, Imp
 
 bool DiscoverTableFields(SQLHDBC source, const char *table, ImportFieldList &fields) {
     fields.clear();
+    ImportFieldAdder adder(fields);
     return catalog::ForEachColumnDescription(source, table, [&](const catalog::ColumnDescription &column) {
                const int type = Kodbc_SqlDataTypeToKodbcDataType(column.sqlType);
                const bool sized = IsTextType(type) && column.size > 0;
-               AddImportField(fields, column.name, type, sized ? column.size : kDefaultImportLength).sourceColumn =
-                   column.name;
+               adder.Add(column.name, type, sized ? column.size : kDefaultImportLength).sourceColumn = column.name;
            }) == KODBC_SUCCESS;
 }
 

@@ -71,6 +71,7 @@ std::string_view OemLineToAnsi(std::string_view line, std::string &buffer) {
 
 bool ReadSdiHeader(LineReader &reader, ImportFieldList &fields) {
     fields.clear();
+    ImportFieldAdder adder(fields);
     std::string_view line;
     if (!HeaderLine(reader, line) || !SameText(line, "SDI")) return false;
     for (int skipped = 0; skipped < 3; ++skipped)
@@ -90,13 +91,14 @@ bool ReadSdiHeader(LineReader &reader, ImportFieldList &fields) {
         const std::size_t point = name.rfind('.');
         if (point != std::string_view::npos) name.remove_prefix(point + 1);
         // A field without a name still needs one the database takes.
-        AddImportField(fields, name.empty() ? Unnamed(static_cast<std::size_t>(n)) : std::string(name), type);
+        adder.Add(name.empty() ? Unnamed(static_cast<std::size_t>(n)) : std::string(name), type);
     }
     return HeaderLine(reader, line);
 }
 
 bool ReadSelHeader(LineReader &reader, ImportFieldList &fields, long &records) {
     fields.clear();
+    ImportFieldAdder adder(fields);
     records = 0;
     std::string_view line;
     if (!reader.Next(line) || !reader.Next(line)) return false;
@@ -115,8 +117,8 @@ bool ReadSelHeader(LineReader &reader, ImportFieldList &fields, long &records) {
         std::string_view format = items.size() > 3 ? items[3] : std::string_view();
         format = format.substr(0, kSelFormatLength);
         const bool number = format.size() >= 3 && (format[1] == 'F' || format[1] == 'G' || format[1] == 'N');
-        AddImportField(fields, name.empty() ? Unnamed(static_cast<std::size_t>(n)) : std::string(name),
-                       number ? KODBC_TYPE_FLOAT : KODBC_TYPE_VAR_TEXT);
+        adder.Add(name.empty() ? Unnamed(static_cast<std::size_t>(n)) : std::string(name),
+                  number ? KODBC_TYPE_FLOAT : KODBC_TYPE_VAR_TEXT);
     }
     return true;
 }
@@ -150,7 +152,8 @@ std::string_view PrefixedNumber(std::string_view name, std::string_view prefix) 
 void AddContactFields(ImportFieldList &fields, ContactConversion &conversion) {
     if (!conversion.on) return;
     const std::size_t fileFields = fields.size();
-    for (const std::string &keyword : conversion.keywords) AddImportField(fields, keyword);
+    ImportFieldAdder adder(fields);
+    for (const std::string &keyword : conversion.keywords) adder.Add(keyword);
     bool matched = false;
     for (ImportField &field : fields) {
         if (PrefixedNumber(field.sourceName, conversion.namePrefix).empty() &&

@@ -142,10 +142,8 @@ void FieldsFromNameLine(std::string_view line, const ImportTextFormat &format, I
     fields.clear();
     std::vector<std::string> names;
     const std::size_t count = SplitLine(line, format.Delimiter(), format.leftBracket, format.rightBracket, names);
-    for (std::size_t i = 0; i < count; ++i) {
-        if (format.namesInFirstLine) AddImportField(fields, names[i]);
-        else AddImportField(fields, "F" + std::to_string(i));
-    }
+    ImportFieldAdder adder(fields);
+    for (std::size_t i = 0; i < count; ++i) adder.Add(format.namesInFirstLine ? names[i] : "F" + std::to_string(i));
 }
 
 } // namespace kodbc::transfer

@@ -80,6 +80,7 @@ TEST(ImportText, NamesFieldsUniquely) {
     EXPECT_EQ(typed[1].sourceType, KODBC_TYPE_BINARY);
     EXPECT_TRUE(typed[2].imported);
     EXPECT_EQ(typed[2].targetType, KODBC_TYPE_DATETIME);
+    EXPECT_EQ(TargetNames(typed), (std::vector<std::string>{"f", "f_1", "f_2"})) << "added one at a time";
 }
 
 TEST(ImportText, FormatDescriptionEndsAtAMissingBracket) {
