@@ -4,6 +4,7 @@
 // controls are usable only when it does.
 #include "tools/datasource_dialog.h"
 #include "tools/picker_dialog_ids.h"
+#include "tools/remembered_user.h"
 
 #include "internal/dialog_kit_win.h"
 #include "internal/library.h"

@@ -4,8 +4,6 @@
 
 #include <korvel/korvel32.h>
 
-#include <cstring>
-
 namespace kodbc::tools {
 
 std::string RememberedUser(const char *dataSource) {
@@ -31,12 +29,10 @@ int FindExactEntry(const std::vector<std::string> &entries, const char *name) {
     return -1;
 }
 
-// The record is the caller's: its texts may fill their fields to the last byte.
 PickerOpening OpeningFor(const std::vector<std::string> &entries, const DataSourceRecord &record,
                          std::string (*remembered)(const char *)) {
-    const auto text = [](const auto &field) { return std::string(field, strnlen(field, sizeof field)); };
-    const int found = FindExactEntry(entries, text(record.DataSourceName).c_str());
-    if (found >= 0) return {found, text(record.UserId), text(record.Password)};
+    const int found = FindExactEntry(entries, FieldText(record.DataSourceName).c_str());
+    if (found >= 0) return {found, FieldText(record.UserId), FieldText(record.Password)};
     return {0, remembered(entries.empty() ? "" : entries[0].c_str()), ""};
 }
 

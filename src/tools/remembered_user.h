@@ -6,6 +6,7 @@
 
 #include <kodbc/kodbc_types.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,12 @@ bool RememberChoice(const DataSourceRecord &chosen);
 // record's own user and password only for the very data source it names.
 // -1 when name is null or no entry matches.
 int FindExactEntry(const std::vector<std::string> &entries, const char *name);
+
+// A text field of a record, which a caller may have filled to its last byte.
+template <std::size_t N>
+std::string FieldText(const char (&field)[N]) {
+    return std::string(field, strnlen(field, N));
+}
 
 // What the picker opens on: the record's own entry with the record's user and
 // password; failing that, the first entry with the user remembered for it and
